@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <expected>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+#include "Platform/PlatformError.hpp"
+
+namespace ostrel {
+
+/// Where a stream of the child goes: to the agent's own, into the result, or nowhere.
+enum class ChildStream { inherited, captured, discarded };
+
+struct ChildCommand {
+  std::string executable;  ///< absolute path; no search path, no shell
+  std::vector<std::string> arguments;
+  ChildStream output = ChildStream::inherited;
+  ChildStream error = ChildStream::inherited;  ///< inherited or discarded
+};
+
+/// How a run ended: the exit status, or the number of the signal that ended it, and the captured output.
+struct ChildResult {
+  std::int32_t status = 0;
+  std::string output;
+
+  bool operator==(const ChildResult&) const = default;
+};
+
+/// Requests, from any thread, that a run end: politely (TERM), or at once (KILL, output no longer read).
+struct ChildEnding {
+  std::stop_token terminate;
+  std::stop_token kill;
+};
+
+/// Child processes (Process with pipes). A child whose output is captured or discarded reads an empty input and
+/// is the head of a process group that is ended with it; one that inherits shares the terminal.
+class ChildProcesses {
+ public:
+  virtual ~ChildProcesses() = default;
+
+  /// Starts the child, reads its output to the end, waits for it and reaps it. Blocks; any thread. Fails when the
+  /// child cannot be started.
+  virtual std::expected<ChildResult, PlatformError> run(const ChildCommand& command,
+                                                        const ChildEnding& ending = {}) = 0;
+};
+
+}  // namespace ostrel

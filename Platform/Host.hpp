@@ -1,0 +1,51 @@
+#pragma once
+
+#include <memory>
+
+#include "Platform/BackgroundQueue.hpp"
+#include "Platform/Bundle.hpp"
+#include "Platform/ChildProcesses.hpp"
+#include "Platform/Clock.hpp"
+#include "Platform/Files.hpp"
+#include "Platform/Log.hpp"
+#include "Platform/MainQueue.hpp"
+#include "Platform/NetworkPreferences.hpp"
+#include "Platform/Screens.hpp"
+#include "Platform/Shell.hpp"
+#include "Platform/StandardStreams.hpp"
+#include "Platform/StatusItem.hpp"
+#include "Platform/TimeFormat.hpp"
+#include "Platform/UserDefaults.hpp"
+
+namespace ostrel {
+
+/// Every service of one host. References live as long as the host that `makeHost` gave.
+struct Host {
+  MainQueue& mainQueue;
+  BackgroundQueue& backgroundQueue;
+  BackgroundQueue& statusQueue;  ///< the threads of status runs alone, so that a hung helper holds up nothing else
+  Clock& clock;
+  ChildProcesses& childProcesses;
+  Files& files;
+  UserDefaults& userDefaults;
+  Bundle& bundle;
+  TimeFormat& timeFormat;
+  Log& log;
+  StandardStreams& standardStreams;
+  NetworkPreferences& networkPreferences;
+  Shell& shell;
+  StatusItem& statusItem;
+  Screens& screens;
+};
+
+/// Keeps a host's services alive. Its end ends every child and thread of the host.
+class HostLifetime {
+ public:
+  virtual ~HostLifetime() = default;
+  virtual Host& services() = 0;
+};
+
+/// The host of this platform. Call once, on the main thread.
+std::unique_ptr<HostLifetime> makeHost();
+
+}  // namespace ostrel

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+namespace ostrel {
+
+/// Keeps scheduled work alive: when the last copy goes, the work no longer runs.
+using ScheduledWork = std::shared_ptr<void>;
+
+/// The main thread's queue (the main dispatch queue and run-loop timers). Work runs on the main thread, never
+/// inside the call that hands it over.
+class MainQueue {
+ public:
+  virtual ~MainQueue() = default;
+
+  /// Runs the work once, in the order of posting. Any thread.
+  virtual void post(std::function<void()> work) = 0;
+
+  /// Runs the work once after the delay. Main thread.
+  [[nodiscard]] virtual ScheduledWork after(std::chrono::milliseconds delay, std::function<void()> work) = 0;
+
+  /// Runs the work at every period, first after one period; late ticks are not made up for. Main thread.
+  [[nodiscard]] virtual ScheduledWork every(std::chrono::milliseconds period, std::function<void()> work) = 0;
+};
+
+}  // namespace ostrel

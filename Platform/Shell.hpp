@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+namespace ostrel {
+
+enum class ActivationPolicy { regular, accessory };
+
+/// The application and its main loop (NSApplication). Main thread.
+class Shell {
+ public:
+  virtual ~Shell() = default;
+
+  /// Regular applications show in the Dock and have a menu bar; accessory ones do not.
+  virtual void setActivationPolicy(ActivationPolicy policy) = 0;
+
+  /// Serves the main queue and the person until `terminate`; gives the exit status of the process.
+  virtual int run() = 0;
+
+  /// Ends `run` once the work at hand is done. Any thread.
+  virtual void terminate() = 0;
+
+  /// Brings the application to the front.
+  virtual void activate() = 0;
+};
+
+}  // namespace ostrel
