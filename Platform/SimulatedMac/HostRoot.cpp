@@ -1,0 +1,71 @@
+#include "Platform/SimulatedMac/HostRoot.hpp"
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <utility>
+
+namespace ostrel {
+
+namespace {
+
+constexpr std::array<std::string_view, 3> mappedTools = {"/usr/bin/security", "/usr/bin/profiles",
+                                                         "/bin/launchctl"};
+
+std::string withoutTrailingSlashes(std::string path) {
+  while (path.size() > 1 && path.back() == '/') path.pop_back();
+  return path;
+}
+
+bool isWithin(std::string_view path, std::string_view folder) {
+  if (folder.empty() || folder == "/" || !path.starts_with(folder)) return false;
+  return path.size() == folder.size() || path[folder.size()] == '/';
+}
+
+std::string environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
+}
+
+std::string homeFromEnvironment() {
+  auto home = environment("HOME");
+  if (home.starts_with('/')) return home;
+  const passwd* user = getpwuid(getuid());
+  return user != nullptr && user->pw_dir != nullptr && user->pw_dir[0] == '/' ? user->pw_dir : "/";
+}
+
+std::string defaultRoot(const std::string& home, const std::string& temporaryFolder) {
+  auto state = environment("XDG_STATE_HOME");
+  if (state.starts_with('/')) return state + "/ostrel-agent/host-root";
+  if (home != "/") return home + "/.local/state/ostrel-agent/host-root";
+  return temporaryFolder + "/ostrel-agent-" + std::to_string(getuid()) + "/host-root";
+}
+
+}  // namespace
+
+HostRoot::HostRoot(std::string root, std::string home, std::string temporaryFolder, std::string bundle)
+    : root_(withoutTrailingSlashes(std::move(root))),
+      home_(withoutTrailingSlashes(std::move(home))),
+      temporaryFolder_(withoutTrailingSlashes(std::move(temporaryFolder))),
+      bundle_(withoutTrailingSlashes(std::move(bundle))) {}
+
+HostRoot HostRoot::fromEnvironment(std::string bundle) {
+  auto home = withoutTrailingSlashes(homeFromEnvironment());
+  auto temporaryFolder = environment("TMPDIR");
+  if (!temporaryFolder.starts_with('/')) temporaryFolder = "/tmp";
+  temporaryFolder = withoutTrailingSlashes(std::move(temporaryFolder));
+  auto root = environment("OSTREL_HOST_ROOT");
+  if (!root.starts_with('/')) root = defaultRoot(home, temporaryFolder);
+  return {std::move(root), std::move(home), std::move(temporaryFolder), std::move(bundle)};
+}
+
+std::string HostRoot::realPath(std::string_view macPath) const {
+  bool mapped = isWithin(macPath, "/Library") || isWithin(macPath, home_) || isWithin(macPath, temporaryFolder_);
+  for (auto tool : mappedTools) mapped = mapped || macPath == tool;
+  if (!mapped || isWithin(macPath, bundle_)) return std::string(macPath);
+  return root_ + std::string(macPath);
+}
+
+}  // namespace ostrel
