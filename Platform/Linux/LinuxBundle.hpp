@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "Platform/Bundle.hpp"
+#include "Platform/Files.hpp"
+
+namespace ostrel {
+
+/// Languages to look for, the nearest first ("de-AT", "de"), by the values of LC_ALL, LC_MESSAGES and LANG;
+/// none for English and for what is no language.
+std::vector<std::string> languageCandidates(std::string_view lcAll, std::string_view lcMessages,
+                                            std::string_view lang);
+
+/// The same by the process's environment.
+std::vector<std::string> languagesOfEnvironment();
+
+/// The running program's executable, or an empty text when the system does not tell.
+std::string currentExecutablePath();
+
+/// The bundle around an executable ".../OstrelAgent.app/Contents/MacOS/OstrelAgent".
+class LinuxBundle final : public Bundle {
+ public:
+  LinuxBundle(const Files& files, std::vector<std::string> languages,
+              std::string executablePath = currentExecutablePath());
+
+  std::string path() const override;
+  std::string executablePath() const override { return executablePath_; }
+  std::expected<std::optional<std::string>, PlatformError> localizedTable(
+      const std::string& name) const override;
+
+ private:
+  const Files& files_;
+  const std::vector<std::string> languages_;
+  const std::string executablePath_;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <expected>
+#include <string_view>
+#include <utility>
+
+#include "Platform/PlatformError.hpp"
+
+namespace ostrel {
+
+/// Owns one file descriptor; -1 is none.
+class Descriptor {
+ public:
+  Descriptor() = default;
+  explicit Descriptor(int number) : number_(number) {}
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept;
+  ~Descriptor() { (void)close(); }
+
+  int number() const { return number_; }
+  explicit operator bool() const { return number_ >= 0; }
+
+  /// Closes now; gives the errno, 0 when all is well or nothing was open.
+  int close();
+
+ private:
+  int number_ = -1;
+};
+
+/// The two ends of a pipe, closed on exec.
+struct Pipe {
+  Descriptor reading;
+  Descriptor writing;
+};
+
+/// Makes a pipe whose ends never take the numbers of the standard streams, even where those are closed.
+std::expected<Pipe, PlatformError> makePipe();
+
+/// Writes all of the text, waiting where the descriptor does not block; gives the errno, 0 when all is
+/// written.
+[[nodiscard]] int writeAll(int descriptor, std::string_view text);
+
+}  // namespace ostrel

@@ -1,0 +1,72 @@
+#include "Platform/Posix/PosixBackgroundQueue.hpp"
+
+#include <pthread.h>
+
+#include <algorithm>
+#include <csignal>
+#include <system_error>
+#include <utility>
+
+namespace ostrel {
+
+PosixBackgroundQueue::PosixBackgroundQueue(std::size_t maximumThreads)
+    : maximumThreads_(std::max<std::size_t>(maximumThreads, 1)) {
+  threads_.reserve(maximumThreads_);
+}
+
+PosixBackgroundQueue::~PosixBackgroundQueue() {
+  std::array<Waiting, 2> dropped;  // outside the lock, since what the work holds may end here
+  {
+    const std::lock_guard lock(mutex_);
+    ending_ = true;
+    std::swap(dropped, waiting_);
+  }
+  changed_.notify_all();
+  for (auto& thread : threads_) thread.join();
+}
+
+void PosixBackgroundQueue::run(QualityOfService quality, std::function<void()> work) {
+  const std::lock_guard lock(mutex_);
+  if (ending_) return;
+  waiting_[quality == QualityOfService::userInitiated ? 0 : 1].push_back(std::move(work));
+  if (countWaiting() > idle_ && threads_.size() < maximumThreads_) startThread();
+  changed_.notify_one();
+}
+
+void PosixBackgroundQueue::startThread() {
+  // Signals are for the main thread; a new thread takes its mask from its maker.
+  sigset_t all;
+  sigset_t before;
+  sigfillset(&all);
+  pthread_sigmask(SIG_SETMASK, &all, &before);
+  try {
+    threads_.emplace_back([this] { serve(); });
+  } catch (const std::system_error&) {
+    // The system has no thread to give: the work waits for a thread of the pool, or for the next attempt.
+  }
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+void PosixBackgroundQueue::serve() {
+  std::unique_lock lock(mutex_);
+  while (true) {
+    ++idle_;
+    changed_.wait(lock, [this] { return ending_ || countWaiting() > 0; });
+    --idle_;
+    if (ending_) return;
+    auto work = takeNext();
+    lock.unlock();
+    work();
+    work = nullptr;
+    lock.lock();
+  }
+}
+
+std::function<void()> PosixBackgroundQueue::takeNext() {
+  auto& waiting = waiting_[waiting_[0].empty() ? 1 : 0];
+  auto work = std::move(waiting.front());
+  waiting.pop_front();
+  return work;
+}
+
+}  // namespace ostrel

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <array>
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "Platform/BackgroundQueue.hpp"
+
+namespace ostrel {
+
+/// A pool that starts its threads when first needed. Its end drops waiting work and waits for running work.
+class PosixBackgroundQueue final : public BackgroundQueue {
+ public:
+  explicit PosixBackgroundQueue(std::size_t maximumThreads);
+  ~PosixBackgroundQueue() override;
+
+  void run(QualityOfService quality, std::function<void()> work) override;
+
+ private:
+  using Waiting = std::deque<std::function<void()>>;
+
+  void startThread();
+  void serve();
+  std::size_t countWaiting() const { return waiting_[0].size() + waiting_[1].size(); }
+  std::function<void()> takeNext();
+
+  const std::size_t maximumThreads_;
+  std::mutex mutex_;  // guards what follows
+  std::condition_variable changed_;
+  std::array<Waiting, 2> waiting_;  // more urgent first
+  std::vector<std::thread> threads_;
+  std::size_t idle_ = 0;
+  bool ending_ = false;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <mutex>
+#include <set>
+
+#include "Platform/ChildProcesses.hpp"
+#include "Platform/Posix/Descriptor.hpp"
+#include "Platform/Posix/PathMap.hpp"
+
+namespace ostrel {
+
+/// Child processes by posix_spawn. A child that writes more than the limit of captured output is killed, and
+/// reported so with the output up to the limit.
+class PosixChildProcesses final : public ChildProcesses {
+ public:
+  static constexpr std::size_t defaultOutputLimit = std::size_t{64} << 20;
+
+  /// Maps the paths of executables. Takes back an inherited disregard of SIGCHLD, under which no child could
+  /// be waited for.
+  explicit PosixChildProcesses(PathMap realPath, std::size_t outputLimit = defaultOutputLimit);
+
+  /// Ends every run as `endAll` does, and waits for the last to return.
+  ~PosixChildProcesses() override;
+
+  std::expected<ChildResult, PlatformError> run(const ChildCommand& command,
+                                                const ChildEnding& ending = {}) override;
+
+  /// Kills the child of every run and lets every later run fail with ECANCELED. Call it before the queues on
+  /// which runs block are joined. Any thread.
+  void endAll();
+
+ private:
+  struct Child;
+  class Attendance;
+
+  std::expected<ChildResult, PlatformError> runChild(const ChildCommand& command, const ChildEnding& ending);
+  ChildResult attend(const Child& child, Descriptor output, const ChildEnding& ending);
+
+  const PathMap realPath_;
+  const std::size_t outputLimit_;
+  std::mutex mutex_;  // guards what follows
+  std::condition_variable left_;
+  std::set<const Child*> children_;
+  std::size_t runs_ = 0;
+  bool ended_ = false;
+};
+
+}  // namespace ostrel

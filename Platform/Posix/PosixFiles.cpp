@@ -1,0 +1,122 @@
+#include "Platform/Posix/PosixFiles.hpp"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+#include "Platform/Posix/Descriptor.hpp"
+#include "Platform/Posix/PosixError.hpp"
+
+namespace ostrel {
+
+namespace {
+
+std::unexpected<PlatformError> failure(int number) { return std::unexpected(posixError(number)); }
+
+/// Reads to the end, whatever size the file told: files of the kernel tell none.
+std::expected<std::string, PlatformError> readAll(int descriptor, std::size_t expectedSize) try {
+  std::string bytes(expectedSize + 1, '\0');
+  std::size_t size = 0;
+  while (true) {
+    if (size == bytes.size()) bytes.resize(2 * size + 4096);
+    const auto count = ::read(descriptor, bytes.data() + size, bytes.size() - size);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return failure(errno);
+    if (count == 0) break;
+    size += static_cast<std::size_t>(count);
+  }
+  bytes.resize(size);
+  return bytes;
+} catch (const std::bad_alloc&) {
+  return failure(ENOMEM);
+} catch (const std::length_error&) {
+  return failure(EFBIG);
+}
+
+/// The file behind a link, so that replacing it keeps the link.
+std::expected<std::filesystem::path, PlatformError> behindLink(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::is_symlink(path, error)) return path;
+  auto target = std::filesystem::canonical(path, error);
+  if (error) return failure(error.value());
+  return target;
+}
+
+int writeNewFile(Descriptor file, std::string_view bytes) {
+  const int error = writeAll(file.number(), bytes);
+  return error != 0 ? error : file.close();
+}
+
+}  // namespace
+
+PosixFiles::PosixFiles(PathMap realPath) : realPath_(std::move(realPath)) {}
+
+bool PosixFiles::exists(const std::string& path) const {
+  struct stat status {};
+  return ::stat(realPath_(path).c_str(), &status) == 0;
+}
+
+bool PosixFiles::isExecutableFile(const std::string& path) const {
+  const auto real = realPath_(path);
+  struct stat status {};
+  return ::stat(real.c_str(), &status) == 0 && S_ISREG(status.st_mode) && ::access(real.c_str(), X_OK) == 0;
+}
+
+std::expected<std::string, PlatformError> PosixFiles::read(const std::string& path) const {
+  // Without O_NONBLOCK a pipe in place of the file would hold the caller until somebody writes to it.
+  const Descriptor file(::open(realPath_(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!file) return failure(errno);
+  struct stat status {};
+  if (::fstat(file.number(), &status) != 0) return failure(errno);
+  if (S_ISDIR(status.st_mode)) return failure(EISDIR);
+  if (!S_ISREG(status.st_mode)) return failure(EINVAL);
+  return readAll(file.number(), static_cast<std::size_t>(status.st_size));
+}
+
+std::expected<void, PlatformError> PosixFiles::writeAtomically(const std::string& path,
+                                                               std::string_view bytes) {
+  const auto target = behindLink(realPath_(path));
+  if (!target) return std::unexpected(target.error());
+  // A name of its own length, since the file's may be as long as a name can be.
+  std::string temporary;
+  Descriptor file;
+  do {
+    const auto name = ".ostrel-" + std::to_string(::getpid()) + "-" + std::to_string(++temporaries_);
+    temporary = target->parent_path() / name;
+    file = Descriptor(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  } while (!file && errno == EEXIST);
+  if (!file) return failure(errno);
+  int error = writeNewFile(std::move(file), bytes);
+  if (error == 0 && std::rename(temporary.c_str(), target->c_str()) != 0) error = errno;
+  if (error == 0) return {};
+  (void)::unlink(temporary.c_str());
+  return failure(error);
+}
+
+std::expected<void, PlatformError> PosixFiles::makeFolders(const std::string& path) {
+  std::error_code error;
+  std::filesystem::create_directories(realPath_(path), error);
+  if (error) return failure(error.value());
+  return {};
+}
+
+std::expected<void, PlatformError> PosixFiles::remove(const std::string& path) {
+  if (::unlink(realPath_(path).c_str()) != 0 && errno != ENOENT) return failure(errno);
+  return {};
+}
+
+std::optional<Date> PosixFiles::modificationTime(const std::string& path) const {
+  std::error_code error;
+  const auto time = std::filesystem::last_write_time(realPath_(path), error);
+  if (error) return std::nullopt;
+  return std::chrono::floor<std::chrono::milliseconds>(std::chrono::file_clock::to_sys(time));
+}
+
+}  // namespace ostrel

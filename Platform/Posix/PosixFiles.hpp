@@ -1,0 +1,29 @@
+#pragma once
+
+#include <atomic>
+
+#include "Platform/Files.hpp"
+#include "Platform/Posix/PathMap.hpp"
+
+namespace ostrel {
+
+/// The file system. Only plain files can be read; a file that is written gets mode 0600.
+class PosixFiles final : public Files {
+ public:
+  explicit PosixFiles(PathMap realPath);
+
+  bool exists(const std::string& path) const override;
+  bool isExecutableFile(const std::string& path) const override;
+  std::expected<std::string, PlatformError> read(const std::string& path) const override;
+  std::expected<void, PlatformError> writeAtomically(const std::string& path,
+                                                     std::string_view bytes) override;
+  std::expected<void, PlatformError> makeFolders(const std::string& path) override;
+  std::expected<void, PlatformError> remove(const std::string& path) override;
+  std::optional<Date> modificationTime(const std::string& path) const override;
+
+ private:
+  const PathMap realPath_;
+  std::atomic<unsigned> temporaries_ = 0;
+};
+
+}  // namespace ostrel

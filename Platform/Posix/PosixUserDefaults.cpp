@@ -1,0 +1,136 @@
+#include "Platform/Posix/PosixUserDefaults.hpp"
+
+#include <cerrno>
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "Platform/Posix/PosixError.hpp"
+
+namespace ostrel {
+
+namespace {
+
+using Json = nlohmann::json;
+
+// A date is {"date": milliseconds}, dates by name are {"dates": {name: milliseconds}}.
+constexpr const char* dateMember = "date";
+constexpr const char* datesMember = "dates";
+
+// More than any value needs; a file nested deeper is damaged, and writing it again could exhaust the stack.
+constexpr int deepestNesting = 16;
+
+std::optional<Json> parsedSettings(const std::string& bytes) {
+  bool isTooDeep = false;
+  const auto watchDepth = [&isTooDeep](int depth, Json::parse_event_t, Json&) {
+    isTooDeep = isTooDeep || depth > deepestNesting;
+    return !isTooDeep;
+  };
+  auto settings = Json::parse(bytes, watchDepth, false);
+  if (isTooDeep || !settings.is_object()) return std::nullopt;
+  return settings;
+}
+
+bool isSignedNumber(const Json& json) {
+  return json.is_number_integer() &&
+         (!json.is_number_unsigned() || std::in_range<std::int64_t>(json.get<std::uint64_t>()));
+}
+
+std::optional<Date> readDate(const Json& json) {
+  if (!isSignedNumber(json)) return std::nullopt;
+  return Date(std::chrono::milliseconds(json.get<std::int64_t>()));
+}
+
+std::optional<DefaultsValue> readDates(const Json& json) {
+  if (!json.is_object()) return std::nullopt;
+  std::map<std::string, Date> dates;
+  for (const auto& [name, number] : json.items()) {
+    const auto date = readDate(number);
+    if (!date) return std::nullopt;
+    dates.emplace(name, *date);
+  }
+  return dates;
+}
+
+std::optional<DefaultsValue> readTexts(const Json& json) {
+  std::vector<std::string> texts;
+  for (const auto& text : json) {
+    if (!text.is_string()) return std::nullopt;
+    texts.push_back(text.get<std::string>());
+  }
+  return texts;
+}
+
+std::optional<DefaultsValue> readValue(const Json& json) {
+  if (json.is_boolean()) return json.get<bool>();
+  if (isSignedNumber(json)) return json.get<std::int64_t>();
+  if (json.is_string()) return json.get<std::string>();
+  if (json.is_array()) return readTexts(json);
+  if (!json.is_object() || json.size() != 1) return std::nullopt;
+  if (const auto date = json.find(dateMember); date != json.end()) return readDate(*date);
+  if (const auto dates = json.find(datesMember); dates != json.end()) return readDates(*dates);
+  return std::nullopt;
+}
+
+struct JsonOfValue {
+  template <class Plain>
+  Json operator()(const Plain& value) const {
+    return value;
+  }
+  Json operator()(Date date) const { return {{dateMember, date.time_since_epoch().count()}}; }
+  Json operator()(const std::map<std::string, Date>& dates) const {
+    Json numbers = Json::object();
+    for (const auto& [name, date] : dates) numbers[name] = date.time_since_epoch().count();
+    return {{datesMember, std::move(numbers)}};
+  }
+};
+
+/// The settings to change: those stored, or fresh ones after a damaged file was put aside.
+std::expected<Json, PlatformError> settingsToChange(Files& files, const std::string& path) {
+  const auto bytes = files.read(path);
+  if (!bytes && isPosixError(bytes.error(), ENOENT)) return Json::object();
+  if (!bytes) return std::unexpected(bytes.error());
+  if (auto settings = parsedSettings(*bytes)) return std::move(*settings);
+  auto aside = files.writeAtomically(path + ".damaged", *bytes);
+  if (!aside) return std::unexpected(std::move(aside.error()));
+  return Json::object();
+}
+
+std::expected<void, PlatformError> write(Files& files, const std::string& path, const Json& settings) try {
+  const auto bytes = settings.dump(1);
+  if (auto made = files.makeFolders(path.substr(0, path.rfind('/'))); !made) return made;
+  return files.writeAtomically(path, bytes);
+} catch (const Json::type_error&) {
+  return std::unexpected(posixError(EILSEQ));  // a text that is not UTF-8 has no place in the file
+}
+
+}  // namespace
+
+PosixUserDefaults::PosixUserDefaults(Files& files, std::string path)
+    : files_(files), path_(std::move(path)) {}
+
+std::optional<DefaultsValue> PosixUserDefaults::value(const std::string& key) const {
+  const auto bytes = files_.read(path_);
+  if (!bytes) return std::nullopt;
+  const auto settings = parsedSettings(*bytes);
+  if (!settings) return std::nullopt;
+  const auto stored = settings->find(key);
+  return stored == settings->end() ? std::nullopt : readValue(*stored);
+}
+
+std::expected<void, PlatformError> PosixUserDefaults::set(const std::string& key, DefaultsValue value) {
+  auto settings = settingsToChange(files_, path_);
+  if (!settings) return std::unexpected(std::move(settings.error()));
+  (*settings)[key] = std::visit(JsonOfValue(), value);
+  return write(files_, path_, *settings);
+}
+
+std::expected<void, PlatformError> PosixUserDefaults::remove(const std::string& key) {
+  const auto bytes = files_.read(path_);
+  if (!bytes && isPosixError(bytes.error(), ENOENT)) return {};
+  if (!bytes) return std::unexpected(bytes.error());
+  auto settings = parsedSettings(*bytes);
+  if (!settings || settings->erase(key) == 0) return {};
+  return write(files_, path_, *settings);
+}
+
+}  // namespace ostrel

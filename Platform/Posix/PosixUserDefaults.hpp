@@ -1,0 +1,23 @@
+#pragma once
+
+#include "Platform/Files.hpp"
+#include "Platform/UserDefaults.hpp"
+
+namespace ostrel {
+
+/// The settings as one JSON file, read anew at each access. A damaged file is moved aside, to its name with
+/// ".damaged", before a fresh one is written.
+class PosixUserDefaults final : public UserDefaults {
+ public:
+  PosixUserDefaults(Files& files, std::string path);
+
+  std::optional<DefaultsValue> value(const std::string& key) const override;
+  std::expected<void, PlatformError> set(const std::string& key, DefaultsValue value) override;
+  std::expected<void, PlatformError> remove(const std::string& key) override;
+
+ private:
+  Files& files_;
+  const std::string path_;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,91 @@
+#include "Platform/Posix/SpawnChild.hpp"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <vector>
+
+#include "Platform/Posix/PosixError.hpp"
+
+extern char** environ;
+
+namespace ostrel {
+
+namespace {
+
+constexpr const char* nowhere = "/dev/null";
+
+class SpawnAttributes {
+ public:
+  explicit SpawnAttributes(bool leadsGroup) {
+    posix_spawnattr_init(&value_);
+    sigset_t signals;
+    sigemptyset(&signals);
+    posix_spawnattr_setsigmask(&value_, &signals);
+    sigfillset(&signals);
+    sigdelset(&signals, SIGKILL);
+    sigdelset(&signals, SIGSTOP);
+    posix_spawnattr_setsigdefault(&value_, &signals);
+    posix_spawnattr_setpgroup(&value_, 0);
+    const int flags =
+        POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | (leadsGroup ? POSIX_SPAWN_SETPGROUP : 0);
+    posix_spawnattr_setflags(&value_, static_cast<short>(flags));
+  }
+  SpawnAttributes(const SpawnAttributes&) = delete;
+  SpawnAttributes& operator=(const SpawnAttributes&) = delete;
+  ~SpawnAttributes() { posix_spawnattr_destroy(&value_); }
+
+  const posix_spawnattr_t* get() const { return &value_; }
+
+ private:
+  posix_spawnattr_t value_{};
+};
+
+class SpawnStreams {
+ public:
+  SpawnStreams(const ChildCommand& command, int output) {
+    posix_spawn_file_actions_init(&value_);
+    if (command.output != ChildStream::inherited) open(STDIN_FILENO, O_RDONLY);
+    if (command.output == ChildStream::discarded) open(STDOUT_FILENO, O_WRONLY);
+    if (command.output == ChildStream::captured) {
+      posix_spawn_file_actions_adddup2(&value_, output, STDOUT_FILENO);
+    }
+    if (command.error != ChildStream::inherited) open(STDERR_FILENO, O_WRONLY);
+  }
+  SpawnStreams(const SpawnStreams&) = delete;
+  SpawnStreams& operator=(const SpawnStreams&) = delete;
+  ~SpawnStreams() { posix_spawn_file_actions_destroy(&value_); }
+
+  const posix_spawn_file_actions_t* get() const { return &value_; }
+
+ private:
+  void open(int number, int mode) { posix_spawn_file_actions_addopen(&value_, number, nowhere, mode, 0); }
+
+  posix_spawn_file_actions_t value_{};
+};
+
+std::vector<char*> argumentList(const ChildCommand& command) {
+  // The interface takes them as not const, for reasons older than const; it does not change them.
+  std::vector<char*> list = {const_cast<char*>(command.executable.c_str())};
+  for (const auto& argument : command.arguments) list.push_back(const_cast<char*>(argument.c_str()));
+  list.push_back(nullptr);
+  return list;
+}
+
+}  // namespace
+
+std::expected<pid_t, PlatformError> spawnChild(const std::string& realPath, const ChildCommand& command,
+                                               int output) {
+  const SpawnAttributes attributes(command.output != ChildStream::inherited);
+  const SpawnStreams streams(command, output);
+  const auto arguments = argumentList(command);
+  pid_t child = 0;
+  const int failure =
+      ::posix_spawn(&child, realPath.c_str(), streams.get(), attributes.get(), arguments.data(), environ);
+  if (failure != 0) return std::unexpected(posixError(failure));
+  return child;
+}
+
+}  // namespace ostrel

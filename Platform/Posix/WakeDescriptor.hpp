@@ -1,0 +1,27 @@
+#pragma once
+
+#include <chrono>
+
+#include "Platform/Posix/Descriptor.hpp"
+
+namespace ostrel {
+
+/// A descriptor that becomes readable at a given time and stays so until it is armed anew or disarmed. Each
+/// call is one system call; any thread, one at a time.
+class WakeDescriptor {
+ public:
+  /// Throws std::system_error when the system has no descriptor left: without one nothing can run.
+  WakeDescriptor();
+
+  int number() const { return descriptor_.number(); }
+
+  /// Readable from the time on, at once when it is past; takes the place of an earlier time.
+  void arm(std::chrono::steady_clock::time_point due);
+
+  void disarm();
+
+ private:
+  Descriptor descriptor_;
+};
+
+}  // namespace ostrel
