@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <filesystem>
 #include <utility>
 
 namespace ostrel {
@@ -27,6 +28,14 @@ bool isWithin(std::string_view path, std::string_view folder) {
 std::string environment(const char* name) {
   const char* value = std::getenv(name);
   return value == nullptr ? std::string() : std::string(value);
+}
+
+/// Against the current folder; empty for an empty path, or when the current folder is gone.
+std::string absolutePath(const std::string& path) {
+  if (path.empty() || path.starts_with('/')) return path;
+  std::error_code error;
+  const auto absolute = std::filesystem::absolute(path, error);
+  return error ? std::string() : absolute.lexically_normal().string();
 }
 
 std::string homeFromEnvironment() {
@@ -56,13 +65,14 @@ HostRoot HostRoot::fromEnvironment(std::string bundle) {
   auto temporaryFolder = environment("TMPDIR");
   if (!temporaryFolder.starts_with('/')) temporaryFolder = "/tmp";
   temporaryFolder = withoutTrailingSlashes(std::move(temporaryFolder));
-  auto root = environment("OSTREL_HOST_ROOT");
-  if (!root.starts_with('/')) root = defaultRoot(home, temporaryFolder);
+  auto root = absolutePath(environment("OSTREL_HOST_ROOT"));
+  if (root.empty()) root = defaultRoot(home, temporaryFolder);
   return {std::move(root), std::move(home), std::move(temporaryFolder), std::move(bundle)};
 }
 
 std::string HostRoot::realPath(std::string_view macPath) const {
-  bool mapped = isWithin(macPath, "/Library") || isWithin(macPath, home_) || isWithin(macPath, temporaryFolder_);
+  bool mapped =
+      isWithin(macPath, "/Library") || isWithin(macPath, home_) || isWithin(macPath, temporaryFolder_);
   for (auto tool : mappedTools) mapped = mapped || macPath == tool;
   if (!mapped || isWithin(macPath, bundle_)) return std::string(macPath);
   return root_ + std::string(macPath);

@@ -5,8 +5,8 @@
 
 namespace ostrel {
 
-/// The folder that stands for "/" of the simulated Mac. Mapped beneath it are /Library, the system tools that the
-/// program calls, the home and the temporary folder; every other path is a real one, the bundle always.
+/// The folder that stands for "/" of the simulated Mac. Mapped beneath it are /Library, the system tools that
+/// the program calls, the home and the temporary folder; every other path is a real one, the bundle always.
 class HostRoot {
  public:
   /// Absolute real path of the root, Mac paths of home and temporary folder, real path of the bundle.
