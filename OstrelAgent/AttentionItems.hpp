@@ -1,0 +1,61 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "OstrelAgent/GuardRow.hpp"
+#include "OstrelAgent/RowState.hpp"
+#include "OstrelAgent/StatusPanelActions.hpp"
+#include "OstrelAgent/TimeTexts.hpp"
+
+namespace ostrel {
+
+/// What a person can do, or expect, about a row that is not ok.
+struct ComponentNote {
+  std::string action;
+
+  /// The remedy, or when the condition clears by itself.
+  static std::string actionFor(const Snapshot::ComponentHealth& health, Date now, const TimeTexts& times);
+
+  /// The note of a row, or nothing when the row is ok.
+  static std::optional<ComponentNote> make(const Snapshot::ComponentHealth& health, const RowState& state,
+                                           Date now, const TimeTexts& times);
+
+  bool operator==(const ComponentNote&) const = default;
+};
+
+/// A card at the top of the panel: one thing that needs the person.
+struct AttentionItem {
+  std::string id;
+  RowState state;
+  std::string title;
+  std::string detail;
+  std::string action;
+  std::optional<PanelButton> button;
+
+  bool operator==(const AttentionItem&) const = default;
+};
+
+/// True when trusting the device certificate is all that setup still wants.
+bool showsFinishSetup(const Snapshot& snapshot);
+
+/// True when the repair window can bring the network extension back.
+bool showsRepair(const Snapshot& snapshot);
+
+/// True when the egress lock waits for a person to switch it on.
+bool showsEnableEgressLock(const Snapshot& snapshot);
+
+/// The rows that the cards speak of.
+struct AttentionRows {
+  const std::optional<GuardFailure>& guardFailure;
+  const RowState& guard;
+  const RowState& egressLock;
+  const std::vector<StatusComponent>& components;
+};
+
+/// The cards in their order: Guard, egress lock, blocked containers, components, check-in.
+std::vector<AttentionItem> attentionItems(const Snapshot& snapshot, const AttentionRows& rows, Date now,
+                                          const TimeTexts& times);
+
+}  // namespace ostrel

@@ -1,0 +1,33 @@
+#include "OstrelAgent/ContainerBlock.hpp"
+
+#include <algorithm>
+#include <iterator>
+
+#include "OstrelAgent/Copy.hpp"
+
+namespace ostrel {
+
+std::optional<ContainerBlock> ContainerBlock::read(const Snapshot::ComponentHealth& runtimeTrust) {
+  if (runtimeTrust.code != "CONTAINER_REJECTED_LEAF") return std::nullopt;
+  ContainerBlock block{{}, runtimeTrust.expectedClearBy};
+  std::ranges::copy_if(runtimeTrust.params, std::back_inserter(block.runtimes),
+                       [](const auto& runtime) { return !runtime.empty(); });
+  if (block.runtimes.empty()) return std::nullopt;
+  return block;
+}
+
+std::string ContainerBlock::text() const {
+  return Copy::guardContainersBlockedIn.with(Copy::listJoined(runtimes));
+}
+
+RowState containersState(const Snapshot& snapshot, const std::vector<std::string>& runningRuntimes) {
+  if (const auto block = ContainerBlock::read(snapshot.runtimeTrust)) {
+    return weighed(block->text(), snapshot.runtimeTrust);
+  }
+  if (!runningRuntimes.empty()) {
+    return RowState::info(Copy::guardContainersRunning.with(Copy::listJoined(runningRuntimes)));
+  }
+  return RowState::info(Copy::guardContainersNoneRunning.text());
+}
+
+}  // namespace ostrel

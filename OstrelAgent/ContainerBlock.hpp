@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "OstrelAgent/RowState.hpp"
+
+namespace ostrel {
+
+/// Container runtimes in which a download was blocked, because they do not trust the device certificate.
+struct ContainerBlock {
+  std::vector<std::string> runtimes;
+  std::optional<Date> clearsBy;
+
+  /// The block that the runtime-trust component tells of, or nothing.
+  static std::optional<ContainerBlock> read(const Snapshot::ComponentHealth& runtimeTrust);
+
+  /// "Blocked in Podman and Colima".
+  std::string text() const;
+
+  bool operator==(const ContainerBlock&) const = default;
+};
+
+/// The containers row, given the names of the runtimes that run now.
+RowState containersState(const Snapshot& snapshot, const std::vector<std::string>& runningRuntimes);
+
+}  // namespace ostrel

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "OstrelAgent/RowState.hpp"
+
+namespace ostrel {
+
+/// Why Guard does not protect.
+struct GuardFailure {
+  std::string rollup;       ///< text of the Guard row
+  std::string consequence;  ///< what it means for the person
+  bool isDegraded = false;  ///< amber instead of red
+  Snapshot::ComponentHealth component;  ///< what failed it
+
+  bool operator==(const GuardFailure&) const = default;
+};
+
+/// What keeps Guard from protecting, the most fundamental cause first; nothing when it protects.
+std::optional<GuardFailure> guardFailure(const Snapshot& snapshot);
+
+/// A row for every ecosystem, the worst first, then by name.
+std::vector<StatusComponent> ecosystemRows(const Snapshot& snapshot);
+
+/// Names of the ecosystems that policy has switched off, ascending.
+std::vector<std::string> offEcosystemNames(const Snapshot& snapshot);
+
+/// The Guard row over the given ecosystem rows.
+RowState guardRollup(const std::optional<GuardFailure>& failure, const std::vector<StatusComponent>& ecosystems);
+RowState guardRollup(const Snapshot& snapshot);
+
+}  // namespace ostrel

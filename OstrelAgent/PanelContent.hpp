@@ -1,0 +1,110 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "OstrelAgent/AttentionItems.hpp"
+#include "OstrelAgent/StatusPanelModel.hpp"
+
+namespace ostrel {
+
+/// Everything the status panel shows, as plain comparable data. Every view of the panel draws this value.
+struct PanelContent {
+  struct Header {
+    std::string word;
+    std::optional<std::string> deadlineLine;
+    std::string_view symbol;
+    RowState::Case tint = RowState::Case::warn;  ///< ok, warn or bad
+
+    bool operator==(const Header&) const = default;
+  };
+
+  struct Update {
+    RowState state;  ///< info, or bad when the update is required
+    std::string version;
+    std::string belowMinimum;  ///< empty where it does not apply
+    std::optional<PanelButton> button;
+    std::string installing;         ///< empty unless an install runs
+    std::string protectionStaysOn;  ///< follows `installing`
+
+    bool operator==(const Update&) const = default;
+  };
+
+  struct Row {
+    std::string id;
+    std::string label;
+    RowState state;
+    std::string note;  ///< what to do or expect; empty for a row that is ok
+
+    bool operator==(const Row&) const = default;
+  };
+
+  struct Ecosystem {
+    std::string name;
+    RowState state;
+
+    bool operator==(const Ecosystem&) const = default;
+  };
+
+  /// The protections: Guard with its ecosystems, the egress lock, containers.
+  struct Protection {
+    Row guard;
+    std::vector<Ecosystem> ecosystems;
+    std::string offNote;     ///< about ecosystems switched off by policy; empty when none is
+    std::string noEcosystems;  ///< why no ecosystem is listed; empty when some are
+    Row egressLock;
+    Row containers;
+
+    bool operator==(const Protection&) const = default;
+  };
+
+  struct Health {
+    Row rollup;
+    std::vector<Row> components;
+
+    bool operator==(const Health&) const = default;
+  };
+
+  struct Fact {
+    std::string label;
+    std::string value;
+
+    bool operator==(const Fact&) const = default;
+  };
+
+  struct InFlight {
+    bool checkin = false;
+    bool diagnostics = false;
+    bool sendingDiagnostics = false;
+    bool update = false;
+
+    bool operator==(const InFlight&) const = default;
+  };
+
+  Header header;
+  std::optional<RowState> statusError;  ///< stands in place of cards and rows: no status could be read, or none yet
+  std::optional<Update> update;
+  std::vector<AttentionItem> cards;
+  std::optional<Protection> protection;
+  std::optional<Health> health;
+  std::vector<Fact> facts;  ///< identity, last check-in, version
+  std::vector<PanelButton> headerButtons;
+  std::vector<PanelButton> footerButtons;
+  std::vector<PanelButton> moreButtons;  ///< behind the footer's "⋯"
+  std::vector<std::string> notices;
+  InFlight inFlight;
+  double maxHeight = 0;  ///< points
+
+  /// Every button, in the order in which a person meets them.
+  std::vector<PanelButton> buttons() const;
+
+  bool operator==(const PanelContent&) const = default;
+};
+
+/// The panel for a model at a time, with buttons for the available actions only.
+PanelContent panelContent(const StatusPanelModel& model, Date now, const TimeTexts& times,
+                          const PanelActionSet& available);
+
+}  // namespace ostrel

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "OstrelAgent/Snapshot.hpp"
+
+namespace ostrel {
+
+/// The look of one panel row with its short text.
+struct RowState {
+  enum class Case { ok, warn, bad, info, off };
+
+  Case kind = Case::info;
+  std::string text;
+
+  static RowState ok(std::string_view text) { return {Case::ok, std::string(text)}; }
+  static RowState warn(std::string_view text) { return {Case::warn, std::string(text)}; }
+  static RowState bad(std::string_view text) { return {Case::bad, std::string(text)}; }
+  static RowState info(std::string_view text) { return {Case::info, std::string(text)}; }
+  static RowState off(std::string_view text) { return {Case::off, std::string(text)}; }
+
+  bool isOk() const { return kind == Case::ok; }
+
+  bool operator==(const RowState&) const = default;
+};
+
+/// "ok", "warn", "bad", "info", "off".
+std::string_view nameOf(RowState::Case kind);
+
+/// One row of the panel: a component of the protection chain, or an ecosystem (without name and health).
+struct StatusComponent {
+  std::string id;
+  RowState state;
+  Snapshot::ComponentHealth health;
+  std::optional<std::string> name;
+
+  bool operator==(const StatusComponent&) const = default;
+};
+
+/// The row for a fault, by its severity: an unknown severity must never look healthy.
+RowState weighed(std::string_view text, const Snapshot::ComponentHealth& health);
+
+/// The row of a component without a rule of its own.
+RowState healthState(const Snapshot::ComponentHealth& health, std::string_view ok, std::string_view broken);
+
+/// `weighed`, but `info` for a state other than "broken" that comes without a severity.
+RowState weighedUnlessUncertain(std::string_view text, const Snapshot::ComponentHealth& health);
+
+}  // namespace ostrel

@@ -1,0 +1,104 @@
+#include "OstrelAgent/Snapshot.hpp"
+
+#include <algorithm>
+
+#include "OstrelAgent/RFC3339.hpp"
+#include "OstrelAgent/TrustGaps.hpp"
+
+namespace ostrel {
+
+namespace {
+
+std::optional<Date> time(const std::optional<std::string>& text) {
+  return text ? parseRFC3339(*text) : std::nullopt;
+}
+
+Snapshot::ComponentHealth condensed(const StatusReport::Health::Component& component) {
+  return {.state = component.state,
+          .detail = component.detail.value_or(""),
+          .code = component.code.value_or(""),
+          .severity = component.severity.value_or(""),
+          .selfHealing = component.selfHealing.value_or(false),
+          .expectedClearBy = time(component.expectedClearBy),
+          .params = component.params.value_or(std::vector<std::string>())};
+}
+
+template <class Component>
+Snapshot::ComponentHealth condensed(const std::optional<Component>& component) {
+  return component ? condensed(*component) : Snapshot::ComponentHealth();
+}
+
+/// A setting that the daemon could not look at is not told as a gap.
+bool isGap(const StatusReport::Health::Knob& knob) { return !knob.covered && knob.reason != "unobservable"; }
+
+void fillGuard(Snapshot& snapshot, const std::vector<StatusReport::Feature>& features) {
+  const auto guard = std::ranges::find(features, "guard", &StatusReport::Feature::id);
+  if (guard == features.end()) return;
+  snapshot.guardFeatureState = guard->state;
+  if (!guard->ecosystems) return;
+  for (const auto& ecosystem : *guard->ecosystems) {
+    snapshot.guardEcosystems.push_back({ecosystem.ecosystem, ecosystem.state});
+  }
+}
+
+}  // namespace
+
+void Snapshot::fill(const StatusReport& report) {
+  daemonListening = report.daemonListening;
+  caTrusted = report.caTrusted;
+  tokenPresent = report.tokenPresent;
+  tokenManaged = report.tokenManaged;
+  version = report.version;
+  update = report.update;
+  caTrustPending = report.caTrustPending.value_or(false);
+  enrolled = report.enrolled.value_or(false);
+  tokenMasked = report.tokenMasked.value_or("");
+  if (report.health) apply(*report.health);
+  if (report.features) fillGuard(*this, *report.features);
+  if (report.interception) policyDirectFlows = report.interception->policyDirectFlows.value_or(0);
+  if (report.checkin) {
+    lastCheckinSuccess = time(report.checkin->lastSuccess);
+    lastCheckinError = report.checkin->lastError.value_or("");
+  }
+}
+
+void Snapshot::apply(const StatusReport::Health& health) {
+  verdict = health.verdict.value_or("");
+  offByPolicy = health.offByPolicy.value_or(0);
+  daemon = condensed(health.daemon);
+  deviceCA = condensed(health.ca);
+  sysext = condensed(health.sysext);
+  runtimeTrust = condensed(health.runtimeTrust);
+  credential = condensed(health.credential);
+  captureSet = condensed(health.captureSet);
+  caExpiry = condensed(health.caExpiry);
+  egressLock = condensed(health.egressLock);
+  uncoveredEcosystems.clear();
+  trustGaps.clear();
+  if (!health.runtimeTrust || !health.runtimeTrust->knobs) return;
+  for (const auto& knob : *health.runtimeTrust->knobs) {
+    if (!isGap(knob)) continue;
+    uncoveredEcosystems.push_back(knob.ecosystem + " (" + knob.env + ")");
+    trustGaps.push_back({knob.protects ? *knob.protects : TrustGaps::legacyKnobProtects(knob.env), knob.env});
+  }
+}
+
+std::int64_t Snapshot::offByPolicyCount() const {
+  if (!verdict.empty()) return offByPolicy;
+  return std::ranges::count(guardEcosystems, "off_by_policy", &GuardEcosystem::state);
+}
+
+std::string networkExtensionStates(const Snapshot& snapshot) {
+  const auto member = [](const char* key, bool value) {
+    return std::string("\"") + key + "\":" + (value ? "true" : "false");
+  };
+  auto text = "{" + member("egress_lock_filter_enabled", snapshot.egressLockEnabled) + "," +
+              member("sysext_active", snapshot.sysextActive);
+  if (snapshot.transparentProxy) {
+    text += "," + member("transparent_proxy_approved", snapshot.transparentProxy->approved) + "," +
+            member("transparent_proxy_enabled", snapshot.transparentProxy->enabled);
+  }
+  return text + "}";
+}
+
+}  // namespace ostrel

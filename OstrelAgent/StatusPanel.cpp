@@ -1,0 +1,139 @@
+#include "OstrelAgent/StatusPanel.hpp"
+
+#include <algorithm>
+#include <iterator>
+
+#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/RuntimeTrustRow.hpp"
+
+namespace ostrel {
+
+namespace {
+
+using Health = Snapshot::ComponentHealth;
+
+struct LockText {
+  std::string_view code;
+  const Message& message;
+};
+
+constexpr LockText lockTexts[] = {
+    {"EGRESS_LOCK_CONFIGURATION_DISABLED", Copy::lockShortSwitchedOff},
+    {"EGRESS_LOCK_PROVIDER_FAILED", Copy::lockShortProviderFailed},
+    {"EGRESS_LOCK_PROVIDER_SILENT", Copy::lockShortProviderSilent},
+    {"EGRESS_LOCK_PROVIDER_STOPPED", Copy::lockShortProviderStopped},
+    {"EGRESS_LOCK_ASSERTION_STALLED", Copy::lockShortAssertionStalled},
+    {"EGRESS_LOCK_AWAITING_ASSERTION", Copy::lockShortAwaitingAssertion},
+    {"EGRESS_LOCK_PARTIAL", Copy::lockShortPartial},
+};
+
+std::string detailOf(const Health& health) {
+  return Copy::componentDetail(health.code, health.detail, health.params);
+}
+
+std::string lockText(const Health& lock) {
+  const auto* row = std::ranges::find(lockTexts, lock.code, &LockText::code);
+  return row == std::end(lockTexts) ? detailOf(lock) : std::string(row->message.text());
+}
+
+bool wantsAttention(const Health& health) { return health.severity == "yellow" || health.severity == "red"; }
+
+std::string tokenText(const Snapshot& snapshot) {
+  const auto name = snapshot.tokenMasked.empty() ? Copy::identityOrgToken.text() : snapshot.tokenMasked;
+  return snapshot.tokenManaged ? Copy::identityManaged.with(name) : std::string(name);
+}
+
+StatusComponent row(const Message& label, RowState state, const Health& health) {
+  return {std::string(label.key), std::move(state), health, std::string(label.text())};
+}
+
+}  // namespace
+
+RowState egressLockState(const Snapshot& snapshot) {
+  const auto& lock = snapshot.egressLock;
+  if (lock.state == "ok") {
+    const bool nothing = lock.code == "EGRESS_LOCK_PERMITS_NOTHING";
+    return RowState::ok((nothing ? Copy::lockNothingToLock : Copy::lockEnforcing).text());
+  }
+  if (lock.state == "broken" || lock.state == "unknown") return weighedUnlessUncertain(lockText(lock), lock);
+  if (snapshot.egressLockEnabled) return RowState::ok(Copy::lockEnabled.text());
+  if (snapshot.mdmEnrolled) return RowState::info(Copy::lockViaProfile.text());
+  return RowState::warn(Copy::lockApprovalNeeded.text());
+}
+
+RowState credentialState(const Snapshot& snapshot) {
+  const auto& credential = snapshot.credential;
+  if (credential.state == "broken") {
+    const bool isSilent = credential.detail.empty();
+    return weighed(isSilent ? std::string(Copy::identityUnavailable.text()) : detailOf(credential), credential);
+  }
+  if (snapshot.tokenPresent) return RowState::ok(tokenText(snapshot));
+  return snapshot.enrolled ? RowState::ok(Copy::identityEnrolled.text())
+                           : RowState::bad(Copy::identityNotEnrolled.text());
+}
+
+const Health& captureHealth(const Snapshot& snapshot) {
+  return wantsAttention(snapshot.daemon) ? snapshot.daemon : snapshot.sysext;
+}
+
+RowState captureState(const Snapshot& snapshot) {
+  const auto& health = captureHealth(snapshot);
+  if (!snapshot.daemonListening) return weighed(Copy::captureDaemonNotRunning.text(), health);
+  if (snapshot.sysext.code == "SYSEXT_PROXY_DISABLED") return weighed(Copy::captureFilterOff.text(), health);
+  if (snapshot.sysext.code == "SYSEXT_PREDATES_DAEMON") return weighed(Copy::captureSysextTooOld.text(), health);
+  if (snapshot.sysextActive) return RowState::ok(Copy::captureActive.text());
+  return weighed(Copy::captureSysextNotRunning.text(), health);
+}
+
+const Health& deviceCAHealth(const Snapshot& snapshot) {
+  return wantsAttention(snapshot.deviceCA) ? snapshot.deviceCA : snapshot.caExpiry;
+}
+
+RowState deviceCAState(const Snapshot& snapshot) {
+  const auto& health = deviceCAHealth(snapshot);
+  if (!snapshot.caTrusted) {
+    return snapshot.caTrustPending ? RowState::warn(Copy::deviceCANotTrustedFinishSetup.text())
+                                   : weighed(Copy::deviceCANotTrusted.text(), health);
+  }
+  if (health.state != "broken") return RowState::ok(Copy::deviceCATrusted.text());
+  if (health.detail.empty()) return RowState::warn(Copy::deviceCAApproachingExpiry.text());
+  return weighed(detailOf(health), health);
+}
+
+std::vector<StatusComponent> components(const Snapshot& snapshot) {
+  return {
+      row(Copy::componentCapture, captureState(snapshot), captureHealth(snapshot)),
+      row(Copy::componentCredential, credentialState(snapshot), snapshot.credential),
+      row(Copy::componentRuntimeTrust, runtimeTrustState(snapshot.runtimeTrust), snapshot.runtimeTrust),
+      row(Copy::componentCaptureSet,
+          healthState(snapshot.captureSet, Copy::captureSetOk.text(), Copy::captureSetBroken.text()),
+          snapshot.captureSet),
+      row(Copy::componentDeviceCA, deviceCAState(snapshot), deviceCAHealth(snapshot)),
+  };
+}
+
+RowState healthRollup(const std::vector<StatusComponent>& components) {
+  std::size_t notOk = 0;
+  std::size_t bad = 0;
+  std::size_t off = 0;
+  for (const auto& component : components) {
+    notOk += component.state.isOk() ? 0 : 1;
+    bad += component.state.kind == RowState::Case::bad ? 1 : 0;
+    off += component.state.kind == RowState::Case::off ? 1 : 0;
+  }
+  if (notOk == 0) return RowState::ok(Copy::healthAllOK.text());
+  if (bad > 0) return RowState::bad(Copy::healthNeedAttention.with(bad));
+  if (off < notOk) return RowState::warn(Copy::healthNotFullyHealthy.with(notOk));
+  return RowState::ok(Copy::healthOKWithNotes(notOk));
+}
+
+std::string checkinFact(const Snapshot& snapshot, Date now, const TimeTexts& times) {
+  const bool isFailing = !snapshot.lastCheckinError.empty();
+  if (!snapshot.lastCheckinSuccess) {
+    return std::string((isFailing ? Copy::checkinFailing : Copy::checkinNever).text());
+  }
+  auto age = times.relativeAge(*snapshot.lastCheckinSuccess, now);
+  return isFailing ? Copy::checkinFailingLastOK.with(age) : age;
+}
+
+}  // namespace ostrel

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "OstrelAgent/RowState.hpp"
+#include "OstrelAgent/TimeTexts.hpp"
+
+namespace ostrel {
+
+/// The egress-lock row.
+RowState egressLockState(const Snapshot& snapshot);
+
+/// The credential row, which is also the identity fact.
+RowState credentialState(const Snapshot& snapshot);
+
+/// The capture row, and the health it is weighed on: the daemon's when that wants attention, else the extension's.
+RowState captureState(const Snapshot& snapshot);
+const Snapshot::ComponentHealth& captureHealth(const Snapshot& snapshot);
+
+/// The device-CA row, and the health it is weighed on: the trust's when that wants attention, else the expiry's.
+RowState deviceCAState(const Snapshot& snapshot);
+const Snapshot::ComponentHealth& deviceCAHealth(const Snapshot& snapshot);
+
+/// The rows below the health roll-up; an id is the key of the row's label.
+std::vector<StatusComponent> components(const Snapshot& snapshot);
+
+/// One row for all components. A row switched off is a note, not a fault.
+RowState healthRollup(const std::vector<StatusComponent>& components);
+
+/// When the device last checked in with the service.
+std::string checkinFact(const Snapshot& snapshot, Date now, const TimeTexts& times);
+
+}  // namespace ostrel

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "OstrelAgent/Snapshot.hpp"
+
+namespace ostrel {
+
+/// What the controller publishes for the panel.
+struct StatusPanelModel {
+  Snapshot snap;
+  bool hasReading = false;  ///< the first refresh has ended
+  std::vector<std::string> runningContainerRuntimes;
+  double panelMaxHeight = 0;  ///< points; 0 until a screen is known
+  bool updateInFlight = false;
+  bool checkinInFlight = false;
+  std::optional<std::string> checkinNotice;
+  bool diagnosticsInFlight = false;
+  std::optional<std::string> diagnosticsNotice;
+  bool sendDiagnosticsInFlight = false;
+  std::optional<Date> diagnosticsSentAt;
+  std::optional<std::string> sendDiagnosticsError;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <expected>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace ostrel {
+
+/// Keys with their texts, in the order of the file.
+using StringsEntries = std::vector<std::pair<std::string, std::string>>;
+
+/// Where a strings table stops being one.
+struct StringsError {
+  std::size_t line = 0;  ///< from 1
+  std::string reason;
+
+  bool operator==(const StringsError&) const = default;
+};
+
+/// Reads a table of `"key" = "value";` entries in UTF-8, with /* */ and // comments and the escapes \" \\ \' \n
+/// \t \r and \Uxxxx. A table with one mistake is refused whole, so that no half of it is shown.
+std::expected<StringsEntries, StringsError> parseStrings(std::string_view bytes);
+
+/// One entry as a line of such a table.
+std::string stringsLine(std::string_view key, std::string_view value);
+
+}  // namespace ostrel
