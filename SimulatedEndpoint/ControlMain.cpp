@@ -1,0 +1,22 @@
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "SimulatedEndpoint/Control.hpp"
+
+int main(int argc, char** argv) {
+  using namespace ostrel;
+  using namespace ostrel::simulated;
+  std::error_code error;
+  const auto folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+  if (error) {
+    std::fprintf(stderr, "simulated-endpoint: cannot find its own folder: %s\n", error.message().c_str());
+    return 1;
+  }
+  const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+  const auto result = runControl(arguments, ScenarioFolder(folder / "Scenarios"),
+                                 SimulatedState(HostRoot::fromEnvironment("")), folder / "profiles");
+  std::fputs(result.text.c_str(), result.status == 0 ? stdout : stderr);
+  return result.status;
+}

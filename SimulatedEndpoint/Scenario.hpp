@@ -1,0 +1,40 @@
+#pragma once
+
+#include <expected>
+#include <string>
+#include <string_view>
+
+#include "SimulatedEndpoint/Json.hpp"
+
+namespace ostrel::simulated {
+
+/// One state of the simulated Mac: what the helper reports, how it behaves, what the system's preferences
+/// hold.
+class Scenario {
+ public:
+  /// The scenario of a document, defaults filled in, or a sentence on what is wrong with it.
+  [[nodiscard]] static std::expected<Scenario, std::string> fromJson(const Json& document);
+  [[nodiscard]] static std::expected<Scenario, std::string> fromText(std::string_view text);
+
+  /// What is simulated where nobody chose anything.
+  [[nodiscard]] static std::expected<Scenario, std::string> initial();
+
+  /// This scenario after the endpoint was removed from the Mac; the helper behaves as before.
+  [[nodiscard]] std::expected<Scenario, std::string> uninstalled() const;
+
+  /// This scenario with the value at a dotted path ("report.health.verdict") replaced.
+  [[nodiscard]] std::expected<Scenario, std::string> with(std::string_view path, Json value) const;
+
+  const Json& document() const { return document_; }
+  std::string name() const { return document_.at("name"); }
+  std::string description() const { return document_.at("description"); }
+  const Json& report() const { return document_.at("report"); }
+  const Json& helper() const { return document_.at("helper"); }
+
+ private:
+  explicit Scenario(Json document) : document_(std::move(document)) {}
+
+  Json document_;
+};
+
+}  // namespace ostrel::simulated
