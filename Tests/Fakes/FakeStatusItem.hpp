@@ -1,0 +1,39 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <utility>
+#include <vector>
+
+#include "OstrelAgent/Verdict.hpp"
+#include "Platform/StatusItem.hpp"
+
+namespace ostrel {
+
+/// A menu-bar item that remembers every icon it was given.
+class FakeStatusItem final : public StatusItem {
+ public:
+  void install(std::function<void()> clicked) override { clicked_ = std::move(clicked); }
+
+  void show(const MenuBarIcon& icon) override {
+    if (!isInstalled()) ADD_FAILURE() << "an icon is shown before the item is installed";
+    shown.push_back(icon);
+  }
+
+  void click() {
+    if (!isInstalled()) {
+      ADD_FAILURE() << "a click before the item is installed";
+      return;
+    }
+    clicked_();
+  }
+
+  bool isInstalled() const { return clicked_ != nullptr; }
+
+  std::vector<MenuBarIcon> shown;
+
+ private:
+  std::function<void()> clicked_;
+};
+
+}  // namespace ostrel
