@@ -57,11 +57,12 @@ ControlResult chooseScenario(const std::string& name, const ScenarioFolder& fold
 ControlResult setValue(const std::string& path, const std::string& text, const SimulatedState& state) {
   const auto current = state.scenario();
   if (!current) return failed(current.error() + "\nChoose a scenario anew to mend it.");
-  const auto parsed = parseJson(text);
-  const auto changed = current->with(path, parsed ? *parsed : Json(text));
+  const auto value = jsonOrText(text);
+  if (!value) return failed(value.error());
+  const auto changed = current->with(path, *value);
   if (!changed) return failed(changed.error());
   if (auto chosen = state.choose(*changed, path); !chosen) return failed(chosen.error());
-  return {0, path + " is now " + (parsed ? parsed->dump() : text) + "\n"};
+  return {0, path + " is now " + value->dump() + "\n"};
 }
 
 ControlResult show(const SimulatedState& state) {

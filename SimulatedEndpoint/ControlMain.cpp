@@ -3,6 +3,7 @@
 #include <system_error>
 #include <vector>
 
+#include "Platform/Posix/PosixFiles.hpp"
 #include "SimulatedEndpoint/Control.hpp"
 
 int main(int argc, char** argv) {
@@ -15,8 +16,9 @@ int main(int argc, char** argv) {
     return 1;
   }
   const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
-  const auto result = runControl(arguments, ScenarioFolder(folder / "Scenarios"),
-                                 SimulatedState(HostRoot::fromEnvironment("")), folder / "profiles");
+  PosixFiles files([](std::string_view path) { return std::string(path); });
+  const auto result = runControl(arguments, ScenarioFolder(files, folder / "Scenarios"),
+                                 SimulatedState(files, HostRoot::fromEnvironment("")), folder / "profiles");
   std::fputs(result.text.c_str(), result.status == 0 ? stdout : stderr);
   return result.status;
 }

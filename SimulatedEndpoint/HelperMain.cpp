@@ -8,6 +8,7 @@
 #include <ctime>
 #include <vector>
 
+#include "Platform/Posix/PosixFiles.hpp"
 #include "SimulatedEndpoint/HelperAnswers.hpp"
 #include "SimulatedEndpoint/SimulatedState.hpp"
 
@@ -99,7 +100,8 @@ int main(int argc, char** argv) {
     std::fputs(usage, stderr);
     return 2;
   }
-  const SimulatedState state(HostRoot::fromEnvironment(""));
+  PosixFiles files([](std::string_view path) { return std::string(path); });
+  const SimulatedState state(files, HostRoot::fromEnvironment(""));
   const auto scenario = state.scenario();
   if (!scenario) return failed(scenario.error());
   const auto behaviour = helperBehaviour(scenario->helper(), helperCommandWord(request->command));

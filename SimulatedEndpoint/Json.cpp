@@ -33,6 +33,15 @@ std::expected<Json, std::string> parseJson(std::string_view text) {
   }
 }
 
+std::expected<Json, std::string> jsonOrText(const std::string& typed) try {
+  if (auto value = parseJson(typed)) return value;
+  Json text = typed;
+  (void)text.dump();
+  return text;
+} catch (const Json::exception&) {
+  return std::unexpected("the value is not UTF-8 text");
+}
+
 bool isShallow(const Json& value) { return isWithinDepth(value, maxDepth); }
 
 std::string inQuotes(std::string_view word) {

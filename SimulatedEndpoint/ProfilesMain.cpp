@@ -2,8 +2,10 @@
 #include <array>
 #include <cstdio>
 #include <span>
+#include <string>
 #include <string_view>
 
+#include "Platform/Posix/PosixFiles.hpp"
 #include "SimulatedEndpoint/SimulatedState.hpp"
 
 int main(int argc, char** argv) {
@@ -13,7 +15,8 @@ int main(int argc, char** argv) {
     std::fputs("usage: profiles status -type enrollment\n", stderr);
     return 1;
   }
-  const auto isManaged = simulated::SimulatedState(HostRoot::fromEnvironment("")).isDeviceManaged();
+  PosixFiles files([](std::string_view path) { return std::string(path); });
+  const auto isManaged = simulated::SimulatedState(files, HostRoot::fromEnvironment("")).isDeviceManaged();
   if (!isManaged) {
     std::fprintf(stderr, "profiles: %s\n", isManaged.error().c_str());
     return 1;

@@ -5,7 +5,7 @@
 #include <numeric>
 #include <utility>
 
-#include "SimulatedEndpoint/TextFile.hpp"
+#include "SimulatedEndpoint/JsonFile.hpp"
 
 namespace ostrel::simulated {
 
@@ -75,12 +75,11 @@ std::expected<Scenario, std::string> ScenarioFolder::load(const std::string& nam
 std::expected<Json, std::string> ScenarioFolder::document(const std::string& name) const {
   if (!std::ranges::binary_search(names(), name))
     return std::unexpected("there is no scenario " + inQuotes(name));
-  const auto text = readTextFile(path_ + "/" + name + ".json");
-  if (!text) return std::unexpected(text.error());
-  auto document = parseJson(text->value_or(std::string()));
-  if (!document) return std::unexpected(name + ".json " + document.error());
-  if (!document->is_object()) return std::unexpected(name + ".json must be an object");
-  return document;
+  const auto path = path_ + "/" + name + ".json";
+  const auto document = readJsonFile(files_, path);
+  if (!document) return std::unexpected(document.error());
+  if (!*document || !(*document)->is_object()) return std::unexpected(path + " must be an object");
+  return **document;
 }
 
 }  // namespace ostrel::simulated

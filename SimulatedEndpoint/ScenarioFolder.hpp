@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Platform/Files.hpp"
 #include "SimulatedEndpoint/Scenario.hpp"
 
 namespace ostrel::simulated {
@@ -13,7 +14,7 @@ namespace ostrel::simulated {
 /// The scenario files NAME.json of a folder.
 class ScenarioFolder {
  public:
-  explicit ScenarioFolder(std::string path) : path_(std::move(path)) {}
+  ScenarioFolder(const Files& files, std::string path) : files_(files), path_(std::move(path)) {}
 
   /// Sorted; empty when the folder cannot be read.
   std::vector<std::string> names() const;
@@ -27,6 +28,7 @@ class ScenarioFolder {
  private:
   [[nodiscard]] std::expected<Json, std::string> document(const std::string& name) const;
 
+  const Files& files_;
   std::string path_;
 };
 

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "SimulatedEndpoint/DottedPath.hpp"
-#include "SimulatedEndpoint/TextFile.hpp"
+#include "SimulatedEndpoint/JsonFile.hpp"
 
 namespace ostrel::simulated {
 
@@ -38,11 +38,11 @@ constexpr std::array<const char*, 2> endpointFiles = {
 
 std::expected<Scenario, std::string> SimulatedState::scenario() const {
   const auto path = root_.realPath(simulatedstate::scenario);
-  const auto text = readTextFile(path);
-  if (!text) return std::unexpected(text.error());
-  if (!text->has_value()) return Scenario::initial();
-  auto current = Scenario::fromText(**text);
-  if (!current) return std::unexpected("the scenario file " + path + " is damaged: " + current.error());
+  const auto document = readJsonFile(files_, path);
+  if (!document) return std::unexpected(document.error());
+  if (!*document) return Scenario::initial();
+  auto current = Scenario::fromJson(**document);
+  if (!current) return std::unexpected(path + ": " + current.error());
   return current;
 }
 
@@ -51,38 +51,40 @@ std::expected<void, std::string> SimulatedState::choose(const Scenario& scenario
   for (const auto& preference : preferences) {
     if (!pathsTouch(preference.path, changedPath)) continue;
     auto written =
-        writeTextFile(root_.realPath(preference.file), printJson(preference.content(scenario.document())));
+        writeJsonFile(files_, root_.realPath(preference.file), preference.content(scenario.document()));
     if (!written) return written;
   }
-  return writeTextFile(root_.realPath(simulatedstate::scenario), printJson(scenario.document()));
+  return writeJsonFile(files_, root_.realPath(simulatedstate::scenario), scenario.document());
 }
 
 std::expected<std::vector<std::string>, std::string> SimulatedState::uninstall(
     const Scenario& current) const {
   const auto after = current.uninstalled();
   if (!after) return std::unexpected(after.error());
-  auto written = writeTextFile(root_.realPath(simulatedstate::scenario), printJson(after->document()));
+  auto written = writeJsonFile(files_, root_.realPath(simulatedstate::scenario), after->document());
   if (!written) return std::unexpected(written.error());
   std::vector<std::string> removed;
   for (const auto* file : endpointFiles) {
-    std::error_code error;
-    if (std::filesystem::remove(root_.realPath(file), error)) removed.emplace_back(file);
-    if (error) return std::unexpected("cannot remove " + root_.realPath(file) + ": " + error.message());
+    const auto path = root_.realPath(file);
+    if (!files_.exists(path)) continue;
+    if (auto gone = files_.remove(path); !gone) {
+      return std::unexpected("cannot remove " + path + ": " + gone.error().description);
+    }
+    removed.emplace_back(file);
   }
   return removed;
 }
 
 std::expected<bool, std::string> SimulatedState::isDeviceManaged() const {
   const auto path = root_.realPath(simulatedstate::deviceManagement);
-  const auto text = readTextFile(path);
-  if (!text) return std::unexpected(text.error());
-  if (!text->has_value()) return false;
-  const auto state = parseJson(**text);
-  if (!state) return std::unexpected(path + " " + state.error());
-  if (!state->is_object() || !state->contains("enrolled") || !(*state)["enrolled"].is_boolean()) {
-    return std::unexpected(path + " must be an object with \"enrolled\" true or false");
+  const auto state = readJsonFile(files_, path);
+  if (!state) return std::unexpected(state.error());
+  if (!*state) return false;
+  const Json& document = **state;
+  if (document.is_object() && document.contains("enrolled") && document["enrolled"].is_boolean()) {
+    return document["enrolled"].get<bool>();
   }
-  return (*state)["enrolled"].get<bool>();
+  return std::unexpected(path + " must hold \"enrolled\", true or false");
 }
 
 std::expected<void, std::string> SimulatedState::linkProfilesTool(const std::string& tool) const {

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Platform/Files.hpp"
 #include "Platform/SimulatedMac/HostRoot.hpp"
 #include "SimulatedEndpoint/Scenario.hpp"
 
@@ -13,7 +14,8 @@ namespace ostrel::simulated {
 /// The scenario's files under the host root.
 class SimulatedState {
  public:
-  explicit SimulatedState(HostRoot root) : root_(std::move(root)) {}
+  /// The files are told real paths.
+  SimulatedState(Files& files, HostRoot root) : files_(files), root_(std::move(root)) {}
 
   /// The current scenario, the initial one when none was chosen, or a sentence on what is wrong with its
   /// file.
@@ -35,6 +37,7 @@ class SimulatedState {
   [[nodiscard]] std::expected<void, std::string> linkProfilesTool(const std::string& tool) const;
 
  private:
+  Files& files_;
   HostRoot root_;
 };
 

@@ -1,0 +1,144 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+
+#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/PanelHeader.hpp"
+#include "OstrelAgent/Snapshot.hpp"
+#include "OstrelAgent/Verdict.hpp"
+#include "Platform/Posix/PosixFiles.hpp"
+#include "SimulatedEndpoint/HelperAnswers.hpp"
+#include "SimulatedEndpoint/ScenarioFolder.hpp"
+#include "Tests/Fakes/TemporaryFolder.hpp"
+
+namespace ostrel::simulated {
+namespace {
+
+const std::chrono::sys_seconds now(std::chrono::seconds(1'760'000'000));
+
+/// The scenario files as they lie beside the control program.
+struct Shipped {
+  PosixFiles files{[](std::string_view path) { return std::string(path); }};
+  ScenarioFolder folder{files, SCENARIO_FOLDER};
+
+  Snapshot snapshot(const std::string& name) const {
+    const auto scenario = folder.load(name);
+    const auto report = StatusReport::decode(statusAnswer(scenario.value(), HelperBehaviour(), now));
+    Snapshot snapshot;
+    snapshot.fill(report.value());
+    return snapshot;
+  }
+};
+
+/// A folder with scenario files of the test's own.
+struct OwnFolder {
+  TemporaryFolder place;
+  PosixFiles files{[](std::string_view path) { return std::string(path); }};
+  ScenarioFolder folder{files, place.path()};
+
+  void write(const std::string& name, const std::string& text) { place.write(name + ".json", text); }
+};
+
+TEST(ScenarioFiles, AreValidAndTheirReportsDecode) {
+  const Shipped shipped;
+  const auto names = shipped.folder.names();
+  ASSERT_GE(names.size(), 29U);
+  for (const auto& name : names) {
+    const auto scenario = shipped.folder.load(name);
+    ASSERT_TRUE(scenario) << scenario.error();
+    EXPECT_EQ(scenario->name(), name);
+    EXPECT_LE(scenario->description().size(), 80U) << name;
+    EXPECT_FALSE(scenario->description().empty()) << name;
+    const auto report = StatusReport::decode(statusAnswer(*scenario, HelperBehaviour(), now));
+    EXPECT_TRUE(report) << name;
+  }
+}
+
+TEST(ScenarioFiles, GiveEveryCodeATextAndEveryFaultACode) {
+  const Shipped shipped;
+  for (const auto& name : shipped.folder.names()) {
+    const auto snap = shipped.snapshot(name);
+    for (const auto* health : {&snap.daemon, &snap.deviceCA, &snap.sysext, &snap.runtimeTrust,
+                               &snap.credential, &snap.captureSet, &snap.caExpiry, &snap.egressLock}) {
+      const bool isExplained = !health->code.empty() && !health->severity.empty();
+      EXPECT_TRUE(isExplained || health->state != "broken") << name << " " << health->code;
+      if (health->code.empty()) continue;
+      const auto text = Copy::componentDetail(health->code, health->detail, health->params);
+      EXPECT_FALSE(text.empty()) << name << " " << health->code;
+      EXPECT_EQ(text.find("does not recognize"), std::string::npos) << name << " " << text;
+      EXPECT_EQ(Copy::relaysWireDetail(health->code), !health->detail.empty()) << name << " " << health->code;
+    }
+  }
+}
+
+TEST(ScenarioFiles, ReachTheVerdictOfTheirDescription) {
+  using Case = ProtectionVerdict::Case;
+  constexpr std::array<std::pair<std::string_view, Case>, 3> words = {
+      {{"Protected", Case::isProtected},
+       {"Degraded", Case::needsAttention},
+       {"Not protected", Case::notProtected}}};
+  const Shipped shipped;
+  for (const auto& name : shipped.folder.names()) {
+    const auto description = shipped.folder.load(name)->description();
+    for (const auto& [word, kind] : words) {
+      if (!description.starts_with(word)) continue;
+      const auto verdict = ProtectionVerdict::of(shipped.snapshot(name));
+      EXPECT_EQ(verdict.kind, verdict.count > 0 ? Case::protectedWithOff : kind) << name;
+    }
+  }
+  EXPECT_EQ(ProtectionVerdict::of(shipped.snapshot("protected-2-off")).count, 2);
+}
+
+TEST(ScenarioFiles, SettleOrAreOverdueAsTheirNamesSay) {
+  using Case = Settling::Case;
+  constexpr std::array<std::pair<const char*, Case>, 4> rows = {{{"settling", Case::settling},
+                                                                 {"overdue", Case::overdue},
+                                                                 {"container-blocked", Case::settling},
+                                                                 {"credential-degraded", Case::needsAction}}};
+  const Shipped shipped;
+  for (const auto& [name, kind] : rows) {
+    const auto snapshot = shipped.snapshot(name);
+    EXPECT_EQ(Settling::read(ProtectionVerdict::of(snapshot), snapshot, now).kind, kind) << name;
+  }
+}
+
+TEST(ScenarioFiles, ThatAreBasedOnAnotherChangeOnlyWhatTheySay) {
+  OwnFolder own;
+  own.write("base",
+            R"({"description": "b", "report": {"a": {"x": 1, "y": 2}, "l": [1, 2]}, "mdm_enrolled": true})");
+  own.write("child", R"({"based_on": "base", "report": {"a": {"x": 3, "y": null}, "l": [4]}})");
+  const auto scenario = own.folder.load("child");
+  ASSERT_TRUE(scenario) << scenario.error();
+  EXPECT_EQ(scenario->report(), Json({{"a", {{"x", 3}}}, {"l", {4}}}));
+  EXPECT_EQ(scenario->name(), "child");
+  EXPECT_EQ(scenario->document()["mdm_enrolled"], true);
+}
+
+TEST(ScenarioFiles, SayWhichOneCannotBeUsed) {
+  OwnFolder own;
+  own.write("grandchild", R"({"based_on": "child"})");
+  own.write("child", R"({"based_on": "grandchild"})");
+  own.write("orphan", R"({"based_on": "nobody"})");
+  own.write("list", "[]");
+  own.write("empty", "");
+  for (const auto* name : {"grandchild", "orphan", "list", "empty"}) {
+    const auto scenario = own.folder.load(name);
+    ASSERT_FALSE(scenario) << name;
+    EXPECT_NE(scenario.error().find(std::string(name) + ".json"), std::string::npos) << scenario.error();
+  }
+  own.write("inner/good", R"({"report": {}})");
+  EXPECT_FALSE(own.folder.load("inner/good"));
+}
+
+TEST(ScenarioFiles, AreSuggestedByANearName) {
+  const Shipped shipped;
+  EXPECT_EQ(shipped.folder.closestName("setling"), "settling");
+  EXPECT_EQ(shipped.folder.closestName("Protected"), "protected");
+  EXPECT_EQ(shipped.folder.closestName("container"), "container-blocked");
+  EXPECT_EQ(shipped.folder.closestName("zebra"), std::nullopt);
+  EXPECT_EQ(shipped.folder.closestName(""), std::nullopt);
+}
+
+}  // namespace
+}  // namespace ostrel::simulated
