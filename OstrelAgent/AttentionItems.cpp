@@ -77,7 +77,8 @@ AttentionItem componentCard(const Snapshot& snapshot, const StatusComponent& com
                      .detail = detailOf(component.health),
                      .action = ComponentNote::actionFor(component.health, now, times),
                      .button = std::nullopt};
-  if (component.id == Copy::componentRuntimeTrust.key && card.detail.empty()) card.detail = component.state.text;
+  if (component.id == Copy::componentRuntimeTrust.key && card.detail.empty())
+    card.detail = component.state.text;
   if (component.id == Copy::componentDeviceCA.key) card.button = deviceCAButton(snapshot);
   return card;
 }
@@ -126,7 +127,8 @@ bool showsRepair(const Snapshot& snapshot) {
 }
 
 bool showsEnableEgressLock(const Snapshot& snapshot) {
-  return !isEgressLockOffByPolicy(snapshot.egressLock) && !snapshot.egressLockEnabled && !snapshot.mdmEnrolled;
+  return !isEgressLockOffByPolicy(snapshot.egressLock) && !snapshot.egressLockEnabled &&
+         !snapshot.mdmEnrolled;
 }
 
 std::vector<AttentionItem> attentionItems(const Snapshot& snapshot, const AttentionRows& rows, Date now,

@@ -41,12 +41,10 @@ std::string_view parameter(const std::vector<std::string>& params, std::size_t i
 
 /// The codes whose text is the daemon's own sentence, CREDENTIAL_ codes aside.
 constexpr std::array<std::string_view, 13> relayedCodes = {
-    "TRUST_KNOB_UNCOVERED",         "SYSEXT_REACTIVATE_PENDING",
-    "APP_REJECTED_LEAF",            "CONTAINER_REJECTED_LEAF",
-    "APP_STARTED_WITHOUT_TRUST_ENV", "APP_SHELL_SKIPPED_TRUST_SEED",
-    "TRUST_ENV_SHELL_UNRESPONSIVE", "TRUST_VERIFIED_BY_TRAFFIC",
-    "TRUST_TRUSTED_WITHOUT_KNOB",   "TRUST_SEEDED_FOR_SHELL",
-    "TRUST_KNOB_OVERRIDE_SUSPECTED", "TRUST_SEED_MISSING",
+    "TRUST_KNOB_UNCOVERED",         "SYSEXT_REACTIVATE_PENDING",     "APP_REJECTED_LEAF",
+    "CONTAINER_REJECTED_LEAF",      "APP_STARTED_WITHOUT_TRUST_ENV", "APP_SHELL_SKIPPED_TRUST_SEED",
+    "TRUST_ENV_SHELL_UNRESPONSIVE", "TRUST_VERIFIED_BY_TRAFFIC",     "TRUST_TRUSTED_WITHOUT_KNOB",
+    "TRUST_SEEDED_FOR_SHELL",       "TRUST_KNOB_OVERRIDE_SUSPECTED", "TRUST_SEED_MISSING",
     "TRUST_RC_FILE_UNSCANNED"};
 
 /// Codes whose translation takes the first two parameters as two arguments.
@@ -117,8 +115,8 @@ Copy::Translation Copy::translation(const StringsEntries& entries) {
   Translation result;
   for (const auto& [key, text] : entries) {
     const auto known = defaultOf.find(key);
-    const bool matches = known == defaultOf.end() || text.empty() ||
-                         formatSpecifiers(text) == formatSpecifiers(known->second);
+    const bool matches =
+        known == defaultOf.end() || text.empty() || formatSpecifiers(text) == formatSpecifiers(known->second);
     if (matches) {
       result.table.insert_or_assign(key, text);
     } else {
@@ -218,7 +216,8 @@ std::optional<std::string> Copy::runtimeTrustStaleLauncher(const std::vector<std
   if (kind == "app") return runtimeTrustOldApp.with(program);
   if (kind == "service") return runtimeTrustOldService.with(program);
   const auto terminal = parameter(params, 1);
-  return terminal.empty() ? runtimeTrustOldShell.with(program) : runtimeTrustOldWindow.with(program, terminal);
+  return terminal.empty() ? runtimeTrustOldShell.with(program)
+                          : runtimeTrustOldWindow.with(program, terminal);
 }
 
 std::optional<std::string> Copy::runtimeTrustShellSkippedSeed(const std::vector<std::string>& params) {

@@ -51,7 +51,8 @@ class Copy {
 #undef COPY_ONBOARDING
   };
 
-  /// A translation's entries as a table, and the keys left out because their specifiers are not the default's.
+  /// A translation's entries as a table, and the keys left out because their specifiers are not the
+  /// default's.
   struct Translation {
     Table table;
     std::vector<std::string> ignoredKeys;
@@ -64,7 +65,8 @@ class Copy {
   /// Every key of the catalogue with its English text: the messages, the detail texts, the remedies.
   static std::vector<std::pair<std::string, std::string_view>> english();
 
-  /// The installed table's text for the key, or the fallback. The view lasts as long as the longer-lived of both.
+  /// The installed table's text for the key, or the fallback. The view lasts as long as the longer-lived of
+  /// both.
   static std::string_view text(std::string_view key, std::string_view fallback);
 
   /// The detail line of a component, from its code, the daemon's own sentence and its parameters.

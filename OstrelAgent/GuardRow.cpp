@@ -27,17 +27,22 @@ std::string credentialConsequence(const Health& credential) {
 /// A trust that is still pending is amber also where the daemon gives no severity.
 GuardFailure setupUnfinished(const Health& deviceCA) {
   return {std::string(Copy::guardRollupSetupUnfinished.text()),
-          std::string(Copy::guardConsequenceTrustPending.text()), isYellow(deviceCA) || deviceCA.severity.empty(),
-          deviceCA};
+          std::string(Copy::guardConsequenceTrustPending.text()),
+          isYellow(deviceCA) || deviceCA.severity.empty(), deviceCA};
 }
 
 int rank(const StatusComponent& row) {
   switch (row.state.kind) {
-    case RowState::Case::bad: return 0;
-    case RowState::Case::warn: return 1;
-    case RowState::Case::off: return 2;
-    case RowState::Case::info: return 3;
-    case RowState::Case::ok: return 4;
+    case RowState::Case::bad:
+      return 0;
+    case RowState::Case::warn:
+      return 1;
+    case RowState::Case::off:
+      return 2;
+    case RowState::Case::info:
+      return 3;
+    case RowState::Case::ok:
+      return 4;
   }
   return 4;
 }
@@ -102,7 +107,8 @@ std::vector<std::string> offEcosystemNames(const Snapshot& snapshot) {
   return names;
 }
 
-RowState guardRollup(const std::optional<GuardFailure>& failure, const std::vector<StatusComponent>& ecosystems) {
+RowState guardRollup(const std::optional<GuardFailure>& failure,
+                     const std::vector<StatusComponent>& ecosystems) {
   if (failure) return failure->isDegraded ? RowState::warn(failure->rollup) : RowState::bad(failure->rollup);
   if (ecosystems.empty()) return RowState::info(Copy::stateNotReported.text());
   const auto total = ecosystems.size();

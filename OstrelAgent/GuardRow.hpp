@@ -10,9 +10,9 @@ namespace ostrel {
 
 /// Why Guard does not protect.
 struct GuardFailure {
-  std::string rollup;       ///< text of the Guard row
-  std::string consequence;  ///< what it means for the person
-  bool isDegraded = false;  ///< amber instead of red
+  std::string rollup;                   ///< text of the Guard row
+  std::string consequence;              ///< what it means for the person
+  bool isDegraded = false;              ///< amber instead of red
   Snapshot::ComponentHealth component;  ///< what failed it
 
   bool operator==(const GuardFailure&) const = default;
@@ -28,7 +28,8 @@ std::vector<StatusComponent> ecosystemRows(const Snapshot& snapshot);
 std::vector<std::string> offEcosystemNames(const Snapshot& snapshot);
 
 /// The Guard row over the given ecosystem rows.
-RowState guardRollup(const std::optional<GuardFailure>& failure, const std::vector<StatusComponent>& ecosystems);
+RowState guardRollup(const std::optional<GuardFailure>& failure,
+                     const std::vector<StatusComponent>& ecosystems);
 RowState guardRollup(const Snapshot& snapshot);
 
 }  // namespace ostrel

@@ -10,18 +10,23 @@ namespace {
 
 std::string_view wrongType(JsonField::Kind expected) {
   switch (expected) {
-    case JsonField::Kind::text: return "is not a text";
-    case JsonField::Kind::boolean: return "is not true or false";
-    case JsonField::Kind::integer: return "is not a whole number of 64 bits";
-    case JsonField::Kind::object: return "is not an object";
+    case JsonField::Kind::text:
+      return "is not a text";
+    case JsonField::Kind::boolean:
+      return "is not true or false";
+    case JsonField::Kind::integer:
+      return "is not a whole number of 64 bits";
+    case JsonField::Kind::object:
+      return "is not an object";
     case JsonField::Kind::texts:
-    case JsonField::Kind::objects: return "is not a list";
+    case JsonField::Kind::objects:
+      return "is not a list";
   }
   return {};
 }
 
-/// Takes the parser's events and fills the structs in one pass. Faults are held back until the object around them
-/// ends, because a later value of the same key makes up for them.
+/// Takes the parser's events and fills the structs in one pass. Faults are held back until the object around
+/// them ends, because a later value of the same key makes up for them.
 class Decoder {
  public:
   Decoder(std::string_view bytes, const JsonObject& layout, void* target)
@@ -193,9 +198,8 @@ class Decoder {
   }
 
   void forgetFaults(std::size_t field) {
-    std::erase_if(faults_, [&](const Fault& fault) {
-      return fault.depth == frames_.size() && fault.current == field;
-    });
+    std::erase_if(
+        faults_, [&](const Fault& fault) { return fault.depth == frames_.size() && fault.current == field; });
   }
 
   std::string path() const {

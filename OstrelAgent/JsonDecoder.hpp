@@ -15,7 +15,8 @@ namespace ostrel {
 
 /// What is wrong with a document, and where.
 struct JsonError {
-  std::string path;    ///< of the value, "health.daemon.state" or "features[2].id"; empty for the document itself
+  std::string
+      path;  ///< of the value, "health.daemon.state" or "features[2].id"; empty for the document itself
   std::string reason;  ///< "is missing", "is not a text", "is not JSON (line 3, column 7)"
 
   /// Both as one clause: "health.daemon.state is missing".
@@ -34,10 +35,10 @@ struct JsonField {
   std::string_view key;
   Kind kind = Kind::text;
   bool required = true;
-  const JsonObject* layout = nullptr;  ///< of an object, or of the elements of objects
-  void* (*make)(void* owner) = nullptr;     ///< a fresh value in the owner's member
-  void (*clear)(void* owner) = nullptr;     ///< makes an optional member absent
-  void* (*append)(void* list) = nullptr;    ///< a fresh element at the end of a made list
+  const JsonObject* layout = nullptr;     ///< of an object, or of the elements of objects
+  void* (*make)(void* owner) = nullptr;   ///< a fresh value in the owner's member
+  void (*clear)(void* owner) = nullptr;   ///< makes an optional member absent
+  void* (*append)(void* list) = nullptr;  ///< a fresh element at the end of a made list
 };
 
 /// The known keys of an object; every other key is skipped.
@@ -45,8 +46,9 @@ struct JsonObject {
   std::span<const JsonField> fields;
 };
 
-/// Reads a document into the struct that the layout describes. Types must match exactly, an integer has neither
-/// fraction nor exponent and fits 64 bits; the last of a repeated key counts. Any fault fails the document.
+/// Reads a document into the struct that the layout describes. Types must match exactly, an integer has
+/// neither fraction nor exponent and fits 64 bits; the last of a repeated key counts. Any fault fails the
+/// document.
 std::expected<void, JsonError> decodeJson(std::string_view bytes, const JsonObject& layout, void* target);
 
 namespace jsonfields {
@@ -70,8 +72,8 @@ inline constexpr bool isList<std::vector<Element>> = true;
 
 }  // namespace jsonfields
 
-/// Makes the fields of one struct: `JsonFields<Knob>::field<&Knob::env>("env")`. A std::optional member makes the key
-/// optional; members of struct type, or lists of them, take the layout of that struct.
+/// Makes the fields of one struct: `JsonFields<Knob>::field<&Knob::env>("env")`. A std::optional member makes
+/// the key optional; members of struct type, or lists of them, take the layout of that struct.
 template <class Owner>
 struct JsonFields {
   template <auto Member>

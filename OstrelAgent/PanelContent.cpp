@@ -11,9 +11,12 @@ namespace {
 
 RowState::Case tintOf(MenuBarBadge badge) {
   switch (badge) {
-    case MenuBarBadge::dot: return RowState::Case::ok;
-    case MenuBarBadge::square: return RowState::Case::warn;
-    case MenuBarBadge::octagon: return RowState::Case::bad;
+    case MenuBarBadge::dot:
+      return RowState::Case::ok;
+    case MenuBarBadge::square:
+      return RowState::Case::warn;
+    case MenuBarBadge::octagon:
+      return RowState::Case::bad;
   }
   return RowState::Case::warn;
 }
@@ -21,7 +24,8 @@ RowState::Case tintOf(MenuBarBadge badge) {
 /// Computes one content; holds what all its parts are computed from.
 class PanelComposer {
  public:
-  PanelComposer(const StatusPanelModel& model, Date now, const TimeTexts& times, const PanelActionSet& available)
+  PanelComposer(const StatusPanelModel& model, Date now, const TimeTexts& times,
+                const PanelActionSet& available)
       : model_(model), snap_(model.snap), now_(now), times_(times), available_(available) {}
 
   PanelContent content() const {
@@ -62,7 +66,8 @@ class PanelComposer {
     const bool isRequired = update.state == "eol";
     if (!isRequired && update.state != "available") return std::nullopt;
     PanelContent::Update block;
-    block.state = isRequired ? RowState::bad(Copy::updateRequired.text()) : RowState::info(Copy::updateAvailable.text());
+    block.state = isRequired ? RowState::bad(Copy::updateRequired.text())
+                             : RowState::info(Copy::updateAvailable.text());
     block.version = update.latestVersion.value_or("");
     const auto minimum = update.minimumSupportedVersion.value_or("");
     if (isRequired && !minimum.empty()) block.belowMinimum = Copy::updateBelowMinimum.with(minimum);
@@ -90,7 +95,8 @@ class PanelComposer {
   }
 
   PanelContent::Protection protection(bool hasFailed, const RowState& guard,
-                                      const std::vector<StatusComponent>& ecosystems, const RowState& lock) const {
+                                      const std::vector<StatusComponent>& ecosystems,
+                                      const RowState& lock) const {
     PanelContent::Protection protection;
     protection.guard = {"guard", std::string(Copy::featureGuard.text()), guard, ""};
     for (const auto& ecosystem : ecosystems) protection.ecosystems.push_back({ecosystem.id, ecosystem.state});
@@ -119,7 +125,8 @@ class PanelComposer {
   }
 
   std::vector<PanelContent::Fact> facts() const {
-    const auto version = snap_.version.empty() ? Copy::versionUnknown.text() : std::string_view(snap_.version);
+    const auto version =
+        snap_.version.empty() ? Copy::versionUnknown.text() : std::string_view(snap_.version);
     return {{std::string(Copy::rowIdentity.text()), credentialState(snap_).text},
             {std::string(Copy::rowLastCheckin.text()), checkinFact(snap_, now_, times_)},
             {std::string(Copy::rowVersion.text()), std::string(version)}};
@@ -136,7 +143,9 @@ class PanelComposer {
     return notices;
   }
 
-  static PanelButton button(const Message& title, PanelAction action) { return {std::string(title.text()), action}; }
+  static PanelButton button(const Message& title, PanelAction action) {
+    return {std::string(title.text()), action};
+  }
 
   /// The button with the title of its work in flight, when that runs; it cannot be pressed meanwhile.
   PanelButton inFlightAware(PanelButton button) const {
@@ -146,7 +155,8 @@ class PanelComposer {
       button.isEnabled = false;
     };
     if (button.action == PanelAction::checkNow) wait(model_.checkinInFlight, Copy::checkinInFlight);
-    if (button.action == PanelAction::copyDiagnostics) wait(model_.diagnosticsInFlight, Copy::diagnosticsInFlight);
+    if (button.action == PanelAction::copyDiagnostics)
+      wait(model_.diagnosticsInFlight, Copy::diagnosticsInFlight);
     if (button.action == PanelAction::sendDiagnostics) {
       wait(model_.sendDiagnosticsInFlight, Copy::diagnosticsSending);
     }

@@ -52,7 +52,7 @@ struct PanelContent {
   struct Protection {
     Row guard;
     std::vector<Ecosystem> ecosystems;
-    std::string offNote;     ///< about ecosystems switched off by policy; empty when none is
+    std::string offNote;       ///< about ecosystems switched off by policy; empty when none is
     std::string noEcosystems;  ///< why no ecosystem is listed; empty when some are
     Row egressLock;
     Row containers;
@@ -84,7 +84,8 @@ struct PanelContent {
   };
 
   Header header;
-  std::optional<RowState> statusError;  ///< stands in place of cards and rows: no status could be read, or none yet
+  std::optional<RowState>
+      statusError;  ///< stands in place of cards and rows: no status could be read, or none yet
   std::optional<Update> update;
   std::vector<AttentionItem> cards;
   std::optional<Protection> protection;

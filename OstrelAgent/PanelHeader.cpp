@@ -13,8 +13,9 @@ using Health = Snapshot::ComponentHealth;
 
 std::vector<const Health*> amberComponents(const Snapshot& snapshot) {
   std::vector<const Health*> amber;
-  for (const auto* health : {&snapshot.daemon, &snapshot.deviceCA, &snapshot.sysext, &snapshot.runtimeTrust,
-                             &snapshot.credential, &snapshot.captureSet, &snapshot.caExpiry, &snapshot.egressLock}) {
+  for (const auto* health :
+       {&snapshot.daemon, &snapshot.deviceCA, &snapshot.sysext, &snapshot.runtimeTrust, &snapshot.credential,
+        &snapshot.captureSet, &snapshot.caExpiry, &snapshot.egressLock}) {
     if (health->severity == "yellow") amber.push_back(health);
   }
   return amber;
@@ -37,8 +38,8 @@ Settling Settling::read(const ProtectionVerdict& verdict, const Snapshot& snapsh
   return {Case::settling, latest};
 }
 
-PanelHeaderReading PanelHeaderReading::read(const ProtectionVerdict& verdict, const Snapshot& snapshot, Date now,
-                                            const TimeTexts& times) {
+PanelHeaderReading PanelHeaderReading::read(const ProtectionVerdict& verdict, const Snapshot& snapshot,
+                                            Date now, const TimeTexts& times) {
   auto settling = Settling::read(verdict, snapshot, now);
   if (settling.kind != Settling::Case::settling) return {settling, verdict.headerText(), std::nullopt};
   return {settling, std::string(Copy::panelHeaderSettling.text()),

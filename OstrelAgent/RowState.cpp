@@ -6,11 +6,16 @@ namespace ostrel {
 
 std::string_view nameOf(RowState::Case kind) {
   switch (kind) {
-    case RowState::Case::ok: return "ok";
-    case RowState::Case::warn: return "warn";
-    case RowState::Case::bad: return "bad";
-    case RowState::Case::info: return "info";
-    case RowState::Case::off: return "off";
+    case RowState::Case::ok:
+      return "ok";
+    case RowState::Case::warn:
+      return "warn";
+    case RowState::Case::bad:
+      return "bad";
+    case RowState::Case::info:
+      return "info";
+    case RowState::Case::off:
+      return "off";
   }
   return {};
 }

@@ -33,7 +33,9 @@ OptionalText first(const Health& health) {
 
 OptionalText checkFile(const Health& health) { return file(health).transform(Copy::runtimeTrustCheckFile); }
 
-OptionalText readingFile(const Health& health) { return file(health).transform(Copy::runtimeTrustReadingFile); }
+OptionalText readingFile(const Health& health) {
+  return file(health).transform(Copy::runtimeTrustReadingFile);
+}
 
 OptionalText shellDidNotAnswer(const Health& health) {
   const auto shell = first(health);
@@ -55,11 +57,15 @@ OptionalText containerRejectedBy(const Health& health) {
 
 OptionalText staleLauncher(const Health& health) { return Copy::runtimeTrustStaleLauncher(health.params); }
 
-OptionalText shellSkippedSeed(const Health& health) { return Copy::runtimeTrustShellSkippedSeed(health.params); }
+OptionalText shellSkippedSeed(const Health& health) {
+  return Copy::runtimeTrustShellSkippedSeed(health.params);
+}
 
 OptionalText bundleMissing(const Health&) { return std::string(Copy::runtimeTrustBundleMissing.text()); }
 OptionalText bundleStale(const Health&) { return std::string(Copy::runtimeTrustBundleStale.text()); }
-OptionalText bundleUnprotected(const Health&) { return std::string(Copy::runtimeTrustBundleUnprotected.text()); }
+OptionalText bundleUnprotected(const Health&) {
+  return std::string(Copy::runtimeTrustBundleUnprotected.text());
+}
 
 /// A code that names its cause: its text, nothing when the parameter is missing, and what is said then.
 struct Rule {

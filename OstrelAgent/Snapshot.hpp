@@ -86,7 +86,8 @@ struct Snapshot {
   /// Takes over a health block alone.
   void apply(const StatusReport::Health& health);
 
-  /// Protections that policy has switched off: the daemon's count, or without its verdict the ecosystems so marked.
+  /// Protections that policy has switched off: the daemon's count, or without its verdict the ecosystems so
+  /// marked.
   std::int64_t offByPolicyCount() const;
 
   bool operator==(const Snapshot&) const = default;

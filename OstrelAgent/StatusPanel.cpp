@@ -65,7 +65,8 @@ RowState credentialState(const Snapshot& snapshot) {
   const auto& credential = snapshot.credential;
   if (credential.state == "broken") {
     const bool isSilent = credential.detail.empty();
-    return weighed(isSilent ? std::string(Copy::identityUnavailable.text()) : detailOf(credential), credential);
+    return weighed(isSilent ? std::string(Copy::identityUnavailable.text()) : detailOf(credential),
+                   credential);
   }
   if (snapshot.tokenPresent) return RowState::ok(tokenText(snapshot));
   return snapshot.enrolled ? RowState::ok(Copy::identityEnrolled.text())
@@ -80,7 +81,8 @@ RowState captureState(const Snapshot& snapshot) {
   const auto& health = captureHealth(snapshot);
   if (!snapshot.daemonListening) return weighed(Copy::captureDaemonNotRunning.text(), health);
   if (snapshot.sysext.code == "SYSEXT_PROXY_DISABLED") return weighed(Copy::captureFilterOff.text(), health);
-  if (snapshot.sysext.code == "SYSEXT_PREDATES_DAEMON") return weighed(Copy::captureSysextTooOld.text(), health);
+  if (snapshot.sysext.code == "SYSEXT_PREDATES_DAEMON")
+    return weighed(Copy::captureSysextTooOld.text(), health);
   if (snapshot.sysextActive) return RowState::ok(Copy::captureActive.text());
   return weighed(Copy::captureSysextNotRunning.text(), health);
 }

@@ -14,11 +14,13 @@ RowState egressLockState(const Snapshot& snapshot);
 /// The credential row, which is also the identity fact.
 RowState credentialState(const Snapshot& snapshot);
 
-/// The capture row, and the health it is weighed on: the daemon's when that wants attention, else the extension's.
+/// The capture row, and the health it is weighed on: the daemon's when that wants attention, else the
+/// extension's.
 RowState captureState(const Snapshot& snapshot);
 const Snapshot::ComponentHealth& captureHealth(const Snapshot& snapshot);
 
-/// The device-CA row, and the health it is weighed on: the trust's when that wants attention, else the expiry's.
+/// The device-CA row, and the health it is weighed on: the trust's when that wants attention, else the
+/// expiry's.
 RowState deviceCAState(const Snapshot& snapshot);
 const Snapshot::ComponentHealth& deviceCAHealth(const Snapshot& snapshot);
 

@@ -12,7 +12,8 @@ struct Row {
 
 constexpr Row rows[] = {
     {PanelAction::enableEgressLock, "enableEgressLock", &StatusPanelActions::enableEgressLock},
-    {PanelAction::enableTransparentProxy, "enableTransparentProxy", &StatusPanelActions::enableTransparentProxy},
+    {PanelAction::enableTransparentProxy, "enableTransparentProxy",
+     &StatusPanelActions::enableTransparentProxy},
     {PanelAction::trustDeviceCA, "trustDeviceCA", &StatusPanelActions::trustDeviceCA},
     {PanelAction::openRepairFlow, "openRepairFlow", &StatusPanelActions::openRepairFlow},
     {PanelAction::openAgentWindow, "openAgentWindow", nullptr},
@@ -32,8 +33,8 @@ std::string_view nameOf(PanelAction action) { return rowOf(action).name; }
 PanelActionSet StatusPanelActions::available() const {
   PanelActionSet actions;
   for (const auto& row : rows) {
-    const bool isSet = row.callback == nullptr ? static_cast<bool>(openAgentWindow)
-                                               : static_cast<bool>(this->*row.callback);
+    const bool isSet =
+        row.callback == nullptr ? static_cast<bool>(openAgentWindow) : static_cast<bool>(this->*row.callback);
     if (isSet) actions.insert(row.action);
   }
   return actions;

@@ -22,7 +22,6 @@ enum class PanelAction {
   quitStatusIcon,
 };
 
-
 using PanelActionSet = std::set<PanelAction>;
 
 /// The word of an action: "checkNow".

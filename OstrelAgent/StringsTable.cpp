@@ -86,15 +86,25 @@ class StringsParser {
   bool escape(std::string& text) {
     const char mark = ++at_ < bytes_.size() ? bytes_[at_] : '\0';
     switch (mark) {
-      case 'n': text += '\n'; return true;
-      case 't': text += '\t'; return true;
-      case 'r': text += '\r'; return true;
+      case 'n':
+        text += '\n';
+        return true;
+      case 't':
+        text += '\t';
+        return true;
+      case 'r':
+        text += '\r';
+        return true;
       case '"':
       case '\\':
-      case '\'': text += mark; return true;
+      case '\'':
+        text += mark;
+        return true;
       case 'U':
-      case 'u': return unicodeEscape(text);
-      default: return fail("an escape is unknown"), false;
+      case 'u':
+        return unicodeEscape(text);
+      default:
+        return fail("an escape is unknown"), false;
     }
   }
 

@@ -20,7 +20,8 @@ std::optional<Directive> readDirective(std::string_view rest, std::size_t& unnum
   if (rest.size() < 2) return std::nullopt;
   if (rest[1] == '%') return Directive{2, std::nullopt};
   if (isKind(rest[1])) return Directive{2, FormatSpecifier{++unnumbered, rest[1]}};
-  const bool numbered = rest.size() >= 4 && rest[1] >= '1' && rest[1] <= '9' && rest[2] == '$' && isKind(rest[3]);
+  const bool numbered =
+      rest.size() >= 4 && rest[1] >= '1' && rest[1] <= '9' && rest[2] == '$' && isKind(rest[3]);
   if (!numbered) return std::nullopt;
   return Directive{4, FormatSpecifier{static_cast<std::size_t>(rest[1] - '0'), rest[3]}};
 }

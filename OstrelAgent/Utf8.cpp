@@ -8,7 +8,9 @@ namespace {
 
 /// Length of the character at the front of the bytes, or 0 when it is not well-formed.
 std::size_t characterLength(std::string_view bytes) {
-  const auto byte = [&](std::size_t i) { return i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0U; };
+  const auto byte = [&](std::size_t i) {
+    return i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0U;
+  };
   const auto tail = [&](std::size_t i) { return byte(i) >= 0x80 && byte(i) <= 0xBF; };
   const unsigned lead = byte(0);
   if (lead < 0x80) return 1;

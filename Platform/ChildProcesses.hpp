@@ -34,14 +34,14 @@ struct ChildEnding {
   std::stop_token kill;
 };
 
-/// Child processes (Process with pipes). A child whose output is captured or discarded reads an empty input and
-/// is the head of a process group that is ended with it; one that inherits shares the terminal.
+/// Child processes (Process with pipes). A child whose output is captured or discarded reads an empty input
+/// and is the head of a process group that is ended with it; one that inherits shares the terminal.
 class ChildProcesses {
  public:
   virtual ~ChildProcesses() = default;
 
-  /// Starts the child, reads its output to the end, waits for it and reaps it. Blocks; any thread. Fails when the
-  /// child cannot be started.
+  /// Starts the child, reads its output to the end, waits for it and reaps it. Blocks; any thread. Fails when
+  /// the child cannot be started.
   virtual std::expected<ChildResult, PlatformError> run(const ChildCommand& command,
                                                         const ChildEnding& ending = {}) = 0;
 };

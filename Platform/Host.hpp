@@ -23,7 +23,8 @@ namespace ostrel {
 struct Host {
   MainQueue& mainQueue;
   BackgroundQueue& backgroundQueue;
-  BackgroundQueue& statusQueue;  ///< the threads of status runs alone, so that a hung helper holds up nothing else
+  BackgroundQueue&
+      statusQueue;  ///< the threads of status runs alone, so that a hung helper holds up nothing else
   Clock& clock;
   ChildProcesses& childProcesses;
   Files& files;

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "Platform/Bundle.hpp"
+#include "Platform/ChildProcesses.hpp"
+#include "Platform/Files.hpp"
+#include "Platform/StandardStreams.hpp"
+
+namespace ostrel {
+
+/// Runs the endpoint helper that ships inside the bundle. Every call blocks until the helper has ended; a
+/// copy may be used on another thread.
+class Controller {
+ public:
+  /// The runner's own exit statuses; the helper's pass through.
+  static constexpr std::int32_t helperNotFound = 127;
+  static constexpr std::int32_t helperNotStarted = 126;
+
+  struct HelperOutput {
+    std::int32_t status = 0;
+    std::string standardOutput;
+  };
+
+  Controller(const Bundle& bundle, const Files& files, ChildProcesses& childProcesses,
+             StandardStreams& streams);
+
+  /// Runs the helper on the program's own standard streams; gives its exit status.
+  std::int32_t runHelper(const std::vector<std::string>& arguments) const;
+
+  /// Runs the helper and gives all it writes to standard output with its exit status.
+  HelperOutput runHelperCapturingStdout(const std::vector<std::string>& arguments,
+                                        const ChildEnding& ending = {}) const;
+
+ private:
+  HelperOutput run(const std::vector<std::string>& arguments, ChildStream output,
+                   const ChildEnding& ending) const;
+
+  const Bundle* bundle_;
+  const Files* files_;
+  ChildProcesses* childProcesses_;
+  StandardStreams* streams_;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "OstrelAgent/Controller.hpp"
+#include "OstrelAgent/Snapshot.hpp"
+#include "Platform/NetworkPreferences.hpp"
+
+namespace ostrel {
+
+/// The snapshot of a helper run: filled from its report, or with `statusError` alone when the helper failed
+/// or printed no report.
+Snapshot snapshotOfStatus(std::int32_t status, std::string_view standardOutput);
+
+/// Runs the helper for its status report. Blocks.
+Snapshot readStatus(const Controller& controller, const ChildEnding& ending = {});
+
+/// Adds what the network preferences say. A failed load leaves the defaults.
+void addTransparentProxies(Snapshot& snapshot, const NetworkPreferences::TransparentProxies& loaded);
+void addContentFilter(Snapshot& snapshot, const NetworkPreferences::ContentFilter& loaded);
+
+}  // namespace ostrel

@@ -1,0 +1,57 @@
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "OstrelAgent/CommandLine.hpp"
+#include "OstrelAgent/MenuBarController.hpp"
+#include "OstrelAgent/Translation.hpp"
+#include "Platform/Host.hpp"
+
+namespace ostrel {
+
+namespace {
+
+int runMenuBar() {
+  const auto lifetime = makeHost();
+  auto& host = lifetime->services();
+  installTranslation(host.bundle, host.log);
+  host.shell.setActivationPolicy(ActivationPolicy::accessory);
+  const auto controller = std::make_shared<MenuBarController>(
+      MenuBarController::Services{
+          .mainQueue = host.mainQueue,
+          .backgroundQueue = host.backgroundQueue,
+          .statusQueue = host.statusQueue,
+          .clock = host.clock,
+          .childProcesses = host.childProcesses,
+          .networkPreferences = host.networkPreferences,
+          .timeFormat = host.timeFormat,
+          .shell = host.shell,
+          .statusItem = host.statusItem,
+          .screens = host.screens,
+      },
+      Controller(host.bundle, host.files, host.childProcesses, host.standardStreams));
+  controller->start();
+  return host.shell.run();
+}
+
+int fail(int status, const std::string& sentence) {
+  std::fputs(sentence.c_str(), stderr);
+  return status;
+}
+
+int run(const CommandLine& line) {
+  if (!line.command) return fail(1, "OstrelAgent: name a command; this build has menubar.\n");
+  const auto role = roleOf(*line.command);
+  if (!role) return fail(2, std::string(usageLine));
+  if (*role == Role::menuBar) return runMenuBar();
+  return fail(1, "OstrelAgent: this build does not have the command " + *line.command + ".\n");
+}
+
+}  // namespace
+
+}  // namespace ostrel
+
+int main(int count, char** arguments) {
+  const std::span<const char* const> all(arguments, static_cast<std::size_t>(count));
+  return ostrel::run(ostrel::CommandLine::parse(all.subspan(all.empty() ? 0 : 1)));
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <variant>
+
+namespace ostrel {
+
+/// One line that a person types at the console shell.
+namespace consolecommand {
+struct ShowPanel {
+  bool operator==(const ShowPanel&) const = default;
+};
+struct ClosePanel {
+  bool operator==(const ClosePanel&) const = default;
+};
+struct Press {
+  std::size_t number = 0;  ///< from 1
+  bool operator==(const Press&) const = default;
+};
+struct Quit {
+  bool operator==(const Quit&) const = default;
+};
+struct Nothing {
+  bool operator==(const Nothing&) const = default;
+};
+struct Unknown {
+  bool operator==(const Unknown&) const = default;
+};
+}  // namespace consolecommand
+
+using ConsoleCommand =
+    std::variant<consolecommand::ShowPanel, consolecommand::ClosePanel, consolecommand::Press,
+                 consolecommand::Quit, consolecommand::Nothing, consolecommand::Unknown>;
+
+/// "panel", "close", "press N" or "quit", with blanks around; `Nothing` for an empty line.
+ConsoleCommand parseConsoleCommand(std::string_view line);
+
+}  // namespace ostrel

@@ -1,0 +1,35 @@
+#include "Platform/Console/ConsoleScreens.hpp"
+
+#include "Platform/Console/PanelText.hpp"
+
+namespace ostrel {
+
+void ConsoleScreens::openPanel(const PanelContent& content) {
+  shown_ = content;
+  reprint();
+}
+
+void ConsoleScreens::updatePanel(const PanelContent& content) {
+  if (shown_ == content) return;
+  openPanel(content);
+}
+
+ConsoleScreens::Press ConsoleScreens::press(std::size_t number) const {
+  if (!shown_) return Press::noPanel;
+  const auto buttons = shown_->buttons();
+  if (number < 1 || number > buttons.size()) return Press::noSuchButton;
+  const auto& button = buttons[number - 1];
+  if (!button.isEnabled) return Press::disabled;
+  if (pressed_) pressed_(button);
+  return Press::done;
+}
+
+void ConsoleScreens::reprint() const {
+  if (!shown_) return;
+  std::string text = "\n";
+  text += panelText(*shown_, ButtonMarks::numbered);
+  text += '\n';
+  streams_.writeOutput(text);
+}
+
+}  // namespace ostrel

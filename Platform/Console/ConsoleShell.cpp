@@ -1,0 +1,100 @@
+#include "Platform/Console/ConsoleShell.hpp"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+
+#include "Platform/Console/ConsoleCommand.hpp"
+#include "Platform/Posix/TerminationSignals.hpp"
+
+namespace ostrel {
+
+namespace {
+
+constexpr std::size_t longestLine = 4096;
+
+template <class... Functions>
+struct Overloaded : Functions... {
+  using Functions::operator()...;
+};
+template <class... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;
+
+}  // namespace
+
+int ConsoleShell::run() {
+  const TerminationSignals signals;
+  std::array<pollfd, 3> watched = {{
+      {queue_.descriptor(), POLLIN, 0},
+      {signals.descriptor(), POLLIN, 0},
+      {STDIN_FILENO, POLLIN, 0},
+  }};
+  while (!isTerminated_) {
+    if (::poll(watched.data(), watched.size(), -1) < 0) {
+      if (errno == EINTR) continue;
+      return 1;
+    }
+    if (watched[1].revents != 0) return 128 + TerminationSignals::received().value_or(0);
+    if (watched[0].revents != 0) queue_.runDue();
+    if (watched[2].revents != 0 && !readInput()) watched[2].fd = -1;
+  }
+  return 0;
+}
+
+void ConsoleShell::terminate() {
+  isTerminated_ = true;
+  queue_.post([] {});
+}
+
+/// Performs the lines that have come; false at the end of input.
+bool ConsoleShell::readInput() {
+  std::array<char, 1024> bytes;
+  const auto count = ::read(STDIN_FILENO, bytes.data(), bytes.size());
+  if (count < 0) return errno == EINTR || errno == EAGAIN;
+  if (count == 0) {
+    perform(std::exchange(input_, {}));
+    return false;
+  }
+  input_.append(bytes.data(), static_cast<std::size_t>(count));
+  for (auto end = input_.find('\n'); end != std::string::npos && !isTerminated_; end = input_.find('\n')) {
+    const auto line = input_.substr(0, end);
+    input_.erase(0, end + 1);
+    perform(line);
+  }
+  if (input_.size() > longestLine) input_.clear();
+  return true;
+}
+
+void ConsoleShell::perform(std::string_view line) {
+  std::visit(
+      Overloaded{
+          [&](consolecommand::ShowPanel) {
+            screens_.isPanelShown() ? screens_.reprint() : statusItem_.click();
+          },
+          [&](consolecommand::ClosePanel) {
+            if (screens_.isPanelShown()) statusItem_.click();
+          },
+          [&](consolecommand::Press command) { press(command.number); },
+          [&](consolecommand::Quit) { terminate(); },
+          [](consolecommand::Nothing) {},
+          [&](consolecommand::Unknown) { streams_.writeOutput("commands: panel, press N, close, quit\n"); },
+      },
+      parseConsoleCommand(line));
+}
+
+void ConsoleShell::press(std::size_t number) {
+  switch (screens_.press(number)) {
+    case ConsoleScreens::Press::done:
+      return;
+    case ConsoleScreens::Press::noPanel:
+      return streams_.writeOutput("open the panel first: panel\n");
+    case ConsoleScreens::Press::noSuchButton:
+      return streams_.writeOutput("the panel has no button " + std::to_string(number) + "\n");
+    case ConsoleScreens::Press::disabled:
+      return streams_.writeOutput("this button is at work\n");
+  }
+}
+
+}  // namespace ostrel

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <atomic>
+#include <string>
+
+#include "Platform/Console/ConsoleScreens.hpp"
+#include "Platform/Console/ConsoleStatusItem.hpp"
+#include "Platform/Posix/PosixMainQueue.hpp"
+#include "Platform/Shell.hpp"
+#include "Platform/StandardStreams.hpp"
+
+namespace ostrel {
+
+/// The shell where there is no display: serves the main queue and the commands on standard input. The end of
+/// standard input ends only the commands; SIGINT, SIGTERM and SIGHUP end the loop with status 128 + signal.
+class ConsoleShell final : public Shell {
+ public:
+  ConsoleShell(PosixMainQueue& queue, StandardStreams& streams, ConsoleStatusItem& statusItem,
+               ConsoleScreens& screens)
+      : queue_(queue), streams_(streams), statusItem_(statusItem), screens_(screens) {}
+
+  void setActivationPolicy(ActivationPolicy) override {}
+  int run() override;
+  void terminate() override;
+  void activate() override {}
+
+ private:
+  bool readInput();
+  void perform(std::string_view line);
+  void press(std::size_t number);
+
+  PosixMainQueue& queue_;
+  StandardStreams& streams_;
+  ConsoleStatusItem& statusItem_;
+  ConsoleScreens& screens_;
+  std::string input_;  ///< what has been read of the line at hand
+  std::atomic<bool> isTerminated_ = false;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,198 @@
+#include "Platform/Console/PanelText.hpp"
+
+#include <algorithm>
+#include <string_view>
+
+namespace ostrel {
+
+namespace {
+
+constexpr std::size_t lineColumns = 80;
+
+std::string_view markOf(RowState::Case kind) {
+  switch (kind) {
+    case RowState::Case::ok:
+      return "✓";
+    case RowState::Case::warn:
+      return "!";
+    case RowState::Case::bad:
+      return "✗";
+    case RowState::Case::info:
+      return "·";
+    case RowState::Case::off:
+      return "–";
+  }
+  return " ";
+}
+
+/// Columns a text takes, a code point each.
+std::size_t columns(std::string_view text) {
+  return static_cast<std::size_t>(
+      std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+std::string padded(std::string_view text, std::size_t width) {
+  std::string field(text);
+  field.append(width - std::min(width, columns(text)), ' ');
+  return field;
+}
+
+/// Writes one panel from top to bottom.
+class PanelPrinter {
+ public:
+  PanelPrinter(const PanelContent& content, ButtonMarks marks) : content_(content), marks_(marks) {
+    for (const auto& fact : content.facts) widen(fact.label);
+    if (content.protection) {
+      for (const auto* row :
+           {&content.protection->guard, &content.protection->egressLock, &content.protection->containers}) {
+        widen(row->label);
+      }
+    }
+    if (content.health) {
+      for (const auto& row : content.health->components) widen(row.label);
+    }
+  }
+
+  std::string print() {
+    header();
+    if (content_.update) update(*content_.update);
+    for (const auto& item : content_.cards) card(item);
+    if (content_.protection) protection(*content_.protection);
+    if (content_.health) health(*content_.health);
+    facts();
+    buttonLine(content_.footerButtons, content_.moreButtons);
+    for (const auto& notice : content_.notices) paragraph(2, notice);
+    return std::move(text_);
+  }
+
+ private:
+  void widen(std::string_view label) { labelColumns_ = std::max(labelColumns_, columns(label)); }
+
+  void line(std::string_view text) {
+    text_ += text;
+    text_ += '\n';
+  }
+  void blank() { text_ += '\n'; }
+
+  /// Writes words in lines, each indented; nothing for an empty text.
+  void paragraph(std::size_t indent, std::string_view words) {
+    std::string current;
+    while (!words.empty()) {
+      const auto end = std::min(words.find(' '), words.size());
+      const auto word = words.substr(0, end);
+      if (!current.empty() && indent + columns(current) + 1 + columns(word) > lineColumns) {
+        line(std::string(indent, ' ') + current);
+        current.clear();
+      }
+      if (!current.empty()) current += ' ';
+      current += word;
+      words.remove_prefix(std::min(end + 1, words.size()));
+    }
+    if (!current.empty()) line(std::string(indent, ' ') + current);
+  }
+
+  std::string mark(const PanelButton& button) {
+    if (marks_ == ButtonMarks::plain) return "[" + button.title + "]";
+    return "[" + std::to_string(++buttonNumber_) + "] " + button.title;
+  }
+
+  void header() {
+    const auto& header = content_.header;
+    auto title = std::string(markOf(header.tint)) + " " + header.word;
+    for (const auto& button : content_.headerButtons) title += "   " + mark(button);
+    line(title);
+    if (header.deadlineLine) paragraph(2, *header.deadlineLine);
+    if (content_.statusError) row(*content_.statusError);
+    blank();
+  }
+
+  void row(const RowState& state) { paragraph(2, state.text); }
+
+  void update(const PanelContent::Update& update) {
+    auto title = std::string(markOf(update.state.kind)) + " " + update.state.text;
+    if (!update.version.empty()) title += " " + update.version;
+    if (!update.belowMinimum.empty()) title += " (" + update.belowMinimum + ")";
+    line(title);
+    if (!update.installing.empty()) line("  " + update.installing + " " + update.protectionStaysOn);
+    if (update.button) line("  " + mark(*update.button));
+    blank();
+  }
+
+  void card(const AttentionItem& item) {
+    auto title = std::string(markOf(item.state.kind)) + " " + item.title;
+    const bool isSaidBelow = item.state.text == item.detail;
+    if (item.state.text != item.title && !item.state.text.empty() && !isSaidBelow)
+      title += ": " + item.state.text;
+    paragraph(0, title);
+    paragraph(2, item.detail);
+    paragraph(2, item.action);
+    if (item.button) line("  " + mark(*item.button));
+    blank();
+  }
+
+  void row(const PanelContent::Row& row, std::size_t indent) {
+    const auto label = padded(row.label, labelColumns_ - std::min(labelColumns_, indent));
+    line(std::string(indent, ' ') + std::string(markOf(row.state.kind)) + " " + label + "  " +
+         row.state.text);
+  }
+
+  void protection(const PanelContent::Protection& protection) {
+    row(protection.guard, 0);
+    ecosystems(protection.ecosystems);
+    paragraph(4, protection.noEcosystems);
+    paragraph(4, protection.offNote);
+    row(protection.egressLock, 0);
+    row(protection.containers, 0);
+    blank();
+  }
+
+  void ecosystems(const std::vector<PanelContent::Ecosystem>& ecosystems) {
+    std::string current;
+    for (const auto& ecosystem : ecosystems) {
+      auto chip = std::string(markOf(ecosystem.state.kind)) + " " + ecosystem.name;
+      if (!ecosystem.state.text.empty()) chip += " (" + ecosystem.state.text + ")";
+      if (!current.empty() && 4 + columns(current) + 3 + columns(chip) > lineColumns) {
+        line("    " + current);
+        current.clear();
+      }
+      if (!current.empty()) current += "   ";
+      current += chip;
+    }
+    if (!current.empty()) line("    " + current);
+  }
+
+  void health(const PanelContent::Health& health) {
+    row(health.rollup, 0);
+    for (const auto& component : health.components) row(component, 2);
+    blank();
+  }
+
+  void facts() {
+    for (const auto& fact : content_.facts)
+      line("  " + padded(fact.label, labelColumns_) + "  " + fact.value);
+  }
+
+  void buttonLine(const std::vector<PanelButton>& footer, const std::vector<PanelButton>& more) {
+    std::string buttons;
+    for (const auto* group : {&footer, &more}) {
+      for (const auto& button : *group) buttons += (buttons.empty() ? "  " : "   ") + mark(button);
+    }
+    if (buttons.empty()) return;
+    blank();
+    line(buttons);
+  }
+
+  const PanelContent& content_;
+  ButtonMarks marks_;
+  std::size_t labelColumns_ = 0;
+  std::size_t buttonNumber_ = 0;
+  std::string text_;
+};
+
+}  // namespace
+
+std::string panelText(const PanelContent& content, ButtonMarks marks) {
+  return PanelPrinter(content, marks).print();
+}
+
+}  // namespace ostrel

@@ -1,0 +1,139 @@
+#include "Tools/PreviewDocument.hpp"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "OstrelAgent/JsonDecoder.hpp"
+#include "OstrelAgent/RFC3339.hpp"
+#include "OstrelAgent/StatusRead.hpp"
+#include "OstrelAgent/StatusReport.hpp"
+
+namespace ostrel {
+
+namespace {
+
+struct Proxy {
+  bool enabled = false;
+  std::optional<bool> connected;
+};
+
+struct Filter {
+  std::optional<bool> provider;
+  bool enabled = false;
+};
+
+/// A report with what the agent learns elsewhere. A bare report is read as one that gives nothing else.
+struct Envelope {
+  StatusReport report;
+  std::optional<std::int64_t> helperStatus;
+  std::optional<std::vector<Proxy>> transparentProxies;
+  std::optional<Filter> egressFilter;
+  std::optional<bool> mdmEnrolled;
+  std::optional<std::vector<std::string>> runningContainerRuntimes;
+  std::optional<std::string> now;
+};
+
+constexpr JsonField proxyFields[] = {
+    JsonFields<Proxy>::field<&Proxy::enabled>("enabled"),
+    JsonFields<Proxy>::field<&Proxy::connected>("connected"),
+};
+constexpr JsonObject proxyLayout{proxyFields};
+
+constexpr JsonField filterFields[] = {
+    JsonFields<Filter>::field<&Filter::provider>("provider"),
+    JsonFields<Filter>::field<&Filter::enabled>("enabled"),
+};
+constexpr JsonObject filterLayout{filterFields};
+
+/// The keys of an envelope other than "report".
+constexpr JsonField surroundingFields[] = {
+    JsonFields<Envelope>::field<&Envelope::helperStatus>("helper_status"),
+    JsonFields<Envelope>::field<&Envelope::transparentProxies>("transparent_proxies", &proxyLayout),
+    JsonFields<Envelope>::field<&Envelope::egressFilter>("egress_filter", &filterLayout),
+    JsonFields<Envelope>::field<&Envelope::mdmEnrolled>("mdm_enrolled"),
+    JsonFields<Envelope>::field<&Envelope::runningContainerRuntimes>("running_container_runtimes"),
+    JsonFields<Envelope>::field<&Envelope::now>("now"),
+};
+constexpr JsonObject surroundingLayout{surroundingFields};
+
+bool isEnvelope(std::string_view bytes) {
+  const auto document = nlohmann::json::parse(bytes, nullptr, false);
+  if (!document.is_object() || document.contains("version")) return false;
+  const auto isGiven = [&](const JsonField& field) { return document.contains(std::string(field.key)); };
+  return document.contains("report") || std::ranges::any_of(surroundingFields, isGiven);
+}
+
+std::expected<Envelope, JsonError> decodeEnvelope(std::string_view bytes) {
+  Envelope envelope;
+  if (!isEnvelope(bytes)) {
+    auto report = StatusReport::decode(bytes);
+    if (!report) return std::unexpected(std::move(report.error()));
+    envelope.report = std::move(*report);
+    return envelope;
+  }
+  if (auto read = decodeJson(bytes, surroundingLayout, &envelope); !read) {
+    return std::unexpected(std::move(read.error()));
+  }
+  // The agent does not look at the output of a helper that failed.
+  if (envelope.helperStatus.value_or(0) != 0) return envelope;
+  const JsonField reportField[] = {
+      JsonFields<Envelope>::field<&Envelope::report>("report", &statusReportLayout())};
+  if (auto read = decodeJson(bytes, JsonObject{reportField}, &envelope); !read) {
+    return std::unexpected(std::move(read.error()));
+  }
+  return envelope;
+}
+
+NetworkPreferences::TransparentProxies proxiesOf(const Envelope& envelope) {
+  std::vector<TransparentProxyConfiguration> proxies;
+  if (envelope.transparentProxies) {
+    for (const auto& proxy : *envelope.transparentProxies) {
+      proxies.push_back({proxy.enabled, proxy.connected.value_or(proxy.enabled)});
+    }
+  } else if (envelope.report.health && envelope.report.health->sysext &&
+             envelope.report.health->sysext->state == "ok") {
+    proxies.push_back({.enabled = true, .connected = true});
+  }
+  return proxies;
+}
+
+NetworkPreferences::ContentFilter filterOf(const Envelope& envelope) {
+  if (envelope.egressFilter) {
+    return ContentFilterConfiguration{envelope.egressFilter->provider.value_or(true),
+                                      envelope.egressFilter->enabled};
+  }
+  const auto& health = envelope.report.health;
+  const bool isOn = health && health->egressLock && health->egressLock->state == "ok";
+  return ContentFilterConfiguration{isOn, isOn};
+}
+
+}  // namespace
+
+std::expected<PreviewReading, std::string> readPreviewDocument(std::string_view bytes) {
+  const auto envelope = decodeEnvelope(bytes);
+  if (!envelope) return std::unexpected(envelope.error().description());
+  PreviewReading reading;
+  if (envelope->now) {
+    reading.now = parseRFC3339(*envelope->now);
+    if (!reading.now) return std::unexpected("now is not a time such as 2025-01-02T03:04:05Z");
+  }
+  const auto status = envelope->helperStatus.value_or(0);
+  if (!std::in_range<std::int32_t>(status)) return std::unexpected("helper_status is not an exit status");
+  auto& snapshot = reading.model.snap;
+  if (status == 0) {
+    snapshot.fill(envelope->report);
+  } else {
+    snapshot = snapshotOfStatus(static_cast<std::int32_t>(status), "");
+  }
+  addTransparentProxies(snapshot, proxiesOf(*envelope));
+  addContentFilter(snapshot, filterOf(*envelope));
+  snapshot.mdmEnrolled = envelope->mdmEnrolled.value_or(false);
+  reading.model.hasReading = true;
+  reading.model.runningContainerRuntimes =
+      envelope->runningContainerRuntimes.value_or(std::vector<std::string>());
+  std::ranges::sort(reading.model.runningContainerRuntimes);
+  return reading;
+}
+
+}  // namespace ostrel

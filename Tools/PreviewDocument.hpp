@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+#include <expected>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "OstrelAgent/StatusPanelModel.hpp"
+
+namespace ostrel {
+
+/// What the agent would know after reading one document of the input, and when.
+struct PreviewReading {
+  StatusPanelModel model;
+  std::optional<Date> now;  ///< as the document gives it
+};
+
+/// Reads a bare status report, or an object that adds to "report" what the agent learns elsewhere:
+/// "helper_status", "transparent_proxies" [{"enabled", "connected"}], "egress_filter" {"provider",
+/// "enabled"}, "mdm_enrolled", "running_container_runtimes" and "now". Network state that is not given is
+/// taken from what the report says of extension and lock. The error says what is wrong and where.
+std::expected<PreviewReading, std::string> readPreviewDocument(std::string_view bytes);
+
+}  // namespace ostrel

@@ -1,0 +1,201 @@
+#include <algorithm>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Translation.hpp"
+#include "OstrelAgent/Utf8.hpp"
+#include "OstrelAgent/Verdict.hpp"
+#include "Platform/Console/PanelText.hpp"
+#include "Platform/Linux/LinuxBundle.hpp"
+#include "Platform/Posix/PosixClock.hpp"
+#include "Platform/Posix/PosixFiles.hpp"
+#include "Platform/Posix/PosixLog.hpp"
+#include "Platform/Posix/PosixTimeFormat.hpp"
+#include "Tools/PreviewDocument.hpp"
+#include "Tools/PreviewJson.hpp"
+#include "Tools/PreviewOptions.hpp"
+
+namespace ostrel {
+
+namespace {
+
+constexpr std::string_view usage =
+    "usage: ostrel-preview [--text|--json] [--language CODE] [FILE]\n"
+    "       ostrel-preview --export-strings\n";
+
+constexpr std::string_view help =
+    "\n"
+    "Shows what Ostrel Agent would show for a status report, read from FILE or from standard input.\n"
+    "\n"
+    "  --text            the panel as text (the default); several reports get one line each\n"
+    "  --json            verdict, icon, rows, cards and facts as JSON\n"
+    "  --language CODE   texts and times in a translation of the bundle, for example de\n"
+    "  --export-strings  the English texts as a .strings table for translators\n"
+    "\n"
+    "The input is a bare report, or an object that adds what the agent learns elsewhere:\n"
+    "  {\"report\": {...}, \"helper_status\": 0, \"transparent_proxies\": [{\"enabled\": true, "
+    "\"connected\": true}],\n"
+    "   \"egress_filter\": {\"provider\": true, \"enabled\": true}, \"mdm_enrolled\": false,\n"
+    "   \"running_container_runtimes\": [\"Docker\"], \"now\": \"2025-01-02T03:04:05Z\"}\n"
+    "Network state that is not given is taken from what the report says of extension and lock. When the "
+    "first line\n"
+    "is a document by itself, every line is one.\n";
+
+void print(std::FILE* stream, std::string_view text) { std::fwrite(text.data(), 1, text.size(), stream); }
+
+std::expected<std::string, std::string> readAll(const std::optional<std::string>& path) {
+  std::FILE* file = path ? std::fopen(path->c_str(), "rb") : stdin;
+  if (file == nullptr) return std::unexpected(*path + " cannot be read");
+  std::string bytes;
+  char buffer[65536];
+  for (std::size_t count = 0; (count = std::fread(buffer, 1, sizeof buffer, file)) > 0;)
+    bytes.append(buffer, count);
+  const bool failed = std::ferror(file) != 0;
+  if (path) std::fclose(file);
+  if (failed) return std::unexpected((path ? *path : "standard input") + " cannot be read");
+  return bytes;
+}
+
+struct Document {
+  std::string_view bytes;
+  std::size_t line = 0;  ///< from 1; 0 for the whole input
+};
+
+bool isBlank(std::string_view text) { return text.find_first_not_of(" \t\r\n") == std::string_view::npos; }
+
+/// The documents of the input: its lines when the first that is not blank is one by itself, else the whole.
+std::vector<Document> documentsOf(std::string_view input) {
+  std::vector<Document> lines;
+  std::size_t number = 0;
+  for (std::size_t start = 0; start < input.size();) {
+    const auto end = std::min(input.find('\n', start), input.size());
+    const auto line = input.substr(start, end - start);
+    ++number;
+    if (!isBlank(line)) lines.push_back({line, number});
+    if (lines.size() == 1 && lines.back().line == number && !nlohmann::json::accept(line))
+      return {{input, 0}};
+    start = end + 1;
+  }
+  if (lines.empty()) return {{input, 0}};
+  return lines;
+}
+
+/// The panel in one line: tooltip, then what is wrong.
+std::string summaryLine(const ProtectionVerdict& verdict, const PanelContent& content) {
+  auto line = verdict.menuBarDescription();
+  if (content.header.deadlineLine) line += " | " + *content.header.deadlineLine;
+  if (content.statusError) line += " | " + content.statusError->text;
+  for (const auto& card : content.cards) {
+    line += " | " + card.title;
+    if (card.state.text != card.title) line += ": " + card.state.text;
+  }
+  std::ranges::replace(line, '\n', ' ');
+  return line + "\n";
+}
+
+class Preview {
+ public:
+  explicit Preview(const PreviewOptions& options) : options_(options), timeFormat_(options.language) {}
+
+  /// Answers every document of the input; gives the exit status.
+  int run() {
+    const auto input = readAll(options_.file);
+    if (!input) return complain("", input.error());
+    const auto documents = documentsOf(*input);
+    int status = 0;
+    for (const auto& document : documents) status = std::max(status, answer(document, documents.size() > 1));
+    return status;
+  }
+
+ private:
+  int answer(const Document& document, bool isOneOfMany) {
+    const auto place = document.line > 0 && isOneOfMany ? "line " + std::to_string(document.line) + ": " : "";
+    if (isBlank(document.bytes)) return complain(place, "the input is empty");
+    const auto reading = readPreviewDocument(document.bytes);
+    if (!reading) {
+      if (options_.mode == PreviewOptions::Mode::json) printJson({{"error", place + reading.error()}}, true);
+      return complain(place, reading.error());
+    }
+    const auto verdict = ProtectionVerdict::of(reading->model.snap);
+    const auto content =
+        panelContent(reading->model, reading->now.value_or(clock_.now()), times_, allActions());
+    if (options_.mode == PreviewOptions::Mode::json) {
+      printJson(previewJson(verdict, content), document.line > 0);
+    } else {
+      print(stdout, isOneOfMany ? summaryLine(verdict, content) : panelText(content, ButtonMarks::plain));
+    }
+    return 0;
+  }
+
+  static void printJson(const nlohmann::ordered_json& json, bool isOneLine) {
+    print(stdout, json.dump(isOneLine ? -1 : 2) + "\n");
+  }
+
+  static int complain(const std::string& place, const std::string& reason) {
+    print(stderr, "ostrel-preview: " + place + reason + "\n");
+    return 1;
+  }
+
+  static PanelActionSet allActions() {
+    PanelActionSet actions;
+    for (int i = 0; i <= static_cast<int>(PanelAction::quitStatusIcon); ++i)
+      actions.insert(static_cast<PanelAction>(i));
+    return actions;
+  }
+
+  const PreviewOptions& options_;
+  PosixClock clock_;
+  PosixTimeFormat timeFormat_;
+  TimeTexts times_{.clockTime = [this](Date date) { return timeFormat_.clockTime(date); },
+                   .shortDate = [this](Date date) { return timeFormat_.shortDate(date); }};
+};
+
+/// Installs a translation of the bundle beside this tool.
+void useLanguage(const std::string& language) {
+  if (language.empty()) return;
+  auto tool = currentExecutablePath();
+  for (int i = 0; i < 2; ++i) tool.resize(std::min(tool.rfind('/'), tool.size()));
+  const PosixFiles files([](std::string_view path) { return std::string(path); });
+  const LinuxBundle bundle(files, languageCandidates(language, "", ""),
+                           tool + "/OstrelAgent.app/Contents/MacOS/OstrelAgent");
+  PosixLog log;
+  installTranslation(bundle, log);
+}
+
+void exportStrings() {
+  print(stdout,
+        "/* The texts of Ostrel Agent. Keep the keys and the specifiers: %@ a text, %d a number. */\n");
+  for (const auto& [key, text] : Copy::english()) print(stdout, stringsLine(key, text));
+}
+
+int run(std::span<const char* const> arguments) {
+  const auto options = PreviewOptions::parse(arguments);
+  if (!options) return print(stderr, usage), 2;
+  switch (options->mode) {
+    case PreviewOptions::Mode::help:
+      print(stdout, std::string(usage) + std::string(help));
+      return 0;
+    case PreviewOptions::Mode::exportStrings:
+      exportStrings();
+      return 0;
+    case PreviewOptions::Mode::text:
+    case PreviewOptions::Mode::json:
+      break;
+  }
+  useLanguage(options->language);
+  return Preview(*options).run();
+}
+
+}  // namespace
+
+}  // namespace ostrel
+
+int main(int count, char** arguments) {
+  const std::span<const char* const> all(arguments, static_cast<std::size_t>(count));
+  return ostrel::run(all.subspan(all.empty() ? 0 : 1));
+}
