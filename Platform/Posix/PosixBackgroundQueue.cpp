@@ -15,8 +15,8 @@ PosixBackgroundQueue::PosixBackgroundQueue(std::size_t maximumThreads)
 }
 
 PosixBackgroundQueue::~PosixBackgroundQueue() {
-  std::array<Waiting, 2> dropped;  // outside the lock, since what the work holds may end here
   {
+    std::array<Waiting, 2> dropped;  // ends after the lock, since what the work holds may want the queue
     const std::lock_guard lock(mutex_);
     ending_ = true;
     std::swap(dropped, waiting_);

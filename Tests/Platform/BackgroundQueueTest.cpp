@@ -1,0 +1,120 @@
+#include <gtest/gtest.h>
+#include <pthread.h>
+
+#include <atomic>
+#include <csignal>
+#include <latch>
+#include <optional>
+#include <semaphore>
+
+#include "Platform/Posix/PosixBackgroundQueue.hpp"
+#include "Tests/Fakes/FakeBackgroundQueue.hpp"
+
+namespace ostrel {
+namespace {
+
+struct PosixHarness {
+  std::optional<PosixBackgroundQueue> queue{1};
+  void finish() {
+    std::binary_semaphore done(0);
+    queue->run(QualityOfService::utility, [&done] { done.release(); });
+    done.acquire();
+  }
+};
+
+struct FakeHarness {
+  std::optional<FakeBackgroundQueue> queue{std::in_place};
+  void finish() { queue->runAll(); }
+};
+
+template <class Harness>
+struct BackgroundQueueContract : testing::Test, Harness {};
+
+using Harnesses = testing::Types<PosixHarness, FakeHarness>;
+TYPED_TEST_SUITE(BackgroundQueueContract, Harnesses);
+
+TYPED_TEST(BackgroundQueueContract, RunsUrgentWorkFirstThenByArrival) {
+  std::string order;
+  // Holds the only thread until all that follows has arrived.
+  std::latch arrived(1);
+  std::latch* const held = std::is_same_v<TypeParam, PosixHarness> ? &arrived : nullptr;
+  this->queue->run(QualityOfService::userInitiated, [held] {
+    if (held != nullptr) held->wait();
+  });
+  const auto hand = [&](QualityOfService quality, char letter) {
+    this->queue->run(quality, [&order, letter] { order += letter; });
+  };
+  hand(QualityOfService::utility, 'c');
+  hand(QualityOfService::userInitiated, 'a');
+  hand(QualityOfService::utility, 'd');
+  hand(QualityOfService::userInitiated, 'b');
+  arrived.count_down();
+  this->finish();
+  EXPECT_EQ(order, "abcd");
+}
+
+TEST(PosixBackgroundQueue, StartsNoMoreThreadsThanItMayAndUsesThemAll) {
+  std::atomic<int> running = 0;
+  std::atomic<int> most = 0;
+  std::latch all(3);
+  std::latch done(30);
+  PosixBackgroundQueue queue(3);
+  for (int i = 0; i < 30; ++i) {
+    queue.run(QualityOfService::utility, [&, i] {
+      const int now = ++running;
+      for (int seen = most; now > seen && !most.compare_exchange_weak(seen, now);) {
+      }
+      if (i < 3) all.arrive_and_wait();
+      --running;
+      done.count_down();
+    });
+  }
+  done.wait();
+  EXPECT_EQ(most, 3);
+}
+
+TEST(PosixBackgroundQueue, ItsEndDropsWaitingWorkAndWaitsForRunningWork) {
+  std::latch started(1);
+  std::binary_semaphore mayEnd(0);
+  std::atomic<bool> ended = false;
+  std::atomic<bool> dropped = true;
+  const auto held = std::make_shared<int>();
+  {
+    PosixBackgroundQueue queue(1);
+    queue.run(QualityOfService::utility, [&, held] {
+      started.count_down();
+      mayEnd.acquire();
+      queue.run(QualityOfService::userInitiated, [&dropped] { dropped = false; });
+      ended = true;
+    });
+    queue.run(QualityOfService::utility, [&dropped, held] { dropped = false; });
+    started.wait();
+    // The waiting work goes only once the destructor has begun, which then waits for the running work.
+    std::thread([&, waiting = std::weak_ptr(held)] {
+      while (waiting.use_count() > 2) std::this_thread::yield();
+      mayEnd.release();
+    }).detach();
+  }
+  EXPECT_TRUE(ended);
+  EXPECT_TRUE(dropped);
+  EXPECT_EQ(held.use_count(), 1);
+}
+
+TEST(PosixBackgroundQueue, ItsThreadsLeaveSignalsToTheMainThread) {
+  sigset_t mask;
+  sigemptyset(&mask);
+  std::latch done(1);
+  PosixBackgroundQueue queue(1);
+  queue.run(QualityOfService::utility, [&] {
+    pthread_sigmask(SIG_SETMASK, nullptr, &mask);
+    done.count_down();
+  });
+  done.wait();
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGCHLD}) EXPECT_EQ(sigismember(&mask, signal), 1);
+  sigset_t own;
+  pthread_sigmask(SIG_SETMASK, nullptr, &own);
+  EXPECT_EQ(sigismember(&own, SIGTERM), 0);
+}
+
+}  // namespace
+}  // namespace ostrel

@@ -1,0 +1,257 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <functional>
+#include <future>
+#include <thread>
+
+#include "Platform/Posix/PosixChildProcesses.hpp"
+#include "Platform/Posix/PosixMainQueue.hpp"
+#include "Tests/Fakes/FakeChildProcesses.hpp"
+#include "Tests/Fakes/TemporaryFolder.hpp"
+
+namespace ostrel {
+namespace {
+
+using namespace std::chrono_literals;
+
+std::string unmapped(std::string_view path) { return std::string(path); }
+
+ChildCommand shell(const std::string& script, ChildStream output = ChildStream::captured) {
+  return {"/bin/sh", {"-c", script}, output, ChildStream::discarded};
+}
+
+std::size_t countDescriptors() {
+  using Folder = std::filesystem::directory_iterator;
+  return static_cast<std::size_t>(std::distance(Folder("/proc/self/fd"), Folder()));
+}
+
+/// Every test leaves as many descriptors as it found, and no child.
+struct PosixChildProcessesTest : testing::Test {
+  void TearDown() override {
+    EXPECT_EQ(countDescriptors(), descriptors);
+    EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "a child is left";
+  }
+
+  /// Runs on another thread until the file is there that the script makes when it is ready; then ends the
+  /// run.
+  std::expected<ChildResult, PlatformError> runAndEnd(const std::string& script, std::function<void()> end) {
+    auto run = std::async(std::launch::async, [&] { return children.run(shell(script), ending()); });
+    while (!std::filesystem::exists(folder / "ready")) std::this_thread::sleep_for(1ms);
+    end();
+    if (run.wait_for(20s) == std::future_status::timeout) {
+      ADD_FAILURE() << "the run did not end";
+      children.endAll();
+    }
+    return run.get();
+  }
+
+  ChildEnding ending() { return {terminate.get_token(), kill.get_token()}; }
+  std::string ready() const { return ": > " + (folder / "ready") + "; "; }
+
+  const std::size_t descriptors = countDescriptors();
+  TemporaryFolder folder;
+  std::stop_source terminate;
+  std::stop_source kill;
+  PosixChildProcesses children{unmapped};
+};
+
+TEST_F(PosixChildProcessesTest, TellsHowARunEndedAndWhatItWrote) {
+  struct Row {
+    const char* script;
+    ChildStream output;
+    ChildResult result;
+  };
+  const Row rows[] = {{"printf hello", ChildStream::captured, {0, "hello"}},
+                      {"printf hello; exit 3", ChildStream::captured, {3, "hello"}},
+                      {"printf lost; exit 255", ChildStream::discarded, {255, ""}},
+                      {"exit 4", ChildStream::inherited, {4, ""}},
+                      {"printf partly; kill -SEGV $$", ChildStream::captured, {SIGSEGV, "partly"}},
+                      {"printf lost >&2", ChildStream::captured, {0, ""}},
+                      {"exec >&-; sleep 0.05; exit 5", ChildStream::captured, {5, ""}},
+                      {"cat; echo end", ChildStream::captured, {0, "end\n"}},
+                      {"kill -PIPE $$; exit 6", ChildStream::captured, {SIGPIPE, ""}}};
+  // What the agent does to its own signals is no matter of its children.
+  const auto before = std::signal(SIGPIPE, SIG_IGN);
+  for (const auto& row : rows) {
+    EXPECT_EQ(children.run(shell(row.script, row.output)), row.result) << row.script;
+  }
+  (void)std::signal(SIGPIPE, before);
+}
+
+TEST_F(PosixChildProcessesTest, WhatCannotBeStartedIsAnError) {
+  const auto plain = folder.write("plain", "#!/bin/sh\n");
+  const auto noFormat = folder.write("noFormat", "no program");
+  ::chmod(noFormat.c_str(), 0755);
+  const std::pair<std::string, int> rows[] = {
+      {folder / "missing", ENOENT}, {plain, EACCES}, {folder.path(), EACCES},
+      {noFormat, ENOEXEC},          {"", ENOENT},
+  };
+  for (const auto& [path, number] : rows) {
+    const auto result = children.run({path, {}, ChildStream::captured, ChildStream::discarded});
+    ASSERT_FALSE(result) << path;
+    EXPECT_EQ(result.error().domain, posixErrorDomain);
+    EXPECT_EQ(result.error().code, number) << path;
+    EXPECT_FALSE(result.error().description.empty());
+  }
+}
+
+TEST_F(PosixChildProcessesTest, MapsThePathOfTheExecutableAndNoArgument) {
+  PosixChildProcesses mapped(
+      [](std::string_view path) { return path == "/mac/sh" ? "/bin/sh" : "/nowhere"; });
+  const auto result = mapped.run({"/mac/sh",
+                                  {"-c", "printf '%s|' \"$@\"", "0", "/mac/sh", "a  b", "", "$HOME"},
+                                  ChildStream::captured,
+                                  ChildStream::discarded});
+  EXPECT_EQ(result, (ChildResult{0, "/mac/sh|a  b||$HOME|"}));
+}
+
+TEST_F(PosixChildProcessesTest, ReadsFiveMegabytesWhole) {
+  const auto result = children.run(shell("head -c 5000000 /dev/zero"));
+  ASSERT_TRUE(result);
+  EXPECT_EQ(result->output, std::string(5000000, '\0'));
+}
+
+TEST_F(PosixChildProcessesTest, AChildThatWritesMoreThanTheLimitIsReportedAsKilled) {
+  PosixChildProcesses limited(unmapped, 1000);
+  const std::pair<const char*, ChildResult> rows[] = {
+      {"head -c 1000 /dev/zero", {0, std::string(1000, '\0')}},
+      {"head -c 1001 /dev/zero", {SIGKILL, std::string(1000, '\0')}},
+      {"cat /dev/zero", {SIGKILL, std::string(1000, '\0')}},
+  };
+  for (const auto& [script, result] : rows) EXPECT_EQ(limited.run(shell(script)), result) << script;
+}
+
+TEST_F(PosixChildProcessesTest, EndsARunOnRequest) {
+  struct Row {
+    std::string script;
+    bool isKilled;
+    std::int32_t status;
+  };
+  const Row rows[] = {
+      {"sleep 100 & " + ready() + "wait", false, SIGTERM},
+      {"trap 'exit 7' TERM; " + ready() + "while :; do sleep 0.01; done", false, 7},
+      {"trap '' TERM; " + ready() + "sleep 100", true, SIGKILL},
+      {"exec >&-; " + ready() + "sleep 100", true, SIGKILL},
+      {"setsid sh -c '" + ready() + "exec sleep 2' & exit 8", true, 8},
+  };
+  for (const auto& row : rows) {
+    std::filesystem::remove(folder / "ready");
+    terminate = {};
+    kill = {};
+    const auto start = std::chrono::steady_clock::now();
+    const auto result = runAndEnd(row.script, [&] { (row.isKilled ? kill : terminate).request_stop(); });
+    EXPECT_EQ(result, (ChildResult{row.status, ""})) << row.script;
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 1900ms) << row.script;
+  }
+}
+
+TEST_F(PosixChildProcessesTest, TheGroupOfAKilledChildEndsWithIt) {
+  const auto result =
+      runAndEnd("printf partly; (sleep 100; : > " + (folder / "survived") + ") & " + ready() + "wait",
+                [this] { kill.request_stop(); });
+  EXPECT_EQ(result->status, SIGKILL);
+  EXPECT_FALSE(std::filesystem::exists(folder / "survived"));
+}
+
+TEST_F(PosixChildProcessesTest, TheEndOfAllEndsRunningChildrenAndPreventsNewOnes) {
+  const auto result = runAndEnd(ready() + "sleep 100", [this] { children.endAll(); });
+  EXPECT_EQ(result, (ChildResult{SIGKILL, ""}));
+  const auto later = children.run(shell("exit 0"));
+  ASSERT_FALSE(later);
+  EXPECT_EQ(later.error().code, ECANCELED);
+}
+
+TEST_F(PosixChildProcessesTest, TwoHundredRunsOfFourThreadsKeepTheirResultsApart) {
+  std::vector<std::jthread> threads;
+  for (int thread = 0; thread < 4; ++thread) {
+    threads.emplace_back([this, thread] {
+      for (int i = 0; i < 50; ++i) {
+        std::stop_source own;
+        const auto text = std::to_string(thread * 50 + i);
+        const auto result =
+            children.run(shell("echo " + text + "; exit " + text), {own.get_token(), own.get_token()});
+        EXPECT_EQ(result, (ChildResult{thread * 50 + i, text + "\n"}));
+      }
+    });
+  }
+}
+
+TEST_F(PosixChildProcessesTest, AChildGetsNoDescriptorOfTheProgram) {
+  const PosixMainQueue queue;
+  // Numbers that the test itself was given by its own parent are another matter.
+  std::string script = "for n in";
+  for (int number = STDERR_FILENO + 1; number < 64; ++number) {
+    const int flags = ::fcntl(number, F_GETFD);
+    if (flags < 0 || (flags & FD_CLOEXEC) != 0) script += " " + std::to_string(number);
+  }
+  script += "; do if [ -e /proc/$$/fd/$n ]; then echo $n; fi; done";
+  EXPECT_EQ(children.run(shell(script)), (ChildResult{0, ""}));
+}
+
+TEST_F(PosixChildProcessesTest, RunsWithoutFreeDescriptorsFailAndLeaveNothing) {
+  EXPECT_TRUE(children.run(shell("exit 0")));
+  rlimit before{};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit tight{256, before.rlim_max};
+  ::setrlimit(RLIMIT_NOFILE, &tight);
+  std::vector<Descriptor> taken;
+  do {
+    taken.emplace_back(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+  } while (taken.back());
+  for (int spare = 0; spare < 4; ++spare) {
+    const auto result = children.run(shell("exit 0"));
+    EXPECT_TRUE(!result && result.error().code == EMFILE) << spare;
+    taken.pop_back();
+  }
+  ::setrlimit(RLIMIT_NOFILE, &before);
+}
+
+using PosixChildProcessesDeathTest = PosixChildProcessesTest;
+
+TEST_F(PosixChildProcessesDeathTest, WorksWhereStandardStreamsAreClosedAndChildrenWereIgnored) {
+  const auto runBare = [] {
+    for (const int number : {0, 1, 2}) ::close(number);
+    (void)std::signal(SIGCHLD, SIG_IGN);
+    PosixChildProcesses bare(unmapped);
+    std::_Exit(bare.run(shell("cat && printf hello && exit 9")) == ChildResult{9, "hello"} ? 0 : 1);
+  };
+  EXPECT_EXIT(runBare(), testing::ExitedWithCode(0), "");
+}
+
+/// A hanging child of either kind.
+struct HangingChild {
+  bool isFake;
+  PosixChildProcesses real{unmapped};
+  FakeChildProcesses fake{};
+
+  std::expected<ChildResult, PlatformError> run(const ChildEnding& ending) {
+    if (!isFake) return real.run(shell("sleep 100"), ending);
+    fake.script(FakeChildProcesses::hangs());
+    return fake.run(shell(""), ending);
+  }
+};
+
+TEST(ChildProcessesContract, AHangingRunEndsByTheRequestBeforeOrAfterItsStart) {
+  for (const bool isFake : {false, true}) {
+    for (const bool isKilled : {false, true}) {
+      for (const bool isEarly : {false, true}) {
+        HangingChild child{isFake};
+        std::stop_source source;
+        if (isEarly) source.request_stop();
+        const std::jthread ender([&] { source.request_stop(); });
+        const auto ending =
+            isKilled ? ChildEnding{{}, source.get_token()} : ChildEnding{source.get_token(), {}};
+        EXPECT_EQ(child.run(ending), (ChildResult{isKilled ? SIGKILL : SIGTERM, ""})) << isFake << isEarly;
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace ostrel

@@ -1,0 +1,137 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+
+#include "Platform/Posix/PosixClock.hpp"
+#include "Platform/Posix/PosixFiles.hpp"
+#include "Tests/Fakes/FakeFiles.hpp"
+#include "Tests/Fakes/TemporaryFolder.hpp"
+
+namespace ostrel {
+namespace {
+
+/// Files beneath a folder of the test, by the path map that a simulated Mac uses.
+struct PosixHarness {
+  TemporaryFolder folder;
+  PosixFiles files{[root = folder.path()](std::string_view path) { return root + std::string(path); }};
+};
+
+struct FakeHarness {
+  FakeFiles files;
+};
+
+template <class Harness>
+struct FilesContract : testing::Test, Harness {};
+
+using Harnesses = testing::Types<PosixHarness, FakeHarness>;
+TYPED_TEST_SUITE(FilesContract, Harnesses);
+
+template <class Value>
+int codeOf(const std::expected<Value, PlatformError>& result) {
+  if (result) return 0;
+  EXPECT_EQ(result.error().domain, posixErrorDomain);
+  return result.error().code;
+}
+
+TYPED_TEST(FilesContract, WhatIsWrittenIsReadUntilItIsRemoved) {
+  ASSERT_EQ(codeOf(this->files.makeFolders("/a/b")), 0);
+  ASSERT_EQ(codeOf(this->files.makeFolders("/a/b")), 0);
+  for (const auto& bytes : {std::string("first\0\xff", 7), std::string(), std::string(3000000, 'x')}) {
+    ASSERT_EQ(codeOf(this->files.writeAtomically("/a/b/file", bytes)), 0);
+    EXPECT_EQ(this->files.read("/a/b/file"), bytes);
+  }
+  EXPECT_TRUE(this->files.exists("/a/b/file"));
+  EXPECT_TRUE(this->files.modificationTime("/a/b/file"));
+  EXPECT_FALSE(this->files.isExecutableFile("/a/b/file"));
+  EXPECT_EQ(codeOf(this->files.remove("/a/b/file")), 0);
+  EXPECT_EQ(codeOf(this->files.remove("/a/b/file")), 0);
+  EXPECT_FALSE(this->files.exists("/a/b/file"));
+  EXPECT_FALSE(this->files.modificationTime("/a/b/file"));
+}
+
+TYPED_TEST(FilesContract, WhatIsInTheWayIsAnErrorOfItsOwn) {
+  ASSERT_EQ(codeOf(this->files.makeFolders("/folder")), 0);
+  ASSERT_EQ(codeOf(this->files.writeAtomically("/file", "kept")), 0);
+  EXPECT_TRUE(this->files.exists("/folder"));
+  EXPECT_FALSE(this->files.isExecutableFile("/folder"));
+  EXPECT_EQ(codeOf(this->files.read("/folder")), EISDIR);
+  EXPECT_EQ(codeOf(this->files.writeAtomically("/folder", "")), EISDIR);
+  EXPECT_EQ(codeOf(this->files.remove("/folder")), EISDIR);
+  EXPECT_EQ(codeOf(this->files.read("/missing/file")), ENOENT);
+  EXPECT_EQ(codeOf(this->files.writeAtomically("/missing/file", "")), ENOENT);
+  EXPECT_EQ(codeOf(this->files.remove("/missing/file")), 0);
+  EXPECT_EQ(codeOf(this->files.read("/file/below")), ENOTDIR);
+  EXPECT_EQ(codeOf(this->files.writeAtomically("/file/below", "")), ENOTDIR);
+  EXPECT_EQ(codeOf(this->files.makeFolders("/file")), ENOTDIR);
+  EXPECT_EQ(codeOf(this->files.makeFolders("/file/below")), ENOTDIR);
+  EXPECT_EQ(codeOf(this->files.remove("/file/below")), ENOTDIR);
+  EXPECT_EQ(this->files.read("/file"), "kept");
+}
+
+struct PosixFilesTest : testing::Test, PosixHarness {
+  std::size_t countEntries() const {
+    using Folder = std::filesystem::directory_iterator;
+    return static_cast<std::size_t>(std::distance(Folder(folder.path()), Folder()));
+  }
+};
+
+TEST_F(PosixFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
+  folder.write("file", "old");
+  // A file may not grow past the limit, as on a full disk; the signal that says so is ignored.
+  const auto signal = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit before{};
+  ::getrlimit(RLIMIT_FSIZE, &before);
+  const rlimit tight{1000, before.rlim_max};
+  ::setrlimit(RLIMIT_FSIZE, &tight);
+  const auto written = files.writeAtomically("/file", std::string(5000, 'x'));
+  ::setrlimit(RLIMIT_FSIZE, &before);
+  (void)std::signal(SIGXFSZ, signal);
+  EXPECT_EQ(codeOf(written), EFBIG);
+  EXPECT_EQ(codeOf(files.writeAtomically("/" + std::string(300, 'n'), "new")), ENAMETOOLONG);
+  EXPECT_EQ(folder.read("file"), "old");
+  EXPECT_EQ(countEntries(), 1u);
+}
+
+TEST_F(PosixFilesTest, WritesWhereTheNameIsAsLongAsItMayBe) {
+  const auto path = "/" + std::string(255, 'n');
+  EXPECT_EQ(codeOf(files.writeAtomically(path, "new")), 0);
+  EXPECT_EQ(files.read(path), "new");
+  EXPECT_EQ(countEntries(), 1u);
+}
+
+TEST_F(PosixFilesTest, AFileIsPrivateAndALinkToItStaysALink) {
+  const auto target = folder.write("dotfiles/settings", "old");
+  std::filesystem::create_symlink(target, folder / "settings");
+  EXPECT_EQ(codeOf(files.writeAtomically("/settings", "new")), 0);
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "settings"));
+  EXPECT_EQ(folder.read("dotfiles/settings"), "new");
+  EXPECT_EQ(std::filesystem::status(target).permissions(), std::filesystem::perms(0600));
+  std::filesystem::create_symlink(folder / "gone", folder / "dangling");
+  EXPECT_EQ(codeOf(files.writeAtomically("/dangling", "new")), ENOENT);
+}
+
+TEST_F(PosixFilesTest, TellsExecutablesAndModificationTimes) {
+  const auto path = folder.write("tool", "");
+  ::chmod(path.c_str(), 0755);
+  EXPECT_TRUE(files.isExecutableFile("/tool"));
+  const auto age = PosixClock().now() - files.modificationTime("/tool").value();
+  EXPECT_LT(std::chrono::abs(age), std::chrono::minutes(1));
+}
+
+TEST(PosixFiles, ReadsOnlyPlainFilesAndNeverWaitsForAPipe) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  PosixFiles files([](std::string_view path) { return std::string(path); });
+  EXPECT_EQ(codeOf(files.read(folder / "pipe")), EINVAL);
+  EXPECT_EQ(codeOf(files.read("/dev/zero")), EINVAL);
+  EXPECT_EQ(codeOf(files.read(folder / std::string(300, 'n'))), ENAMETOOLONG);
+  EXPECT_TRUE(files.read("/proc/self/status").value().starts_with("Name:"));
+  EXPECT_NE(codeOf(files.writeAtomically("/proc/ostrel", "new")), 0);
+}
+
+}  // namespace
+}  // namespace ostrel

@@ -1,0 +1,83 @@
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <optional>
+
+#include "Platform/SimulatedMac/HostRoot.hpp"
+#include "Platform/SimulatedMac/SimulatedNetworkPreferences.hpp"
+#include "Tests/Fakes/FakeFiles.hpp"
+#include "Tests/Fakes/FakeNetworkPreferences.hpp"
+
+namespace ostrel {
+namespace {
+
+using Proxies = NetworkPreferences::TransparentProxies;
+using Filter = NetworkPreferences::ContentFilter;
+
+Proxies proxiesOf(NetworkPreferences& preferences) {
+  std::optional<Proxies> given;
+  preferences.loadTransparentProxies([&given](Proxies proxies) { given = std::move(proxies); });
+  return given.value();
+}
+
+Filter filterOf(NetworkPreferences& preferences) {
+  std::optional<Filter> given;
+  preferences.loadContentFilter([&given](Filter filter) { given = std::move(filter); });
+  return given.value();
+}
+
+struct NetworkPreferencesTest : testing::Test {
+  FakeFiles files;
+  SimulatedNetworkPreferences preferences{files};
+};
+
+TEST_F(NetworkPreferencesTest, WithoutFilesNothingIsConfiguredOnTheFakeToo) {
+  FakeNetworkPreferences fake;
+  for (NetworkPreferences* each :
+       {static_cast<NetworkPreferences*>(&preferences), static_cast<NetworkPreferences*>(&fake)}) {
+    EXPECT_EQ(proxiesOf(*each), Proxies());
+    EXPECT_EQ(filterOf(*each), Filter());
+  }
+}
+
+TEST_F(NetworkPreferencesTest, TellsWhatTheFilesTell) {
+  files.put(simulatedstate::transparentProxies,
+            R"([{"enabled":true,"connected":false},{"connected":true,"enabled":false,"name":"x"}])");
+  files.put(simulatedstate::contentFilter, R"({"provider":true,"enabled":false})");
+  EXPECT_EQ(proxiesOf(preferences),
+            (std::vector<TransparentProxyConfiguration>{{true, false}, {false, true}}));
+  EXPECT_EQ(filterOf(preferences), (ContentFilterConfiguration{true, false}));
+}
+
+TEST_F(NetworkPreferencesTest, DamagedFilesAreErrorsOfTheirOwnDomains) {
+  const std::string rows[] = {
+      "",
+      "{",
+      "null",
+      "7",
+      "[7]",
+      "\xff",
+      R"([{"enabled":1,"connected":true}])",
+      R"([{"enabled":true}])",
+      R"({"provider":true})",
+      R"({"provider":"yes","enabled":true})",
+      std::string(100000, '['),
+  };
+  for (const auto& bytes : rows) {
+    files.put(simulatedstate::transparentProxies, bytes);
+    files.put(simulatedstate::contentFilter, bytes);
+    const auto proxies = proxiesOf(preferences);
+    const auto filter = filterOf(preferences);
+    ASSERT_TRUE(!proxies && !filter) << bytes.substr(0, 40);
+    EXPECT_EQ(proxies.error().domain, "NEVPNErrorDomain");
+    EXPECT_EQ(proxies.error().code, 5);
+    EXPECT_EQ(filter.error().domain, "NEFilterErrorDomain");
+    EXPECT_EQ(filter.error().code, 3);
+  }
+  files.readError = PlatformError{posixErrorDomain, EACCES, "denied"};
+  EXPECT_EQ(proxiesOf(preferences).error(), (PlatformError{"NEVPNErrorDomain", 5, "denied"}));
+  EXPECT_EQ(filterOf(preferences).error(), (PlatformError{"NEFilterErrorDomain", 3, "denied"}));
+}
+
+}  // namespace
+}  // namespace ostrel
