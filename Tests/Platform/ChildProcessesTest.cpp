@@ -188,7 +188,7 @@ TEST_F(PosixChildProcessesTest, AChildGetsNoDescriptorOfTheProgram) {
   std::string script = "for n in";
   for (int number = STDERR_FILENO + 1; number < 64; ++number) {
     const int flags = ::fcntl(number, F_GETFD);
-    if (flags < 0 || (flags & FD_CLOEXEC) != 0) script += " " + std::to_string(number);
+    if (flags < 0 || (flags & FD_CLOEXEC) != 0) script.append(" ").append(std::to_string(number));
   }
   script += "; do if [ -e /proc/$$/fd/$n ]; then echo $n; fi; done";
   EXPECT_EQ(children.run(shell(script)), (ChildResult{0, ""}));
