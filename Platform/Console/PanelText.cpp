@@ -41,15 +41,15 @@ std::string padded(std::string_view text, std::size_t width) {
 class PanelPrinter {
  public:
   PanelPrinter(const PanelContent& content, ButtonMarks marks) : content_(content), marks_(marks) {
-    for (const auto& fact : content.facts) widen(fact.label);
+    for (const auto& fact : content.facts) widen(fact.label, 0);
     if (content.protection) {
-      for (const auto* row :
-           {&content.protection->guard, &content.protection->egressLock, &content.protection->containers}) {
-        widen(row->label);
-      }
+      const auto& protection = *content.protection;
+      for (const auto* row : {&protection.guard, &protection.egressLock, &protection.containers})
+        widen(row->label, 0);
     }
     if (content.health) {
-      for (const auto& row : content.health->components) widen(row.label);
+      widen(content.health->rollup.label, 0);
+      for (const auto& row : content.health->components) widen(row.label, componentIndent);
     }
   }
 
@@ -66,7 +66,11 @@ class PanelPrinter {
   }
 
  private:
-  void widen(std::string_view label) { labelColumns_ = std::max(labelColumns_, columns(label)); }
+  static constexpr std::size_t componentIndent = 2;
+
+  void widen(std::string_view label, std::size_t indent) {
+    labelColumns_ = std::max(labelColumns_, indent + columns(label));
+  }
 
   void line(std::string_view text) {
     text_ += text;
@@ -76,19 +80,28 @@ class PanelPrinter {
 
   /// Writes words in lines, each indented; nothing for an empty text.
   void paragraph(std::size_t indent, std::string_view words) {
-    std::string current;
+    if (!words.empty()) hanging(std::string(indent, ' '), words);
+  }
+
+  /// Writes words behind a prefix, the lines that follow indented by its width.
+  void hanging(std::string_view prefix, std::string_view words) {
+    const std::string indent(columns(prefix), ' ');
+    std::string current(prefix);
+    bool isStart = true;
     while (!words.empty()) {
       const auto end = std::min(words.find(' '), words.size());
       const auto word = words.substr(0, end);
-      if (!current.empty() && indent + columns(current) + 1 + columns(word) > lineColumns) {
-        line(std::string(indent, ' ') + current);
-        current.clear();
+      if (!isStart && columns(current) + 1 + columns(word) > lineColumns) {
+        line(current);
+        current = indent;
+        isStart = true;
       }
-      if (!current.empty()) current += ' ';
+      if (!isStart) current += ' ';
       current += word;
+      isStart = false;
       words.remove_prefix(std::min(end + 1, words.size()));
     }
-    if (!current.empty()) line(std::string(indent, ' ') + current);
+    line(current);
   }
 
   std::string mark(const PanelButton& button) {
@@ -102,11 +115,9 @@ class PanelPrinter {
     for (const auto& button : content_.headerButtons) title += "   " + mark(button);
     line(title);
     if (header.deadlineLine) paragraph(2, *header.deadlineLine);
-    if (content_.statusError) row(*content_.statusError);
+    if (content_.statusError) paragraph(2, content_.statusError->text);
     blank();
   }
-
-  void row(const RowState& state) { paragraph(2, state.text); }
 
   void update(const PanelContent::Update& update) {
     auto title = std::string(markOf(update.state.kind)) + " " + update.state.text;
@@ -131,9 +142,9 @@ class PanelPrinter {
   }
 
   void row(const PanelContent::Row& row, std::size_t indent) {
-    const auto label = padded(row.label, labelColumns_ - std::min(labelColumns_, indent));
-    line(std::string(indent, ' ') + std::string(markOf(row.state.kind)) + " " + label + "  " +
-         row.state.text);
+    const auto label = padded(row.label, labelColumns_ - indent);
+    hanging(std::string(indent, ' ') + std::string(markOf(row.state.kind)) + " " + label + "  ",
+            row.state.text);
   }
 
   void protection(const PanelContent::Protection& protection) {
@@ -150,7 +161,7 @@ class PanelPrinter {
     std::string current;
     for (const auto& ecosystem : ecosystems) {
       auto chip = std::string(markOf(ecosystem.state.kind)) + " " + ecosystem.name;
-      if (!ecosystem.state.text.empty()) chip += " (" + ecosystem.state.text + ")";
+      if (!ecosystem.state.text.empty()) chip += ": " + ecosystem.state.text;
       if (!current.empty() && 4 + columns(current) + 3 + columns(chip) > lineColumns) {
         line("    " + current);
         current.clear();
@@ -163,7 +174,7 @@ class PanelPrinter {
 
   void health(const PanelContent::Health& health) {
     row(health.rollup, 0);
-    for (const auto& component : health.components) row(component, 2);
+    for (const auto& component : health.components) row(component, componentIndent);
     blank();
   }
 
