@@ -1,0 +1,37 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace ostrel {
+
+/// A program that the benchmark watches from outside. Killed when this ends.
+class Process {
+ public:
+  /// Starts it with an empty standard input, and its output and errors discarded. Throws std::runtime_error.
+  explicit Process(const std::vector<std::string>& command);
+  ~Process();
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
+
+  /// CPU time of all its living threads.
+  std::chrono::nanoseconds cpuTime() const;
+
+  /// Context switches of all its living threads, voluntary or not.
+  std::uint64_t contextSwitches() const;
+
+  /// Resident memory in KiB.
+  std::uint64_t residentKiB() const;
+
+ private:
+  pid_t pid_ = -1;
+};
+
+/// Microseconds from start to end of a short command, the median of the rounds. Its output is discarded.
+double medianRunMicroseconds(const std::vector<std::string>& command, int rounds);
+
+}  // namespace ostrel
