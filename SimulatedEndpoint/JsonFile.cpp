@@ -4,13 +4,13 @@
 
 namespace ostrel::simulated {
 
-std::expected<std::optional<Json>, std::string> readJsonFile(const Files& files, const std::string& path) {
+std::expected<Json, std::string> readJsonFile(const Files& files, const std::string& path) {
   const auto text = files.read(path);
-  if (!text && text.error().domain == posixErrorDomain && text.error().code == ENOENT) return std::nullopt;
+  if (!text && text.error().domain == posixErrorDomain && text.error().code == ENOENT) return Json();
   if (!text) return std::unexpected("cannot read " + path + ": " + text.error().description);
   auto value = parseJson(*text);
   if (!value) return std::unexpected(path + " " + value.error());
-  return *std::move(value);
+  return value;
 }
 
 std::expected<void, std::string> writeJsonFile(Files& files, const std::string& path, const Json& value) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <expected>
-#include <optional>
 #include <string>
 
 #include "Platform/Files.hpp"
@@ -9,9 +8,8 @@
 
 namespace ostrel::simulated {
 
-/// What a JSON file holds, nothing when it is missing, or a sentence on why it cannot be used.
-[[nodiscard]] std::expected<std::optional<Json>, std::string> readJsonFile(const Files& files,
-                                                                           const std::string& path);
+/// What a JSON file holds, null when it is missing, or a sentence on why it cannot be used.
+[[nodiscard]] std::expected<Json, std::string> readJsonFile(const Files& files, const std::string& path);
 
 /// Replaces the file in one step and makes its folder, or gives a sentence on why it cannot.
 [[nodiscard]] std::expected<void, std::string> writeJsonFile(Files& files, const std::string& path,

@@ -76,10 +76,9 @@ std::expected<Json, std::string> ScenarioFolder::document(const std::string& nam
   if (!std::ranges::binary_search(names(), name))
     return std::unexpected("there is no scenario " + inQuotes(name));
   const auto path = path_ + "/" + name + ".json";
-  const auto document = readJsonFile(files_, path);
-  if (!document) return std::unexpected(document.error());
-  if (!*document || !(*document)->is_object()) return std::unexpected(path + " must be an object");
-  return **document;
+  auto document = readJsonFile(files_, path);
+  if (document && !document->is_object()) return std::unexpected(path + " must be an object");
+  return document;
 }
 
 }  // namespace ostrel::simulated

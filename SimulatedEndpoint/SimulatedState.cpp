@@ -40,8 +40,8 @@ std::expected<Scenario, std::string> SimulatedState::scenario() const {
   const auto path = root_.realPath(simulatedstate::scenario);
   const auto document = readJsonFile(files_, path);
   if (!document) return std::unexpected(document.error());
-  if (!*document) return Scenario::initial();
-  auto current = Scenario::fromJson(**document);
+  if (document->is_null()) return Scenario::initial();
+  auto current = Scenario::fromJson(*document);
   if (!current) return std::unexpected(path + ": " + current.error());
   return current;
 }
@@ -79,10 +79,9 @@ std::expected<bool, std::string> SimulatedState::isDeviceManaged() const {
   const auto path = root_.realPath(simulatedstate::deviceManagement);
   const auto state = readJsonFile(files_, path);
   if (!state) return std::unexpected(state.error());
-  if (!*state) return false;
-  const Json& document = **state;
-  if (document.is_object() && document.contains("enrolled") && document["enrolled"].is_boolean()) {
-    return document["enrolled"].get<bool>();
+  if (state->is_null()) return false;
+  if (state->is_object() && state->contains("enrolled") && state->at("enrolled").is_boolean()) {
+    return state->at("enrolled").get<bool>();
   }
   return std::unexpected(path + " must hold \"enrolled\", true or false");
 }
