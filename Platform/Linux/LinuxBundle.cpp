@@ -62,8 +62,10 @@ std::string LinuxBundle::path() const {
 
 std::expected<std::optional<std::string>, PlatformError> LinuxBundle::localizedTable(
     const std::string& name) const {
+  const auto folder = path() + "/Contents/Resources/";
+  const auto file = ".lproj/" + name + ".strings";
   for (const auto& language : languages_) {
-    auto table = files_.read(path() + "/Contents/Resources/" + language + ".lproj/" + name + ".strings");
+    auto table = files_.read(std::string(folder).append(language).append(file));
     if (table) return std::move(*table);
     if (!isPosixError(table.error(), ENOENT)) return std::unexpected(std::move(table.error()));
   }

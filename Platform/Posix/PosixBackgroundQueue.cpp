@@ -1,10 +1,7 @@
 #include "Platform/Posix/PosixBackgroundQueue.hpp"
 
-#include <pthread.h>
-
 #include <algorithm>
 #include <csignal>
-#include <system_error>
 #include <utility>
 
 namespace ostrel {
@@ -22,7 +19,7 @@ PosixBackgroundQueue::~PosixBackgroundQueue() {
     std::swap(dropped, waiting_);
   }
   changed_.notify_all();
-  for (auto& thread : threads_) thread.join();
+  for (const auto thread : threads_) pthread_join(thread, nullptr);
 }
 
 void PosixBackgroundQueue::run(QualityOfService quality, std::function<void()> work) {
@@ -39,11 +36,13 @@ void PosixBackgroundQueue::startThread() {
   sigset_t before;
   sigfillset(&all);
   pthread_sigmask(SIG_SETMASK, &all, &before);
-  try {
-    threads_.emplace_back([this] { serve(); });
-  } catch (const std::system_error&) {
-    // The system has no thread to give: the work waits for a thread of the pool, or for the next attempt.
-  }
+  pthread_t thread{};
+  const auto serveQueue = [](void* queue) -> void* {
+    static_cast<PosixBackgroundQueue*>(queue)->serve();
+    return nullptr;
+  };
+  // Where the system has no thread to give, the work waits for one of the pool or for the next attempt.
+  if (pthread_create(&thread, nullptr, serveQueue, this) == 0) threads_.push_back(thread);
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 

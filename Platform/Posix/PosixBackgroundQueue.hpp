@@ -1,11 +1,12 @@
 #pragma once
 
+#include <pthread.h>
+
 #include <array>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
 #include <mutex>
-#include <thread>
 #include <vector>
 
 #include "Platform/BackgroundQueue.hpp"
@@ -32,7 +33,7 @@ class PosixBackgroundQueue final : public BackgroundQueue {
   std::mutex mutex_;  // guards what follows
   std::condition_variable changed_;
   std::array<Waiting, 2> waiting_;  // more urgent first
-  std::vector<std::thread> threads_;
+  std::vector<pthread_t> threads_;
   std::size_t idle_ = 0;
   bool ending_ = false;
 };

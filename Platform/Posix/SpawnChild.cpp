@@ -9,7 +9,8 @@
 
 #include "Platform/Posix/PosixError.hpp"
 
-extern char** environ;
+// Some systems declare it in <unistd.h>, others leave it to the program.
+extern char** environ;  // NOLINT(readability-redundant-declaration)
 
 namespace ostrel {
 

@@ -19,11 +19,11 @@ PlatformError proxiesUnreadable(const std::string& reason) { return {"NEVPNError
 // NEFilterManagerErrorConfigurationStale is 3 in <NetworkExtension/NEFilterManager.h>.
 PlatformError filterUnreadable(const std::string& reason) { return {"NEFilterErrorDomain", 3, reason}; }
 
-/// The parsed file, a discarded value when it is damaged, nothing when it is missing.
-std::expected<std::optional<Json>, PlatformError> readState(const Files& files, const char* path) {
+/// The parsed file, a discarded value when it is damaged, the given one when it is missing.
+std::expected<Json, PlatformError> readState(const Files& files, const char* path, Json missing) {
   const auto bytes = files.read(path);
   if (bytes) return Json::parse(*bytes, nullptr, false);
-  if (bytes.error().domain == posixErrorDomain && bytes.error().code == ENOENT) return std::nullopt;
+  if (bytes.error().domain == posixErrorDomain && bytes.error().code == ENOENT) return missing;
   return std::unexpected(bytes.error());
 }
 
@@ -35,12 +35,11 @@ std::optional<bool> boolMember(const Json& json, const char* name) {
 }
 
 NetworkPreferences::TransparentProxies readProxies(const Files& files) {
-  const auto state = readState(files, simulatedstate::transparentProxies);
+  const auto state = readState(files, simulatedstate::transparentProxies, Json::array());
   if (!state) return std::unexpected(proxiesUnreadable(state.error().description));
+  if (!state->is_array()) return std::unexpected(proxiesUnreadable("The configurations are damaged."));
   std::vector<TransparentProxyConfiguration> configurations;
-  if (!*state) return configurations;
-  if (!(*state)->is_array()) return std::unexpected(proxiesUnreadable("The configurations are damaged."));
-  for (const auto& json : **state) {
+  for (const auto& json : *state) {
     const auto enabled = boolMember(json, "enabled");
     const auto connected = boolMember(json, "connected");
     if (!enabled || !connected) return std::unexpected(proxiesUnreadable("A configuration is damaged."));
@@ -50,11 +49,11 @@ NetworkPreferences::TransparentProxies readProxies(const Files& files) {
 }
 
 NetworkPreferences::ContentFilter readFilter(const Files& files) {
-  const auto state = readState(files, simulatedstate::contentFilter);
+  const auto state =
+      readState(files, simulatedstate::contentFilter, {{"provider", false}, {"enabled", false}});
   if (!state) return std::unexpected(filterUnreadable(state.error().description));
-  if (!*state) return ContentFilterConfiguration();
-  const auto provider = boolMember(**state, "provider");
-  const auto enabled = boolMember(**state, "enabled");
+  const auto provider = boolMember(*state, "provider");
+  const auto enabled = boolMember(*state, "enabled");
   if (!provider || !enabled) return std::unexpected(filterUnreadable("The configuration is damaged."));
   return ContentFilterConfiguration{*provider, *enabled};
 }

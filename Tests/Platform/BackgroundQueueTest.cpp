@@ -4,8 +4,8 @@
 #include <atomic>
 #include <csignal>
 #include <latch>
-#include <optional>
 #include <semaphore>
+#include <thread>
 
 #include "Platform/Posix/PosixBackgroundQueue.hpp"
 #include "Tests/Fakes/FakeBackgroundQueue.hpp"
@@ -14,17 +14,17 @@ namespace ostrel {
 namespace {
 
 struct PosixHarness {
-  std::optional<PosixBackgroundQueue> queue{1};
+  PosixBackgroundQueue queue{1};
   void finish() {
     std::binary_semaphore done(0);
-    queue->run(QualityOfService::utility, [&done] { done.release(); });
+    queue.run(QualityOfService::utility, [&done] { done.release(); });
     done.acquire();
   }
 };
 
 struct FakeHarness {
-  std::optional<FakeBackgroundQueue> queue{std::in_place};
-  void finish() { queue->runAll(); }
+  FakeBackgroundQueue queue;
+  void finish() { queue.runAll(); }
 };
 
 template <class Harness>
@@ -38,11 +38,11 @@ TYPED_TEST(BackgroundQueueContract, RunsUrgentWorkFirstThenByArrival) {
   // Holds the only thread until all that follows has arrived.
   std::latch arrived(1);
   std::latch* const held = std::is_same_v<TypeParam, PosixHarness> ? &arrived : nullptr;
-  this->queue->run(QualityOfService::userInitiated, [held] {
+  this->queue.run(QualityOfService::userInitiated, [held] {
     if (held != nullptr) held->wait();
   });
   const auto hand = [&](QualityOfService quality, char letter) {
-    this->queue->run(quality, [&order, letter] { order += letter; });
+    this->queue.run(quality, [&order, letter] { order += letter; });
   };
   hand(QualityOfService::utility, 'c');
   hand(QualityOfService::userInitiated, 'a');

@@ -40,7 +40,8 @@ struct PosixChildProcessesTest : testing::Test {
 
   /// Runs on another thread until the file is there that the script makes when it is ready; then ends the
   /// run.
-  std::expected<ChildResult, PlatformError> runAndEnd(const std::string& script, std::function<void()> end) {
+  std::expected<ChildResult, PlatformError> runAndEnd(const std::string& script,
+                                                      const std::function<void()>& end) {
     auto run = std::async(std::launch::async, [&] { return children.run(shell(script), ending()); });
     while (!std::filesystem::exists(folder / "ready")) std::this_thread::sleep_for(1ms);
     end();
@@ -172,13 +173,15 @@ TEST_F(PosixChildProcessesTest, TheEndOfAllEndsRunningChildrenAndPreventsNewOnes
 
 TEST_F(PosixChildProcessesTest, TwoHundredRunsOfFourThreadsKeepTheirResultsApart) {
   std::vector<std::jthread> threads;
+  threads.reserve(4);
   for (int thread = 0; thread < 4; ++thread) {
     threads.emplace_back([this, thread] {
       for (int i = 0; i < 50; ++i) {
-        std::stop_source own;
+        const std::stop_source own;
         const auto text = std::to_string(thread * 50 + i);
-        const auto result =
-            children.run(shell("echo " + text + "; exit " + text), {own.get_token(), own.get_token()});
+        const auto result = children.run(
+            {"/bin/sh", {"-c", "echo $0; exit $0", text}, ChildStream::captured, ChildStream::discarded},
+            {own.get_token(), own.get_token()});
         EXPECT_EQ(result, (ChildResult{thread * 50 + i, text + "\n"}));
       }
     });

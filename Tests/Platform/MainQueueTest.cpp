@@ -170,6 +170,7 @@ TEST(PosixMainQueue, NoPostOfFourThreadsIsLostOrOvertakesItsOwnThread) {
   std::array<int, 4> next{};
   {
     std::vector<std::jthread> threads;
+    threads.reserve(next.size());
     for (std::size_t thread = 0; thread < next.size(); ++thread) {
       threads.emplace_back([&harness, &next, thread] {
         for (int i = 0; i < posts; ++i) {

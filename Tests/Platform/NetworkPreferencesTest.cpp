@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <optional>
 
 #include "Platform/SimulatedMac/HostRoot.hpp"
 #include "Platform/SimulatedMac/SimulatedNetworkPreferences.hpp"
@@ -15,15 +14,15 @@ using Proxies = NetworkPreferences::TransparentProxies;
 using Filter = NetworkPreferences::ContentFilter;
 
 Proxies proxiesOf(NetworkPreferences& preferences) {
-  std::optional<Proxies> given;
+  Proxies given = std::unexpected(PlatformError{"no completion", 0, ""});
   preferences.loadTransparentProxies([&given](Proxies proxies) { given = std::move(proxies); });
-  return given.value();
+  return given;
 }
 
 Filter filterOf(NetworkPreferences& preferences) {
-  std::optional<Filter> given;
+  Filter given = std::unexpected(PlatformError{"no completion", 0, ""});
   preferences.loadContentFilter([&given](Filter filter) { given = std::move(filter); });
-  return given.value();
+  return given;
 }
 
 struct NetworkPreferencesTest : testing::Test {
