@@ -34,13 +34,16 @@ class Decoder {
 
   std::expected<void, JsonError> decode() {
     const bool parsed = nlohmann::json::sax_parse(bytes_.data(), bytes_.data() + bytes_.size(), this);
-    if (!parsed) return std::unexpected(syntaxError());
+    // The parser takes a NUL byte for the end of the document.
+    if (const auto end = bytes_.find('\0'); parsed && end != std::string_view::npos) errorPosition_ = end + 1;
+    if (!parsed || errorPosition_ > 0) return std::unexpected(syntaxError());
     if (!faults_.empty()) return std::unexpected(std::move(faults_.front().error));
     return {};
   }
 
   bool null() {
     const auto slot = nextSlot();
+    if (slot.state == Slot::State::root) return fault("is not an object");
     if (slot.state != Slot::State::wanted) return true;
     if (slot.inList || slot.field->required) return fault(wrongType(slot.kind));
     slot.field->clear(slot.owner);
