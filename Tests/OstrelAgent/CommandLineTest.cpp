@@ -1,0 +1,37 @@
+#include "OstrelAgent/CommandLine.hpp"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace ostrel {
+namespace {
+
+TEST(CommandLine, TakesTheFirstArgumentAsCommandAndOneFlagAnywhere) {
+  const std::pair<std::vector<const char*>, CommandLine> rows[] = {
+      {{}, {std::nullopt, false}},
+      {{""}, {"", false}},
+      {{"activate", "deactivate"}, {"activate", false}},
+      {{"activate", "--extension-only"}, {"activate", true}},
+      {{"activate", "x", "--extension-only", "y"}, {"activate", true}},
+      {{"--extension-only"}, {"--extension-only", true}},
+      {{"activate", "--extension-only=1", "-extension-only", "--Extension-only"}, {"activate", false}},
+  };
+  for (const auto& [arguments, line] : rows) {
+    EXPECT_EQ(CommandLine::parse(arguments), line) << testing::PrintToString(arguments);
+  }
+}
+
+TEST(CommandLine, OnlyTheExactCommandWordsAreRoles) {
+  const std::pair<const char*, Role> roles[] = {
+      {"activate", Role::activate}, {"deactivate", Role::deactivate}, {"reactivate", Role::reactivate},
+      {"menubar", Role::menuBar},   {"onboarding", Role::onboarding}, {"repair", Role::repair},
+  };
+  for (const auto& [word, role] : roles) EXPECT_EQ(roleOf(word), role) << word;
+  for (const auto* word : {"", "help", "Repair", "menubar ", "menuBar", "activat", "--extension-only"}) {
+    EXPECT_EQ(roleOf(word), std::nullopt) << word;
+  }
+}
+
+}  // namespace
+}  // namespace ostrel

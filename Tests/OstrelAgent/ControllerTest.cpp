@@ -1,0 +1,77 @@
+#include "OstrelAgent/Controller.hpp"
+
+#include <gtest/gtest.h>
+
+#include "Tests/Fakes/FakeHost.hpp"
+
+namespace ostrel {
+namespace {
+
+constexpr const char* helperPath = "/Applications/OstrelAgent.app/Contents/Helpers/ostrel-agent-endpoint";
+
+struct ControllerTest : testing::Test {
+  FakeHost host;
+  Controller controller{host.bundle, host.files, host.childProcesses, host.standardStreams};
+};
+
+TEST_F(ControllerTest, AHelperThatIsNoExecutableFileIsNamedAndNotStarted) {
+  host.files.put(helperPath, "#!/bin/sh\n");
+  for (int round = 0; round < 2; ++round) {
+    host.standardStreams.error.clear();
+    EXPECT_EQ(controller.runHelper({"uninstall"}), 127);
+    const auto captured = controller.runHelperCapturingStdout({"status", "--json"});
+    EXPECT_EQ(captured.status, 127);
+    EXPECT_EQ(captured.standardOutput, "");
+    const auto line = "embedded ostrel-agent-endpoint not found at " + std::string(helperPath) + "\n";
+    EXPECT_EQ(host.standardStreams.error, line + line);
+    host.files.files.clear();
+  }
+  EXPECT_TRUE(host.childProcesses.commands().empty());
+}
+
+TEST_F(ControllerTest, AHelperThatCannotBeStartedIsToldWithTheReason) {
+  host.files.putExecutable(helperPath);
+  const PlatformError error{posixErrorDomain, 8, "Exec format error"};
+  host.childProcesses.script(std::unexpected(error));
+  host.childProcesses.script(std::unexpected(error));
+  EXPECT_EQ(controller.runHelper({}), 126);
+  const auto captured = controller.runHelperCapturingStdout({});
+  EXPECT_EQ(captured.status, 126);
+  EXPECT_EQ(captured.standardOutput, "");
+  const std::string line = "failed to run helper: Exec format error\n";
+  EXPECT_EQ(host.standardStreams.error, line + line);
+}
+
+TEST_F(ControllerTest, StatusAndEveryByteOfTheHelperPassThrough) {
+  host.files.putExecutable(helperPath);
+  const std::string bytes = std::string(5'000'000, 'x') + std::string("\0\xff\r\n", 4);
+  for (const std::int32_t status : {0, 3, 9, 126, 127, 255}) {
+    host.childProcesses.script(ChildResult{status, bytes});
+    const auto output = controller.runHelperCapturingStdout({"status", "--json"});
+    EXPECT_EQ(output.status, status);
+    EXPECT_TRUE(output.standardOutput == bytes);
+    host.childProcesses.script(ChildResult{status, ""});
+    EXPECT_EQ(controller.runHelper({}), status);
+  }
+  EXPECT_EQ(host.standardStreams.error, "");
+}
+
+TEST_F(ControllerTest, TheHelperSharesStandardErrorAndOutputUnlessThatIsCaptured) {
+  host.files.putExecutable(helperPath);
+  host.childProcesses.answerAlways([](const auto&, const auto&) { return ChildResult{}; });
+  const std::vector<std::string> arguments = {"diagnostics", "", "{\"a b\":\"$HOME\"}"};
+  controller.runHelper(arguments);
+  controller.runHelperCapturingStdout(arguments);
+  const auto commands = host.childProcesses.commands();
+  ASSERT_EQ(commands.size(), 2U);
+  EXPECT_EQ(commands[0].output, ChildStream::inherited);
+  EXPECT_EQ(commands[1].output, ChildStream::captured);
+  for (const auto& command : commands) {
+    EXPECT_EQ(command.executable, helperPath);
+    EXPECT_EQ(command.arguments, arguments);
+    EXPECT_EQ(command.error, ChildStream::inherited);
+  }
+}
+
+}  // namespace
+}  // namespace ostrel

@@ -1,0 +1,299 @@
+#include "OstrelAgent/MenuBarController.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <mutex>
+#include <semaphore>
+#include <span>
+#include <thread>
+
+#include "Platform/Posix/PosixBackgroundQueue.hpp"
+#include "Tests/Fakes/FakeHost.hpp"
+#include "Tests/OstrelAgent/ReportText.hpp"
+
+namespace ostrel {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr const char* unreported = "Ostrel Agent: status not reported";
+constexpr const char* isProtected = "Ostrel Agent: protected";
+constexpr const char* notProtected = "Ostrel Agent: not protected";
+
+bool isProbe(const ChildCommand& command) { return command.executable == "/usr/bin/profiles"; }
+
+/// A controller on a host of fakes; status runs wait on the host's queue unless another is given.
+struct MenuBarControllerTest : testing::Test {
+  MenuBarControllerTest() {
+    host.files.putExecutable(host.bundle.path() + "/Contents/Helpers/ostrel-agent-endpoint");
+    answer({0, reportText()});
+  }
+
+  std::shared_ptr<MenuBarController> make(BackgroundQueue& statusQueue) {
+    return std::make_shared<MenuBarController>(
+        MenuBarController::Services{host.mainQueue, host.backgroundQueue, statusQueue, host.clock,
+                                    host.childProcesses, host.networkPreferences, host.timeFormat, host.shell,
+                                    host.statusItem, host.screens},
+        Controller(host.bundle, host.files, host.childProcesses, host.standardStreams));
+  }
+
+  void answer(ChildResult status, const std::string& enrolled = "No") {
+    host.childProcesses.answerAlways([=](const ChildCommand& command, const ChildEnding&) {
+      return isProbe(command) ? ChildResult{0, "MDM enrollment: " + enrolled + "\n"} : status;
+    });
+  }
+
+  /// Runs all that waits in the background, and what it hands over.
+  void settle() {
+    host.statusQueue.runAll();
+    host.backgroundQueue.runAll();
+    host.mainQueue.runAll();
+  }
+
+  std::vector<std::string> icons() const {
+    std::vector<std::string> texts;
+    for (const auto& icon : host.statusItem.shown) texts.push_back(icon.text);
+    return texts;
+  }
+  std::ptrdiff_t statusRuns() const {
+    return std::ranges::count_if(host.childProcesses.commands(),
+                                 [](const auto& command) { return !isProbe(command); });
+  }
+  const PanelContent& panel() const { return host.screens.panels.back(); }
+
+  FakeHost host;
+  std::shared_ptr<MenuBarController> controller = make(host.statusQueue);
+};
+
+TEST_F(MenuBarControllerTest, AnIconShowsBeforeAnyDataAndChangesWithIt) {
+  controller->start();
+  EXPECT_EQ(icons(), std::vector<std::string>{unreported});
+  settle();
+  EXPECT_EQ(icons(), (std::vector<std::string>{unreported, isProtected}));
+}
+
+TEST_F(MenuBarControllerTest, EveryFiveSecondsARefreshStartsAndTheIconIsTouchedOnlyByAChange) {
+  controller->start();
+  settle();
+  EXPECT_EQ(statusRuns(), 1);
+  host.mainQueue.advance(4999ms);
+  EXPECT_EQ(host.statusQueue.countWaiting(), 0U);
+  host.mainQueue.advance(1ms);
+  settle();
+  EXPECT_EQ(statusRuns(), 2);
+  EXPECT_EQ(icons().size(), 2U);
+  answer({3, reportText()});
+  host.mainQueue.advance(5s);
+  settle();
+  EXPECT_EQ(statusRuns(), 3);
+  EXPECT_EQ(icons().back(), unreported);
+}
+
+TEST_F(MenuBarControllerTest, OfRefreshesThatOverlapTheLaterToFinishWins) {
+  host.networkPreferences.isDeferred = true;
+  answer({0, reportText("not_protected")});
+  controller->start();
+  host.statusQueue.runAll();
+  host.networkPreferences.isDeferred = false;
+  answer({0, reportText("protected")});
+  controller->refresh();
+  host.statusQueue.runAll();
+  host.mainQueue.runAll();
+  EXPECT_EQ(icons().back(), isProtected);
+  host.networkPreferences.completeNext();
+  host.mainQueue.runAll();
+  EXPECT_EQ(icons().back(), notProtected);
+}
+
+TEST_F(MenuBarControllerTest, NetworkPreferencesJoinTheSnapshotOfTheSameRefresh) {
+  host.networkPreferences.contentFilter = ContentFilterConfiguration{.hasProvider = true, .enabled = true};
+  host.networkPreferences.transparentProxies =
+      std::vector{TransparentProxyConfiguration{.enabled = true, .connected = true}};
+  controller->start();
+  settle();
+  controller->togglePanel();
+  EXPECT_EQ(panel().protection->egressLock.state.kind, RowState::Case::ok);
+  EXPECT_EQ(panel().health->components[0].state.kind, RowState::Case::ok);
+}
+
+TEST_F(MenuBarControllerTest, AnOpenPanelGetsNewContentAndAClosedOneNone) {
+  controller->start();
+  host.statusItem.click();
+  ASSERT_EQ(host.screens.panels.size(), 1U);
+  EXPECT_EQ(panel().statusError->text, "checking…") << "no reading has ended yet";
+  settle();
+  EXPECT_EQ(panel().statusError, std::nullopt);
+  answer({3, ""});
+  host.mainQueue.advance(5s);
+  settle();
+  EXPECT_EQ(panel().statusError->text, "agent status unavailable (exit 3)");
+  host.statusItem.click();
+  const auto count = host.screens.panels.size();
+  answer({0, reportText()});
+  host.mainQueue.advance(5s);
+  settle();
+  EXPECT_EQ(host.screens.panels.size(), count);
+  EXPECT_EQ(icons().back(), isProtected);
+}
+
+TEST_F(MenuBarControllerTest, OpeningRefreshesAndComesToTheFrontWhileClosingDoesNeither) {
+  controller->start();
+  settle();
+  host.statusItem.click();
+  EXPECT_TRUE(host.screens.isShown);
+  EXPECT_EQ(host.statusQueue.countWaiting(), 1U);
+  EXPECT_EQ(host.shell.activations, 1);
+  settle();
+  host.statusItem.click();
+  EXPECT_FALSE(host.screens.isShown);
+  EXPECT_EQ(host.statusQueue.countWaiting(), 0U);
+  EXPECT_EQ(host.shell.activations, 1);
+}
+
+TEST_F(MenuBarControllerTest, ThePanelIsFortyPointsLowerThanTheScreenButNeverBelowZero) {
+  const std::pair<std::optional<double>, double> rows[] = {
+      {std::nullopt, 0}, {875, 835}, {std::nullopt, 835}, {40, 0}, {39.5, 0}, {0, 0}, {40.5, 0.5},
+  };
+  controller->start();
+  for (const auto& [height, most] : rows) {
+    host.screens.height = height;
+    controller->togglePanel();
+    EXPECT_EQ(panel().maxHeight, most) << height.value_or(-1);
+    controller->togglePanel();
+  }
+}
+
+TEST_F(MenuBarControllerTest, TheQuitButtonEndsTheApplication) {
+  controller->start();
+  controller->togglePanel();
+  ASSERT_FALSE(panel().moreButtons.empty());
+  EXPECT_FALSE(host.shell.isTerminated);
+  host.screens.press(panel().moreButtons.back());
+  EXPECT_TRUE(host.shell.isTerminated);
+}
+
+TEST_F(MenuBarControllerTest, DeviceManagementIsAskedOnceAndJoinsTheNextSnapshot) {
+  const auto lock = [this] { return panel().protection->egressLock.state.text; };
+  answer({0, reportText()}, "Yes (User Approved)");
+  controller->start();
+  controller->togglePanel();
+  host.statusQueue.runAll();
+  host.mainQueue.runAll();
+  EXPECT_EQ(lock(), "approval needed");
+  host.backgroundQueue.runAll();
+  host.mainQueue.runAll();
+  EXPECT_EQ(lock(), "approval needed");
+  for (int tick = 0; tick < 3; ++tick) {
+    host.mainQueue.advance(5s);
+    settle();
+    EXPECT_EQ(lock(), "via your organization's profile");
+  }
+  EXPECT_EQ(std::ranges::count_if(host.childProcesses.commands(), isProbe), 1);
+}
+
+TEST_F(MenuBarControllerTest, BackgroundWorkOfAControllerThatIsGoneEndsQuietly) {
+  controller->start();
+  controller->refresh();
+  host.statusQueue.runNext();
+  controller.reset();
+  settle();
+  host.mainQueue.advance(1min);
+  host.statusItem.click();
+  EXPECT_EQ(host.statusQueue.countWaiting() + host.mainQueue.countTimers(), 0U);
+  EXPECT_EQ(icons(), std::vector<std::string>{unreported});
+}
+
+/// A helper that hangs on the threads of real status runs until its run is ended, or the test is over.
+struct MenuBarControllerWithAHangingHelper : MenuBarControllerTest {
+  ~MenuBarControllerWithAHangingHelper() override {
+    for (auto& hung : hangings) hung.request_stop();
+  }
+
+  FakeChildProcesses::Child hanging(bool heedsTerminate) {
+    return [this, heedsTerminate](const ChildCommand&, const ChildEnding& ending) {
+      std::stop_token over;
+      {
+        const std::lock_guard lock(mutex);
+        over = hangings.emplace_back().get_token();
+        most = std::max(most, ++running);
+      }
+      std::counting_semaphore<3> ended(0);
+      const auto release = [&ended] { ended.release(); };
+      {
+        const std::stop_callback terminated(heedsTerminate ? ending.terminate : std::stop_token(), release);
+        const std::stop_callback killed(ending.kill, release);
+        const std::stop_callback isOver(over, release);
+        ended.acquire();
+      }
+      const std::lock_guard lock(mutex);
+      --running;
+      return ChildResult{ending.kill.stop_requested() ? SIGKILL : SIGTERM, ""};
+    };
+  }
+
+  /// Waits until as many runs have reached the helper.
+  void awaitRuns(std::ptrdiff_t count) const {
+    while (statusRuns() < count) std::this_thread::yield();
+  }
+
+  void awaitPost() {
+    ASSERT_TRUE(host.mainQueue.waitForPost());
+    host.mainQueue.runAll();
+  }
+
+  /// Turns five seconds with one tick, at which every place is taken; a new run takes the place of the
+  /// oldest.
+  void turnTick(MenuBarController& subject) {
+    const auto runs = statusRuns();
+    host.mainQueue.advance(3s);
+    for (int request = 0; request < 10; ++request) subject.refresh();
+    host.mainQueue.advance(2s);
+    awaitPost();
+    awaitRuns(runs + 1);
+  }
+
+  void hangAndRecover(bool heedsTerminate) {
+    const auto subject = make(statusThreads);
+    host.childProcesses.answerAlways(hanging(heedsTerminate));
+    subject->start();
+    for (int request = 0; request < 3; ++request) subject->refresh();
+    awaitRuns(4);
+    host.mainQueue.advance(2s);
+    for (int tick = 0; tick < 12; ++tick) ASSERT_NO_FATAL_FAILURE(turnTick(*subject));
+    EXPECT_EQ(most, 4);
+    EXPECT_EQ(host.mainQueue.countTimers(), 1U) << "the tick alone";
+    answer({0, reportText()});
+    ASSERT_NO_FATAL_FAILURE(turnTick(*subject));
+    awaitPost();
+    EXPECT_EQ(icons().back(), isProtected);
+    const auto runs = statusRuns();
+    host.childProcesses.answerAlways(hanging(heedsTerminate));
+    subject->refresh();
+    awaitRuns(runs + 1);
+    ASSERT_NO_FATAL_FAILURE(turnTick(*subject));
+    EXPECT_EQ(icons().back(), isProtected) << "what was ended tells nothing newer";
+    for (auto& hung : std::span(hangings).last(4)) {
+      hung.request_stop();
+      awaitPost();
+    }
+  }
+
+  std::mutex mutex;
+  std::vector<std::stop_source> hangings;
+  int running = 0;
+  int most = 0;
+  PosixBackgroundQueue statusThreads{StatusRuns::mostOutstanding};
+};
+
+TEST_F(MenuBarControllerWithAHangingHelper, BoundsItsRunsAndFollowsWithinOneTickOnceItAnswers) {
+  hangAndRecover(true);
+}
+
+TEST_F(MenuBarControllerWithAHangingHelper, DoesSoWithAHelperThatIgnoresTheRequestToEnd) {
+  hangAndRecover(false);
+}
+
+}  // namespace
+}  // namespace ostrel

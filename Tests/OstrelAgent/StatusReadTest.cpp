@@ -1,0 +1,78 @@
+#include "OstrelAgent/StatusRead.hpp"
+
+#include <gtest/gtest.h>
+
+#include "Tests/OstrelAgent/ReportText.hpp"
+
+namespace ostrel {
+namespace {
+
+const PlatformError loadError{"NEVPNErrorDomain", 5, "not readable"};
+
+TEST(StatusRead, OnlyAReportOfAHelperThatEndedWellIsRead) {
+  struct Row {
+    std::int32_t status;
+    std::string output;
+    const char* error;
+  };
+  const auto report = reportText();
+  const Row rows[] = {
+      {3, report, "agent status unavailable (exit 3)"},
+      {127, "", "agent status unavailable (exit 127)"},
+      {-1, report, "agent status unavailable (exit -1)"},
+      {0, "", "agent status unavailable (exit 0)"},
+      {0, "panic: \xff\xfe", "agent status unavailable (exit 0)"},
+      {0, report.substr(0, report.size() - 1), "agent status unavailable (exit 0)"},
+      {0, report + report, "agent status unavailable (exit 0)"},
+  };
+  for (const auto& row : rows) {
+    Snapshot expected;
+    expected.statusError = row.error;
+    EXPECT_TRUE(snapshotOfStatus(row.status, row.output) == expected) << row.error << " " << row.output;
+  }
+  const auto snapshot = snapshotOfStatus(0, report + "\n");
+  EXPECT_EQ(snapshot.statusError, std::nullopt);
+  EXPECT_EQ(snapshot.verdict, "protected");
+  EXPECT_TRUE(snapshot.daemonListening);
+}
+
+TEST(StatusRead, TransparentProxiesCountTogetherAndNoneOrAFailureLeavesTheDefaults) {
+  using Proxies = std::vector<TransparentProxyConfiguration>;
+  struct Row {
+    NetworkPreferences::TransparentProxies loaded;
+    bool sysextActive;
+    std::optional<Snapshot::TransparentProxy> proxy;
+  };
+  using Proxy = Snapshot::TransparentProxy;
+  const Row rows[] = {
+      {std::unexpected(loadError), false, std::nullopt},
+      {Proxies{}, false, std::nullopt},
+      {Proxies{{false, false}}, false, Proxy{true, false}},
+      {Proxies{{true, false}}, false, Proxy{true, true}},
+      {Proxies{{false, true}}, true, Proxy{true, false}},
+      {Proxies{{true, false}, {false, true}}, true, Proxy{true, true}},
+  };
+  for (const auto& row : rows) {
+    Snapshot snapshot;
+    addTransparentProxies(snapshot, row.loaded);
+    const auto index = &row - rows;
+    EXPECT_EQ(snapshot.sysextActive, row.sysextActive) << index;
+    EXPECT_TRUE(snapshot.transparentProxy == row.proxy) << index;
+  }
+}
+
+TEST(StatusRead, TheEgressLockNeedsAProviderThatIsEnabled) {
+  using Filter = ContentFilterConfiguration;
+  const std::pair<NetworkPreferences::ContentFilter, bool> rows[] = {
+      {std::unexpected(loadError), false}, {Filter{false, false}, false}, {Filter{true, false}, false},
+      {Filter{false, true}, false},        {Filter{true, true}, true},
+  };
+  for (const auto& [loaded, enabled] : rows) {
+    Snapshot snapshot;
+    addContentFilter(snapshot, loaded);
+    EXPECT_EQ(snapshot.egressLockEnabled, enabled);
+  }
+}
+
+}  // namespace
+}  // namespace ostrel
