@@ -1,0 +1,173 @@
+#include "OstrelAgent/PanelContent.hpp"
+
+#include <gtest/gtest.h>
+
+#include "Tests/OstrelAgent/Readings.hpp"
+
+namespace ostrel {
+namespace {
+
+using namespace std::chrono_literals;
+using readings::healthy;
+using Texts = std::vector<std::string>;
+
+PanelActionSet all() {
+  PanelActionSet actions;
+  for (int i = 0; i <= static_cast<int>(PanelAction::quitStatusIcon); ++i) actions.insert(PanelAction(i));
+  return actions;
+}
+
+StatusPanelModel read(Snapshot snapshot) {
+  StatusPanelModel model;
+  model.snap = std::move(snapshot);
+  model.hasReading = true;
+  return model;
+}
+
+PanelContent content(const StatusPanelModel& model, const PanelActionSet& available = all()) {
+  return panelContent(model, readings::now, readings::times(), available);
+}
+
+/// Titles of the buttons, "!" before those that cannot be pressed.
+Texts titles(const PanelContent& content) {
+  Texts titles;
+  for (const auto& button : content.buttons()) titles.push_back((button.isEnabled ? "" : "!") + button.title);
+  return titles;
+}
+
+const Texts always = {"Check now",     "Open Ostrel Agent", "Copy diagnostics",
+                      "Send to admin", "Container trust…",  "Quit status icon"};
+
+TEST(PanelContent, ShowsAProtectedDevice) {
+  auto model = read(healthy());
+  model.snap.guardEcosystems[0].state = "off_by_policy";
+  model.snap.policyDirectFlows = 3;
+  model.runningContainerRuntimes = {"Podman"};
+  model.panelMaxHeight = 700;
+  const auto panel = content(model);
+  EXPECT_EQ(panel, content(model));
+  EXPECT_EQ(panel.header,
+            (PanelContent::Header{"Protected", {}, "checkmark.shield.fill", RowState::Case::ok}));
+  EXPECT_EQ(panel.statusError, std::nullopt);
+  EXPECT_TRUE(panel.cards.empty());
+  const PanelContent::Protection protection{
+      {"guard", "Guard", RowState::ok("2 of 3 enforced"), ""},
+      {{"npm", RowState::off("off by policy")}, {"go", RowState::ok("")}, {"pypi", RowState::ok("")}},
+      Copy::offNote({"npm"}, 3),
+      "",
+      {"egressLock", "Egress lock", RowState::ok("enforcing"), ""},
+      {"containers", "Containers", RowState::info("Podman running"), ""}};
+  EXPECT_EQ(panel.protection, protection);
+  ASSERT_TRUE(panel.health);
+  EXPECT_EQ(panel.health->rollup,
+            (PanelContent::Row{"health", "Health", RowState::ok("all components OK"), ""}));
+  EXPECT_EQ(panel.health->components.size(), 5U);
+  const std::vector<PanelContent::Fact> facts = {
+      {"Identity", "ost_…9f"}, {"Last check-in", "5 min ago"}, {"Version", "2.4.0"}};
+  EXPECT_EQ(panel.facts, facts);
+  EXPECT_EQ(titles(panel), always);
+  EXPECT_EQ(panel.maxHeight, 700);
+}
+
+TEST(PanelContent, LeavesCardsAndRowsOutWithoutAStatus) {
+  const auto before = content(StatusPanelModel());
+  EXPECT_EQ(before.statusError, RowState::info("checking…"));
+  Snapshot failed;
+  failed.statusError = "agent status unavailable (exit 3)";
+  const auto after = content(read(failed));
+  EXPECT_EQ(after.statusError, RowState::warn("agent status unavailable (exit 3)"));
+  for (const auto& panel : {before, after}) {
+    EXPECT_TRUE(panel.cards.empty());
+    EXPECT_EQ(panel.protection, std::nullopt);
+    EXPECT_EQ(panel.health, std::nullopt);
+    EXPECT_EQ(panel.header.word, "Not reported");
+    EXPECT_EQ(panel.facts.back().value, "unknown");
+    EXPECT_EQ(titles(panel), always);
+  }
+}
+
+TEST(PanelContent, GivesANoteToEveryRowThatIsNotOk) {
+  auto model = read(healthy());
+  model.snap.egressLock = readings::health("unknown", "yellow", "EGRESS_LOCK_PARTIAL");
+  model.snap.captureSet = readings::health("unknown", "info");
+  model.snap.guardEcosystems.clear();
+  const auto panel = content(model);
+  EXPECT_EQ(panel.protection->noEcosystems, "This agent version does not report per-ecosystem state.");
+  EXPECT_EQ(panel.protection->egressLock.note,
+            "The lock is still resolving addresses. Restart this Mac if it stays this way.");
+  for (const auto& row : panel.health->components) EXPECT_EQ(row.note.empty(), row.state.isOk()) << row.id;
+  EXPECT_EQ(panel.health->rollup.state, RowState::ok("OK, 1 note"));
+  model.snap.daemonListening = false;
+  EXPECT_EQ(content(model).protection->noEcosystems, "");
+}
+
+TEST(PanelContent, IsAmberWhileItSettles) {
+  auto model = read(healthy());
+  model.snap.verdict = "degraded";
+  model.snap.sysext = readings::health("broken", "yellow");
+  model.snap.sysext.selfHealing = true;
+  model.snap.sysext.expectedClearBy = readings::now + 20min;
+  EXPECT_EQ(content(model).header,
+            (PanelContent::Header{"Settling", "Usually back to full protection by 10:20 AM.",
+                                  "exclamationmark.triangle.fill", RowState::Case::warn}));
+  model.snap.verdict = "not_protected";
+  EXPECT_EQ(content(model).header.tint, RowState::Case::bad);
+}
+
+TEST(PanelContent, OffersAnUpdateOrTellsThatItInstalls) {
+  auto model = read(healthy());
+  const auto update = [&](const char* state) {
+    model.snap.update = StatusReport::Update{state, "3.0", "2.9"};
+    return content(model).update;
+  };
+  const PanelButton install{"Install…", PanelAction::installUpdate};
+  EXPECT_EQ(content(model).update, std::nullopt);
+  EXPECT_EQ(update("current"), std::nullopt);
+  EXPECT_EQ(update("available"),
+            (PanelContent::Update{RowState::info("Update available"), "3.0", "", install, "", ""}));
+  EXPECT_EQ(update("eol"), (PanelContent::Update{RowState::bad("Update required"), "3.0", "below minimum 2.9",
+                                                 install, "", ""}));
+  model.updateInFlight = true;
+  EXPECT_EQ(update("available"),
+            (PanelContent::Update{
+                RowState::info("Update available"), "3.0", "", {}, "Installing…", "· protection stays on"}));
+  model.snap.update = StatusReport::Update{"eol", {}, {}};
+  EXPECT_EQ(content(model).update->version + content(model).update->belowMinimum, "");
+}
+
+TEST(PanelContent, NamesWorkInFlightOnButtonsThatCannotBePressedMeanwhile) {
+  auto model = read(healthy());
+  model.snap.lastCheckinError = "timeout";
+  model.checkinInFlight = model.diagnosticsInFlight = model.sendDiagnosticsInFlight = true;
+  const auto panel = content(model);
+  EXPECT_EQ(titles(panel), (Texts{"!Checking…", "!Checking…", "Open Ostrel Agent", "!Collecting…",
+                                  "!Sending…", "Container trust…", "Quit status icon"}));
+  EXPECT_EQ(panel.inFlight, (PanelContent::InFlight{true, true, true, false}));
+}
+
+TEST(PanelContent, HasNoButtonForAnActionThatIsNotAvailable) {
+  auto model = read(healthy());
+  model.snap.update = StatusReport::Update{"eol", "3.0", {}};
+  model.snap.caTrusted = false;
+  EXPECT_EQ(titles(content(model)),
+            (Texts{"Check now", "Install…", "Re-trust CA…", "Open Ostrel Agent", "Copy diagnostics",
+                   "Send to admin", "Container trust…", "Quit status icon"}));
+  EXPECT_EQ(titles(content(model, {PanelAction::openAgentWindow})),
+            (Texts{"Open Ostrel Agent", "Container trust…"}));
+  EXPECT_EQ(content(model, {}).cards.size(), content(model).cards.size());
+  EXPECT_TRUE(content(model, {}).buttons().empty());
+}
+
+TEST(PanelContent, ShowsItsNotices) {
+  auto model = read(healthy());
+  EXPECT_TRUE(content(model).notices.empty());
+  model.checkinNotice = "Checked in";
+  model.diagnosticsNotice = "Copied";
+  model.sendDiagnosticsError = "Couldn't send: x";
+  model.diagnosticsSentAt = readings::now;
+  EXPECT_EQ(content(model).notices,
+            (Texts{"Checked in", "Copied", "Couldn't send: x", "Sent to your admin at 10:00 AM"}));
+}
+
+}  // namespace
+}  // namespace ostrel
