@@ -103,7 +103,7 @@ std::expected<ChildResult, PlatformError> PosixChildProcesses::run(const ChildCo
                                                                    const ChildEnding& ending) {
   {
     const std::lock_guard lock(mutex_);
-    if (ended_) return std::unexpected(posixError(ECANCELED));
+    if (ended_) return ChildResult{SIGKILL, {}};
     ++runs_;
   }
   auto result = runChild(command, ending);

@@ -27,8 +27,8 @@ class PosixChildProcesses final : public ChildProcesses {
   std::expected<ChildResult, PlatformError> run(const ChildCommand& command,
                                                 const ChildEnding& ending = {}) override;
 
-  /// Kills the child of every run and lets every later run fail with ECANCELED. Call it before the queues on
-  /// which runs block are joined. Any thread.
+  /// Kills the child of every run and starts no more: a later run is one that was killed. Call it before the
+  /// queues on which runs block are joined. Any thread.
   void endAll();
 
  private:
