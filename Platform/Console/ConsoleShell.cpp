@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cerrno>
+#include <utility>
 
 #include "Platform/Console/ConsoleCommand.hpp"
 #include "Platform/Posix/TerminationSignals.hpp"
@@ -63,7 +64,8 @@ bool ConsoleShell::readInput() {
     input_.erase(0, end + 1);
     perform(line);
   }
-  if (input_.size() > longestLine) input_.clear();
+  // Of a longer line the start is kept, so that its end is not taken for a command.
+  if (input_.size() > longestLine) input_.resize(longestLine);
   return true;
 }
 

@@ -1,0 +1,293 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <sstream>
+
+#include "Tests/EndToEnd/Process.hpp"
+#include "Tests/Fakes/TemporaryFolder.hpp"
+
+namespace ostrel {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+constexpr const char* helperName = "OstrelAgent.app/Contents/Helpers/ostrel-agent-endpoint";
+constexpr const char* tableName = "OstrelAgent.app/Contents/Resources/de.lproj/Copy.strings";
+
+std::ptrdiff_t countEntries(const std::string& folder) {
+  return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
+}
+
+/// What follows the name in the process's line of /proc: state, parent, and so on.
+std::vector<std::string> statWords(pid_t process) {
+  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+  const std::string line{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  std::istringstream words(line.substr(line.rfind(')') + 1));
+  return {std::istream_iterator<std::string>(words), {}};
+}
+
+/// The program over a host root of its own, which no process outlives.
+struct OstrelAgent : testing::Test {
+  void TearDown() override { EXPECT_TRUE(processesWith(place.path()).empty()) << "a child is left"; }
+
+  std::string procFolder(const Process& process, const char* name) const {
+    return "/proc/" + std::to_string(process.number()) + "/" + name;
+  }
+
+  void control(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), CONTROL);
+    const auto ran = run(arguments, environment);
+    ASSERT_EQ(ran.status, 0) << ran.error;
+  }
+
+  /// Puts the program into a bundle whose other files are the test's own.
+  void copyBundle() {
+    agent = place.write("OstrelAgent.app/Contents/MacOS/OstrelAgent", "");
+    fs::copy_file(AGENT, agent, fs::copy_options::overwrite_existing);
+  }
+
+  /// Starts the menu-bar role and gives it lines to read.
+  Process menuBar(std::string_view lines = {}) { return Process({agent, "menubar"}, environment, lines); }
+
+  TemporaryFolder place;
+  std::string agent = AGENT;
+  Process::Environment environment{{"HOME", "/Users/robin"}, {"OSTREL_HOST_ROOT", place / "root"}};
+};
+
+TEST_F(OstrelAgent, AnswersAnUnknownCommandWithTheUsageLine) {
+  const std::vector<std::string> rows[] = {{"help"},   {"--extension-only"}, {""},
+                                           {"Repair"}, {"relaunch"},         {"x", "menubar"}};
+  for (const auto& arguments : rows) {
+    std::vector<std::string> command = {agent};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    const auto ran = run(command, environment);
+    EXPECT_EQ(ran.status, 2) << arguments[0];
+    EXPECT_EQ(ran.error, "usage: OstrelAgent activate|deactivate|reactivate|menubar|onboarding|repair\n");
+    EXPECT_EQ(ran.output, "");
+  }
+}
+
+TEST_F(OstrelAgent, SaysInOneSentenceWhatThisBuildDoesNotHave) {
+  for (const char* word : {"", "activate", "deactivate", "reactivate", "onboarding", "repair"}) {
+    std::vector<std::string> command = {agent};
+    if (*word != '\0') command.insert(command.end(), {word, "--extension-only"});
+    const auto ran = run(command, environment);
+    EXPECT_EQ(ran.status, 1) << word;
+    EXPECT_TRUE(ran.error.starts_with("OstrelAgent: ") && ran.error.ends_with(".\n")) << ran.error;
+    EXPECT_NE(ran.error.find(word), std::string::npos) << ran.error;
+    EXPECT_EQ(std::ranges::count(ran.error, '\n'), 1) << ran.error;
+    EXPECT_EQ(ran.output, "");
+  }
+}
+
+TEST_F(OstrelAgent, ServesTheCommandsOfTheConsole) {
+  auto process = menuBar("press 1\n" + std::string(5120, 'x') + "quit\npanel\n");
+  process.awaitOutput("open the panel first: panel\n");
+  process.awaitOutput("commands: panel, press N, close, quit\n");
+  process.awaitOutput("[1] Quit status icon\n");
+  process.write("press 2\npress -1\n");
+  process.awaitOutput("the panel has no button 2\n");
+  process.awaitOutput("commands: ");
+  process.write(" press  1 \r\n");
+  EXPECT_EQ(process.end(), 0);
+  EXPECT_TRUE(process.output().starts_with("Ostrel Agent: status not reported\n"));
+  EXPECT_EQ(process.error(), "");
+}
+
+TEST_F(OstrelAgent, FollowsTheEndpointEveryFiveSecondsAndIdlesAfterTheEndOfInput) {
+  auto process = menuBar("panel");
+  process.awaitOutput("Ostrel Agent: protected\n");
+  process.closeInput();
+  process.awaitOutput("✓ Credential");
+  control({"scenario", "daemon-down"});
+  process.awaitOutput("Ostrel Agent: not protected\n", 15s);
+  process.awaitOutput("✗ Not protected");
+  const auto words = statWords(process.number());
+  const auto ticks = std::stol(words.at(11)) + std::stol(words.at(12));
+  EXPECT_LT(ticks, 2 * sysconf(_SC_CLK_TCK)) << "the end of input keeps it busy";
+  process.signal(SIGTERM);
+  EXPECT_EQ(process.end(), 128 + SIGTERM);
+}
+
+TEST_F(OstrelAgent, EndsInOrderByQuitAndBySignalsWhileAHelperHangsThatIgnoresTerminate) {
+  control({"scenario", "helper-hangs-ignoring-term"});
+  for (const int signal : {0, SIGTERM, SIGINT, SIGHUP}) {
+    auto process = menuBar("press 1\n");
+    process.awaitOutput("open the panel first");
+    EXPECT_TRUE(becomesTrue([&] { return processesWith(place.path()).size() == 2; }));
+    if (signal == 0) process.write("quit\n");
+    if (signal != 0) process.signal(signal);
+    EXPECT_EQ(process.end(10s), signal == 0 ? 0 : 128 + signal);
+    EXPECT_TRUE(processesWith(place.path()).empty()) << signal;
+    EXPECT_EQ(process.error(), "");
+  }
+}
+
+TEST_F(OstrelAgent, IsInTheLanguageOfTheEnvironment) {
+  struct Row {
+    const char* all;
+    const char* messages;
+    const char* lang;
+    bool isGerman;
+  };
+  const Row rows[] = {
+      {"de_DE.UTF-8", "C", "C", true}, {"", "de_DE.UTF-8", "en_US", true}, {"", "", "de_AT@euro", true},
+      {"C", "de_DE", "de_DE", false},  {"", "en_US", "de_DE", false},      {"fr_FR", "", "de_DE", false},
+  };
+  for (const auto& row : rows) {
+    environment["LC_ALL"] = row.all;
+    environment["LC_MESSAGES"] = row.messages;
+    environment["LANG"] = row.lang;
+    auto process = menuBar("panel\nquit\n");
+    process.awaitOutput(row.isGerman ? "Status nicht gemeldet\n" : "status not reported\n");
+    process.awaitOutput(row.isGerman ? "wird geprüft" : "checking");
+    EXPECT_EQ(process.end(), 0);
+  }
+}
+
+TEST_F(OstrelAgent, ShowsHowAHelperFailsAndThatItIsBack) {
+  const std::pair<std::vector<std::string>, const char*> rows[] = {
+      {{"scenario", "helper-exit-3"}, "agent status unavailable (exit 3)"},
+      {{"scenario", "helper-garbage"}, "agent status unavailable (exit 0)"},
+      {{"scenario", "helper-huge"}, "✓ Protected"},
+      {{"scenario", "helper-truncated"}, "agent status unavailable (exit 0)"},
+      {{"scenario", "helper-killed"}, "agent status unavailable (exit 9)"},
+      {{"scenario", "helper-missing-key"}, "agent status unavailable (exit 0)"},
+      {{"set", "helper", R"({"close_output_and_live_ms": 300})"}, "✓ Protected"},
+      {{"set", "helper", R"({"exit": 255, "truncate_bytes": 0})"}, "agent status unavailable (exit 255)"},
+  };
+  auto process = menuBar();
+  process.awaitOutput("Ostrel Agent: protected\n");
+  for (const auto& [arguments, text] : rows) {
+    control(arguments);
+    process.write("close\npanel\n");
+    process.awaitOutput(text);
+  }
+  process.write("quit\n");
+  EXPECT_EQ(process.end(), 0);
+}
+
+TEST_F(OstrelAgent, TellsOfAHelperThatCannotRunOnStandardErrorAndInThePanel) {
+  copyBundle();
+  const auto path = place / helperName;
+  const auto put = [&](const char* bytes) {
+    return [this, bytes] { fs::permissions(place.write(helperName, bytes), fs::perms::owner_all); };
+  };
+  const auto missing = "embedded ostrel-agent-endpoint not found at " + path + "\n";
+  struct Row {
+    std::function<void()> arrange;
+    int status;
+    std::string error;
+  };
+  const Row rows[] = {
+      {[] {}, 127, missing},
+      {[&] { fs::create_directories(path); }, 127, missing},
+      {[&] { place.write(helperName, "#!/bin/sh\n"); }, 127, missing},
+      {put("no program"), 126, "failed to run helper: "},
+      {put("#!/nowhere/sh\n"), 126, "failed to run helper: "},
+      {put("#!/bin/sh\necho its own words >&2\nkill -SEGV $$\n"), SIGSEGV, "its own words\n"},
+  };
+  for (const auto& row : rows) {
+    fs::remove_all(path);
+    row.arrange();
+    auto process = menuBar("panel\n");
+    process.awaitOutput("agent status unavailable (exit " + std::to_string(row.status) + ")");
+    process.write("quit\n");
+    EXPECT_EQ(process.end(), 0);
+    EXPECT_TRUE(process.error().starts_with(row.error)) << process.error();
+  }
+}
+
+TEST_F(OstrelAgent, AHelperThatClosesItsOutputAndLivesOnEndsWithTheProgram) {
+  control({"set", "helper", R"({"close_output_and_live_ms": 60000})"});
+  auto process = menuBar();
+  EXPECT_TRUE(becomesTrue([&] { return processesWith(place.path()).size() == 2; }));
+  process.write("panel\nquit\n");
+  EXPECT_EQ(process.end(10s), 0);
+}
+
+TEST_F(OstrelAgent, IsEnglishAndLogsItWhenTheTranslationCannotBeUsed) {
+  copyBundle();
+  environment["LC_ALL"] = "de_DE.UTF-8";
+  const std::pair<std::function<void()>, const char*> rows[] = {
+      {[] {}, ""},
+      {[&] { place.write(tableName, "\"tooltip.unreported\" = \"x\";\n\"y"); }, "damaged in line 2"},
+      {[&] { fs::create_directories(place / tableName); }, "could not read the translated texts"},
+  };
+  for (const auto& [arrange, logged] : rows) {
+    fs::remove_all(place / tableName);
+    arrange();
+    auto process = menuBar("quit\n");
+    process.awaitOutput("Ostrel Agent: status not reported\n");
+    EXPECT_EQ(process.end(), 0);
+    EXPECT_NE(process.error().find(logged), std::string::npos) << process.error();
+  }
+}
+
+TEST_F(OstrelAgent, RunsOnAHostThatIsOutOfOrder) {
+  const auto library = "root/Users/robin/Library/Preferences/tech.brenn.ostrel-agent.json";
+  const std::pair<std::function<void()>, const char*> rows[] = {
+      {[&] { environment.erase("HOME"); }, "✓ Protected"},
+      {[&] { environment["HOME"] = "not/absolute"; }, "✓ Protected"},
+      {[&] { fs::create_directories(place / library); }, "✓ Protected"},
+      {[&] { fs::remove_all(place / "root"), place.write("root", "a file"); }, "agent status unavailable"},
+      {[&] { environment["OSTREL_HOST_ROOT"] = "/proc/" + place.path(); }, "✓ Protected"},
+  };
+  for (const auto& [arrange, text] : rows) {
+    arrange();
+    auto process = menuBar("panel\n");
+    process.awaitOutput(text);
+    process.write("quit\n");
+    EXPECT_EQ(process.end(), 0);
+  }
+}
+
+TEST_F(OstrelAgent, RunsWithoutStandardStreams) {
+  Process process({agent, "menubar"}, environment, "", Process::Streams::closed);
+  const auto isServing = [&] {
+    std::ifstream file(procFolder(process, "status"));
+    std::string word;
+    while (file >> word && word != "SigCgt:") {
+    }
+    return file >> word && (std::stoull(word, nullptr, 16) >> (SIGTERM - 1) & 1) != 0;
+  };
+  EXPECT_TRUE(becomesTrue(isServing));
+  for (const char* stream : {"fd/0", "fd/1", "fd/2"}) {
+    std::error_code error;
+    EXPECT_EQ(fs::read_symlink(procFolder(process, stream), error), "/dev/null");
+  }
+  process.signal(SIGTERM);
+  EXPECT_EQ(process.end(), 128 + SIGTERM);
+}
+
+TEST_F(OstrelAgent, LeavesNoDescriptorChildOrThreadBehindWhileItRefreshes) {
+  auto process = menuBar("panel\nclose\n");
+  process.awaitOutput("Ostrel Agent: protected\n");
+  const auto descriptors = countEntries(procFolder(process, "fd"));
+  for (int i = 0; i < 20; ++i) {
+    process.write("panel\nclose\n");
+    process.awaitOutput("✓ Protected");
+    EXPECT_TRUE(becomesTrue([&] { return processesWith(place.path()).size() == 1; }));
+  }
+  const auto hasChild = [&] {
+    for (const auto other : processesWith("")) {
+      const auto words = statWords(other);
+      if (words.size() > 1 && words[1] == std::to_string(process.number())) return true;
+    }
+    return false;
+  };
+  EXPECT_TRUE(
+      becomesTrue([&] { return !hasChild() && countEntries(procFolder(process, "fd")) <= descriptors; }));
+  EXPECT_LE(countEntries(procFolder(process, "task")), 1 + 8 + 4);
+  process.write("quit\n");
+  EXPECT_EQ(process.end(), 0);
+}
+
+}  // namespace
+}  // namespace ostrel
