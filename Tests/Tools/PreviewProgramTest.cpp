@@ -1,0 +1,129 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <sstream>
+
+#include "OstrelAgent/StringsTable.hpp"
+#include "Tests/EndToEnd/Process.hpp"
+#include "Tests/OstrelAgent/ReportText.hpp"
+
+namespace ostrel {
+namespace {
+
+using nlohmann::json;
+
+Ran preview(std::vector<std::string> arguments, std::string_view input = {}) {
+  arguments.insert(arguments.begin(), PREVIEW);
+  return run(arguments, {{"TZ", "UTC"}}, input);
+}
+
+TEST(PreviewProgram, ShowsOneDocumentAsPanelOrAsJsonWhateverItsLines) {
+  for (const auto& input :
+       {reportText(), "\n\n" + reportText() + "\n\n", json::parse(reportText()).dump(2)}) {
+    const auto text = preview({}, input);
+    EXPECT_EQ(text.status, 0) << text.error;
+    EXPECT_TRUE(text.output.starts_with("✓ Protected")) << text.output;
+    EXPECT_NE(text.output.find("\n✗ Guard"), std::string::npos) << text.output;
+    const auto shown = preview({"--json"}, input);
+    EXPECT_EQ(json::parse(shown.output)["tooltip"], "Ostrel Agent: protected");
+  }
+}
+
+TEST(PreviewProgram, AnswersEveryLineAndTellsTheBadOnesByTheirNumber) {
+  const auto input = reportText() + "\n{\"helper_status\":3}\n\n" + reportText("degraded").substr(1) +
+                     "\n{}\n" + reportText("not_protected");
+  const auto text = preview({}, input);
+  EXPECT_EQ(text.status, 1);
+  EXPECT_EQ(std::ranges::count(text.output, '\n'), 3) << text.output;
+  EXPECT_TRUE(text.output.starts_with("Ostrel Agent: protected | ")) << text.output;
+  EXPECT_NE(text.output.find("\nOstrel Agent: status not reported | agent status unavailable (exit 3)\n"),
+            std::string::npos);
+  EXPECT_NE(text.output.find("\nOstrel Agent: not protected | "), std::string::npos) << text.output;
+  EXPECT_NE(text.error.find("line 4: "), std::string::npos) << text.error;
+  EXPECT_NE(text.error.find("line 5: version is missing\n"), std::string::npos) << text.error;
+
+  const auto shown = preview({"--json"}, input);
+  EXPECT_EQ(shown.status, 1);
+  std::istringstream lines(shown.output);
+  std::vector<bool> isError;
+  for (std::string line; std::getline(lines, line);) isError.push_back(json::parse(line).contains("error"));
+  EXPECT_EQ(isError, (std::vector<bool>{false, false, true, true, false}));
+}
+
+TEST(PreviewProgram, HostileInputIsAnErrorAndNothingWorse) {
+  std::string nestedObjects;
+  for (int i = 0; i < 100'000; ++i) nestedObjects += "{\"a\":";
+  const std::string brackets(100'000, '[');
+  const auto unknown = reportText().substr(0, reportText().size() - 1) + ",\"x\":" + brackets +
+                       std::string(100'000, ']') + "}";
+  EXPECT_EQ(preview({"--json"}, unknown).status, 0) << "what is not known may be of any depth";
+  const std::string rows[] = {
+      "",
+      " \r\n\t\n",
+      brackets,
+      nestedObjects,
+      nestedObjects + "1" + std::string(100'000, '}'),
+      "{\"\xff\":1}",
+      "{\"version\":\"\xed\xa0\x80\"}",
+      std::string(7, '\0'),
+      reportText() + std::string(1, '\0'),
+      "\xef\xbb\xbf",
+      "{\"now\":\"\xc3\"}",
+  };
+  for (const auto& row : rows) {
+    for (const char* mode : {"--text", "--json"}) {
+      const auto ran = preview({mode}, row);
+      EXPECT_EQ(ran.status, 1) << row.substr(0, 50);
+      EXPECT_TRUE(ran.error.starts_with("ostrel-preview: ")) << ran.error.substr(0, 500);
+      EXPECT_EQ(std::ranges::count(ran.error, '\n'), 1) << ran.error.substr(0, 500);
+      EXPECT_TRUE(ran.output.empty() || json::accept(ran.output)) << ran.output;
+    }
+  }
+}
+
+TEST(PreviewProgram, TheExportedTextsAreATableOfEveryKeyOnce) {
+  const auto ran = preview({"--export-strings"});
+  EXPECT_EQ(ran.status, 0);
+  const auto entries = parseStrings(ran.output);
+  ASSERT_TRUE(entries) << entries.error().line << ": " << entries.error().reason;
+  std::set<std::string> keys;
+  for (const auto& [key, text] : *entries) {
+    keys.insert(key);
+    EXPECT_FALSE(text.empty()) << key;
+  }
+  EXPECT_EQ(keys.size(), 374U);
+  EXPECT_EQ(entries->size(), 374U);
+}
+
+TEST(PreviewProgram, SpeaksTheLanguageThatIsAskedForAndEnglishForAnyOther) {
+  const std::pair<std::vector<std::string>, const char*> rows[] = {
+      {{"--language", "de"}, "geschützt"}, {{"--language", "de_AT.UTF-8"}, "geschützt"},
+      {{"--language", "fr"}, "protected"}, {{"--language", "../../de"}, "protected"},
+      {{"--language", ""}, "protected"},
+  };
+  for (auto [arguments, word] : rows) {
+    arguments.emplace_back("--json");
+    const auto ran = preview(arguments, reportText());
+    EXPECT_EQ(ran.status, 0) << ran.error;
+    EXPECT_EQ(json::parse(ran.output)["tooltip"], std::string("Ostrel Agent: ") + word) << arguments[1];
+    EXPECT_EQ(ran.error, "");
+  }
+}
+
+TEST(PreviewProgram, SaysWhatItCannotReadAndHowItIsUsed) {
+  for (const char* file : {"/", "/nowhere/report.json"}) {
+    const auto ran = preview({file});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_EQ(ran.error, "ostrel-preview: " + std::string(file) + " cannot be read\n");
+  }
+  EXPECT_TRUE(preview({"--help"}).output.starts_with("usage: ostrel-preview "));
+  const auto wrong = preview({"--yaml"});
+  EXPECT_EQ(wrong.status, 2);
+  EXPECT_EQ(wrong.output, "");
+  EXPECT_TRUE(wrong.error.starts_with("usage: ostrel-preview ")) << wrong.error;
+}
+
+}  // namespace
+}  // namespace ostrel
