@@ -10,61 +10,51 @@ namespace ostrel {
 namespace {
 
 using readings::healthy;
+using readings::told;
 
 TEST(GuardRow, FailsForTheMostFundamentalCauseWithItsSeverity) {
-  // Every cause at once; each step repairs the first one, so that the next shows.
-  auto snapshot = healthy();
-  snapshot.trustGaps = {{{"npm"}, "NODE_EXTRA_CA_CERTS"}};
-  snapshot.daemonListening = snapshot.sysextActive = snapshot.caTrusted = false;
-  snapshot.caTrustPending = true;
-  snapshot.sysext = readings::health("broken", "yellow", "SYSEXT_PROXY_DISABLED");
-  snapshot.captureSet = readings::health("broken", "yellow");
-  snapshot.credential = readings::health("broken", "yellow", "CREDENTIAL_REVOKED");
-  snapshot.credential.detail = "Revoked";
-  snapshot.daemon.severity = snapshot.deviceCA.severity = "yellow";
+  // Every cause at once; each row's step repairs it, so that the next shows.
+  auto s = healthy();
+  s.trustGaps = {{{"npm"}, "NODE_EXTRA_CA_CERTS"}};
+  s.daemonListening = s.sysextActive = s.caTrusted = false;
+  s.caTrustPending = true;
+  s.sysext.code = "SYSEXT_PROXY_DISABLED";
+  s.captureSet.state = s.credential.state = "broken";
+  s.credential.code = "CREDENTIAL_REVOKED";
+  s.credential.detail = "Revoked";
   struct Row {
-    const char* rollup;
     const char* consequence;
-    Snapshot::ComponentHealth Snapshot::*cause;
-    bool isAmberUnweighed;
+    Snapshot::ComponentHealth& cause;
     std::function<void()> repair;
   };
   const Row rows[] = {
-      {"not protecting", "The agent daemon is not running.", &Snapshot::daemon, false,
-       [&] { snapshot.daemonListening = true; }},
-      {"not protecting", "The network filter is off", &Snapshot::sysext, false,
-       [&] { snapshot.sysext.code = "SYSEXT_INACTIVE"; }},
-      {"not protecting", "The capture session is not active", &Snapshot::sysext, false,
-       [&] { snapshot.sysextActive = true; }},
-      {"setup unfinished", "This Mac doesn't trust the device certificate yet.", &Snapshot::deviceCA, true,
-       [&] { snapshot.caTrustPending = false; }},
-      {"not protecting", "The device CA is not trusted", &Snapshot::deviceCA, false,
-       [&] { snapshot.caTrusted = true; }},
-      {"not protecting", "The capture set has diverged", &Snapshot::captureSet, false,
-       [&] { snapshot.captureSet.state = "unknown"; }},
-      {"not protecting", "Revoked. Installs fail closed", &Snapshot::credential, false,
-       [&] { snapshot.credential.detail = ""; }},
-      {"not protecting", "The device credential is unavailable. Installs", &Snapshot::credential, false,
-       [&] { snapshot.credential.state = "unknown"; }},
+      {"The agent daemon is not running.", s.daemon, [&] { s.daemonListening = true; }},
+      {"The network filter is off", s.sysext, [&] { s.sysext.code = "SYSEXT_INACTIVE"; }},
+      {"The capture session is not active", s.sysext, [&] { s.sysextActive = true; }},
+      {"This Mac doesn't trust the device certificate", s.deviceCA, [&] { s.caTrustPending = false; }},
+      {"The device CA is not trusted", s.deviceCA, [&] { s.caTrusted = true; }},
+      {"The capture set has diverged", s.captureSet, [&] { s.captureSet.state = "unknown"; }},
+      {"Revoked. Installs fail closed", s.credential, [&] { s.credential.detail = ""; }},
+      {"The device credential is unavailable. Installs", s.credential,
+       [&] { s.credential.state = "unknown"; }},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.consequence);
-    const auto failure = guardFailure(snapshot);
-    ASSERT_TRUE(failure);
-    EXPECT_TRUE(failure->consequence.starts_with(row.consequence)) << failure->consequence;
-    EXPECT_EQ(failure->component, snapshot.*row.cause);
-    EXPECT_EQ(guardRollup(snapshot), RowState::warn(row.rollup));
-    for (const auto* severity : {"red", "info", ""}) {
-      auto other = snapshot;
-      (other.*row.cause).severity = severity;
-      const bool isAmber = row.isAmberUnweighed && *severity == '\0';
-      EXPECT_EQ(guardRollup(other), isAmber ? RowState::warn(row.rollup) : RowState::bad(row.rollup))
-          << severity;
+    const bool isPending = s.caTrustPending && s.sysextActive;
+    for (const std::string severity : {"yellow", "red", "info", ""}) {
+      row.cause.severity = severity;
+      const auto failure = guardFailure(s);
+      ASSERT_TRUE(failure);
+      EXPECT_TRUE(failure->consequence.starts_with(row.consequence)) << failure->consequence;
+      EXPECT_EQ(failure->component, row.cause);
+      const bool isAmber = severity == "yellow" || (isPending && severity.empty());
+      EXPECT_EQ(told(guardRollup(s)), std::string(isAmber ? "warn " : "bad ") +
+                                          (isPending ? "setup unfinished" : "not protecting"));
     }
     row.repair();
   }
-  EXPECT_EQ(guardFailure(snapshot), std::nullopt);
-  EXPECT_EQ(guardRollup(snapshot), RowState::bad("1 of 3 not covered"));
+  EXPECT_EQ(guardFailure(s), std::nullopt);
+  EXPECT_EQ(told(guardRollup(s)), "bad 1 of 3 not covered");
 }
 
 TEST(GuardRow, ListsTheWorstEcosystemsFirstThenByName) {
@@ -72,32 +62,26 @@ TEST(GuardRow, ListsTheWorstEcosystemsFirstThenByName) {
   snapshot.guardEcosystems = {{"pypi", "enforced"}, {"npm", "off_by_policy"},  {"go", "enforced"},
                               {"cargo", "odd"},     {"gems", "off_by_policy"}, {"apt", "off_by_policy"}};
   snapshot.trustGaps = {{{}, "GEMRC"}, {{"go", "gems"}, "FIRST"}, {{"go", "other"}, "SECOND"}};
-  const std::vector<StatusComponent> expected = {{"gems", RowState::bad("not covered (FIRST)"), {}, {}},
-                                                 {"go", RowState::bad("not covered (FIRST)"), {}, {}},
-                                                 {"apt", RowState::off("off by policy"), {}, {}},
-                                                 {"npm", RowState::off("off by policy"), {}, {}},
-                                                 {"cargo", RowState::ok(""), {}, {}},
-                                                 {"pypi", RowState::ok(""), {}, {}}};
-  EXPECT_EQ(ecosystemRows(snapshot), expected);
+  std::string rows;
+  for (const auto& row : ecosystemRows(snapshot)) rows += row.id + ": " + told(row.state) + "; ";
+  EXPECT_EQ(rows,
+            "gems: bad not covered (FIRST); go: bad not covered (FIRST); apt: off off by policy; "
+            "npm: off off by policy; cargo: ok ; pypi: ok ; ");
   EXPECT_EQ(offEcosystemNames(snapshot), (std::vector<std::string>{"apt", "gems", "npm"}));
-  EXPECT_EQ(guardRollup(snapshot), RowState::bad("2 of 6 not covered"));
+  EXPECT_EQ(told(guardRollup(snapshot)), "bad 2 of 6 not covered");
 }
 
 TEST(GuardRow, RollsEcosystemsUp) {
-  struct Row {
-    std::vector<Snapshot::GuardEcosystem> ecosystems;
-    RowState state;
+  const std::pair<std::vector<Snapshot::GuardEcosystem>, const char*> rows[] = {
+      {{}, "info not reported"},
+      {{{"a", "off_by_policy"}, {"b", "off_by_policy"}}, "off off by policy"},
+      {{{"a", "on"}, {"b", ""}, {"c", "on"}}, "ok all 3 enforced"},
+      {{{"a", "on"}, {"b", "off_by_policy"}, {"c", "on"}}, "ok 2 of 3 enforced"},
   };
-  const Row rows[] = {
-      {{}, RowState::info("not reported")},
-      {{{"a", "off_by_policy"}, {"b", "off_by_policy"}}, RowState::off("off by policy")},
-      {{{"a", "on"}, {"b", ""}, {"c", "on"}}, RowState::ok("all 3 enforced")},
-      {{{"a", "on"}, {"b", "off_by_policy"}, {"c", "on"}}, RowState::ok("2 of 3 enforced")},
-  };
-  for (const auto& row : rows) {
+  for (const auto& [ecosystems, rollup] : rows) {
     auto snapshot = healthy();
-    snapshot.guardEcosystems = row.ecosystems;
-    EXPECT_EQ(guardRollup(snapshot), row.state);
+    snapshot.guardEcosystems = ecosystems;
+    EXPECT_EQ(told(guardRollup(snapshot)), rollup);
   }
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <initializer_list>
-#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,10 +11,6 @@
 #include "Tests/Fakes/FakeTimeFormat.hpp"
 
 namespace ostrel {
-
-inline void PrintTo(const RowState& state, std::ostream* out) {
-  *out << nameOf(state.kind) << " \"" << state.text << '"';
-}
 
 /// Readings for tests to vary.
 namespace readings {
@@ -53,6 +48,9 @@ inline Snapshot healthy() {
   return snapshot;
 }
 
+/// A row in one word and its text: "warn not trusted".
+inline std::string told(const RowState& state) { return std::string(nameOf(state.kind)) + ' ' + state.text; }
+
 /// English times of UTC.
 inline TimeTexts times() {
   return {[](Date date) { return FakeTimeFormat().clockTime(date); },
@@ -62,9 +60,9 @@ inline TimeTexts times() {
 /// A translation that lasts as long as the scope.
 class Translated {
  public:
-  Translated(std::initializer_list<StringsEntries::value_type> entries) {
-    Copy::install(Copy::translation(entries).table);
-  }
+  explicit Translated(std::initializer_list<StringsEntries::value_type> entries)
+      : Translated(StringsEntries(entries)) {}
+  explicit Translated(const StringsEntries& entries) { Copy::install(Copy::translation(entries).table); }
   ~Translated() { Copy::install({}); }
   Translated(const Translated&) = delete;
   Translated& operator=(const Translated&) = delete;

@@ -5,44 +5,37 @@
 namespace ostrel {
 namespace {
 
-TEST(StatusPanelActions, RunTheCallbackOfTheButtonAlone) {
+TEST(StatusPanelActions, RunTheCallbackOfTheButtonAloneWithItsPage) {
   std::string ran;
-  StatusPanelActions actions;
-  actions.enableEgressLock = [&] { ran += "enableEgressLock"; };
-  actions.enableTransparentProxy = [&] { ran += "enableTransparentProxy"; };
-  actions.trustDeviceCA = [&] { ran += "trustDeviceCA"; };
-  actions.openRepairFlow = [&] { ran += "openRepairFlow"; };
-  actions.openAgentWindow = [&](AgentPage) { ran += "openAgentWindow"; };
-  actions.installUpdate = [&] { ran += "installUpdate"; };
-  actions.checkNow = [&] { ran += "checkNow"; };
-  actions.copyDiagnostics = [&] { ran += "copyDiagnostics"; };
-  actions.sendDiagnostics = [&] { ran += "sendDiagnostics"; };
-  actions.quitStatusIcon = [&] { ran += "quitStatusIcon"; };
+  const auto run = [&](std::string_view name) { return [&ran, name] { ran += name; }; };
+  StatusPanelActions actions{run("enableEgressLock"),
+                             run("enableTransparentProxy"),
+                             run("trustDeviceCA"),
+                             run("openRepairFlow"),
+                             {},
+                             run("installUpdate"),
+                             run("checkNow"),
+                             run("copyDiagnostics"),
+                             run("sendDiagnostics"),
+                             run("quitStatusIcon")};
+  EXPECT_FALSE(actions.available().contains(PanelAction::openAgentWindow));
+  actions.perform({"", PanelAction::openAgentWindow});
+  EXPECT_EQ(ran, "");
+  AgentPage opened{};
+  actions.openAgentWindow = [&](AgentPage page) { opened = page, ran += "openAgentWindow"; };
   EXPECT_EQ(actions.available().size(), 10U);
   for (const auto action : actions.available()) {
     ran.clear();
-    actions.perform({"", action});
+    actions.perform({"", action, AgentPage::help});
     EXPECT_EQ(ran, nameOf(action));
   }
-}
-
-TEST(StatusPanelActions, HandThePageOn) {
-  std::optional<AgentPage> opened;
-  StatusPanelActions actions;
-  actions.openAgentWindow = [&](AgentPage page) { opened = page; };
-  actions.perform({"", PanelAction::openAgentWindow, AgentPage::help});
   EXPECT_EQ(opened, AgentPage::help);
-  actions.perform({"", PanelAction::openAgentWindow});
-  EXPECT_EQ(opened, AgentPage::ecosystems);
 }
 
 TEST(StatusPanelActions, DoNothingWithoutACallback) {
-  StatusPanelActions actions;
-  actions.perform({"", PanelAction::checkNow});
-  actions.perform({"", PanelAction::openAgentWindow});
-  EXPECT_EQ(actions.available(), PanelActionSet());
-  actions.sendDiagnostics = [] {};
-  EXPECT_EQ(actions.available(), PanelActionSet{PanelAction::sendDiagnostics});
+  const StatusPanelActions none;
+  none.perform({"", PanelAction::checkNow});
+  EXPECT_EQ(none.available(), PanelActionSet());
 }
 
 }  // namespace
