@@ -18,6 +18,8 @@ TEST(StatusPanelActions, RunTheCallbackOfTheButtonAloneWithItsPage) {
                              run("copyDiagnostics"),
                              run("sendDiagnostics"),
                              run("quitStatusIcon")};
+  EXPECT_EQ(StatusPanelActions().available(), PanelActionSet());
+  StatusPanelActions().perform({"", PanelAction::checkNow});
   EXPECT_FALSE(actions.available().contains(PanelAction::openAgentWindow));
   actions.perform({"", PanelAction::openAgentWindow});
   EXPECT_EQ(ran, "");
@@ -30,12 +32,6 @@ TEST(StatusPanelActions, RunTheCallbackOfTheButtonAloneWithItsPage) {
     EXPECT_EQ(ran, nameOf(action));
   }
   EXPECT_EQ(opened, AgentPage::help);
-}
-
-TEST(StatusPanelActions, DoNothingWithoutACallback) {
-  const StatusPanelActions none;
-  none.perform({"", PanelAction::checkNow});
-  EXPECT_EQ(none.available(), PanelActionSet());
 }
 
 }  // namespace

@@ -27,24 +27,29 @@ TEST(StatusPanel, NeverShowsAnUnknownSeverityAsHealthy) {
 }
 
 TEST(StatusPanel, TellsTheEgressLocksState) {
-  const std::pair<Snapshot::ComponentHealth, const char*> rows[] = {
-      {health("ok", "red"), "ok enforcing"},
-      {health("ok", "", "EGRESS_LOCK_PERMITS_NOTHING"), "ok nothing to lock"},
-      {health("broken", "", "EGRESS_LOCK_CONFIGURATION_DISABLED"), "bad switched off in System Settings"},
-      {health("broken", "yellow", "EGRESS_LOCK_PROVIDER_FAILED"), "warn provider failed"},
-      {health("unknown", "", "EGRESS_LOCK_PROVIDER_SILENT"), "info provider not reporting"},
-      {health("unknown", "red", "EGRESS_LOCK_PROVIDER_STOPPED"), "bad stopped, restarting"},
-      {health("unknown", "info", "EGRESS_LOCK_ASSERTION_STALLED"), "off no policy assertion"},
-      {health("unknown", "purple", "EGRESS_LOCK_AWAITING_ASSERTION"), "bad waiting for policy"},
-      {health("broken", "yellow", "EGRESS_LOCK_PARTIAL"), "warn enforcing, resolving hosts"},
-      {health("unknown", "", "EGRESS_LOCK_UNREPORTED"),
-       "info The egress lock has not reported its state to the agent yet."},
-      {health("off", "red", "EGRESS_LOCK_PARTIAL"), "ok enabled"},
+  struct Row {
+    const char* state;
+    const char* severity;
+    const char* code;
+    const char* row;
+  };
+  constexpr Row rows[] = {
+      {"ok", "red", "PARTIAL", "ok enforcing"},
+      {"ok", "", "PERMITS_NOTHING", "ok nothing to lock"},
+      {"broken", "", "CONFIGURATION_DISABLED", "bad switched off in System Settings"},
+      {"broken", "yellow", "PROVIDER_FAILED", "warn provider failed"},
+      {"unknown", "", "PROVIDER_SILENT", "info provider not reporting"},
+      {"unknown", "red", "PROVIDER_STOPPED", "bad stopped, restarting"},
+      {"unknown", "info", "ASSERTION_STALLED", "off no policy assertion"},
+      {"unknown", "purple", "AWAITING_ASSERTION", "bad waiting for policy"},
+      {"broken", "yellow", "PARTIAL", "warn enforcing, resolving hosts"},
+      {"unknown", "", "UNREPORTED", "info The egress lock has not reported its state to the agent yet."},
+      {"off", "red", "PARTIAL", "ok enabled"},
   };
   auto snapshot = healthy();
-  for (const auto& [lock, row] : rows) {
-    snapshot.egressLock = lock;
-    EXPECT_EQ(told(egressLockState(snapshot)), row);
+  for (const auto& row : rows) {
+    snapshot.egressLock = health(row.state, row.severity, std::string("EGRESS_LOCK_") + row.code);
+    EXPECT_EQ(told(egressLockState(snapshot)), row.row);
   }
   snapshot.egressLockEnabled = false;
   EXPECT_EQ(told(egressLockState(snapshot)), "warn approval needed");
