@@ -1,7 +1,9 @@
 #include "OstrelAgent/GuardRow.hpp"
 
 #include <algorithm>
+#include <string_view>
 #include <tuple>
+#include <unordered_map>
 
 #include "OstrelAgent/Copy.hpp"
 
@@ -47,10 +49,19 @@ int rank(const StatusComponent& row) {
   return 4;
 }
 
-RowState ecosystemState(const Snapshot& snapshot, const Snapshot::GuardEcosystem& ecosystem) {
+/// For each ecosystem that is left open, the setting of the first gap that leaves it so.
+std::unordered_map<std::string_view, std::string_view> firstGaps(const Snapshot& snapshot) {
+  std::unordered_map<std::string_view, std::string_view> settings;
   for (const auto& gap : snapshot.trustGaps) {
-    if (std::ranges::find(gap.ecosystems, ecosystem.name) == gap.ecosystems.end()) continue;
-    return RowState::bad(Copy::guardEcoNotCovered.with(gap.env));
+    for (const auto& ecosystem : gap.ecosystems) settings.try_emplace(ecosystem, gap.env);
+  }
+  return settings;
+}
+
+RowState ecosystemState(const Snapshot::GuardEcosystem& ecosystem,
+                        const std::unordered_map<std::string_view, std::string_view>& gaps) {
+  if (const auto gap = gaps.find(ecosystem.name); gap != gaps.end()) {
+    return RowState::bad(Copy::guardEcoNotCovered.with(gap->second));
   }
   if (ecosystem.state == "off_by_policy") return RowState::off(Copy::guardRollupOffByPolicy.text());
   return RowState::ok("");
@@ -89,8 +100,9 @@ std::optional<GuardFailure> guardFailure(const Snapshot& snapshot) {
 std::vector<StatusComponent> ecosystemRows(const Snapshot& snapshot) {
   std::vector<StatusComponent> rows;
   rows.reserve(snapshot.guardEcosystems.size());
+  const auto gaps = firstGaps(snapshot);
   for (const auto& ecosystem : snapshot.guardEcosystems) {
-    rows.push_back({ecosystem.name, ecosystemState(snapshot, ecosystem), {}, std::nullopt});
+    rows.push_back({ecosystem.name, ecosystemState(ecosystem, gaps), {}, std::nullopt});
   }
   std::ranges::sort(rows, [](const auto& a, const auto& b) {
     return std::forward_as_tuple(rank(a), a.id) < std::forward_as_tuple(rank(b), b.id);

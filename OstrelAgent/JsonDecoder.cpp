@@ -4,6 +4,8 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
+#include "OstrelAgent/JsonNumbers.hpp"
+
 namespace ostrel {
 
 namespace {
@@ -36,10 +38,16 @@ class Decoder {
     const bool parsed = nlohmann::json::sax_parse(bytes_.data(), bytes_.data() + bytes_.size(), this);
     // The parser takes a NUL byte for the end of the document.
     if (const auto end = bytes_.find('\0'); parsed && end != std::string_view::npos) errorPosition_ = end + 1;
-    if (!parsed || errorPosition_ > 0) return std::unexpected(syntaxError());
-    if (!faults_.empty()) return std::unexpected(std::move(faults_.front().error));
+    isJson_ = parsed && errorPosition_ == 0;
+    if (!isJson_) return std::unexpected(syntaxError());
+    if (fault_) return std::unexpected(std::move(*fault_));
     return {};
   }
+
+  bool isJson() const { return isJson_; }
+
+  /// True when the parser gave up at a number that no double can hold, which is JSON all the same.
+  bool metHugeNumber() const { return metHugeNumber_; }
 
   bool null() {
     const auto slot = nextSlot();
@@ -100,21 +108,29 @@ class Decoder {
     return pop();
   }
 
-  bool parse_error(std::size_t position, const std::string&, const nlohmann::json::exception&) {
+  bool parse_error(std::size_t position, const std::string&, const nlohmann::json::exception& error) {
     errorPosition_ = position;
+    metHugeNumber_ = error.id == 406;  // the library's number for a number out of range
     return false;
   }
 
  private:
   static constexpr std::size_t nothing = std::numeric_limits<std::size_t>::max();
 
+  /// What is wrong with one field of an object, or with a list.
+  struct Fault {
+    std::size_t field;
+    JsonError error;
+  };
+
   /// An object or a list that is being filled.
   struct Frame {
     const JsonObject* layout = nullptr;  ///< of an object
     const JsonField* list = nullptr;     ///< the field of a list
     void* value = nullptr;
-    std::uint32_t seen = 0;         ///< keys of the object met so far, a bit each
-    std::size_t current = nothing;  ///< field of the object, or index in the list, of the value at hand
+    std::uint32_t seen = 0;          ///< keys of the object met so far, a bit each
+    std::size_t current = nothing;   ///< field of the object, or index in the list, of the value at hand
+    std::vector<Fault> faults = {};  ///< at most one a field; one for a whole list
   };
 
   /// Where the next value goes.
@@ -126,17 +142,12 @@ class Decoder {
     bool inList = false;
   };
 
-  struct Fault {
-    std::size_t depth;    ///< number of frames it lies in
-    std::size_t current;  ///< field or index of the innermost
-    JsonError error;
-  };
-
   Slot nextSlot() {
     if (skipped_ > 0) return {};
     if (frames_.empty()) return {.state = Slot::State::root};
     auto& frame = frames_.back();
     if (frame.list != nullptr) {
+      if (!frame.faults.empty()) return {};
       frame.current = frame.current == nothing ? 0 : frame.current + 1;
       const bool texts = frame.list->kind == JsonField::Kind::texts;
       const auto kind = texts ? JsonField::Kind::text : JsonField::Kind::object;
@@ -177,32 +188,38 @@ class Decoder {
   }
 
   bool push(Frame frame) {
-    frames_.push_back(frame);
+    frames_.push_back(std::move(frame));
     return true;
   }
 
   /// Leaves a frame; the first of its faults becomes a fault of the value that the frame was.
   bool pop() {
-    const auto depth = frames_.size();
+    const auto faults = std::move(frames_.back().faults);
     frames_.pop_back();
-    const auto own = [&](const Fault& fault) { return fault.depth == depth; };
-    const auto first = std::ranges::find_if(faults_, own);
-    if (first == faults_.end()) return true;
-    Fault whole{depth - 1, frames_.empty() ? 0 : frames_.back().current, std::move(first->error)};
-    std::erase_if(faults_, own);
-    faults_.push_back(std::move(whole));
+    if (!faults.empty()) hold(faults.front().error);
     return true;
   }
 
   bool fault(std::string_view reason) {
-    const auto current = frames_.empty() ? 0 : frames_.back().current;
-    faults_.push_back({frames_.size(), current, {path(), std::string(reason)}});
+    hold({.path = path(), .reason = std::string(reason)});
     return true;
   }
 
+  /// Keeps the first fault of the value at hand.
+  void hold(JsonError error) {
+    if (frames_.empty()) {
+      fault_ = std::move(error);
+      return;
+    }
+    auto& frame = frames_.back();
+    const auto field = frame.list == nullptr ? frame.current : 0;
+    if (std::ranges::find(frame.faults, field, &Fault::field) == frame.faults.end()) {
+      frame.faults.push_back({field, std::move(error)});
+    }
+  }
+
   void forgetFaults(std::size_t field) {
-    std::erase_if(
-        faults_, [&](const Fault& fault) { return fault.depth == frames_.size() && fault.current == field; });
+    std::erase_if(frames_.back().faults, [&](const Fault& fault) { return fault.field == field; });
   }
 
   std::string path() const {
@@ -230,30 +247,50 @@ class Decoder {
   }
 
   JsonError syntaxError() const {
-    if (errorPosition_ > bytes_.size()) return {"", "ends before its JSON does"};
+    if (errorPosition_ > bytes_.size()) return {.path = "", .reason = "ends before its JSON does"};
     const auto read = bytes_.substr(0, errorPosition_ == 0 ? 0 : errorPosition_ - 1);
-    const auto line = 1 + std::ranges::count(read, '\n');
-    const auto column = read.size() - (read.rfind('\n') + 1) + 1;
-    return {"", "is not JSON (line " + std::to_string(line) + ", column " + std::to_string(column) + ")"};
+    return {.path = "",
+            .reason = "is not JSON",
+            .line = 1 + static_cast<std::size_t>(std::ranges::count(read, '\n')),
+            .column = read.size() - (read.rfind('\n') + 1) + 1};
   }
 
   std::string_view bytes_;
   const JsonObject& layout_;
   void* target_;
   std::vector<Frame> frames_;
-  std::vector<Fault> faults_;
-  std::size_t skipped_ = 0;  ///< objects and lists around the current place that are passed over
+  std::optional<JsonError> fault_;  ///< of the whole document
+  std::size_t skipped_ = 0;         ///< objects and lists around the current place that are passed over
   std::size_t errorPosition_ = 0;
+  bool isJson_ = false;
+  bool metHugeNumber_ = false;
 };
 
 }  // namespace
 
-std::string JsonError::description() const {
-  return (path.empty() ? std::string("the document") : path) + " " + reason;
+std::string JsonError::description(std::size_t linesBefore) const {
+  auto text = (path.empty() ? std::string("the document") : path) + " " + reason;
+  if (line == 0) return text;
+  return text + " (line " + std::to_string(linesBefore + line) + ", column " + std::to_string(column) + ")";
 }
 
 std::expected<void, JsonError> decodeJson(std::string_view bytes, const JsonObject& layout, void* target) {
-  return Decoder(bytes, layout, target).decode();
+  Decoder decoder(bytes, layout, target);
+  auto decoded = decoder.decode();
+  if (!decoder.metHugeNumber()) return decoded;
+  const auto shortened = withoutHugeNumbers(bytes);
+  return Decoder(shortened, layout, target).decode();
+}
+
+bool isJson(std::string_view bytes) {
+  const JsonObject nothingKnown;
+  Decoder decoder(bytes, nothingKnown, nullptr);
+  (void)decoder.decode();
+  if (!decoder.metHugeNumber()) return decoder.isJson();
+  const auto shortened = withoutHugeNumbers(bytes);
+  Decoder second(shortened, nothingKnown, nullptr);
+  (void)second.decode();
+  return second.isJson();
 }
 
 }  // namespace ostrel

@@ -15,12 +15,14 @@ namespace ostrel {
 
 /// What is wrong with a document, and where.
 struct JsonError {
-  std::string
-      path;  ///< of the value, "health.daemon.state" or "features[2].id"; empty for the document itself
-  std::string reason;  ///< "is missing", "is not a text", "is not JSON (line 3, column 7)"
+  std::string path;      ///< of the value, "health.daemon.state" or "features[2].id"; empty for the document
+  std::string reason;    ///< "is missing", "is not a text", "is not JSON"
+  std::size_t line = 0;  ///< of a fault in the JSON itself, from 1; else 0
+  std::size_t column = 0;  ///< likewise, in bytes
 
-  /// Both as one clause: "health.daemon.state is missing".
-  std::string description() const;
+  /// All as one clause: "health.daemon.state is missing", "the document is not JSON (line 3, column 7)".
+  /// Lines are counted on from those that stand before the document.
+  std::string description(std::size_t linesBefore = 0) const;
 
   bool operator==(const JsonError&) const = default;
 };
@@ -71,6 +73,9 @@ template <class Element>
 inline constexpr bool isList<std::vector<Element>> = true;
 
 }  // namespace jsonfields
+
+/// True when the bytes are one JSON value.
+bool isJson(std::string_view bytes);
 
 /// Makes the fields of one struct: `JsonFields<Knob>::field<&Knob::env>("env")`. A std::optional member makes
 /// the key optional; members of struct type, or lists of them, take the layout of that struct.

@@ -102,7 +102,8 @@ std::string okText(const Health& health) {
 std::string brokenText(const Health& health) {
   if (health.code == "CLIENT_REJECTED_LEAF") return std::string(Copy::runtimeTrustRejected.text());
   if (health.code == "TRUST_KNOB_UNCOVERED") {
-    if (const auto shell = first(health)) return Copy::runtimeTrustNotSetForShell.with(*shell);
+    if (const auto shell = first(health))
+      return Copy::runtimeTrustNotSetForShell.with(lastPathComponent(*shell));
   }
   return std::string(Copy::runtimeTrustBroken.text());
 }
