@@ -57,11 +57,13 @@ constexpr JsonField surroundingFields[] = {
 };
 constexpr JsonObject surroundingLayout{surroundingFields};
 
+/// An object with "report", or one that gives something else of an envelope and is no report itself.
 bool isEnvelope(std::string_view bytes) {
   const auto document = nlohmann::json::parse(bytes, nullptr, false);
-  if (!document.is_object() || document.contains("version")) return false;
+  if (!document.is_object()) return false;
   const auto isGiven = [&](const JsonField& field) { return document.contains(std::string(field.key)); };
-  return document.contains("report") || std::ranges::any_of(surroundingFields, isGiven);
+  return document.contains("report") ||
+         (!document.contains("version") && std::ranges::any_of(surroundingFields, isGiven));
 }
 
 std::expected<Envelope, JsonError> decodeEnvelope(std::string_view bytes) {
@@ -110,16 +112,19 @@ NetworkPreferences::ContentFilter filterOf(const Envelope& envelope) {
 
 }  // namespace
 
-std::expected<PreviewReading, std::string> readPreviewDocument(std::string_view bytes) {
+std::expected<PreviewReading, JsonError> readPreviewDocument(std::string_view bytes) {
   const auto envelope = decodeEnvelope(bytes);
-  if (!envelope) return std::unexpected(envelope.error().description());
+  if (!envelope) return std::unexpected(envelope.error());
   PreviewReading reading;
   if (envelope->now) {
     reading.now = parseRFC3339(*envelope->now);
-    if (!reading.now) return std::unexpected("now is not a time such as 2025-01-02T03:04:05Z");
+    if (!reading.now)
+      return std::unexpected(
+          JsonError{.path = "now", .reason = "is not a time such as 2025-01-02T03:04:05Z"});
   }
   const auto status = envelope->helperStatus.value_or(0);
-  if (!std::in_range<std::int32_t>(status)) return std::unexpected("helper_status is not an exit status");
+  if (!std::in_range<std::int32_t>(status))
+    return std::unexpected(JsonError{.path = "helper_status", .reason = "is not an exit status"});
   auto& snapshot = reading.model.snap;
   if (status == 0) {
     snapshot.fill(envelope->report);

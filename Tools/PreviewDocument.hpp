@@ -1,12 +1,10 @@
 #pragma once
 
-#include <cstdint>
 #include <expected>
 #include <optional>
-#include <string>
 #include <string_view>
-#include <vector>
 
+#include "OstrelAgent/JsonDecoder.hpp"
 #include "OstrelAgent/StatusPanelModel.hpp"
 
 namespace ostrel {
@@ -20,7 +18,7 @@ struct PreviewReading {
 /// Reads a bare status report, or an object that adds to "report" what the agent learns elsewhere:
 /// "helper_status", "transparent_proxies" [{"enabled", "connected"}], "egress_filter" {"provider",
 /// "enabled"}, "mdm_enrolled", "running_container_runtimes" and "now". Network state that is not given is
-/// taken from what the report says of extension and lock. The error says what is wrong and where.
-std::expected<PreviewReading, std::string> readPreviewDocument(std::string_view bytes);
+/// taken from what the report says of extension and lock.
+std::expected<PreviewReading, JsonError> readPreviewDocument(std::string_view bytes);
 
 }  // namespace ostrel

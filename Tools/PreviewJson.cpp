@@ -132,11 +132,12 @@ Json json(const PanelContent::Health& health) {
 
 }  // namespace
 
-Json previewJson(const ProtectionVerdict& verdict, const PanelContent& content) {
+Json previewJson(const Snapshot& snapshot, const PanelContent& content) {
+  const auto verdict = ProtectionVerdict::of(snapshot);
   const auto icon = MenuBarIcon::of(verdict);
   const auto any = [](const auto& value) { return json(value); };
   return {{"verdict", nameOf(verdict.kind)},
-          {"off_by_policy", verdict.count},
+          {"off_by_policy", snapshot.offByPolicyCount()},
           {"tooltip", icon.text},
           {"badge", nameOf(icon.badge)},
           {"symbol", icon.symbol},

@@ -7,7 +7,7 @@
 
 namespace ostrel {
 
-/// Verdict, icon and panel as one JSON object; absent values are null.
-nlohmann::ordered_json previewJson(const ProtectionVerdict& verdict, const PanelContent& content);
+/// The snapshot's verdict and icon, and its panel, as one JSON object; absent values are null.
+nlohmann::ordered_json previewJson(const Snapshot& snapshot, const PanelContent& content);
 
 }  // namespace ostrel

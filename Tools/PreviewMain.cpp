@@ -8,15 +8,16 @@
 #include "OstrelAgent/Copy.hpp"
 #include "OstrelAgent/PanelContent.hpp"
 #include "OstrelAgent/Translation.hpp"
-#include "OstrelAgent/Utf8.hpp"
 #include "OstrelAgent/Verdict.hpp"
 #include "Platform/Console/PanelText.hpp"
+#include "Platform/Console/PrintableText.hpp"
 #include "Platform/Linux/LinuxBundle.hpp"
 #include "Platform/Posix/PosixClock.hpp"
 #include "Platform/Posix/PosixFiles.hpp"
 #include "Platform/Posix/PosixLog.hpp"
 #include "Platform/Posix/PosixTimeFormat.hpp"
 #include "Tools/PreviewDocument.hpp"
+#include "Tools/PreviewInput.hpp"
 #include "Tools/PreviewJson.hpp"
 #include "Tools/PreviewOptions.hpp"
 
@@ -61,41 +62,19 @@ std::expected<std::string, std::string> readAll(const std::optional<std::string>
   return bytes;
 }
 
-struct Document {
-  std::string_view bytes;
-  std::size_t line = 0;  ///< from 1; 0 for the whole input
-};
-
-bool isBlank(std::string_view text) { return text.find_first_not_of(" \t\r\n") == std::string_view::npos; }
-
-/// The documents of the input: its lines when the first that is not blank is one by itself, else the whole.
-std::vector<Document> documentsOf(std::string_view input) {
-  std::vector<Document> lines;
-  std::size_t number = 0;
-  for (std::size_t start = 0; start < input.size();) {
-    const auto end = std::min(input.find('\n', start), input.size());
-    const auto line = input.substr(start, end - start);
-    ++number;
-    if (!isBlank(line)) lines.push_back({line, number});
-    if (lines.size() == 1 && lines.back().line == number && !nlohmann::json::accept(line))
-      return {{input, 0}};
-    start = end + 1;
-  }
-  if (lines.empty()) return {{input, 0}};
-  return lines;
-}
-
 /// The panel in one line: tooltip, then what is wrong.
-std::string summaryLine(const ProtectionVerdict& verdict, const PanelContent& content) {
-  auto line = verdict.menuBarDescription();
-  if (content.header.deadlineLine) line += " | " + *content.header.deadlineLine;
-  if (content.statusError) line += " | " + content.statusError->text;
+std::string summaryLine(const Snapshot& snapshot, const PanelContent& content) {
+  std::vector<std::string> clauses = {ProtectionVerdict::of(snapshot).menuBarDescription()};
+  if (content.header.deadlineLine) clauses.push_back(*content.header.deadlineLine);
+  if (content.statusError) clauses.push_back(content.statusError->text);
+  if (content.update) clauses.push_back(content.update->state.text + " " + content.update->version);
   for (const auto& card : content.cards) {
-    line += " | " + card.title;
-    if (card.state.text != card.title) line += ": " + card.state.text;
+    const bool addsNothing = card.state.text.empty() || card.state.text == card.title;
+    clauses.push_back(addsNothing ? card.title : card.title + ": " + card.state.text);
   }
-  std::ranges::replace(line, '\n', ' ');
-  return line + "\n";
+  std::string line;
+  for (const auto& clause : clauses) line += (line.empty() ? "" : " | ") + clause;
+  return printableText(line) + "\n";
 }
 
 class Preview {
@@ -105,39 +84,48 @@ class Preview {
   /// Answers every document of the input; gives the exit status.
   int run() {
     const auto input = readAll(options_.file);
-    if (!input) return complain("", input.error());
-    const auto documents = documentsOf(*input);
+    if (!input) return complain(input.error());
+    const auto documents = previewDocuments(*input);
+    if (documents.empty()) return fail("the input is empty", false);
     int status = 0;
     for (const auto& document : documents) status = std::max(status, answer(document, documents.size() > 1));
     return status;
   }
 
  private:
-  int answer(const Document& document, bool isOneOfMany) {
-    const auto place = document.line > 0 && isOneOfMany ? "line " + std::to_string(document.line) + ": " : "";
-    if (isBlank(document.bytes)) return complain(place, "the input is empty");
+  int answer(const PreviewDocument& document, bool isOneOfMany) {
     const auto reading = readPreviewDocument(document.bytes);
     if (!reading) {
-      if (options_.mode == PreviewOptions::Mode::json) printJson({{"error", place + reading.error()}}, true);
-      return complain(place, reading.error());
+      const auto place = isOneOfMany ? "line " + std::to_string(document.linesBefore + 1) + ": " : "";
+      return fail(place + reading.error().description(document.linesBefore), isOneOfMany);
     }
-    const auto verdict = ProtectionVerdict::of(reading->model.snap);
+    const auto& snapshot = reading->model.snap;
     const auto content =
         panelContent(reading->model, reading->now.value_or(clock_.now()), times_, allActions());
     if (options_.mode == PreviewOptions::Mode::json) {
-      printJson(previewJson(verdict, content), document.line > 0);
+      printJson(previewJson(snapshot, content), document.isLine);
     } else {
-      print(stdout, isOneOfMany ? summaryLine(verdict, content) : panelText(content, ButtonMarks::plain));
+      print(stdout, isOneOfMany ? summaryLine(snapshot, content) : panelText(content, ButtonMarks::plain));
     }
     return 0;
+  }
+
+  /// Tells what is wrong, also as the answer where one is expected.
+  int fail(const std::string& reason, bool isOneOfMany) const {
+    if (options_.mode == PreviewOptions::Mode::json) {
+      printJson({{"error", reason}}, true);
+    } else if (isOneOfMany) {
+      print(stdout, printableText(reason) + "\n");
+    }
+    return complain(reason);
   }
 
   static void printJson(const nlohmann::ordered_json& json, bool isOneLine) {
     print(stdout, json.dump(isOneLine ? -1 : 2) + "\n");
   }
 
-  static int complain(const std::string& place, const std::string& reason) {
-    print(stderr, "ostrel-preview: " + place + reason + "\n");
+  static int complain(const std::string& reason) {
+    print(stderr, "ostrel-preview: " + printableText(reason) + "\n");
     return 1;
   }
 

@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <string_view>
 
+#include "Platform/Console/PrintableText.hpp"
+
 namespace ostrel {
 
 namespace {
 
 constexpr std::size_t lineColumns = 80;
+constexpr std::string_view buttonGap = "   ";
 
 std::string_view markOf(RowState::Case kind) {
   switch (kind) {
@@ -60,7 +63,7 @@ class PanelPrinter {
     if (content_.protection) protection(*content_.protection);
     if (content_.health) health(*content_.health);
     facts();
-    buttonLine(content_.footerButtons, content_.moreButtons);
+    footer();
     for (const auto& notice : content_.notices) paragraph(2, notice);
     return std::move(text_);
   }
@@ -73,6 +76,7 @@ class PanelPrinter {
   }
 
   void line(std::string_view text) {
+    text.remove_suffix(text.size() - std::min(text.find_last_not_of(' ') + 1, text.size()));
     text_ += text;
     text_ += '\n';
   }
@@ -85,21 +89,30 @@ class PanelPrinter {
 
   /// Writes words behind a prefix, the lines that follow indented by its width.
   void hanging(std::string_view prefix, std::string_view words) {
+    const auto printable = printableText(words);
+    std::vector<std::string> pieces;
+    for (std::string_view rest = printable; !rest.empty();) {
+      const auto end = std::min(rest.find(' '), rest.size());
+      if (end > 0) pieces.emplace_back(rest.substr(0, end));
+      rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    flow(prefix, pieces, " ");
+  }
+
+  /// Writes pieces behind a prefix with a gap between them, in as many lines as they need.
+  void flow(std::string_view prefix, const std::vector<std::string>& pieces, std::string_view gap) {
     const std::string indent(columns(prefix), ' ');
     std::string current(prefix);
     bool isStart = true;
-    while (!words.empty()) {
-      const auto end = std::min(words.find(' '), words.size());
-      const auto word = words.substr(0, end);
-      if (!isStart && columns(current) + 1 + columns(word) > lineColumns) {
+    for (const auto& piece : pieces) {
+      if (!isStart && columns(current) + gap.size() + columns(piece) > lineColumns) {
         line(current);
         current = indent;
         isStart = true;
       }
-      if (!isStart) current += ' ';
-      current += word;
+      if (!isStart) current += gap;
+      current += piece;
       isStart = false;
-      words.remove_prefix(std::min(end + 1, words.size()));
     }
     line(current);
   }
@@ -109,32 +122,33 @@ class PanelPrinter {
     return "[" + std::to_string(++buttonNumber_) + "] " + button.title;
   }
 
+  static std::string prefix(RowState::Case kind) { return std::string(markOf(kind)) + " "; }
+
   void header() {
     const auto& header = content_.header;
-    auto title = std::string(markOf(header.tint)) + " " + header.word;
-    for (const auto& button : content_.headerButtons) title += "   " + mark(button);
-    line(title);
+    std::vector<std::string> pieces = {printableText(header.word)};
+    for (const auto& button : content_.headerButtons) pieces.push_back(mark(button));
+    flow(prefix(header.tint), pieces, buttonGap);
     if (header.deadlineLine) paragraph(2, *header.deadlineLine);
     if (content_.statusError) paragraph(2, content_.statusError->text);
     blank();
   }
 
   void update(const PanelContent::Update& update) {
-    auto title = std::string(markOf(update.state.kind)) + " " + update.state.text;
+    auto title = update.state.text;
     if (!update.version.empty()) title += " " + update.version;
     if (!update.belowMinimum.empty()) title += " (" + update.belowMinimum + ")";
-    line(title);
-    if (!update.installing.empty()) line("  " + update.installing + " " + update.protectionStaysOn);
+    hanging(prefix(update.state.kind), title);
+    if (!update.installing.empty()) paragraph(2, update.installing + " " + update.protectionStaysOn);
     if (update.button) line("  " + mark(*update.button));
     blank();
   }
 
   void card(const AttentionItem& item) {
-    auto title = std::string(markOf(item.state.kind)) + " " + item.title;
-    const bool isSaidBelow = item.state.text == item.detail;
-    if (item.state.text != item.title && !item.state.text.empty() && !isSaidBelow)
-      title += ": " + item.state.text;
-    paragraph(0, title);
+    auto title = item.title;
+    const bool isSaidElsewhere = item.state.text == item.title || item.state.text == item.detail;
+    if (!item.state.text.empty() && !isSaidElsewhere) title += ": " + item.state.text;
+    hanging(prefix(item.state.kind), title);
     paragraph(2, item.detail);
     paragraph(2, item.action);
     if (item.button) line("  " + mark(*item.button));
@@ -143,8 +157,7 @@ class PanelPrinter {
 
   void row(const PanelContent::Row& row, std::size_t indent) {
     const auto label = padded(row.label, labelColumns_ - indent);
-    hanging(std::string(indent, ' ') + std::string(markOf(row.state.kind)) + " " + label + "  ",
-            row.state.text);
+    hanging(std::string(indent, ' ') + prefix(row.state.kind) + label + "  ", row.state.text);
   }
 
   void protection(const PanelContent::Protection& protection) {
@@ -158,18 +171,13 @@ class PanelPrinter {
   }
 
   void ecosystems(const std::vector<PanelContent::Ecosystem>& ecosystems) {
-    std::string current;
+    std::vector<std::string> chips;
     for (const auto& ecosystem : ecosystems) {
-      auto chip = std::string(markOf(ecosystem.state.kind)) + " " + ecosystem.name;
+      auto chip = prefix(ecosystem.state.kind) + ecosystem.name;
       if (!ecosystem.state.text.empty()) chip += ": " + ecosystem.state.text;
-      if (!current.empty() && 4 + columns(current) + 3 + columns(chip) > lineColumns) {
-        line("    " + current);
-        current.clear();
-      }
-      if (!current.empty()) current += "   ";
-      current += chip;
+      chips.push_back(printableText(chip));
     }
-    if (!current.empty()) line("    " + current);
+    if (!chips.empty()) flow("    ", chips, "   ");
   }
 
   void health(const PanelContent::Health& health) {
@@ -180,17 +188,17 @@ class PanelPrinter {
 
   void facts() {
     for (const auto& fact : content_.facts)
-      line("  " + padded(fact.label, labelColumns_) + "  " + fact.value);
+      hanging("  " + padded(fact.label, labelColumns_) + "  ", fact.value);
   }
 
-  void buttonLine(const std::vector<PanelButton>& footer, const std::vector<PanelButton>& more) {
-    std::string buttons;
-    for (const auto* group : {&footer, &more}) {
-      for (const auto& button : *group) buttons += (buttons.empty() ? "  " : "   ") + mark(button);
+  void footer() {
+    std::vector<std::string> buttons;
+    for (const auto* group : {&content_.footerButtons, &content_.moreButtons}) {
+      for (const auto& button : *group) buttons.push_back(mark(button));
     }
     if (buttons.empty()) return;
     blank();
-    line(buttons);
+    flow("  ", buttons, buttonGap);
   }
 
   const PanelContent& content_;
