@@ -90,6 +90,8 @@ TEST(AttentionItems, SayWhatIsWrongAndWhatToDo) {
   EXPECT_TRUE(items[1].detail.starts_with("The agent's background service is not running"));
   EXPECT_EQ(items[2].detail, "node rejected the device certificate");
   EXPECT_EQ(items[2].action, "Restart the program named above.");
+  snapshot.runtimeTrust.detail = "node refused it.";
+  EXPECT_EQ(cards(snapshot)[2].detail, "node refused it.");
 }
 
 TEST(AttentionItems, OfferTheButtonThatHelps) {
