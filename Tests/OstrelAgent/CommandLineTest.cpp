@@ -23,11 +23,8 @@ TEST(CommandLine, TakesTheFirstArgumentAsCommandAndOneFlagAnywhere) {
 }
 
 TEST(CommandLine, OnlyTheExactCommandWordsAreRoles) {
-  const std::pair<const char*, Role> roles[] = {
-      {"activate", Role::activate}, {"deactivate", Role::deactivate}, {"reactivate", Role::reactivate},
-      {"menubar", Role::menuBar},   {"onboarding", Role::onboarding}, {"repair", Role::repair},
-  };
-  for (const auto& [word, role] : roles) EXPECT_EQ(roleOf(word), role) << word;
+  EXPECT_EQ(roleOf("menubar"), Role::menuBar);
+  EXPECT_EQ(roleOf("deactivate"), Role::deactivate);
   for (const auto* word : {"", "help", "Repair", "menubar ", "menuBar", "activat", "--extension-only"}) {
     EXPECT_EQ(roleOf(word), std::nullopt) << word;
   }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <csignal>
 #include <mutex>
 #include <semaphore>
@@ -67,17 +68,11 @@ struct MenuBarControllerTest : testing::Test {
   std::shared_ptr<MenuBarController> controller = make(host.statusQueue);
 };
 
-TEST_F(MenuBarControllerTest, AnIconShowsBeforeAnyDataAndChangesWithIt) {
+TEST_F(MenuBarControllerTest, ShowsAnIconBeforeAnyDataAndTouchesItOnlyForAChangeEveryFiveSeconds) {
   controller->start();
   EXPECT_EQ(icons(), std::vector<std::string>{unreported});
   settle();
   EXPECT_EQ(icons(), (std::vector<std::string>{unreported, isProtected}));
-}
-
-TEST_F(MenuBarControllerTest, EveryFiveSecondsARefreshStartsAndTheIconIsTouchedOnlyByAChange) {
-  controller->start();
-  settle();
-  EXPECT_EQ(statusRuns(), 1);
   host.mainQueue.advance(4999ms);
   EXPECT_EQ(host.statusQueue.countWaiting(), 0U);
   host.mainQueue.advance(1ms);
@@ -87,7 +82,6 @@ TEST_F(MenuBarControllerTest, EveryFiveSecondsARefreshStartsAndTheIconIsTouchedO
   answer({3, reportText()});
   host.mainQueue.advance(5s);
   settle();
-  EXPECT_EQ(statusRuns(), 3);
   EXPECT_EQ(icons().back(), unreported);
 }
 
@@ -121,7 +115,7 @@ TEST_F(MenuBarControllerTest, NetworkPreferencesJoinTheSnapshotOfTheSameRefresh)
 TEST_F(MenuBarControllerTest, AnOpenPanelGetsNewContentAndAClosedOneNone) {
   controller->start();
   host.statusItem.click();
-  ASSERT_EQ(host.screens.panels.size(), 1U);
+  EXPECT_EQ(host.statusQueue.countWaiting(), 2U) << "opening asks anew";
   EXPECT_EQ(panel().statusError->text, "checking…") << "no reading has ended yet";
   settle();
   EXPECT_EQ(panel().statusError, std::nullopt);
@@ -130,26 +124,15 @@ TEST_F(MenuBarControllerTest, AnOpenPanelGetsNewContentAndAClosedOneNone) {
   settle();
   EXPECT_EQ(panel().statusError->text, "agent status unavailable (exit 3)");
   host.statusItem.click();
+  EXPECT_FALSE(host.screens.isShown);
+  EXPECT_EQ(host.shell.activations, 1) << "only opening comes to the front";
+  EXPECT_EQ(host.statusQueue.countWaiting(), 0U) << "closing asks nothing";
   const auto count = host.screens.panels.size();
   answer({0, reportText()});
   host.mainQueue.advance(5s);
   settle();
   EXPECT_EQ(host.screens.panels.size(), count);
   EXPECT_EQ(icons().back(), isProtected);
-}
-
-TEST_F(MenuBarControllerTest, OpeningRefreshesAndComesToTheFrontWhileClosingDoesNeither) {
-  controller->start();
-  settle();
-  host.statusItem.click();
-  EXPECT_TRUE(host.screens.isShown);
-  EXPECT_EQ(host.statusQueue.countWaiting(), 1U);
-  EXPECT_EQ(host.shell.activations, 1);
-  settle();
-  host.statusItem.click();
-  EXPECT_FALSE(host.screens.isShown);
-  EXPECT_EQ(host.statusQueue.countWaiting(), 0U);
-  EXPECT_EQ(host.shell.activations, 1);
 }
 
 TEST_F(MenuBarControllerTest, ThePanelIsFortyPointsLowerThanTheScreenButNeverBelowZero) {
@@ -163,15 +146,6 @@ TEST_F(MenuBarControllerTest, ThePanelIsFortyPointsLowerThanTheScreenButNeverBel
     EXPECT_EQ(panel().maxHeight, most) << height.value_or(-1);
     controller->togglePanel();
   }
-}
-
-TEST_F(MenuBarControllerTest, TheQuitButtonEndsTheApplication) {
-  controller->start();
-  controller->togglePanel();
-  ASSERT_FALSE(panel().moreButtons.empty());
-  EXPECT_FALSE(host.shell.isTerminated);
-  host.screens.press(panel().moreButtons.back());
-  EXPECT_TRUE(host.shell.isTerminated);
 }
 
 TEST_F(MenuBarControllerTest, DeviceManagementIsAskedOnceAndJoinsTheNextSnapshot) {
@@ -217,7 +191,7 @@ struct MenuBarControllerWithAHangingHelper : MenuBarControllerTest {
       {
         const std::lock_guard lock(mutex);
         over = hangings.emplace_back().get_token();
-        most = std::max(most, ++running);
+        most = std::max<int>(most, ++running);
       }
       std::counting_semaphore<3> ended(0);
       const auto release = [&ended] { ended.release(); };
@@ -227,15 +201,13 @@ struct MenuBarControllerWithAHangingHelper : MenuBarControllerTest {
         const std::stop_callback isOver(over, release);
         ended.acquire();
       }
-      const std::lock_guard lock(mutex);
       --running;
       return ChildResult{ending.kill.stop_requested() ? SIGKILL : SIGTERM, ""};
     };
   }
 
-  /// Waits until as many runs have reached the helper.
-  void awaitRuns(std::ptrdiff_t count) const {
-    while (statusRuns() < count) std::this_thread::yield();
+  void awaitHangingRuns(int count) const {
+    while (running < count) std::this_thread::yield();
   }
 
   void awaitPost() {
@@ -243,15 +215,13 @@ struct MenuBarControllerWithAHangingHelper : MenuBarControllerTest {
     host.mainQueue.runAll();
   }
 
-  /// Turns five seconds with one tick, at which every place is taken; a new run takes the place of the
-  /// oldest.
+  /// Turns five seconds with one tick, at which every place is taken: the oldest run gives way to a new one.
   void turnTick(MenuBarController& subject) {
-    const auto runs = statusRuns();
+    awaitHangingRuns(4);
     host.mainQueue.advance(3s);
     for (int request = 0; request < 10; ++request) subject.refresh();
     host.mainQueue.advance(2s);
     awaitPost();
-    awaitRuns(runs + 1);
   }
 
   void hangAndRecover(bool heedsTerminate) {
@@ -259,21 +229,20 @@ struct MenuBarControllerWithAHangingHelper : MenuBarControllerTest {
     host.childProcesses.answerAlways(hanging(heedsTerminate));
     subject->start();
     for (int request = 0; request < 3; ++request) subject->refresh();
-    awaitRuns(4);
     host.mainQueue.advance(2s);
     for (int tick = 0; tick < 12; ++tick) ASSERT_NO_FATAL_FAILURE(turnTick(*subject));
+    awaitHangingRuns(4);
     EXPECT_EQ(most, 4);
     EXPECT_EQ(host.mainQueue.countTimers(), 1U) << "the tick alone";
     answer({0, reportText()});
     ASSERT_NO_FATAL_FAILURE(turnTick(*subject));
-    awaitPost();
+    if (icons().back() != isProtected) awaitPost();
     EXPECT_EQ(icons().back(), isProtected);
-    const auto runs = statusRuns();
     host.childProcesses.answerAlways(hanging(heedsTerminate));
     subject->refresh();
-    awaitRuns(runs + 1);
     ASSERT_NO_FATAL_FAILURE(turnTick(*subject));
     EXPECT_EQ(icons().back(), isProtected) << "what was ended tells nothing newer";
+    awaitHangingRuns(4);
     for (auto& hung : std::span(hangings).last(4)) {
       hung.request_stop();
       awaitPost();
@@ -282,8 +251,8 @@ struct MenuBarControllerWithAHangingHelper : MenuBarControllerTest {
 
   std::mutex mutex;
   std::vector<std::stop_source> hangings;
-  int running = 0;
-  int most = 0;
+  std::atomic<int> running = 0;
+  std::atomic<int> most = 0;
   PosixBackgroundQueue statusThreads{StatusRuns::mostOutstanding};
 };
 

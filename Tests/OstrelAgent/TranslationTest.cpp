@@ -9,42 +9,37 @@
 namespace ostrel {
 namespace {
 
-struct TranslationTest : testing::Test {
-  ~TranslationTest() override { Copy::install({}); }
-
-  std::string install() {
+TEST(Translation, WhatCannotBeUsedIsLoggedAndItsTextsAreEnglish) {
+  struct Row {
+    const char* table;  // none when it cannot be read
+    const char* text;
+    const char* logged;
+  };
+  constexpr const char* english = "Ostrel Agent: protected";
+  const Row rows[] = {
+      {"\"tooltip.protected\" = \"ok\";\n\"status.unavailable\" \"Exit %d\";\n", english,
+       "damaged in line 2"},
+      {nullptr, english, "could not read the translated texts: Permission denied"},
+      {"\"tooltip.protected\" = \"ok\";\n\"status.unavailable\" = \"Exit %@\";\n", "ok",
+       "status.unavailable"},
+  };
+  for (const auto& row : rows) {
+    FakeBundle bundle;
+    FakeLog log;
+    if (row.table == nullptr) bundle.tableError = PlatformError{posixErrorDomain, 13, "Permission denied"};
+    if (row.table != nullptr) bundle.tables["Copy"] = row.table;
     installTranslation(bundle, log);
-    return std::string(Copy::tooltipProtected.text());
+    EXPECT_EQ(Copy::tooltipProtected.text(), row.text);
+    EXPECT_EQ(Copy::statusUnavailable.with(3), "agent status unavailable (exit 3)");
+    ASSERT_EQ(log.lines().size(), 1U) << row.logged;
+    EXPECT_NE(log.lines()[0].find(row.logged), std::string::npos) << log.lines()[0];
+    Copy::install({});
   }
+}
 
-  FakeBundle bundle;
+TEST(Translation, ABundleWithoutATableSaysNothing) {
   FakeLog log;
-};
-
-TEST_F(TranslationTest, ATableThatIsDamagedAnywhereLeavesEveryTextEnglish) {
-  bundle.tables["Copy"] = "\"tooltip.protected\" = \"geschützt\";\n\"status.unavailable\" \"Exit %d\";\n";
-  EXPECT_EQ(install(), "Ostrel Agent: protected");
-  ASSERT_EQ(log.lines().size(), 1U);
-  EXPECT_NE(log.lines()[0].find("line 2"), std::string::npos) << log.lines()[0];
-}
-
-TEST_F(TranslationTest, ATableThatCannotBeReadIsLoggedWithTheReason) {
-  bundle.tableError = PlatformError{posixErrorDomain, 13, "Permission denied"};
-  EXPECT_EQ(install(), "Ostrel Agent: protected");
-  EXPECT_EQ(log.lines(),
-            std::vector<std::string>{"ostrel: could not read the translated texts: Permission denied"});
-}
-
-TEST_F(TranslationTest, AnEntryWithOtherParametersIsLeftOutAloneAndLogged) {
-  bundle.tables["Copy"] = "\"tooltip.protected\" = \"geschützt\";\n\"status.unavailable\" = \"Exit %@\";\n";
-  EXPECT_EQ(install(), "geschützt");
-  EXPECT_EQ(Copy::statusUnavailable.with(3), "agent status unavailable (exit 3)");
-  ASSERT_EQ(log.lines().size(), 1U);
-  EXPECT_NE(log.lines()[0].find("status.unavailable"), std::string::npos) << log.lines()[0];
-}
-
-TEST_F(TranslationTest, ABundleWithoutATableSaysNothing) {
-  EXPECT_EQ(install(), "Ostrel Agent: protected");
+  installTranslation(FakeBundle(), log);
   EXPECT_TRUE(log.lines().empty());
 }
 

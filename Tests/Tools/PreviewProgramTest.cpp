@@ -36,7 +36,8 @@ TEST(PreviewProgram, AnswersEveryLineAndTellsTheBadOnesByTheirNumber) {
                      "\n{}\n" + reportText("not_protected");
   const auto text = preview({}, input);
   EXPECT_EQ(text.status, 1);
-  EXPECT_EQ(std::ranges::count(text.output, '\n'), 3) << text.output;
+  EXPECT_EQ(std::ranges::count(text.output, '\n'), 5) << text.output;
+  EXPECT_NE(text.output.find("\nline 5: version is missing\n"), std::string::npos) << text.output;
   EXPECT_TRUE(text.output.starts_with("Ostrel Agent: protected | ")) << text.output;
   EXPECT_NE(text.output.find("\nOstrel Agent: status not reported | agent status unavailable (exit 3)\n"),
             std::string::npos);
