@@ -38,7 +38,7 @@ TEST(Copy, ShowsATranslationOnlyWithTheParametersOfItsText) {
                                   {"guard.rollup.notCovered", "%1$d offen"},
                                   {"age.hours", "vor %@ h"},
                                   {"verdict.protected", "Zu %d"},
-                                  {"lock.off", ""},
+                                  {"age.minutes", ""},
                                   {"lock.enabled", "lock.enabled"}};
   const Params ignored = {"guard.rollup.notCovered", "age.hours", "verdict.protected"};
   EXPECT_EQ(Copy::translation(entries).ignoredKeys, ignored);
@@ -47,7 +47,7 @@ TEST(Copy, ShowsATranslationOnlyWithTheParametersOfItsText) {
   EXPECT_EQ(Copy::rollupNotCovered(2, 3), "2 of 3 not covered");
   EXPECT_EQ(Copy::ageHours.with(3), "3 h ago");
   EXPECT_EQ(Copy::verdictProtected.text(), "Protected");
-  EXPECT_EQ(Copy::lockOff.text(), "");
+  EXPECT_EQ(Copy::ageMinutes.with(3), "");
   EXPECT_EQ(Copy::lockEnabled.text(), "enabled");
   EXPECT_EQ(Copy::lockEnforcing.text(), "enforcing");
 }

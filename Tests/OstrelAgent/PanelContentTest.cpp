@@ -92,6 +92,8 @@ TEST(PanelContent, GivesANoteToEveryRowThatIsNotOk) {
   EXPECT_EQ(panel.protection->noEcosystems, "This agent version does not report per-ecosystem state.");
   EXPECT_TRUE(panel.protection->egressLock.note.starts_with("The lock is still resolving addresses."));
   for (const auto& row : panel.health->components) EXPECT_EQ(row.note.empty(), row.state.isOk()) << row.id;
+  model.snap.daemonListening = false;
+  EXPECT_EQ(content(model).protection->noEcosystems, "");
 }
 
 TEST(PanelContent, IsAmberWhileItSettles) {

@@ -26,7 +26,7 @@ TEST(RuntimeTrustRow, NamesTheCauseByCodeAndParameters) {
       {"broken", "TRUST_KNOB_OVERRIDE_SUSPECTED", {"NODE", "/Users/ada/.npmrc"}, "warn check .npmrc"},
       {"broken", "TRUST_KNOB_OVERRIDE_SUSPECTED", {"/a/.npmrc", "NODE"}, "warn check .npmrc"},
       {"broken", "TRUST_KNOB_OVERRIDE_SUSPECTED", {""}, "warn a tool doesn't trust the device certificate"},
-      {"unknown", "TRUST_RC_FILE_UNSCANNED", {".zshrc"}, "warn still reading .zshrc"},
+      {"unknown", "TRUST_RC_FILE_UNSCANNED", {"zsh", ".zshrc"}, "warn still reading .zshrc"},
       {"broken", "TRUST_ENV_SHELL_UNRESPONSIVE", {"/bin/zsh"}, "warn zsh didn't answer the check"},
       {"broken", "APP_REJECTED_LEAF", {"a", "", "b"}, "warn a and b rejected the device certificate"},
       {"broken", "APP_REJECTED_LEAF", {""}, "warn a program rejected the device certificate"},
