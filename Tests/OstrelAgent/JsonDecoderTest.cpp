@@ -56,6 +56,8 @@ TEST(JsonDecoder, ReadsWhatFitsTheLayoutAndTheLastOfARepeatedKey) {
        {"a", {}, {}, x, {}}},
       {R"("count":9223372036854775807)", {"a", INT64_MAX, {}, {}, {}}},
       {R"("count":-9223372036854775808)", {"a", INT64_MIN, {}, {}, {}}},
+      {R"("x":[1e400,-1E+999,18446744073709551616],"tags":["\":1e400","\\",":2e999"])",
+       {"a", {}, {{"\":1e400", "\\", ":2e999"}}, {}, {}}},
       {R"("name":7,"name":"b")", {"b", {}, {}, {}, {}}},
       {R"("item":{"id":"y","on":true},"item":{"id":"x"})", {"a", {}, {}, x, {}}},
       {R"("item":{},"item":{"id":"x"})", {"a", {}, {}, x, {}}},
@@ -74,6 +76,7 @@ TEST(JsonDecoder, SaysWhereAndWhyItRefusesADocument) {
       {R"("name":["a"])", "name is not a text"},
       {R"("count":1.0)", "count is not a whole number of 64 bits"},
       {R"("count":1e3)", "count is not a whole number of 64 bits"},
+      {R"("count":1e400)", "count is not a whole number of 64 bits"},
       {R"("count":9223372036854775808)", "count is not a whole number of 64 bits"},
       {R"("count":-9223372036854775809)", "count is not a whole number of 64 bits"},
       {R"("count":1,"count":true)", "count is not a whole number of 64 bits"},
@@ -126,7 +129,7 @@ TEST(JsonDecoder, SurvivesDeepNestingAndManyFaults) {
   }
   EXPECT_EQ(errorOf(lists), "the document is not an object");
   EXPECT_NE(errorOf(repeated("[", depth)), "");
-  const auto broken = "\"items\":[{\"id\":\"x\"}" + repeated(",{}", 1'000) + "],\"count\":\"1\"";
+  const auto broken = "\"items\":[{\"id\":\"x\"}" + repeated(",{}", depth) + "],\"count\":\"1\"";
   EXPECT_EQ(errorOf(named(broken)), "items[1].id is missing");
 }
 
