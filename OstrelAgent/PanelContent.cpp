@@ -9,6 +9,7 @@ namespace ostrel {
 
 namespace {
 
+/// A device that settles is degraded, so it is amber, too.
 RowState::Case tintOf(MenuBarBadge badge) {
   switch (badge) {
     case MenuBarBadge::dot:
@@ -55,9 +56,7 @@ class PanelComposer {
     const auto verdict = ProtectionVerdict::of(snap_);
     const auto icon = MenuBarIcon::of(verdict);
     auto reading = PanelHeaderReading::read(verdict, snap_, now_, times_);
-    const bool settles = reading.settling.kind == Settling::Case::settling;
-    return {std::move(reading.word), std::move(reading.deadlineLine), icon.symbol,
-            settles ? RowState::Case::warn : tintOf(icon.badge)};
+    return {std::move(reading.word), std::move(reading.deadlineLine), icon.symbol, tintOf(icon.badge)};
   }
 
   std::optional<PanelContent::Update> update() const {
