@@ -207,7 +207,9 @@ struct MenuBarControllerWithAHangingHelper : MenuBarControllerTest {
   }
 
   void awaitHangingRuns(int count) const {
-    while (running < count) std::this_thread::yield();
+    const auto deadline = std::chrono::steady_clock::now() + 10s;
+    while (running < count && std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
+    ASSERT_EQ(running, count);
   }
 
   void awaitPost() {
@@ -217,7 +219,7 @@ struct MenuBarControllerWithAHangingHelper : MenuBarControllerTest {
 
   /// Turns five seconds with one tick, at which every place is taken: the oldest run gives way to a new one.
   void turnTick(MenuBarController& subject) {
-    awaitHangingRuns(4);
+    ASSERT_NO_FATAL_FAILURE(awaitHangingRuns(4));
     host.mainQueue.advance(3s);
     for (int request = 0; request < 10; ++request) subject.refresh();
     host.mainQueue.advance(2s);
@@ -231,7 +233,7 @@ struct MenuBarControllerWithAHangingHelper : MenuBarControllerTest {
     for (int request = 0; request < 3; ++request) subject->refresh();
     host.mainQueue.advance(2s);
     for (int tick = 0; tick < 12; ++tick) ASSERT_NO_FATAL_FAILURE(turnTick(*subject));
-    awaitHangingRuns(4);
+    ASSERT_NO_FATAL_FAILURE(awaitHangingRuns(4));
     EXPECT_EQ(most, 4);
     EXPECT_EQ(host.mainQueue.countTimers(), 1U) << "the tick alone";
     answer({0, reportText()});
@@ -242,7 +244,7 @@ struct MenuBarControllerWithAHangingHelper : MenuBarControllerTest {
     subject->refresh();
     ASSERT_NO_FATAL_FAILURE(turnTick(*subject));
     EXPECT_EQ(icons().back(), isProtected) << "what was ended tells nothing newer";
-    awaitHangingRuns(4);
+    ASSERT_NO_FATAL_FAILURE(awaitHangingRuns(4));
     for (auto& hung : std::span(hangings).last(4)) {
       hung.request_stop();
       awaitPost();

@@ -35,6 +35,7 @@ TEST_F(StatusRunsTest, AFifthRequestEndsTheOldestAndKillsItOnlyAfterTwoSeconds) 
   EXPECT_FALSE(runs.begin());
   EXPECT_TRUE(isTerminated(1));
   queue.advance(1999ms);
+  EXPECT_FALSE(runs.begin()) << "a further request grants no further grace";
   EXPECT_FALSE(isKilled(1));
   queue.advance(1ms);
   EXPECT_TRUE(isKilled(1));
