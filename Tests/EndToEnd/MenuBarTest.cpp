@@ -95,7 +95,7 @@ TEST_F(OstrelAgent, SaysInOneSentenceWhatThisBuildDoesNotHave) {
 }
 
 TEST_F(OstrelAgent, ServesTheCommandsOfTheConsole) {
-  auto process = menuBar("press 1\n" + std::string(5120, 'x') + "quit\npanel\n");
+  auto process = menuBar("press 1\nx" + std::string(5120, ' ') + "quit\npanel\n");
   process.awaitOutput("open the panel first: panel\n");
   process.awaitOutput("commands: panel, press N, close, quit\n");
   process.awaitOutput("[1] Quit status icon\n");
