@@ -125,7 +125,7 @@ TEST_F(OstrelAgent, FollowsTheEndpointEveryFiveSecondsAndIdlesAfterTheEndOfInput
 
 TEST_F(OstrelAgent, EndsInOrderByQuitAndBySignalsWhileItsHelperLivesOn) {
   for (const int signal : {0, SIGTERM, SIGINT, SIGHUP}) {
-    control({"scenario", "helper-hangs-ignoring-term"});
+    control({"scenario", signal == SIGINT ? "helper-hangs" : "helper-hangs-ignoring-term"});
     if (signal == SIGTERM) control({"set", "helper", R"({"close_output_and_live_ms": 60000})"});
     auto process = menuBar("press 1\n");
     process.awaitOutput("open the panel first");
