@@ -1,7 +1,7 @@
 #pragma once
 
-#include <cstddef>
 #include <deque>
+#include <utility>
 
 #include "Platform/BackgroundQueue.hpp"
 
@@ -11,13 +11,22 @@ namespace ostrel {
 /// work that takes its time, or hangs.
 class FakeBackgroundQueue final : public BackgroundQueue {
  public:
-  void run(QualityOfService quality, std::function<void()> work) override;
+  void run(QualityOfService quality, std::function<void()> work) override {
+    (quality == QualityOfService::userInitiated ? urgent_ : other_).push_back(std::move(work));
+  }
 
-  /// Runs the work that is next by quality and arrival; a failure when none waits.
-  void runNext();
+  /// Runs the work that is next by quality and arrival; throws when none waits.
+  void runNext() {
+    auto& waiting = urgent_.empty() ? other_ : urgent_;
+    const auto work = std::move(waiting.at(0));
+    waiting.pop_front();
+    work();
+  }
 
   /// Runs all that waits and what that hands over.
-  void runAll();
+  void runAll() {
+    while (countWaiting() > 0) runNext();
+  }
 
   std::size_t countWaiting() const { return urgent_.size() + other_.size(); }
 

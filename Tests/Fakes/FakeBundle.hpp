@@ -9,8 +9,8 @@ namespace ostrel {
 /// An installed bundle with the tables that the test puts into it.
 class FakeBundle final : public Bundle {
  public:
-  std::string path() const override { return bundlePath; }
-  std::string executablePath() const override { return bundlePath + "/Contents/MacOS/OstrelAgent"; }
+  std::string path() const override { return "/Applications/OstrelAgent.app"; }
+  std::string executablePath() const override { return path() + "/Contents/MacOS/OstrelAgent"; }
 
   std::expected<std::optional<std::string>, PlatformError> localizedTable(
       const std::string& name) const override {
@@ -19,7 +19,6 @@ class FakeBundle final : public Bundle {
     return table == tables.end() ? std::nullopt : std::optional(table->second);
   }
 
-  std::string bundlePath = "/Applications/OstrelAgent.app";
   std::map<std::string, std::string> tables;
   std::optional<PlatformError> tableError;
 };

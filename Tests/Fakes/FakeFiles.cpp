@@ -17,16 +17,6 @@ std::string parent(const std::string& path) { return path.substr(0, path.rfind('
 
 }  // namespace
 
-/// ENOTDIR below a file, ENOENT below a missing folder.
-std::optional<int> FakeFiles::obstacleAbove(const std::string& path) const {
-  const auto above = parent(path);
-  if (above.empty() || folders.contains(above)) return std::nullopt;
-  for (auto folder = above; !folder.empty(); folder = parent(folder)) {
-    if (files.contains(folder)) return ENOTDIR;
-  }
-  return ENOENT;
-}
-
 bool FakeFiles::exists(const std::string& path) const {
   return files.contains(path) || folders.contains(path);
 }
@@ -40,20 +30,19 @@ std::expected<std::string, PlatformError> FakeFiles::read(const std::string& pat
   if (readError) return std::unexpected(*readError);
   if (folders.contains(path)) return failure(EISDIR);
   if (const auto file = files.find(path); file != files.end()) return file->second.bytes;
-  return failure(obstacleAbove(path).value_or(ENOENT));
+  return failure(ENOENT);
 }
 
 std::expected<void, PlatformError> FakeFiles::writeAtomically(const std::string& path,
                                                               std::string_view bytes) {
   if (writeError) return std::unexpected(*writeError);
   if (folders.contains(path)) return failure(EISDIR);
-  if (const auto obstacle = obstacleAbove(path)) return failure(*obstacle);
-  files[path] = {std::string(bytes), writeTime, false};
+  if (const auto above = parent(path); !above.empty() && !folders.contains(above)) return failure(ENOENT);
+  files[path] = {std::string(bytes), false};
   return {};
 }
 
 std::expected<void, PlatformError> FakeFiles::makeFolders(const std::string& path) {
-  if (makeFoldersError) return std::unexpected(*makeFoldersError);
   for (auto folder = path; !folder.empty(); folder = parent(folder)) {
     if (files.contains(folder)) return failure(ENOTDIR);
   }
@@ -62,21 +51,19 @@ std::expected<void, PlatformError> FakeFiles::makeFolders(const std::string& pat
 }
 
 std::expected<void, PlatformError> FakeFiles::remove(const std::string& path) {
-  if (removeError) return std::unexpected(*removeError);
   if (folders.contains(path)) return failure(EISDIR);
-  if (files.erase(path) == 0 && obstacleAbove(path) == ENOTDIR) return failure(ENOTDIR);
+  files.erase(path);
   return {};
 }
 
 std::optional<Date> FakeFiles::modificationTime(const std::string& path) const {
-  if (const auto file = files.find(path); file != files.end()) return file->second.modified;
-  return folders.contains(path) ? std::optional(Date()) : std::nullopt;
+  return exists(path) ? std::optional(Date()) : std::nullopt;
 }
 
 void FakeFiles::put(const std::string& path, std::string bytes) {
   for (auto folder = parent(path); !folder.empty(); folder = parent(folder)) folders.insert(folder);
   if (folders.contains(path)) ADD_FAILURE() << "a folder is in the place of " << path;
-  files[path] = {std::move(bytes), writeTime, false};
+  files[path] = {std::move(bytes), false};
 }
 
 void FakeFiles::putExecutable(const std::string& path) {

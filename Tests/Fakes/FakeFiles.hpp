@@ -7,13 +7,12 @@
 
 namespace ostrel {
 
-/// Files in memory; "/" alone exists at first. For one thread. An error that is set meets every call of its
-/// kind.
+/// Files in memory, all of one age; "/" alone exists at first. For one thread. An error that is set meets
+/// every call of its kind.
 class FakeFiles final : public Files {
  public:
   struct File {
     std::string bytes;
-    Date modified;
     bool isExecutable = false;
   };
 
@@ -32,14 +31,8 @@ class FakeFiles final : public Files {
 
   std::map<std::string, File> files;
   std::set<std::string> folders;
-  Date writeTime;  ///< modification time of what is written from now on
   std::optional<PlatformError> readError;
   std::optional<PlatformError> writeError;
-  std::optional<PlatformError> makeFoldersError;
-  std::optional<PlatformError> removeError;
-
- private:
-  std::optional<int> obstacleAbove(const std::string& path) const;
 };
 
 }  // namespace ostrel

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <cstddef>
 #include <deque>
+#include <utility>
 
 #include "Platform/NetworkPreferences.hpp"
 
@@ -10,22 +10,29 @@ namespace ostrel {
 /// Network preferences with the answers that the test sets; they come at once, or when the test says so.
 class FakeNetworkPreferences final : public NetworkPreferences {
  public:
-  void loadTransparentProxies(std::function<void(TransparentProxies)> completion) override;
-  void loadContentFilter(std::function<void(ContentFilter)> completion) override;
+  void loadTransparentProxies(std::function<void(TransparentProxies)> completion) override {
+    answer([this, completion = std::move(completion)] { completion(transparentProxies); });
+  }
 
-  /// Gives the oldest deferred answer, with the value of this moment; a failure when none is due.
-  void completeNext();
+  void loadContentFilter(std::function<void(ContentFilter)> completion) override {
+    answer([this, completion = std::move(completion)] { completion(contentFilter); });
+  }
 
-  std::size_t countDeferred() const { return deferredAnswers_.size(); }
+  /// Gives the oldest deferred answer, with the value of this moment.
+  void completeNext() {
+    const auto completion = std::move(deferredAnswers_.at(0));
+    deferredAnswers_.pop_front();
+    completion();
+  }
 
   TransparentProxies transparentProxies;
   ContentFilter contentFilter;
   bool isDeferred = false;
-  int proxyLoads = 0;
-  int filterLoads = 0;
 
  private:
-  void answer(std::function<void()> completion);
+  void answer(std::function<void()> completion) {
+    isDeferred ? deferredAnswers_.push_back(std::move(completion)) : completion();
+  }
 
   std::deque<std::function<void()>> deferredAnswers_;
 };

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <utility>
 #include <vector>
 
 #include "OstrelAgent/PanelContent.hpp"
@@ -13,9 +12,7 @@ namespace ostrel {
 /// A panel that remembers every content it was given.
 class FakeScreens final : public Screens {
  public:
-  void onPanelButton(std::function<void(const PanelButton&)> pressed) override {
-    pressed_ = std::move(pressed);
-  }
+  void onPanelButton(std::function<void(const PanelButton&)> /*pressed*/) override {}
 
   bool isPanelShown() const override { return isShown; }
 
@@ -33,20 +30,9 @@ class FakeScreens final : public Screens {
 
   std::optional<double> visibleHeight() const override { return height; }
 
-  void press(const PanelButton& button) {
-    if (!isShown || !pressed_) {
-      ADD_FAILURE() << "a button is pressed that nobody shows or hears";
-      return;
-    }
-    pressed_(button);
-  }
-
   std::vector<PanelContent> panels;  ///< contents of opening and updating, in order
   std::optional<double> height = 875;
   bool isShown = false;
-
- private:
-  std::function<void(const PanelButton&)> pressed_;
 };
 
 }  // namespace ostrel

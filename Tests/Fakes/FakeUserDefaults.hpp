@@ -6,28 +6,26 @@
 
 namespace ostrel {
 
-/// Settings in memory. An error that is set meets every change.
+/// Settings in memory.
 class FakeUserDefaults final : public UserDefaults {
  public:
   std::optional<DefaultsValue> value(const std::string& key) const override {
-    const auto stored = values.find(key);
-    return stored == values.end() ? std::nullopt : std::optional(stored->second);
+    const auto stored = values_.find(key);
+    return stored == values_.end() ? std::nullopt : std::optional(stored->second);
   }
 
   std::expected<void, PlatformError> set(const std::string& key, DefaultsValue value) override {
-    if (changeError) return std::unexpected(*changeError);
-    values[key] = std::move(value);
+    values_[key] = std::move(value);
     return {};
   }
 
   std::expected<void, PlatformError> remove(const std::string& key) override {
-    if (changeError) return std::unexpected(*changeError);
-    values.erase(key);
+    values_.erase(key);
     return {};
   }
 
-  std::map<std::string, DefaultsValue> values;
-  std::optional<PlatformError> changeError;
+ private:
+  std::map<std::string, DefaultsValue> values_;
 };
 
 }  // namespace ostrel

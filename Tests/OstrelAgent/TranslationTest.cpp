@@ -31,8 +31,8 @@ TEST(Translation, WhatCannotBeUsedIsLoggedAndItsTextsAreEnglish) {
     installTranslation(bundle, log);
     EXPECT_EQ(Copy::tooltipProtected.text(), row.text);
     EXPECT_EQ(Copy::statusUnavailable.with(3), "agent status unavailable (exit 3)");
-    ASSERT_EQ(log.lines().size(), 1U) << row.logged;
-    EXPECT_NE(log.lines()[0].find(row.logged), std::string::npos) << log.lines()[0];
+    ASSERT_EQ(log.lines.size(), 1U) << row.logged;
+    EXPECT_NE(log.lines[0].find(row.logged), std::string::npos) << log.lines[0];
     Copy::install({});
   }
 }
@@ -40,7 +40,7 @@ TEST(Translation, WhatCannotBeUsedIsLoggedAndItsTextsAreEnglish) {
 TEST(Translation, ABundleWithoutATableSaysNothing) {
   FakeLog log;
   installTranslation(FakeBundle(), log);
-  EXPECT_TRUE(log.lines().empty());
+  EXPECT_TRUE(log.lines.empty());
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 
 #include "Platform/Posix/PosixChildProcesses.hpp"
 #include "Platform/Posix/PosixMainQueue.hpp"
+#include "Tests/EndToEnd/Process.hpp"
 #include "Tests/Fakes/FakeChildProcesses.hpp"
 #include "Tests/Fakes/TemporaryFolder.hpp"
 
@@ -43,7 +44,7 @@ struct PosixChildProcessesTest : testing::Test {
   std::expected<ChildResult, PlatformError> runAndEnd(const std::string& script,
                                                       const std::function<void()>& end) {
     auto run = std::async(std::launch::async, [&] { return children.run(shell(script), ending()); });
-    while (!std::filesystem::exists(folder / "ready")) std::this_thread::sleep_for(1ms);
+    EXPECT_TRUE(becomesTrue([&] { return std::filesystem::exists(folder / "ready"); })) << script;
     end();
     if (run.wait_for(20s) == std::future_status::timeout) {
       ADD_FAILURE() << "the run did not end";
@@ -112,13 +113,8 @@ TEST_F(PosixChildProcessesTest, MapsThePathOfTheExecutableAndNoArgument) {
   EXPECT_EQ(result, (ChildResult{0, "/mac/sh|a  b||$HOME|"}));
 }
 
-TEST_F(PosixChildProcessesTest, ReadsFiveMegabytesWhole) {
-  const auto result = children.run(shell("head -c 5000000 /dev/zero"));
-  ASSERT_TRUE(result);
-  EXPECT_EQ(result->output, std::string(5000000, '\0'));
-}
-
-TEST_F(PosixChildProcessesTest, AChildThatWritesMoreThanTheLimitIsReportedAsKilled) {
+TEST_F(PosixChildProcessesTest, ReadsFiveMegabytesAndReportsAChildThatWritesMoreThanTheLimitAsKilled) {
+  EXPECT_EQ(children.run(shell("head -c 5000000 /dev/zero")), (ChildResult{0, std::string(5000000, '\0')}));
   PosixChildProcesses limited(unmapped, 1000);
   const std::pair<const char*, ChildResult> rows[] = {
       {"head -c 1000 /dev/zero", {0, std::string(1000, '\0')}},
@@ -155,17 +151,16 @@ TEST_F(PosixChildProcessesTest, EndsARunOnRequest) {
   }
 }
 
-TEST_F(PosixChildProcessesTest, TheGroupOfAKilledChildEndsWithIt) {
-  const auto result =
-      runAndEnd("printf partly; (sleep 100; : > " + (folder / "survived") + ") & " + ready() + "wait",
-                [this] { kill.request_stop(); });
-  EXPECT_EQ(result->status, SIGKILL);
-  EXPECT_FALSE(std::filesystem::exists(folder / "survived"));
-}
-
-TEST_F(PosixChildProcessesTest, TheEndOfAllEndsRunningChildrenAndPreventsNewOnes) {
-  const auto result = runAndEnd(ready() + "sleep 100", [this] { children.endAll(); });
-  EXPECT_EQ(result, (ChildResult{SIGKILL, ""}));
+TEST_F(PosixChildProcessesTest, KillsTheGroupOfAChildAndStartsNoneAfterTheEndOfAll) {
+  const std::function<void()> ends[] = {[this] { kill.request_stop(); }, [this] { children.endAll(); }};
+  for (const auto& end : ends) {
+    std::filesystem::remove(folder / "ready");
+    const auto result = runAndEnd("sleep 100 & echo $! > " + (folder / "pid") + "; " + ready() + "wait", end);
+    EXPECT_EQ(result, (ChildResult{SIGKILL, ""}));
+    const auto grandchild = "/proc/" + std::to_string(std::stoi(folder.read("pid"))) + "/cmdline";
+    EXPECT_TRUE(becomesTrue([&] { return std::ifstream(grandchild).peek() == EOF; })) << "it lives on";
+    kill = {};
+  }
   EXPECT_EQ(children.run(shell("exit 0")), (ChildResult{SIGKILL, ""}));
 }
 
@@ -230,32 +225,17 @@ TEST_F(PosixChildProcessesDeathTest, WorksWhereStandardStreamsAreClosedAndChildr
   EXPECT_EXIT(runBare(), testing::ExitedWithCode(0), "");
 }
 
-/// A hanging child of either kind.
-struct HangingChild {
-  bool isFake;
-  PosixChildProcesses real{unmapped};
-  FakeChildProcesses fake{};
-
-  std::expected<ChildResult, PlatformError> run(const ChildEnding& ending) {
-    if (!isFake) return real.run(shell("sleep 100"), ending);
-    fake.script(FakeChildProcesses::hangs());
-    return fake.run(shell(""), ending);
-  }
-};
-
-TEST(ChildProcessesContract, AHangingRunEndsByTheRequestBeforeOrAfterItsStart) {
-  for (const bool isFake : {false, true}) {
-    for (const bool isKilled : {false, true}) {
-      for (const bool isEarly : {false, true}) {
-        HangingChild child{isFake};
-        std::stop_source source;
-        if (isEarly) source.request_stop();
-        const std::jthread ender([&] { source.request_stop(); });
-        const auto ending =
-            isKilled ? ChildEnding{{}, source.get_token()} : ChildEnding{source.get_token(), {}};
-        EXPECT_EQ(child.run(ending), (ChildResult{isKilled ? SIGKILL : SIGTERM, ""})) << isFake << isEarly;
-      }
-    }
+TEST(ChildProcessesContract, ARunTellsItsOutputUnlessItsEndIsAskedForBeforeItsStart) {
+  FakeChildProcesses fake;
+  PosixChildProcesses real(unmapped);
+  std::stop_source stop;
+  stop.request_stop();
+  for (ChildProcesses* children :
+       {static_cast<ChildProcesses*>(&fake), static_cast<ChildProcesses*>(&real)}) {
+    fake.script(ChildResult{7, "hello"});
+    EXPECT_EQ(children->run(shell("printf hello; exit 7")), (ChildResult{7, "hello"}));
+    EXPECT_EQ(children->run(shell("sleep 100"), {stop.get_token(), {}}), (ChildResult{SIGTERM, ""}));
+    EXPECT_EQ(children->run(shell("sleep 100"), {{}, stop.get_token()}), (ChildResult{SIGKILL, ""}));
   }
 }
 

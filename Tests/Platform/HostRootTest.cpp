@@ -31,26 +31,19 @@ class Variable {
 TEST(HostRoot, MapsTheSystemsPlacesAndNothingElse) {
   const HostRoot root("/root/", "/Users/ana/", "/var/tmp", "/Users/ana/build/OstrelAgent.app");
   const std::pair<const char*, const char*> rows[] = {
-      {"/Library", "/root/Library"},
       {"/Library/Application Support/x", "/root/Library/Application Support/x"},
       {"/LibraryOfMine/x", "/LibraryOfMine/x"},
       {"/usr/bin/security", "/root/usr/bin/security"},
       {"/usr/bin/security2", "/usr/bin/security2"},
-      {"/usr/bin/env", "/usr/bin/env"},
-      {"/Users/ana", "/root/Users/ana"},
       {"/Users/ana/.npmrc", "/root/Users/ana/.npmrc"},
       {"/Users/anabel/.npmrc", "/Users/anabel/.npmrc"},
       {"/var/tmp/x", "/root/var/tmp/x"},
-      {"/Users/ana/build/OstrelAgent.app", "/Users/ana/build/OstrelAgent.app"},
       {"/Users/ana/build/OstrelAgent.app/Contents/Helpers/h",
        "/Users/ana/build/OstrelAgent.app/Contents/Helpers/h"},
       {"/Users/ana/build/OstrelAgent.app2", "/root/Users/ana/build/OstrelAgent.app2"},
       {"", ""},
   };
   for (const auto& [path, real] : rows) EXPECT_EQ(root.realPath(path), real);
-}
-
-TEST(HostRoot, AHomeOfTheWholeSystemMapsNotTheWholeSystem) {
   EXPECT_EQ(HostRoot("/root", "/", "/tmp", "").realPath("/etc/hosts"), "/etc/hosts");
 }
 
@@ -64,7 +57,6 @@ TEST(HostRoot, IsFoundByTheEnvironmentWithOrWithoutAHome) {
   const auto current = std::filesystem::current_path().string();
   const Row rows[] = {
       {"/home/ana", "/mac/", nullptr, "/mac"},
-      {"/home/ana", "mac", nullptr, current + "/mac"},
       {"/home/ana", "./mac/", nullptr, current + "/mac"},
       {"/home/ana", "", nullptr, "/home/ana/.local/state/ostrel-agent/host-root"},
       {"/home/ana/", nullptr, "/state", "/state/ostrel-agent/host-root"},

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <iomanip>
+#include <sstream>
 
 #include "Platform/Posix/PosixTimeFormat.hpp"
 #include "Tests/Fakes/FakeTimeFormat.hpp"
@@ -10,13 +12,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-std::tm time(int year, int month, int day, int hour, int minute) {
+std::tm time(const std::string& text) {
   std::tm time{};
-  time.tm_year = year - 1900;
-  time.tm_mon = month - 1;
-  time.tm_mday = day;
-  time.tm_hour = hour;
-  time.tm_min = minute;
+  std::istringstream(text) >> std::get_time(&time, "%Y-%m-%d %H:%M");
   return time;
 }
 
@@ -33,12 +31,11 @@ TEST(TimeFormat, RendersTimesInTheStyleOfTheLanguage) {
     const char* german;
   };
   const Row rows[] = {
-      {time(2025, 1, 2, 10, 20), "1/2/25, 10:20 AM", "02.01.25, 10:20"},
-      {time(2025, 12, 31, 0, 0), "12/31/25, 12:00 AM", "31.12.25, 00:00"},
-      {time(2024, 2, 29, 12, 5), "2/29/24, 12:05 PM", "29.02.24, 12:05"},
-      {time(2000, 11, 9, 23, 59), "11/9/00, 11:59 PM", "09.11.00, 23:59"},
-      {time(2009, 7, 10, 11, 59), "7/10/09, 11:59 AM", "10.07.09, 11:59"},
-      {time(1899, 7, 10, 13, 0), "7/10/99, 1:00 PM", "10.07.99, 13:00"},
+      {time("2025-01-02 10:20"), "1/2/25, 10:20 AM", "02.01.25, 10:20"},
+      {time("2025-12-31 00:00"), "12/31/25, 12:00 AM", "31.12.25, 00:00"},
+      {time("2024-02-29 12:05"), "2/29/24, 12:05 PM", "29.02.24, 12:05"},
+      {time("2000-11-09 23:59"), "11/9/00, 11:59 PM", "09.11.00, 23:59"},
+      {time("1899-07-10 13:00"), "7/10/99, 1:00 PM", "10.07.99, 13:00"},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(shortDateText(row.time, TimeStyle::english), row.english);
