@@ -34,17 +34,21 @@ class Decoder {
   Decoder(std::string_view bytes, const JsonObject& layout, void* target)
       : bytes_(bytes), layout_(layout), target_(target) {}
 
-  std::expected<void, JsonError> decode() {
+  /// Reads the document; false when it is not JSON.
+  bool parse() {
     const bool parsed = nlohmann::json::sax_parse(bytes_.data(), bytes_.data() + bytes_.size(), this);
     // The parser takes a NUL byte for the end of the document.
     if (const auto end = bytes_.find('\0'); parsed && end != std::string_view::npos) errorPosition_ = end + 1;
     isJson_ = parsed && errorPosition_ == 0;
+    return isJson_;
+  }
+
+  /// What came of `parse`.
+  std::expected<void, JsonError> outcome() {
     if (!isJson_) return std::unexpected(syntaxError());
     if (fault_) return std::unexpected(std::move(*fault_));
     return {};
   }
-
-  bool isJson() const { return isJson_; }
 
   /// True when the parser gave up at a number that no double can hold, which is JSON all the same.
   bool metHugeNumber() const { return metHugeNumber_; }
@@ -276,21 +280,20 @@ std::string JsonError::description(std::size_t linesBefore) const {
 
 std::expected<void, JsonError> decodeJson(std::string_view bytes, const JsonObject& layout, void* target) {
   Decoder decoder(bytes, layout, target);
-  auto decoded = decoder.decode();
-  if (!decoder.metHugeNumber()) return decoded;
+  if (decoder.parse() || !decoder.metHugeNumber()) return decoder.outcome();
   const auto shortened = withoutHugeNumbers(bytes);
-  return Decoder(shortened, layout, target).decode();
+  Decoder second(shortened, layout, target);
+  second.parse();
+  return second.outcome();
 }
 
 bool isJson(std::string_view bytes) {
   const JsonObject nothingKnown;
   Decoder decoder(bytes, nothingKnown, nullptr);
-  (void)decoder.decode();
-  if (!decoder.metHugeNumber()) return decoder.isJson();
+  if (decoder.parse()) return true;
+  if (!decoder.metHugeNumber()) return false;
   const auto shortened = withoutHugeNumbers(bytes);
-  Decoder second(shortened, nothingKnown, nullptr);
-  (void)second.decode();
-  return second.isJson();
+  return Decoder(shortened, nothingKnown, nullptr).parse();
 }
 
 }  // namespace ostrel

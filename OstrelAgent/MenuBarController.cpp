@@ -11,7 +11,7 @@ namespace ostrel {
 namespace {
 
 /// Adds the network preferences to the snapshot, one load after the other, on whatever threads they complete.
-void loadNetworkState(NetworkPreferences& preferences, std::shared_ptr<Snapshot> snapshot,
+void loadNetworkState(NetworkPreferences& preferences, const std::shared_ptr<Snapshot>& snapshot,
                       std::function<void()> done) {
   preferences.loadTransparentProxies([&preferences, snapshot, done = std::move(done)](const auto& proxies) {
     addTransparentProxies(*snapshot, proxies);

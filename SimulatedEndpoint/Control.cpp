@@ -16,6 +16,7 @@ constexpr const char* help =
     "                                        set helper.exit 3\n"
     "                                        set network.content_filter.enabled false\n"
     "  simulated-endpoint show             print the current scenario\n"
+    "  simulated-endpoint root             print the folder of the simulated Mac\n"
     "  simulated-endpoint help             print this text\n";
 
 ControlResult usageFault(const std::string& sentence) {
@@ -81,13 +82,15 @@ ControlResult runControl(std::span<const std::string> arguments, const ScenarioF
   if (command == "help" || command == "--help") return {0, help};
   if (command == "list" && count == 1) return list(folder, state);
   if (command == "show" && count == 1) return show(state);
+  if (command == "root" && count == 1) return {0, state.hostRoot() + "\n"};
   if (command == "scenario" && count == 2) return chooseScenario(arguments[1], folder, state, profilesTool);
   if (command == "scenario")
     return usageFault("scenario takes one name; `simulated-endpoint list` shows all");
   if (command == "set" && count == 3) return setValue(arguments[1], arguments[2], state);
   if (command == "set")
     return usageFault("set takes a key and a value, as in `set report.health.verdict degraded`");
-  if (command == "list" || command == "show") return usageFault(command + " takes nothing more");
+  if (command == "list" || command == "show" || command == "root")
+    return usageFault(command + " takes nothing more");
   return usageFault("there is no command " + inQuotes(command) + "; `simulated-endpoint help` shows all");
 }
 

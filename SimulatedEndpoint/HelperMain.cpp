@@ -29,10 +29,9 @@ void rest(std::chrono::milliseconds duration) {
   }
 }
 
-/// Waits for as long as somebody could still be waiting for the answer.
-void hang() {
-  const auto parent = getppid();
-  while (getppid() == parent) rest(std::chrono::milliseconds(500));
+/// Waits for as long as the process that started this one could still be waiting for the answer.
+void hang(pid_t starter) {
+  while (getppid() == starter && starter != 1) rest(std::chrono::milliseconds(500));
 }
 
 bool print(std::string_view text) {
@@ -94,6 +93,7 @@ int end(const HelperBehaviour& behaviour) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  const auto starter = getppid();
   const std::vector<std::string_view> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
   const auto request = helperRequest(arguments);
   if (!request) {
@@ -108,7 +108,7 @@ int main(int argc, char** argv) {
   if (behaviour.ignoresTermination) std::signal(SIGTERM, SIG_IGN);
   rest(behaviour.delay);
   if (behaviour.hangs) {
-    hang();
+    hang(starter);
     return 1;
   }
   auto text = answer(*request, state, *scenario, behaviour);

@@ -17,6 +17,9 @@ class SimulatedState {
   /// The files are told real paths.
   SimulatedState(Files& files, HostRoot root) : files_(files), root_(std::move(root)) {}
 
+  /// The folder that stands for "/" of the simulated Mac.
+  const std::string& hostRoot() const { return root_.path(); }
+
   /// The current scenario, the initial one when none was chosen, or a sentence on what is wrong with its
   /// file.
   [[nodiscard]] std::expected<Scenario, std::string> scenario() const;

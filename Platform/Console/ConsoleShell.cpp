@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "Platform/Console/ConsoleCommand.hpp"
-#include "Platform/Posix/TerminationSignals.hpp"
 
 namespace ostrel {
 
@@ -26,10 +25,9 @@ Overloaded(Functions...) -> Overloaded<Functions...>;
 }  // namespace
 
 int ConsoleShell::run() {
-  const TerminationSignals signals;
   std::array<pollfd, 3> watched = {{
       {queue_.descriptor(), POLLIN, 0},
-      {signals.descriptor(), POLLIN, 0},
+      {signals_.descriptor(), POLLIN, 0},
       {STDIN_FILENO, POLLIN, 0},
   }};
   while (!isTerminated_) {

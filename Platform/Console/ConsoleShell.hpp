@@ -6,6 +6,7 @@
 #include "Platform/Console/ConsoleScreens.hpp"
 #include "Platform/Console/ConsoleStatusItem.hpp"
 #include "Platform/Posix/PosixMainQueue.hpp"
+#include "Platform/Posix/TerminationSignals.hpp"
 #include "Platform/Shell.hpp"
 #include "Platform/StandardStreams.hpp"
 
@@ -15,9 +16,9 @@ namespace ostrel {
 /// standard input ends only the commands; SIGINT, SIGTERM and SIGHUP end the loop with status 128 + signal.
 class ConsoleShell final : public Shell {
  public:
-  ConsoleShell(PosixMainQueue& queue, StandardStreams& streams, ConsoleStatusItem& statusItem,
-               ConsoleScreens& screens)
-      : queue_(queue), streams_(streams), statusItem_(statusItem), screens_(screens) {}
+  ConsoleShell(const TerminationSignals& signals, PosixMainQueue& queue, StandardStreams& streams,
+               ConsoleStatusItem& statusItem, ConsoleScreens& screens)
+      : signals_(signals), queue_(queue), streams_(streams), statusItem_(statusItem), screens_(screens) {}
 
   void setActivationPolicy(ActivationPolicy) override {}
   int run() override;
@@ -29,6 +30,7 @@ class ConsoleShell final : public Shell {
   void perform(std::string_view line);
   void press(std::size_t number);
 
+  const TerminationSignals& signals_;
   PosixMainQueue& queue_;
   StandardStreams& streams_;
   ConsoleStatusItem& statusItem_;

@@ -12,6 +12,7 @@
 #include "Platform/Posix/PosixStandardStreams.hpp"
 #include "Platform/Posix/PosixTimeFormat.hpp"
 #include "Platform/Posix/PosixUserDefaults.hpp"
+#include "Platform/Posix/TerminationSignals.hpp"
 #include "Platform/SimulatedMac/HostRoot.hpp"
 #include "Platform/SimulatedMac/SimulatedNetworkPreferences.hpp"
 
@@ -40,6 +41,7 @@ class LinuxHost final : public HostLifetime {
   }
 
   PosixStandardStreams streams_;
+  TerminationSignals signals_;
   PosixLog log_;
   PosixClock clock_;
   std::vector<std::string> languages_ = languagesOfEnvironment();
@@ -54,7 +56,7 @@ class LinuxHost final : public HostLifetime {
   PosixMainQueue mainQueue_;
   ConsoleStatusItem statusItem_{streams_};
   ConsoleScreens screens_{streams_};
-  ConsoleShell shell_{mainQueue_, streams_, statusItem_, screens_};
+  ConsoleShell shell_{signals_, mainQueue_, streams_, statusItem_, screens_};
   PosixBackgroundQueue backgroundQueue_{backgroundThreads};
   PosixBackgroundQueue statusQueue_{statusThreads};
   Host services_{

@@ -1,7 +1,9 @@
 #include "Platform/Posix/PosixBackgroundQueue.hpp"
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
+#include <system_error>
 #include <utility>
 
 namespace ostrel {
@@ -9,6 +11,8 @@ namespace ostrel {
 PosixBackgroundQueue::PosixBackgroundQueue(std::size_t maximumThreads)
     : maximumThreads_(std::max<std::size_t>(maximumThreads, 1)) {
   threads_.reserve(maximumThreads_);
+  startThread();
+  if (threads_.empty()) throw std::system_error(EAGAIN, std::generic_category(), "pthread_create");
 }
 
 PosixBackgroundQueue::~PosixBackgroundQueue() {
@@ -41,7 +45,7 @@ void PosixBackgroundQueue::startThread() {
     static_cast<PosixBackgroundQueue*>(queue)->serve();
     return nullptr;
   };
-  // Where the system has no thread to give, the work waits for one of the pool or for the next attempt.
+  // Where the system has no further thread to give, the work waits for one of the pool.
   if (pthread_create(&thread, nullptr, serveQueue, this) == 0) threads_.push_back(thread);
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }

@@ -13,9 +13,11 @@
 
 namespace ostrel {
 
-/// A pool that starts its threads when first needed. Its end drops waiting work and waits for running work.
+/// A pool that starts one thread at once and the others when first needed. Its end drops waiting work and
+/// waits for running work.
 class PosixBackgroundQueue final : public BackgroundQueue {
  public:
+  /// Throws std::system_error when the system has not even one thread to give: nothing would ever run.
   explicit PosixBackgroundQueue(std::size_t maximumThreads);
   ~PosixBackgroundQueue() override;
 

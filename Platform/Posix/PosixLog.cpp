@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <string>
 
-#include "Platform/Posix/Descriptor.hpp"
+#include "Platform/Posix/BoundedWrite.hpp"
 
 namespace ostrel {
 
@@ -15,7 +15,7 @@ void PosixLog::line(std::string_view text) {
   std::ranges::replace_if(
       line, [](char c) { return c == '\n' || c == '\r'; }, ' ');
   line += '\n';
-  (void)writeAll(STDERR_FILENO, line);
+  writeBounded(STDERR_FILENO, line);
 }
 
 }  // namespace ostrel

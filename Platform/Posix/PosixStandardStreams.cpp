@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <csignal>
 
-#include "Platform/Posix/Descriptor.hpp"
+#include "Platform/Posix/BoundedWrite.hpp"
 
 namespace ostrel {
 
@@ -18,8 +18,8 @@ PosixStandardStreams::PosixStandardStreams() {
   (void)std::signal(SIGPIPE, SIG_IGN);
 }
 
-void PosixStandardStreams::writeOutput(std::string_view text) { (void)writeAll(STDOUT_FILENO, text); }
+void PosixStandardStreams::writeOutput(std::string_view text) { writeBounded(STDOUT_FILENO, text); }
 
-void PosixStandardStreams::writeError(std::string_view text) { (void)writeAll(STDERR_FILENO, text); }
+void PosixStandardStreams::writeError(std::string_view text) { writeBounded(STDERR_FILENO, text); }
 
 }  // namespace ostrel

@@ -2,18 +2,14 @@
 
 #include <unistd.h>
 
-#include <array>
 #include <atomic>
 #include <cerrno>
-#include <csignal>
 #include <system_error>
 #include <utility>
 
 namespace ostrel {
 
 namespace {
-
-constexpr std::array handledSignals = {SIGINT, SIGTERM, SIGHUP};
 
 // A signal handler reaches nothing but these.
 std::atomic<int> wakeNumber = -1;
@@ -26,14 +22,6 @@ void handleSignal(int signal) {
   if (::write(wakeNumber, &wake, 1) < 0) errno = error;
 }
 
-void handleEach(void (*handler)(int)) {
-  struct sigaction action = {};
-  action.sa_handler = handler;
-  action.sa_flags = SA_RESTART;
-  sigemptyset(&action.sa_mask);
-  for (const int signal : handledSignals) ::sigaction(signal, &action, nullptr);
-}
-
 }  // namespace
 
 TerminationSignals::TerminationSignals() {
@@ -42,10 +30,19 @@ TerminationSignals::TerminationSignals() {
   pipe_ = std::move(*pipe);
   wakeNumber = pipe_.writing.number();
   latestSignal = 0;
-  handleEach(handleSignal);
+  struct sigaction action = {};
+  action.sa_handler = handleSignal;
+  action.sa_flags = SA_RESTART;
+  sigemptyset(&action.sa_mask);
+  for (std::size_t i = 0; i < handled.size(); ++i) {
+    ::sigaction(handled[i], nullptr, &before_[i]);
+    if (before_[i].sa_handler != SIG_IGN) ::sigaction(handled[i], &action, nullptr);
+  }
 }
 
-TerminationSignals::~TerminationSignals() { handleEach(SIG_DFL); }
+TerminationSignals::~TerminationSignals() {
+  for (std::size_t i = 0; i < handled.size(); ++i) ::sigaction(handled[i], &before_[i], nullptr);
+}
 
 std::optional<int> TerminationSignals::received() {
   const int signal = latestSignal;

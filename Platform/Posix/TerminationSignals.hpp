@@ -1,12 +1,15 @@
 #pragma once
 
+#include <array>
+#include <csignal>
 #include <optional>
 
 #include "Platform/Posix/Descriptor.hpp"
 
 namespace ostrel {
 
-/// Takes SIGINT, SIGTERM and SIGHUP while it lives, so that a main loop can end in order. One at a time.
+/// Takes SIGINT, SIGTERM and SIGHUP while it lives, so that a main loop can end in order. A signal that
+/// whoever started the program chose to ignore stays ignored. One at a time.
 class TerminationSignals {
  public:
   /// Throws std::system_error when the system has no descriptor left.
@@ -22,7 +25,10 @@ class TerminationSignals {
   static std::optional<int> received();
 
  private:
+  static constexpr std::array handled = {SIGINT, SIGTERM, SIGHUP};
+
   Pipe pipe_;
+  std::array<struct sigaction, handled.size()> before_{};
 };
 
 }  // namespace ostrel

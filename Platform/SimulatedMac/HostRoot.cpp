@@ -15,13 +15,14 @@ namespace {
 constexpr std::array<std::string_view, 3> mappedTools = {"/usr/bin/security", "/usr/bin/profiles",
                                                          "/bin/launchctl"};
 
+/// The folder's path as others are put behind it: "/" is empty.
 std::string withoutTrailingSlashes(std::string path) {
-  while (path.size() > 1 && path.back() == '/') path.pop_back();
+  while (path.ends_with('/')) path.pop_back();
   return path;
 }
 
 bool isWithin(std::string_view path, std::string_view folder) {
-  if (folder.empty() || folder == "/" || !path.starts_with(folder)) return false;
+  if (folder.empty() || !path.starts_with(folder)) return false;
   return path.size() == folder.size() || path[folder.size()] == '/';
 }
 
@@ -48,7 +49,7 @@ std::string homeFromEnvironment() {
 std::string defaultRoot(const std::string& home, const std::string& temporaryFolder) {
   auto state = environment("XDG_STATE_HOME");
   if (state.starts_with('/')) return state + "/ostrel-agent/host-root";
-  if (home != "/") return home + "/.local/state/ostrel-agent/host-root";
+  if (!home.empty()) return home + "/.local/state/ostrel-agent/host-root";
   return temporaryFolder + "/ostrel-agent-" + std::to_string(getuid()) + "/host-root";
 }
 

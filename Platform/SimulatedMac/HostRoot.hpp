@@ -19,6 +19,7 @@ class HostRoot {
   std::string realPath(std::string_view macPath) const;
 
   const std::string& path() const { return root_; }
+  /// Mac path of the home, without a slash at the end: empty when it is "/".
   const std::string& home() const { return home_; }
   const std::string& temporaryFolder() const { return temporaryFolder_; }
 
