@@ -59,26 +59,19 @@ TEST(Copy, RelaysTheDaemonsSentenceUnlessATranslationKnowsTheCode) {
     const char* variant;     ///< of the translation's key
     const char* translated;  ///< by "<%1$@|%2$@>"
   };
-  std::vector<Row> rows = {
+  const Row rows[] = {
       {"APP_STARTED_WITHOUT_TRUST_ENV", {"npm", "Terminal", "app"}, ".app", "<npm|>"},
       {"APP_STARTED_WITHOUT_TRUST_ENV", {"npm", "", "service"}, ".service", "<npm|>"},
       {"APP_STARTED_WITHOUT_TRUST_ENV", {"npm", "Terminal", "App"}, "", "<npm|Terminal>"},
       {"APP_STARTED_WITHOUT_TRUST_ENV", {"npm", "", "shell"}, ".noTerminal", "<npm|>"},
-      {"APP_STARTED_WITHOUT_TRUST_ENV", {}, "", "<|>"},
       {"APP_SHELL_SKIPPED_TRUST_SEED", {"zsh", "Terminal", "app"}, "", "<zsh|Terminal>"},
       {"APP_SHELL_SKIPPED_TRUST_SEED", {"zsh"}, ".noTerminal", "<zsh|>"},
-      {"APP_SHELL_SKIPPED_TRUST_SEED", {}, "", "<|>"},
       {"TRUST_VERIFIED_BY_TRAFFIC", {"a", "b", "c"}, "", "<a|b>"},
-      {"TRUST_TRUSTED_WITHOUT_KNOB", {"a", ""}, "", "<a|>"},
       {"TRUST_KNOB_OVERRIDE_SUSPECTED", {"a", "b"}, "", "<a|b>"},
       {"TRUST_KNOB_OVERRIDE_SUSPECTED", {"a"}, "", "<a|>"},
+      {"TRUST_KNOB_UNCOVERED", {"a", "", "c"}, "", "<a, , c|>"},
+      {"CREDENTIAL_X", {"a", "", "c"}, "", "<a, , c|>"},
   };
-  for (const auto* code :
-       {"TRUST_KNOB_UNCOVERED", "SYSEXT_REACTIVATE_PENDING", "APP_REJECTED_LEAF", "CONTAINER_REJECTED_LEAF",
-        "TRUST_ENV_SHELL_UNRESPONSIVE", "TRUST_SEEDED_FOR_SHELL", "TRUST_SEED_MISSING",
-        "TRUST_RC_FILE_UNSCANNED", "CREDENTIAL_REVOKED", "CREDENTIAL_X"}) {
-    rows.push_back({code, {"a", "", "c"}, "", "<a, , c|>"});
-  }
   for (const auto& row : rows) {
     SCOPED_TRACE(row.code + testing::PrintToString(row.params));
     EXPECT_TRUE(Copy::relaysWireDetail(row.code));
@@ -112,33 +105,14 @@ TEST(Copy, KnowsRemediesByCodeAndLauncher) {
   }
 }
 
-TEST(Copy, JoinsListsWithoutACommaBeforeTheLastName) {
-  EXPECT_EQ(Copy::listJoined({}) + Copy::listJoined({"a"}), "a");
-  EXPECT_EQ(Copy::listJoined({"a", "b"}), "a and b");
-  EXPECT_EQ(Copy::listJoined({"a", "b", "", "d"}), "a, b,  and d");
-}
-
 TEST(Copy, TellsOfEcosystemsOffByPolicyAndTheirDirectFlows) {
   EXPECT_EQ(
-      Copy::offNote({"go", "npm"}, -1),
-      "go and npm are turned off by your organization. Their traffic goes direct and is not inspected.");
+      Copy::offNote({"a", "b", "", "d"}, -1),
+      "a, b,  and d are turned off by your organization. Their traffic goes direct and is not inspected.");
   EXPECT_EQ(
       Copy::offNote({"npm"}, 12),
       "npm is turned off by your organization. Its traffic goes direct and is not inspected. 12 connections "
       "have passed through direct since the daemon started.");
-}
-
-TEST(Copy, NamesTheLauncherOfAProgramWithoutTrustSettings) {
-  const std::pair<Params, std::optional<std::string>> rows[] = {
-      {{}, std::nullopt},
-      {{"", "Terminal", "app"}, std::nullopt},
-      {{"npm"}, "npm · old shell"},
-      {{"npm", "Terminal", ""}, "npm · old Terminal window"},
-      {{"Code", "Terminal", "app"}, "Code · opened before setup"},
-      {{"runner", "", "service"}, "runner · service predates setup"},
-  };
-  for (const auto& [params, text] : rows) EXPECT_EQ(Copy::runtimeTrustStaleLauncher(params), text);
-  EXPECT_EQ(Copy::runtimeTrustShellSkippedSeed({""}), std::nullopt);
 }
 
 TEST(Copy, NamesAFileByTheLastComponentOfItsPath) {

@@ -128,15 +128,21 @@ TEST(PanelContent, OffersAnUpdateOrTellsThatItInstalls) {
   EXPECT_EQ(update("available"), installing);
 }
 
-TEST(PanelContent, NamesWorkInFlightOnButtonsThatCannotBePressedMeanwhile) {
+TEST(PanelContent, NamesWorkInFlightOnButtonsThatCannotBePressedAndShowsNotices) {
   auto model = read(healthy());
   model.snap.lastCheckinError = "timeout";
   model.checkinInFlight = model.diagnosticsInFlight = model.sendDiagnosticsInFlight = true;
+  model.checkinNotice = "Checked in";
+  model.diagnosticsNotice = "Copied";
+  model.sendDiagnosticsError = "Couldn't send: x";
+  model.diagnosticsSentAt = readings::now;
   const auto panel = content(model);
   EXPECT_EQ(
       titles(panel),
       "!Checking…|!Checking…|Open Ostrel Agent|!Collecting…|!Sending…|Container trust…|Quit status icon|");
   EXPECT_EQ(panel.inFlight, (PanelContent::InFlight{true, true, true, false}));
+  EXPECT_EQ(panel.notices,
+            (Texts{"Checked in", "Copied", "Couldn't send: x", "Sent to your admin at 10:00 AM"}));
 }
 
 TEST(PanelContent, HasNoButtonForAnActionThatIsNotAvailable) {
@@ -147,16 +153,6 @@ TEST(PanelContent, HasNoButtonForAnActionThatIsNotAvailable) {
   EXPECT_EQ(titles(content(model, {PanelAction::openAgentWindow})), "Open Ostrel Agent|Container trust…|");
   EXPECT_EQ(content(model, {}).cards.size(), content(model).cards.size());
   EXPECT_TRUE(content(model, {}).buttons().empty());
-}
-
-TEST(PanelContent, ShowsItsNotices) {
-  auto model = read(healthy());
-  model.checkinNotice = "Checked in";
-  model.diagnosticsNotice = "Copied";
-  model.sendDiagnosticsError = "Couldn't send: x";
-  model.diagnosticsSentAt = readings::now;
-  EXPECT_EQ(content(model).notices,
-            (Texts{"Checked in", "Copied", "Couldn't send: x", "Sent to your admin at 10:00 AM"}));
 }
 
 }  // namespace

@@ -36,11 +36,8 @@ TEST(StatusPanel, TellsTheEgressLocksState) {
   constexpr Row rows[] = {
       {"ok", "red", "PARTIAL", "ok enforcing"},
       {"ok", "", "PERMITS_NOTHING", "ok nothing to lock"},
-      {"broken", "", "CONFIGURATION_DISABLED", "bad switched off in System Settings"},
       {"broken", "yellow", "PROVIDER_FAILED", "warn provider failed"},
       {"unknown", "", "PROVIDER_SILENT", "info provider not reporting"},
-      {"unknown", "red", "PROVIDER_STOPPED", "bad stopped, restarting"},
-      {"unknown", "info", "ASSERTION_STALLED", "off no policy assertion"},
       {"unknown", "purple", "AWAITING_ASSERTION", "bad waiting for policy"},
       {"broken", "yellow", "PARTIAL", "warn enforcing, resolving hosts"},
       {"unknown", "", "UNREPORTED", "info The egress lock has not reported its state to the agent yet."},
