@@ -155,6 +155,7 @@ TEST_F(OstrelAgent, IsInTheLanguageOfTheEnvironmentOrEnglishWhereTheTableIsDamag
 
 TEST_F(OstrelAgent, ShowsHowAHelperFailsAndThatItIsBack) {
   const std::pair<std::vector<std::string>, const char*> rows[] = {
+      {{"scenario", "helper-hangs-ignoring-term"}, "agent status unavailable (exit 9)"},
       {{"scenario", "helper-exit-3"}, "agent status unavailable (exit 3)"},
       {{"scenario", "helper-garbage"}, "agent status unavailable (exit 0)"},
       {{"scenario", "helper-huge"}, "✓ Protected"},
@@ -168,7 +169,8 @@ TEST_F(OstrelAgent, ShowsHowAHelperFailsAndThatItIsBack) {
   process.awaitOutput("Ostrel Agent: protected\n");
   for (const auto& [arguments, text] : rows) {
     control(arguments);
-    process.write("close\npanel\n");
+    // More requests than there are runs at a time.
+    for (int request = 0; request < 5; ++request) process.write("close\npanel\n");
     process.awaitOutput(text);
   }
   process.write("quit\n");

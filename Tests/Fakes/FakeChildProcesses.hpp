@@ -1,8 +1,11 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <csignal>
 #include <deque>
 #include <functional>
-#include <mutex>
+#include <utility>
 
 #include "Platform/ChildProcesses.hpp"
 
@@ -13,24 +16,25 @@ namespace ostrel {
 class FakeChildProcesses final : public ChildProcesses {
  public:
   using Result = std::expected<ChildResult, PlatformError>;
-  using Child = std::function<Result(const ChildCommand&, const ChildEnding&)>;
 
-  std::expected<ChildResult, PlatformError> run(const ChildCommand& command,
-                                                const ChildEnding& ending = {}) override;
+  Result run(const ChildCommand& command, const ChildEnding& ending = {}) override {
+    commands.push_back(command);
+    if (ending.kill.stop_requested()) return ChildResult{SIGKILL, ""};
+    if (ending.terminate.stop_requested()) return ChildResult{SIGTERM, ""};
+    if (script.empty() && answer) return answer(command);
+    if (script.empty()) {
+      ADD_FAILURE() << "no script for a run of " << command.executable;
+      return std::unexpected(PlatformError{"FakeErrorDomain", 1, "not scripted"});
+    }
+    auto result = std::move(script.front());
+    script.pop_front();
+    return result;
+  }
 
-  void script(Result result);
-
-  /// What every run does for which the script has no result.
-  void answerAlways(Child child);
-
-  /// Every command that was run, in order.
-  std::vector<ChildCommand> commands() const;
-
- private:
-  mutable std::mutex mutex_;
-  std::deque<Result> script_;
-  Child always_;
-  std::vector<ChildCommand> commands_;
+  std::deque<Result> script;  ///< what the next runs give
+  std::function<Result(const ChildCommand&)>
+      answer;                          ///< what every run gives for which the script has nothing
+  std::vector<ChildCommand> commands;  ///< every command that was run, in order
 };
 
 }  // namespace ostrel

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <atomic>
-
 #include "Platform/Clock.hpp"
 
 namespace ostrel {
@@ -14,10 +12,10 @@ class FakeClock final : public Clock {
 
   Date now() const override { return now_; }
   void set(Date date) { now_ = date; }
-  void advance(std::chrono::milliseconds duration) { now_ = now_.load() + duration; }
+  void advance(std::chrono::milliseconds duration) { now_ += duration; }
 
  private:
-  std::atomic<Date> now_;
+  Date now_;
 };
 
 }  // namespace ostrel

@@ -7,11 +7,7 @@
 
 namespace ostrel {
 
-void FakeMainQueue::post(std::function<void()> work) {
-  const std::lock_guard lock(mutex_);
-  posts_.push_back(std::move(work));
-  posted_.notify_all();
-}
+void FakeMainQueue::post(std::function<void()> work) { posts_.push_back(std::move(work)); }
 
 ScheduledWork FakeMainQueue::after(std::chrono::milliseconds delay, std::function<void()> work) {
   return schedule(delay, std::make_shared<Timer>(std::chrono::milliseconds(0), std::move(work)));
@@ -27,24 +23,15 @@ ScheduledWork FakeMainQueue::schedule(std::chrono::milliseconds delay, std::shar
   return timer;
 }
 
-bool FakeMainQueue::runPost() {
-  std::function<void()> work;
-  {
-    const std::lock_guard lock(mutex_);
-    if (posts_.empty()) return false;
-    work = std::move(posts_.front());
-    posts_.pop_front();
-  }
-  work();
-  return true;
-}
-
 void FakeMainQueue::runAll() {
-  for (int turns = 0; runPost(); ++turns) {
+  for (int turns = 0; !posts_.empty(); ++turns) {
     if (turns == 100000) {
       ADD_FAILURE() << "posted work posts itself without end";
       return;
     }
+    const auto work = std::move(posts_.front());
+    posts_.pop_front();
+    work();
   }
 }
 
@@ -75,13 +62,6 @@ void FakeMainQueue::advance(std::chrono::milliseconds duration) {
     if (timers_.empty() || timers_.begin()->first > clock_.now()) runAll();
   }
   clock_.set(std::max(clock_.now(), end));
-}
-
-bool FakeMainQueue::waitForPost() {
-  std::unique_lock lock(mutex_);
-  const bool isPosted = posted_.wait_for(lock, std::chrono::seconds(10), [this] { return !posts_.empty(); });
-  if (!isPosted) ADD_FAILURE() << "nothing was posted for ten seconds";
-  return isPosted;
 }
 
 std::size_t FakeMainQueue::countTimers() const {

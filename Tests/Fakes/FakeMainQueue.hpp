@@ -1,18 +1,15 @@
 #pragma once
 
-#include <condition_variable>
 #include <cstddef>
 #include <deque>
 #include <map>
-#include <mutex>
-#include <optional>
 
 #include "Platform/MainQueue.hpp"
 #include "Tests/Fakes/FakeClock.hpp"
 
 namespace ostrel {
 
-/// A main queue that turns when the test says so, on the time of a fake clock.
+/// A main queue that turns when the test says so, on the time of a fake clock and on the test's own thread.
 class FakeMainQueue final : public MainQueue {
  public:
   explicit FakeMainQueue(FakeClock& clock) : clock_(clock) {}
@@ -27,10 +24,6 @@ class FakeMainQueue final : public MainQueue {
   /// Moves the clock by the duration, stopping at each due time to run what is due there.
   void advance(std::chrono::milliseconds duration);
 
-  /// For work that comes from real threads: waits until some is posted; false, and a failure, after ten
-  /// seconds.
-  bool waitForPost();
-
   /// Number of timers whose token is alive.
   std::size_t countTimers() const;
 
@@ -41,13 +34,10 @@ class FakeMainQueue final : public MainQueue {
   };
 
   ScheduledWork schedule(std::chrono::milliseconds delay, std::shared_ptr<Timer> timer);
-  bool runPost();
   void runTimer();
 
   FakeClock& clock_;
   std::multimap<Date, std::weak_ptr<Timer>> timers_;
-  std::mutex mutex_;  // guards what follows
-  std::condition_variable posted_;
   std::deque<std::function<void()>> posts_;
 };
 

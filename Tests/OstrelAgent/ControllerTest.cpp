@@ -26,14 +26,14 @@ TEST_F(ControllerTest, AHelperThatIsNoExecutableFileIsNamedAndNotStarted) {
     EXPECT_EQ(host.standardStreams.error, line + line);
     host.files.files.clear();
   }
-  EXPECT_TRUE(host.childProcesses.commands().empty());
+  EXPECT_TRUE(host.childProcesses.commands.empty());
 }
 
 TEST_F(ControllerTest, AHelperThatCannotBeStartedIsToldWithTheReason) {
   host.files.putExecutable(helperPath);
   const PlatformError error{posixErrorDomain, 8, "Exec format error"};
-  host.childProcesses.script(std::unexpected(error));
-  host.childProcesses.script(std::unexpected(error));
+  host.childProcesses.script.emplace_back(std::unexpected(error));
+  host.childProcesses.script.emplace_back(std::unexpected(error));
   EXPECT_EQ(controller.runHelper({}), 126);
   const auto captured = controller.runHelperCapturingStdout({});
   EXPECT_EQ(captured.status, 126);
@@ -47,15 +47,15 @@ TEST_F(ControllerTest, StatusArgumentsAndEveryByteOfTheHelperPassThrough) {
   const std::vector<std::string> arguments = {"diagnostics", "", "{\"a b\":\"$HOME\"}"};
   const std::string bytes = std::string(5'000'000, 'x') + std::string("\0\xff\r\n", 4);
   for (const std::int32_t status : {0, 3, 9, 126, 127, 255}) {
-    host.childProcesses.script(ChildResult{status, bytes});
+    host.childProcesses.script.emplace_back(ChildResult{status, bytes});
     const auto output = controller.runHelperCapturingStdout(arguments);
     EXPECT_EQ(output.status, status);
     EXPECT_TRUE(output.standardOutput == bytes);
-    host.childProcesses.script(ChildResult{status, ""});
+    host.childProcesses.script.emplace_back(ChildResult{status, ""});
     EXPECT_EQ(controller.runHelper(arguments), status);
   }
   EXPECT_EQ(host.standardStreams.error, "");
-  const auto commands = host.childProcesses.commands();
+  const auto commands = host.childProcesses.commands;
   EXPECT_EQ(commands[0].output, ChildStream::captured);
   EXPECT_EQ(commands[1].output, ChildStream::inherited);
   for (const auto& command : commands) {

@@ -17,10 +17,10 @@ TEST(DeviceManagementProbe, OnlyTheToolsYesCounts) {
   };
   for (const auto& [result, isEnrolled] : rows) {
     FakeChildProcesses children;
-    children.script(result);
+    children.script.push_back(result);
     EXPECT_EQ(isEnrolledInDeviceManagement(children), isEnrolled) << (result ? result->output : "");
-    ASSERT_EQ(children.commands().size(), 1U);
-    const auto command = children.commands()[0];
+    ASSERT_EQ(children.commands.size(), 1U);
+    const auto command = children.commands[0];
     EXPECT_EQ(command.executable, "/usr/bin/profiles");
     EXPECT_EQ(command.arguments, (std::vector<std::string>{"status", "-type", "enrollment"}));
     EXPECT_EQ(command.error, ChildStream::discarded);

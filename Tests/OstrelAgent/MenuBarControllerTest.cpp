@@ -3,14 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
-#include <csignal>
-#include <mutex>
-#include <semaphore>
-#include <span>
-#include <thread>
 
-#include "Platform/Posix/PosixBackgroundQueue.hpp"
 #include "Tests/Fakes/FakeHost.hpp"
 #include "Tests/OstrelAgent/ReportText.hpp"
 
@@ -25,25 +18,25 @@ constexpr const char* notProtected = "Ostrel Agent: not protected";
 
 bool isProbe(const ChildCommand& command) { return command.executable == "/usr/bin/profiles"; }
 
-/// A controller on a host of fakes; status runs wait on the host's queue unless another is given.
+/// A controller on a host of fakes.
 struct MenuBarControllerTest : testing::Test {
   MenuBarControllerTest() {
     host.files.putExecutable(host.bundle.path() + "/Contents/Helpers/ostrel-agent-endpoint");
     answer({0, reportText()});
   }
 
-  std::shared_ptr<MenuBarController> make(BackgroundQueue& statusQueue) {
+  std::shared_ptr<MenuBarController> make() {
     return std::make_shared<MenuBarController>(
-        MenuBarController::Services{host.mainQueue, host.backgroundQueue, statusQueue, host.clock,
+        MenuBarController::Services{host.mainQueue, host.backgroundQueue, host.statusQueue, host.clock,
                                     host.childProcesses, host.networkPreferences, host.timeFormat, host.shell,
                                     host.statusItem, host.screens},
         Controller(host.bundle, host.files, host.childProcesses, host.standardStreams));
   }
 
   void answer(ChildResult status, const std::string& enrolled = "No") {
-    host.childProcesses.answerAlways([=](const ChildCommand& command, const ChildEnding&) {
+    host.childProcesses.answer = [=](const ChildCommand& command) {
       return isProbe(command) ? ChildResult{0, "MDM enrollment: " + enrolled + "\n"} : status;
-    });
+    };
   }
 
   /// Runs all that waits in the background, and what it hands over.
@@ -59,13 +52,13 @@ struct MenuBarControllerTest : testing::Test {
     return texts;
   }
   std::ptrdiff_t statusRuns() const {
-    return std::ranges::count_if(host.childProcesses.commands(),
+    return std::ranges::count_if(host.childProcesses.commands,
                                  [](const auto& command) { return !isProbe(command); });
   }
   const PanelContent& panel() const { return host.screens.panels.back(); }
 
   FakeHost host;
-  std::shared_ptr<MenuBarController> controller = make(host.statusQueue);
+  std::shared_ptr<MenuBarController> controller = make();
 };
 
 TEST_F(MenuBarControllerTest, ShowsAnIconBeforeAnyDataAndTouchesItOnlyForAChangeEveryFiveSeconds) {
@@ -164,7 +157,7 @@ TEST_F(MenuBarControllerTest, DeviceManagementIsAskedOnceAndJoinsTheNextSnapshot
     settle();
     EXPECT_EQ(lock(), "via your organization's profile");
   }
-  EXPECT_EQ(std::ranges::count_if(host.childProcesses.commands(), isProbe), 1);
+  EXPECT_EQ(std::ranges::count_if(host.childProcesses.commands, isProbe), 1);
 }
 
 TEST_F(MenuBarControllerTest, BackgroundWorkOfAControllerThatIsGoneEndsQuietly) {
@@ -179,91 +172,20 @@ TEST_F(MenuBarControllerTest, BackgroundWorkOfAControllerThatIsGoneEndsQuietly) 
   EXPECT_EQ(icons(), std::vector<std::string>{unreported});
 }
 
-/// A helper that hangs on the threads of real status runs until its run is ended, or the test is over.
-struct MenuBarControllerWithAHangingHelper : MenuBarControllerTest {
-  ~MenuBarControllerWithAHangingHelper() override {
-    for (auto& hung : hangings) hung.request_stop();
-  }
-
-  FakeChildProcesses::Child hanging(bool heedsTerminate) {
-    return [this, heedsTerminate](const ChildCommand&, const ChildEnding& ending) {
-      std::stop_token over;
-      {
-        const std::lock_guard lock(mutex);
-        over = hangings.emplace_back().get_token();
-        most = std::max<int>(most, ++running);
-      }
-      std::counting_semaphore<3> ended(0);
-      const auto release = [&ended] { ended.release(); };
-      {
-        const std::stop_callback terminated(heedsTerminate ? ending.terminate : std::stop_token(), release);
-        const std::stop_callback killed(ending.kill, release);
-        const std::stop_callback isOver(over, release);
-        ended.acquire();
-      }
-      --running;
-      return ChildResult{ending.kill.stop_requested() ? SIGKILL : SIGTERM, ""};
-    };
-  }
-
-  void awaitHangingRuns(int count) const {
-    const auto deadline = std::chrono::steady_clock::now() + 10s;
-    while (running < count && std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
-    ASSERT_EQ(running, count);
-  }
-
-  void awaitPost() {
-    ASSERT_TRUE(host.mainQueue.waitForPost());
+TEST_F(MenuBarControllerTest, AHangingHelperHoldsFourRunsAndIsFollowedWithinOneTickOnceItAnswers) {
+  // A run that waits on the queue is one that hangs; run there, it tells whether it was ended.
+  controller->start();
+  for (int tick = 0; tick < 12; ++tick) {
+    for (int request = 0; request < 10; ++request) controller->refresh();
+    EXPECT_EQ(host.statusQueue.countWaiting(), 4U);
+    host.statusQueue.runNext();
     host.mainQueue.runAll();
+    EXPECT_EQ(icons().back(), unreported) << "the oldest run was not ended";
+    host.mainQueue.advance(5s);
   }
-
-  /// Turns five seconds with one tick, at which every place is taken: the oldest run gives way to a new one.
-  void turnTick(MenuBarController& subject) {
-    ASSERT_NO_FATAL_FAILURE(awaitHangingRuns(4));
-    host.mainQueue.advance(3s);
-    for (int request = 0; request < 10; ++request) subject.refresh();
-    host.mainQueue.advance(2s);
-    awaitPost();
-  }
-
-  void hangAndRecover(bool heedsTerminate) {
-    const auto subject = make(statusThreads);
-    host.childProcesses.answerAlways(hanging(heedsTerminate));
-    subject->start();
-    for (int request = 0; request < 3; ++request) subject->refresh();
-    host.mainQueue.advance(2s);
-    for (int tick = 0; tick < 12; ++tick) ASSERT_NO_FATAL_FAILURE(turnTick(*subject));
-    ASSERT_NO_FATAL_FAILURE(awaitHangingRuns(4));
-    EXPECT_EQ(most, 4);
-    EXPECT_EQ(host.mainQueue.countTimers(), 1U) << "the tick alone";
-    answer({0, reportText()});
-    ASSERT_NO_FATAL_FAILURE(turnTick(*subject));
-    if (icons().back() != isProtected) awaitPost();
-    EXPECT_EQ(icons().back(), isProtected);
-    host.childProcesses.answerAlways(hanging(heedsTerminate));
-    subject->refresh();
-    ASSERT_NO_FATAL_FAILURE(turnTick(*subject));
-    EXPECT_EQ(icons().back(), isProtected) << "what was ended tells nothing newer";
-    ASSERT_NO_FATAL_FAILURE(awaitHangingRuns(4));
-    for (auto& hung : std::span(hangings).last(4)) {
-      hung.request_stop();
-      awaitPost();
-    }
-  }
-
-  std::mutex mutex;
-  std::vector<std::stop_source> hangings;
-  std::atomic<int> running = 0;
-  std::atomic<int> most = 0;
-  PosixBackgroundQueue statusThreads{StatusRuns::mostOutstanding};
-};
-
-TEST_F(MenuBarControllerWithAHangingHelper, BoundsItsRunsAndFollowsWithinOneTickOnceItAnswers) {
-  hangAndRecover(true);
-}
-
-TEST_F(MenuBarControllerWithAHangingHelper, DoesSoWithAHelperThatIgnoresTheRequestToEnd) {
-  hangAndRecover(false);
+  settle();
+  EXPECT_EQ(icons().back(), isProtected);
+  EXPECT_EQ(host.mainQueue.countTimers(), 1U) << "the tick alone";
 }
 
 }  // namespace

@@ -232,7 +232,7 @@ TEST(ChildProcessesContract, ARunTellsItsOutputUnlessItsEndIsAskedForBeforeItsSt
   stop.request_stop();
   for (ChildProcesses* children :
        {static_cast<ChildProcesses*>(&fake), static_cast<ChildProcesses*>(&real)}) {
-    fake.script(ChildResult{7, "hello"});
+    fake.script.emplace_back(ChildResult{7, "hello"});
     EXPECT_EQ(children->run(shell("printf hello; exit 7")), (ChildResult{7, "hello"}));
     EXPECT_EQ(children->run(shell("sleep 100"), {stop.get_token(), {}}), (ChildResult{SIGTERM, ""}));
     EXPECT_EQ(children->run(shell("sleep 100"), {{}, stop.get_token()}), (ChildResult{SIGKILL, ""}));
