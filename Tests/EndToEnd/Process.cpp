@@ -49,7 +49,7 @@ void close(int& descriptor) {
 }  // namespace
 
 Process::Process(const std::vector<std::string>& command, const Environment& environment,
-                 std::string_view input, Streams streams) {
+                 std::string_view input) {
   (void)std::signal(SIGPIPE, SIG_IGN);
   std::array<std::array<int, 2>, 3> pipes{};
   for (auto& pipe : pipes) EXPECT_EQ(::pipe2(pipe.data(), O_CLOEXEC), 0);
@@ -57,8 +57,7 @@ Process::Process(const std::vector<std::string>& command, const Environment& env
   posix_spawn_file_actions_init(&actions);
   for (int stream = 0; stream < 3; ++stream) {
     const int childEnd = pipes[static_cast<std::size_t>(stream)][stream == 0 ? 0 : 1];
-    if (streams == Streams::closed) posix_spawn_file_actions_addclose(&actions, stream);
-    if (streams == Streams::piped) posix_spawn_file_actions_adddup2(&actions, childEnd, stream);
+    posix_spawn_file_actions_adddup2(&actions, childEnd, stream);
   }
   auto arguments = command;
   auto variables = lines(environment);

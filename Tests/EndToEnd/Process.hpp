@@ -17,10 +17,9 @@ class Process {
  public:
   /// Variables beside those that every program gets: PATH and the options of sanitizers.
   using Environment = std::map<std::string, std::string>;
-  enum class Streams { piped, closed };
 
   Process(const std::vector<std::string>& command, const Environment& environment,
-          std::string_view input = {}, Streams streams = Streams::piped);
+          std::string_view input = {});
   Process(const Process&) = delete;
   Process& operator=(const Process&) = delete;
   ~Process();

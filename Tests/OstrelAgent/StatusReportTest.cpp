@@ -91,17 +91,5 @@ TEST(StatusReport, IsRefusedWhenCutShortAnywhere) {
   }
 }
 
-TEST(StatusReport, ReadsADocumentOfFiveMegabytes) {
-  auto document = json::parse(full());
-  document["features"].get_ref<json::array_t&>().resize(50'000, json(document["features"][0]));
-  document["checkin"]["last_error"] = std::string(1'000'000, 'x');
-  const auto bytes = document.dump();
-  EXPECT_GT(bytes.size(), 5'000'000U);
-  const auto report = StatusReport::decode(bytes);
-  ASSERT_TRUE(report);
-  EXPECT_EQ(report->features->size(), 50'000U);
-  EXPECT_EQ(report->features->back(), report->features->front());
-}
-
 }  // namespace
 }  // namespace ostrel

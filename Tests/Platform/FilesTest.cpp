@@ -14,22 +14,6 @@
 namespace ostrel {
 namespace {
 
-/// Files beneath a folder of the test, by the path map that a simulated Mac uses.
-struct PosixHarness {
-  TemporaryFolder folder;
-  PosixFiles files{[root = folder.path()](std::string_view path) { return root + std::string(path); }};
-};
-
-struct FakeHarness {
-  FakeFiles files;
-};
-
-template <class Harness>
-struct FilesContract : testing::Test, Harness {};
-
-using Harnesses = testing::Types<PosixHarness, FakeHarness>;
-TYPED_TEST_SUITE(FilesContract, Harnesses);
-
 template <class Value>
 int codeOf(const std::expected<Value, PlatformError>& result) {
   if (result) return 0;
@@ -37,39 +21,51 @@ int codeOf(const std::expected<Value, PlatformError>& result) {
   return result.error().code;
 }
 
-TYPED_TEST(FilesContract, WhatIsWrittenIsReadUntilItIsRemoved) {
-  ASSERT_EQ(codeOf(this->files.makeFolders("/a/b")), 0);
-  ASSERT_EQ(codeOf(this->files.makeFolders("/a/b")), 0);
-  for (const auto& bytes : {std::string("first\0\xff", 7), std::string(), std::string(3000000, 'x')}) {
-    ASSERT_EQ(codeOf(this->files.writeAtomically("/a/b/file", bytes)), 0);
-    EXPECT_EQ(this->files.read("/a/b/file"), bytes);
+/// Files beneath a folder of the test, by the path map that a simulated Mac uses.
+struct PosixFilesTest : testing::Test {
+  TemporaryFolder folder;
+  PosixFiles files{[root = folder.path()](std::string_view path) { return root + std::string(path); }};
+};
+
+using FilesContract = PosixFilesTest;
+
+TEST_F(FilesContract, WhatIsWrittenIsReadUntilItIsRemoved) {
+  FakeFiles fake;
+  for (Files* each : {static_cast<Files*>(&files), static_cast<Files*>(&fake)}) {
+    ASSERT_EQ(codeOf(each->makeFolders("/a/b")), 0);
+    ASSERT_EQ(codeOf(each->makeFolders("/a/b")), 0);
+    for (const auto& bytes : {std::string("first\0\xff", 7), std::string(), std::string(3000000, 'x')}) {
+      ASSERT_EQ(codeOf(each->writeAtomically("/a/b/file", bytes)), 0);
+      EXPECT_EQ(each->read("/a/b/file"), bytes);
+    }
+    EXPECT_TRUE(each->exists("/a/b/file"));
+    EXPECT_TRUE(each->modificationTime("/a/b/file"));
+    EXPECT_FALSE(each->isExecutableFile("/a/b/file"));
+    EXPECT_EQ(codeOf(each->remove("/a/b/file")), 0);
+    EXPECT_EQ(codeOf(each->remove("/a/b/file")), 0);
+    EXPECT_FALSE(each->exists("/a/b/file"));
+    EXPECT_FALSE(each->modificationTime("/a/b/file"));
   }
-  EXPECT_TRUE(this->files.exists("/a/b/file"));
-  EXPECT_TRUE(this->files.modificationTime("/a/b/file"));
-  EXPECT_FALSE(this->files.isExecutableFile("/a/b/file"));
-  EXPECT_EQ(codeOf(this->files.remove("/a/b/file")), 0);
-  EXPECT_EQ(codeOf(this->files.remove("/a/b/file")), 0);
-  EXPECT_FALSE(this->files.exists("/a/b/file"));
-  EXPECT_FALSE(this->files.modificationTime("/a/b/file"));
 }
 
-TYPED_TEST(FilesContract, WhatIsInTheWayIsAnErrorOfItsOwn) {
-  ASSERT_EQ(codeOf(this->files.makeFolders("/folder")), 0);
-  ASSERT_EQ(codeOf(this->files.writeAtomically("/file", "kept")), 0);
-  EXPECT_TRUE(this->files.exists("/folder"));
-  EXPECT_FALSE(this->files.isExecutableFile("/folder"));
-  EXPECT_EQ(codeOf(this->files.read("/folder")), EISDIR);
-  EXPECT_EQ(codeOf(this->files.writeAtomically("/folder", "")), EISDIR);
-  EXPECT_EQ(codeOf(this->files.remove("/folder")), EISDIR);
-  EXPECT_EQ(codeOf(this->files.read("/missing/file")), ENOENT);
-  EXPECT_EQ(codeOf(this->files.writeAtomically("/missing/file", "")), ENOENT);
-  EXPECT_EQ(codeOf(this->files.remove("/missing/file")), 0);
-  EXPECT_EQ(codeOf(this->files.makeFolders("/file")), ENOTDIR);
-  EXPECT_EQ(codeOf(this->files.makeFolders("/file/below")), ENOTDIR);
-  EXPECT_EQ(this->files.read("/file"), "kept");
+TEST_F(FilesContract, WhatIsInTheWayIsAnErrorOfItsOwn) {
+  FakeFiles fake;
+  for (Files* each : {static_cast<Files*>(&files), static_cast<Files*>(&fake)}) {
+    ASSERT_EQ(codeOf(each->makeFolders("/folder")), 0);
+    ASSERT_EQ(codeOf(each->writeAtomically("/file", "kept")), 0);
+    EXPECT_TRUE(each->exists("/folder"));
+    EXPECT_FALSE(each->isExecutableFile("/folder"));
+    EXPECT_EQ(codeOf(each->read("/folder")), EISDIR);
+    EXPECT_EQ(codeOf(each->writeAtomically("/folder", "")), EISDIR);
+    EXPECT_EQ(codeOf(each->remove("/folder")), EISDIR);
+    EXPECT_EQ(codeOf(each->read("/missing/file")), ENOENT);
+    EXPECT_EQ(codeOf(each->writeAtomically("/missing/file", "")), ENOENT);
+    EXPECT_EQ(codeOf(each->remove("/missing/file")), 0);
+    EXPECT_EQ(codeOf(each->makeFolders("/file")), ENOTDIR);
+    EXPECT_EQ(codeOf(each->makeFolders("/file/below")), ENOTDIR);
+    EXPECT_EQ(each->read("/file"), "kept");
+  }
 }
-
-struct PosixFilesTest : testing::Test, PosixHarness {};
 
 TEST_F(PosixFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
   folder.write("file", "old");

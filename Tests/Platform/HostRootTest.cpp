@@ -2,7 +2,6 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <optional>
 
 #include "Platform/SimulatedMac/HostRoot.hpp"
 #include "Tests/Fakes/TemporaryFolder.hpp"
@@ -10,23 +9,10 @@
 namespace ostrel {
 namespace {
 
-/// Sets or removes a variable for one test.
-class Variable {
- public:
-  Variable(const char* name, const char* value) : name_(name) {
-    if (const char* before = std::getenv(name)) before_ = before;
-    set(value);
-  }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
-  ~Variable() { set(before_ ? before_->c_str() : nullptr); }
-
-  void set(const char* value) { value == nullptr ? ::unsetenv(name_) : ::setenv(name_, value, 1); }
-
- private:
-  const char* name_;
-  std::optional<std::string> before_;
-};
+/// Sets or removes a variable, which no other test of this program reads.
+void setVariable(const char* name, const char* value) {
+  value == nullptr ? ::unsetenv(name) : ::setenv(name, value, 1);
+}
 
 TEST(HostRoot, MapsTheSystemsPlacesAndNothingElse) {
   const HostRoot root("/root/", "/Users/ana/", "/var/tmp", "/Users/ana/build/OstrelAgent.app");
@@ -63,15 +49,15 @@ TEST(HostRoot, IsFoundByTheEnvironmentWithOrWithoutAHome) {
       {"/home/ana", nullptr, "relative", "/home/ana/.local/state/ostrel-agent/host-root"},
       {"/", nullptr, nullptr, "/tmp/ostrel-agent-" + std::to_string(::getuid()) + "/host-root"},
   };
-  const Variable temporary("TMPDIR", nullptr);
+  setVariable("TMPDIR", nullptr);
   for (const auto& row : rows) {
-    const Variable home("HOME", row.home);
-    const Variable root("OSTREL_HOST_ROOT", row.root);
-    const Variable state("XDG_STATE_HOME", row.state);
+    setVariable("HOME", row.home);
+    setVariable("OSTREL_HOST_ROOT", row.root);
+    setVariable("XDG_STATE_HOME", row.state);
     EXPECT_EQ(HostRoot::fromEnvironment("/app").path(), row.path);
   }
   for (const auto* value : {static_cast<const char*>(nullptr), "", "relative"}) {
-    const Variable home("HOME", value);
+    setVariable("HOME", value);
     const auto root = HostRoot::fromEnvironment("/app");
     EXPECT_TRUE(root.home().starts_with('/')) << root.home();
     EXPECT_TRUE(root.path().starts_with('/')) << root.path();

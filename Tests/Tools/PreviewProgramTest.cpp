@@ -26,7 +26,7 @@ TEST(PreviewProgram, ShowsOneDocumentAsPanelOrAsJsonWhateverItsLines) {
     EXPECT_EQ(text.status, 0) << text.error;
     EXPECT_TRUE(text.output.starts_with("✓ Protected")) << text.output;
     EXPECT_NE(text.output.find("\n✗ Guard"), std::string::npos) << text.output;
-    const auto shown = preview({"--json"}, input);
+    const auto shown = preview({"--json", "-"}, input);
     EXPECT_EQ(json::parse(shown.output)["tooltip"], "Ostrel Agent: protected");
   }
 }
@@ -99,10 +99,13 @@ TEST(PreviewProgram, SaysWhatItCannotReadAndHowItIsUsed) {
   EXPECT_EQ(unread.status, 1);
   EXPECT_EQ(unread.error, "ostrel-preview: / cannot be read\n");
   EXPECT_TRUE(preview({"--help"}).output.starts_with("usage: ostrel-preview "));
-  const auto wrong = preview({"--yaml"});
-  EXPECT_EQ(wrong.status, 2);
-  EXPECT_EQ(wrong.output, "");
-  EXPECT_TRUE(wrong.error.starts_with("usage: ostrel-preview ")) << wrong.error;
+  const std::vector<std::string> rows[] = {{"--yaml"}, {"--"}, {"--language"}, {"a", "-"}};
+  for (const auto& row : rows) {
+    const auto wrong = preview(row);
+    EXPECT_EQ(wrong.status, 2) << row[0];
+    EXPECT_EQ(wrong.output, "");
+    EXPECT_TRUE(wrong.error.starts_with("usage: ostrel-preview ")) << wrong.error;
+  }
 }
 
 }  // namespace
