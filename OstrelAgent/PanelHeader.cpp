@@ -41,7 +41,7 @@ Settling Settling::read(const ProtectionVerdict& verdict, const Snapshot& snapsh
 PanelHeaderReading PanelHeaderReading::read(const ProtectionVerdict& verdict, const Snapshot& snapshot,
                                             Date now, const TimeTexts& times) {
   auto settling = Settling::read(verdict, snapshot, now);
-  if (settling.kind != Settling::Case::settling) return {settling, verdict.headerText(), std::nullopt};
+  if (!settling.date) return {settling, verdict.headerText(), std::nullopt};
   return {settling, std::string(Copy::panelHeaderSettling.text()),
           Copy::panelHeaderDeadline.with(times.clockTime(*settling.date))};
 }

@@ -13,7 +13,7 @@ struct Settling {
   enum class Case { settling, notApplicable, needsAction, undated, overdue };
 
   Case kind = Case::notApplicable;
-  std::optional<Date> date;  ///< of `settling`: when everything should have cleared
+  std::optional<Date> date;  ///< of `settling` alone: when everything should have cleared
 
   static Settling read(const ProtectionVerdict& verdict, const Snapshot& snapshot, Date now);
 

@@ -35,8 +35,9 @@ void fillGuard(Snapshot& snapshot, const std::vector<StatusReport::Feature>& fea
   const auto guard = std::ranges::find(features, "guard", &StatusReport::Feature::id);
   if (guard == features.end()) return;
   snapshot.guardFeatureState = guard->state;
-  if (!guard->ecosystems) return;
-  for (const auto& ecosystem : *guard->ecosystems) {
+  const auto& ecosystems = guard->ecosystems;
+  if (!ecosystems) return;
+  for (const auto& ecosystem : *ecosystems) {
     snapshot.guardEcosystems.push_back({ecosystem.ecosystem, ecosystem.state});
   }
 }

@@ -8,10 +8,11 @@
 namespace ostrel {
 
 void installTranslation(const Bundle& bundle, Log& log) {
-  const auto bytes = bundle.localizedTable("Copy");
-  if (!bytes) return log.line("ostrel: could not read the translated texts: " + bytes.error().description);
-  if (!*bytes) return;
-  const auto entries = parseStrings(**bytes);
+  const auto table = bundle.localizedTable("Copy");
+  if (!table) return log.line("ostrel: could not read the translated texts: " + table.error().description);
+  const auto& bytes = *table;
+  if (!bytes) return;
+  const auto entries = parseStrings(*bytes);
   if (!entries) {
     return log.line("ostrel: the translated texts are damaged in line " +
                     std::to_string(entries.error().line) + ": " + entries.error().reason);

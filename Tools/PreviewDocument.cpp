@@ -116,8 +116,8 @@ std::expected<PreviewReading, JsonError> readPreviewDocument(std::string_view by
   const auto envelope = decodeEnvelope(bytes);
   if (!envelope) return std::unexpected(envelope.error());
   PreviewReading reading;
-  if (envelope->now) {
-    reading.now = parseRFC3339(*envelope->now);
+  if (const auto& now = envelope->now) {
+    reading.now = parseRFC3339(*now);
     if (!reading.now)
       return std::unexpected(
           JsonError{.path = "now", .reason = "is not a time such as 2025-01-02T03:04:05Z"});

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -49,16 +50,23 @@ constexpr std::string_view help =
 
 void print(std::FILE* stream, std::string_view text) { std::fwrite(text.data(), 1, text.size(), stream); }
 
-std::expected<std::string, std::string> readAll(const std::optional<std::string>& path) {
-  std::FILE* file = path ? std::fopen(path->c_str(), "rb") : stdin;
-  if (file == nullptr) return std::unexpected(*path + " cannot be read");
+std::expected<std::string, std::string> readAll(std::FILE* file, const std::string& name) {
   std::string bytes;
-  char buffer[65536];
-  for (std::size_t count = 0; (count = std::fread(buffer, 1, sizeof buffer, file)) > 0;)
-    bytes.append(buffer, count);
-  const bool failed = std::ferror(file) != 0;
-  if (path) std::fclose(file);
-  if (failed) return std::unexpected((path ? *path : "standard input") + " cannot be read");
+  std::array<char, 65536> buffer;
+  while (std::feof(file) == 0 && std::ferror(file) == 0) {
+    const auto count = std::fread(buffer.data(), 1, buffer.size(), file);
+    bytes.append(buffer.data(), count);
+  }
+  if (std::ferror(file) != 0) return std::unexpected(name + " cannot be read");
+  return bytes;
+}
+
+std::expected<std::string, std::string> readInput(const std::optional<std::string>& path) {
+  if (!path) return readAll(stdin, "standard input");
+  std::FILE* file = std::fopen(path->c_str(), "rb");
+  if (file == nullptr) return std::unexpected(*path + " cannot be read");
+  auto bytes = readAll(file, *path);
+  (void)std::fclose(file);
   return bytes;
 }
 
@@ -83,7 +91,7 @@ class Preview {
 
   /// Answers every document of the input; gives the exit status.
   int run() {
-    const auto input = readAll(options_.file);
+    const auto input = readInput(options_.file);
     if (!input) return complain(input.error());
     const auto documents = previewDocuments(*input);
     if (documents.empty()) return fail("the input is empty", false);
