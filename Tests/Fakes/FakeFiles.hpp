@@ -1,7 +1,11 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <cerrno>
 #include <map>
 #include <set>
+#include <utility>
 
 #include "Platform/Files.hpp"
 
@@ -16,23 +20,72 @@ class FakeFiles final : public Files {
     bool isExecutable = false;
   };
 
-  bool exists(const std::string& path) const override;
-  bool isExecutableFile(const std::string& path) const override;
-  std::expected<std::string, PlatformError> read(const std::string& path) const override;
+  bool exists(const std::string& path) const override {
+    return files.contains(path) || folders.contains(path);
+  }
+
+  bool isExecutableFile(const std::string& path) const override {
+    const auto file = files.find(path);
+    return file != files.end() && file->second.isExecutable;
+  }
+
+  std::expected<std::string, PlatformError> read(const std::string& path) const override {
+    if (readError) return std::unexpected(*readError);
+    if (folders.contains(path)) return failure(EISDIR);
+    if (const auto file = files.find(path); file != files.end()) return file->second.bytes;
+    return failure(ENOENT);
+  }
+
   std::expected<void, PlatformError> writeAtomically(const std::string& path,
-                                                     std::string_view bytes) override;
-  std::expected<void, PlatformError> makeFolders(const std::string& path) override;
-  std::expected<void, PlatformError> remove(const std::string& path) override;
-  std::optional<Date> modificationTime(const std::string& path) const override;
+                                                     std::string_view bytes) override {
+    if (writeError) return std::unexpected(*writeError);
+    if (folders.contains(path)) return failure(EISDIR);
+    if (const auto above = parent(path); !above.empty() && !folders.contains(above)) return failure(ENOENT);
+    files[path] = {std::string(bytes), false};
+    return {};
+  }
+
+  std::expected<void, PlatformError> makeFolders(const std::string& path) override {
+    for (auto folder = path; !folder.empty(); folder = parent(folder)) {
+      if (files.contains(folder)) return failure(ENOTDIR);
+    }
+    for (auto folder = path; !folder.empty(); folder = parent(folder)) folders.insert(folder);
+    return {};
+  }
+
+  std::expected<void, PlatformError> remove(const std::string& path) override {
+    if (folders.contains(path)) return failure(EISDIR);
+    files.erase(path);
+    return {};
+  }
+
+  std::optional<Date> modificationTime(const std::string& path) const override {
+    return exists(path) ? std::optional(Date()) : std::nullopt;
+  }
 
   /// Puts a file there, with the folders above it.
-  void put(const std::string& path, std::string bytes);
-  void putExecutable(const std::string& path);
+  void put(const std::string& path, std::string bytes) {
+    for (auto folder = parent(path); !folder.empty(); folder = parent(folder)) folders.insert(folder);
+    if (folders.contains(path)) ADD_FAILURE() << "a folder is in the place of " << path;
+    files[path] = {std::move(bytes), false};
+  }
+
+  void putExecutable(const std::string& path) {
+    put(path, "program");
+    files[path].isExecutable = true;
+  }
 
   std::map<std::string, File> files;
   std::set<std::string> folders;
   std::optional<PlatformError> readError;
   std::optional<PlatformError> writeError;
+
+ private:
+  static std::unexpected<PlatformError> failure(int number) {
+    return std::unexpected(PlatformError{posixErrorDomain, number, "errno " + std::to_string(number)});
+  }
+
+  static std::string parent(const std::string& path) { return path.substr(0, path.rfind('/')); }
 };
 
 }  // namespace ostrel

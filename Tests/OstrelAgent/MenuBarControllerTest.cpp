@@ -25,14 +25,6 @@ struct MenuBarControllerTest : testing::Test {
     answer({0, reportText()});
   }
 
-  std::shared_ptr<MenuBarController> make() {
-    return std::make_shared<MenuBarController>(
-        MenuBarController::Services{host.mainQueue, host.backgroundQueue, host.statusQueue, host.clock,
-                                    host.childProcesses, host.networkPreferences, host.timeFormat, host.shell,
-                                    host.statusItem, host.screens},
-        Controller(host.bundle, host.files, host.childProcesses, host.standardStreams));
-  }
-
   void answer(ChildResult status, const std::string& enrolled = "No") {
     host.childProcesses.answer = [=](const ChildCommand& command) {
       return isProbe(command) ? ChildResult{0, "MDM enrollment: " + enrolled + "\n"} : status;
@@ -58,7 +50,11 @@ struct MenuBarControllerTest : testing::Test {
   const PanelContent& panel() const { return host.screens.panels.back(); }
 
   FakeHost host;
-  std::shared_ptr<MenuBarController> controller = make();
+  std::shared_ptr<MenuBarController> controller = std::make_shared<MenuBarController>(
+      MenuBarController::Services{host.mainQueue, host.backgroundQueue, host.statusQueue, host.clock,
+                                  host.childProcesses, host.networkPreferences, host.timeFormat, host.shell,
+                                  host.statusItem, host.screens},
+      Controller(host.bundle, host.files, host.childProcesses, host.standardStreams));
 };
 
 TEST_F(MenuBarControllerTest, ShowsAnIconBeforeAnyDataAndTouchesItOnlyForAChangeEveryFiveSeconds) {

@@ -10,7 +10,6 @@
 #include "Platform/Posix/PosixFiles.hpp"
 #include "SimulatedEndpoint/HelperAnswers.hpp"
 #include "SimulatedEndpoint/ScenarioFolder.hpp"
-#include "Tests/Fakes/TemporaryFolder.hpp"
 
 namespace ostrel::simulated {
 namespace {
@@ -29,15 +28,6 @@ struct Shipped {
     snapshot.fill(report.value());
     return snapshot;
   }
-};
-
-/// A folder with scenario files of the test's own.
-struct OwnFolder {
-  TemporaryFolder place;
-  PosixFiles files{[](std::string_view path) { return std::string(path); }};
-  ScenarioFolder folder{files, place.path()};
-
-  void write(const std::string& name, const std::string& text) const { place.write(name + ".json", text); }
 };
 
 TEST(ScenarioFiles, AreValidAndTheirReportsDecode) {
@@ -100,29 +90,6 @@ TEST(ScenarioFiles, SettleOrAreOverdueAsTheirNamesSay) {
   for (const auto& [name, kind] : rows) {
     const auto snapshot = shipped.snapshot(name);
     EXPECT_EQ(Settling::read(ProtectionVerdict::of(snapshot), snapshot, now).kind, kind) << name;
-  }
-}
-
-TEST(ScenarioFiles, ThatAreBasedOnAnotherChangeOnlyWhatTheySay) {
-  const OwnFolder own;
-  own.write("base", R"({"report": {"a": {"x": 1, "y": 2}, "l": [1, 2]}, "mdm_enrolled": true})");
-  own.write("child", R"({"based_on": "base", "report": {"a": {"x": 3, "y": null}, "l": [4]}})");
-  const auto scenario = own.folder.load("child");
-  ASSERT_TRUE(scenario) << scenario.error();
-  EXPECT_EQ(scenario->report(), Json({{"a", {{"x", 3}}}, {"l", {4}}}));
-  EXPECT_EQ(scenario->document()["mdm_enrolled"], true);
-}
-
-TEST(ScenarioFiles, SayWhichOneCannotBeUsed) {
-  const OwnFolder own;
-  own.write("grandchild", R"({"based_on": "child"})");
-  own.write("child", R"({"based_on": "grandchild"})");
-  own.write("orphan", R"({"based_on": "nobody"})");
-  own.write("empty", "");
-  for (const auto* name : {"grandchild", "orphan", "empty"}) {
-    const auto scenario = own.folder.load(name);
-    ASSERT_FALSE(scenario) << name;
-    EXPECT_NE(scenario.error().find(std::string(name) + ".json"), std::string::npos) << scenario.error();
   }
 }
 
