@@ -12,4 +12,27 @@ inline std::string reportText(std::string_view verdict = "protected") {
          std::string(verdict) + R"("}})";
 }
 
+/// The members of a component, with a detail that tells it from others.
+inline std::string componentText(const std::string& detail) {
+  return R"("state":"ok","code":"C","severity":"red","self_healing":true,"expected_clear_by":"2025-01-02T12:00:00+02:00","params":["p","q"],)"
+         R"("detail":")" +
+         detail + '"';
+}
+
+/// A document with every known key.
+inline std::string fullReportText() {
+  return R"({"version":"2.4.0","ca_trusted":true,"token_present":true,"token_managed":true,"token_masked":"ost_…9f",
+    "enrolled":true,"daemon_listening":true,"reactivate_pending":true,"reactivate_version":"2.3.0",
+    "ca_trust_pending":true,"update":{"state":"eol","latest_version":"3.0","minimum_supported_version":"2.9"},
+    "health":{"daemon":{)" +
+         componentText("1") + R"(},"ca":{)" + componentText("2") + R"(},"sysext":{)" + componentText("3") +
+         R"(},"credential":{)" + componentText("5") + R"(},"capture_set":{)" + componentText("6") +
+         R"(},"ca_expiry":{)" + componentText("7") + R"(},"egress_lock":{)" + componentText("8") +
+         R"(},"runtime_trust":{)" + componentText("4") +
+         R"(,"knobs":[{"env":"E","ecosystem":"npm","protects":["npm"],"covered":true,"reason":"r","evidence":"e",
+    "program":"p","last_seen":"l","file":"f"}]},"verdict":"protected","off_by_policy":2},
+    "features":[{"id":"guard","state":"on","ecosystems":[{"ecosystem":"npm","capability":"c","state":"s"}]}],
+    "interception":{"policy_direct_flows":12},"checkin":{"last_success":"2025-01-02T10:00:00Z","last_error":"timeout"}})";
+}
+
 }  // namespace ostrel

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "Tests/OstrelAgent/Readings.hpp"
+#include "Tests/OstrelAgent/ReportText.hpp"
 
 namespace ostrel {
 namespace {
@@ -24,40 +25,26 @@ TEST(Snapshot, ReadsWhatAReportLeavesOutAsEmpty) {
 }
 
 TEST(Snapshot, TakesOverWhatAReportSays) {
-  const auto part = [](const char* state) {
-    return Health::Component{state, "d", "C", "red", true, "2025-01-02T12:00:00+02:00", Texts{"p"}};
-  };
-  StatusReport report;
-  report.version = "2.4.0";
-  report.caTrusted = report.tokenPresent = report.tokenManaged = report.daemonListening = true;
-  report.enrolled = report.caTrustPending = true;
-  report.tokenMasked = "ost_…9f";
-  report.update = StatusReport::Update{"eol", "3", std::nullopt};
-  report.health = Health{part("1"),  part("2"), part("3"), Health::RuntimeTrust{part("4"), {}},
-                         part("5"),  part("6"), part("7"), part("8"),
-                         "degraded", -2};
-  report.features = {{"Guard", "x", {}},
-                     {"guard", "on", {{{"npm", "full", "enforced"}, {"go", "part", "off_by_policy"}}}},
-                     {"guard", "off", {{{"pypi", "c", "s"}}}}};
-  report.interception = StatusReport::Interception{7};
-  report.checkin = StatusReport::Checkin{"2025-01-02T10:00:00Z", "timeout"};
+  auto report = StatusReport::decode(fullReportText()).value();
+  report.features->insert(report.features->begin(), {"Guard", "x", {}});
+  report.features->push_back({"guard", "off", {{{"pypi", "c", "s"}}}});
   Snapshot expected;
   expected.version = "2.4.0";
   expected.caTrusted = expected.tokenPresent = expected.tokenManaged = expected.daemonListening = true;
   expected.enrolled = expected.caTrustPending = true;
   expected.tokenMasked = "ost_…9f";
   expected.update = report.update;
-  expected.verdict = "degraded";
-  expected.offByPolicy = -2;
-  char state = '1';
+  expected.verdict = "protected";
+  expected.offByPolicy = 2;
+  char detail = '1';
   for (auto* health :
        {&expected.daemon, &expected.deviceCA, &expected.sysext, &expected.runtimeTrust, &expected.credential,
         &expected.captureSet, &expected.caExpiry, &expected.egressLock}) {
-    *health = {std::string(1, state++), "d", "C", "red", true, readings::now, {"p"}};
+    *health = {"ok", std::string(1, detail++), "C", "red", true, readings::now, {"p", "q"}};
   }
-  expected.guardEcosystems = {{"npm", "enforced"}, {"go", "off_by_policy"}};
+  expected.guardEcosystems = {{"npm", "s"}};
   expected.guardFeatureState = "on";
-  expected.policyDirectFlows = 7;
+  expected.policyDirectFlows = 12;
   expected.lastCheckinSuccess = readings::now;
   expected.lastCheckinError = "timeout";
   Snapshot snapshot;
