@@ -177,10 +177,17 @@ TEST_F(MenuBarControllerTest, AHangingHelperHoldsFourRunsAndIsFollowedWithinOneT
     host.statusQueue.runNext();
     host.mainQueue.runAll();
     EXPECT_EQ(icons().back(), unreported) << "the oldest run was not ended";
+    EXPECT_EQ(host.statusQueue.countWaiting(), 4U) << "its place serves the requests that waited";
     host.mainQueue.advance(5s);
   }
+  host.networkPreferences.isDeferred = true;
+  host.statusQueue.runNext();
+  host.networkPreferences.isDeferred = false;
   settle();
   EXPECT_EQ(icons().back(), isProtected);
+  host.networkPreferences.completeNext();
+  host.mainQueue.runAll();
+  EXPECT_EQ(icons().back(), isProtected) << "what was ended tells nothing newer";
   EXPECT_EQ(host.mainQueue.countTimers(), 1U) << "the tick alone";
 }
 
