@@ -30,7 +30,9 @@ TEST(HostRoot, MapsTheSystemsPlacesAndNothingElse) {
       {"", ""},
   };
   for (const auto& [path, real] : rows) EXPECT_EQ(root.realPath(path), real);
-  EXPECT_EQ(HostRoot("/root", "/", "/tmp", "").realPath("/etc/hosts"), "/etc/hosts");
+  const HostRoot homeless("/root", "/", "/tmp", "");
+  EXPECT_EQ(homeless.realPath("/etc/hosts"), "/etc/hosts");
+  EXPECT_EQ(homeless.realPath(homeless.home() + "/Library/x"), "/root/Library/x");
 }
 
 TEST(HostRoot, IsFoundByTheEnvironmentWithOrWithoutAHome) {

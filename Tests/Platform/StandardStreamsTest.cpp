@@ -33,6 +33,18 @@ TEST(StandardStreams, WritesAllToASlowReaderThroughAStreamThatDoesNotBlock) {
   EXPECT_EQ(received, text);
 }
 
+TEST(StandardStreamsDeathTest, WhatNobodyReadsIsLostAndHoldsUpNothing) {
+  const auto fill = [] {
+    auto pipe = makePipe().value();
+    PosixStandardStreams streams;
+    ::dup2(pipe.writing.number(), STDOUT_FILENO);
+    ::alarm(30);
+    for (int i = 0; i < 2; ++i) streams.writeOutput(std::string(100000, 'x'));
+    std::_Exit(0);
+  };
+  EXPECT_EXIT(fill(), testing::ExitedWithCode(0), "");
+}
+
 TEST(StandardStreamsDeathTest, ALogEntryIsOneLineWhateverItsText) {
   const auto log = [] {
     PosixLog().line("helper said\n12:00 forged\r");

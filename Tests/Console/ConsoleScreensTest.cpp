@@ -1,0 +1,88 @@
+#include <gtest/gtest.h>
+
+#include <utility>
+
+#include "OstrelAgent/Verdict.hpp"
+#include "Platform/Console/ConsoleScreens.hpp"
+#include "Platform/Console/ConsoleStatusItem.hpp"
+#include "Tests/Fakes/FakeScreens.hpp"
+#include "Tests/Fakes/FakeStandardStreams.hpp"
+#include "Tests/Fakes/FakeStatusItem.hpp"
+
+namespace ostrel {
+namespace {
+
+PanelContent contentWith(std::string word) {
+  PanelContent content;
+  content.header.word = std::move(word);
+  content.headerButtons = {{.title = "Checking…", .action = PanelAction::checkNow, .isEnabled = false}};
+  content.moreButtons = {{.title = "Quit", .action = PanelAction::quitStatusIcon}};
+  return content;
+}
+
+struct ConsoleHost {
+  FakeStandardStreams streams;
+  ConsoleScreens screens{streams};
+  ConsoleStatusItem statusItem{streams};
+};
+
+struct FakedHost {
+  FakeScreens screens;
+  FakeStatusItem statusItem;
+};
+
+template <class Host>
+struct PanelContract : testing::Test {
+  Host host;
+};
+using Hosts = testing::Types<FakedHost, ConsoleHost>;
+TYPED_TEST_SUITE(PanelContract, Hosts);
+
+TYPED_TEST(PanelContract, ThePanelIsShownFromOpeningToClosing) {
+  Screens& screens = this->host.screens;
+  EXPECT_FALSE(screens.isPanelShown());
+  for (int round = 0; round < 2; ++round) {
+    screens.openPanel(contentWith("Protected"));
+    screens.updatePanel(contentWith("Not protected"));
+    EXPECT_TRUE(screens.isPanelShown());
+    screens.closePanel();
+    EXPECT_FALSE(screens.isPanelShown());
+  }
+}
+
+TYPED_TEST(PanelContract, EveryClickOnTheItemIsTold) {
+  int clicks = 0;
+  this->host.statusItem.install([&] { ++clicks; });
+  this->host.statusItem.show(MenuBarIcon::of({}));
+  this->host.statusItem.click();
+  this->host.statusItem.click();
+  EXPECT_EQ(clicks, 2);
+}
+
+TEST(ConsoleScreens, PrintsThePanelWhenItOpensAndOnlyWhenItChanges) {
+  ConsoleHost host;
+  const auto printed = [&] { return std::exchange(host.streams.output, {}); };
+  host.screens.openPanel(contentWith("Protected"));
+  EXPECT_NE(printed().find("Protected"), std::string::npos);
+  host.screens.updatePanel(contentWith("Protected"));
+  EXPECT_EQ(printed(), "");
+  host.screens.updatePanel(contentWith("Settling"));
+  EXPECT_NE(printed().find("Settling"), std::string::npos);
+}
+
+TEST(ConsoleScreens, PressesTheButtonOfThatNumberWhenItCanBePressed) {
+  using enum ConsoleScreens::Press;
+  ConsoleHost host;
+  std::vector<PanelButton> pressed;
+  host.screens.onPanelButton([&](const PanelButton& button) { pressed.push_back(button); });
+  EXPECT_EQ(host.screens.press(1), noPanel);
+  host.screens.openPanel(contentWith("Protected"));
+  EXPECT_EQ(host.screens.press(0), noSuchButton);
+  EXPECT_EQ(host.screens.press(1), disabled);
+  EXPECT_EQ(host.screens.press(2), done);
+  EXPECT_EQ(host.screens.press(3), noSuchButton);
+  EXPECT_EQ(pressed, contentWith("").moreButtons);
+}
+
+}  // namespace
+}  // namespace ostrel
