@@ -1,3 +1,5 @@
+#include <malloc.h>
+
 #include "Platform/Console/ConsoleScreens.hpp"
 #include "Platform/Console/ConsoleShell.hpp"
 #include "Platform/Console/ConsoleStatusItem.hpp"
@@ -26,7 +28,11 @@ constexpr std::size_t statusThreads = 4;
 /// Linux with the simulated Mac beneath the host root, and the console as its shell.
 class LinuxHost final : public HostLifetime {
  public:
-  LinuxHost() = default;
+  LinuxHost() {
+    // One heap for all threads: they rarely allocate at once, and a second one would be cold at every
+    // refresh.
+    (void)::mallopt(M_ARENA_MAX, 1);
+  }
   LinuxHost(const LinuxHost&) = delete;
   LinuxHost& operator=(const LinuxHost&) = delete;
 

@@ -1,31 +1,67 @@
 #include "Platform/Posix/WakeDescriptor.hpp"
 
+#include <sys/epoll.h>
+#include <sys/eventfd.h>
 #include <sys/timerfd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <system_error>
 
 namespace ostrel {
 
-// The steady clock of the standard library is CLOCK_MONOTONIC here, so its times need no conversion.
+namespace {
+
+bool watch(const Descriptor& set, const Descriptor& member) {
+  epoll_event event{};
+  event.events = EPOLLIN;
+  return ::epoll_ctl(set.number(), EPOLL_CTL_ADD, member.number(), &event) == 0;
+}
+
+}  // namespace
+
+// What is due at once comes by an event: setting a clock's timer to now would cost an interrupt each time.
+// The timer stays set meanwhile, so that the usual turn of posted work does not touch it.
 WakeDescriptor::WakeDescriptor()
-    : descriptor_(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)) {
-  if (!descriptor_) throw std::system_error(errno, std::generic_category(), "timerfd_create");
+    : descriptor_(::epoll_create1(EPOLL_CLOEXEC)),
+      event_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
+      timer_(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)) {
+  const bool isMade =
+      descriptor_ && event_ && timer_ && watch(descriptor_, event_) && watch(descriptor_, timer_);
+  if (!isMade) throw std::system_error(errno, std::generic_category(), "wake descriptor");
 }
 
 void WakeDescriptor::arm(std::chrono::steady_clock::time_point due) {
-  const auto sinceStart = std::max(due.time_since_epoch(), std::chrono::steady_clock::duration(1));
-  const auto seconds = std::chrono::floor<std::chrono::seconds>(sinceStart);
-  itimerspec time{};
-  time.it_value.tv_sec = static_cast<std::time_t>(seconds.count());
-  time.it_value.tv_nsec = static_cast<long>(std::chrono::nanoseconds(sinceStart - seconds).count());
-  (void)::timerfd_settime(descriptor_.number(), TFD_TIMER_ABSTIME, &time, nullptr);
+  if (due <= std::chrono::steady_clock::now()) {
+    if (!hasEvent_) (void)::eventfd_write(event_.number(), 1);
+    hasEvent_ = true;
+    return;
+  }
+  takeEvent();
+  if (timerDue_ != due) setTimer(due);
 }
 
 void WakeDescriptor::disarm() {
-  const itimerspec never{};
-  (void)::timerfd_settime(descriptor_.number(), 0, &never, nullptr);
+  takeEvent();
+  if (timerDue_) setTimer(std::nullopt);
+}
+
+// The steady clock of the standard library is CLOCK_MONOTONIC here, so its times need no conversion.
+void WakeDescriptor::setTimer(std::optional<std::chrono::steady_clock::time_point> due) {
+  itimerspec time{};
+  if (due) {
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(due->time_since_epoch());
+    time.it_value.tv_sec = static_cast<std::time_t>(seconds.count());
+    time.it_value.tv_nsec =
+        static_cast<long>(std::chrono::nanoseconds(due->time_since_epoch() - seconds).count());
+  }
+  (void)::timerfd_settime(timer_.number(), TFD_TIMER_ABSTIME, &time, nullptr);
+  timerDue_ = due;
+}
+
+void WakeDescriptor::takeEvent() {
+  eventfd_t count = 0;
+  if (hasEvent_) (void)::eventfd_read(event_.number(), &count);
+  hasEvent_ = false;
 }
 
 }  // namespace ostrel

@@ -1,13 +1,14 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 
 #include "Platform/Posix/Descriptor.hpp"
 
 namespace ostrel {
 
-/// A descriptor that becomes readable at a given time and stays so until it is armed anew or disarmed. Each
-/// call is one system call; any thread, one at a time.
+/// A descriptor that becomes readable at a given time and stays so until it is armed anew or disarmed. Any
+/// thread, one at a time.
 class WakeDescriptor {
  public:
   /// Throws std::system_error when the system has no descriptor left: without one nothing can run.
@@ -21,7 +22,14 @@ class WakeDescriptor {
   void disarm();
 
  private:
+  void setTimer(std::optional<std::chrono::steady_clock::time_point> due);
+  void takeEvent();
+
   Descriptor descriptor_;
+  Descriptor event_;
+  Descriptor timer_;
+  bool hasEvent_ = false;
+  std::optional<std::chrono::steady_clock::time_point> timerDue_;
 };
 
 }  // namespace ostrel
