@@ -27,10 +27,13 @@ PosixBackgroundQueue::~PosixBackgroundQueue() {
 }
 
 void PosixBackgroundQueue::run(QualityOfService quality, std::function<void()> work) {
-  const std::lock_guard lock(mutex_);
-  if (ending_) return;
-  waiting_[quality == QualityOfService::userInitiated ? 0 : 1].push_back(std::move(work));
-  if (countWaiting() > idle_ && threads_.size() < maximumThreads_) startThread();
+  {
+    const std::lock_guard lock(mutex_);
+    if (ending_) return;
+    waiting_[quality == QualityOfService::userInitiated ? 0 : 1].push_back(std::move(work));
+    if (countWaiting() > idle_ && threads_.size() < maximumThreads_) startThread();
+  }
+  // Told after the lock, which the woken thread would else have to wait for.
   changed_.notify_one();
 }
 

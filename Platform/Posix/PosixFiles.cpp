@@ -29,8 +29,9 @@ std::expected<std::string, PlatformError> readAll(int descriptor, std::size_t ex
     const auto count = ::read(descriptor, bytes.data() + size, bytes.size() - size);
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return failure(errno);
-    if (count == 0) break;
     size += static_cast<std::size_t>(count);
+    // A plain file that told its size has ended where less came than was asked for.
+    if (count == 0 || (expectedSize > 0 && size < bytes.size())) break;
   }
   bytes.resize(size);
   return bytes;
