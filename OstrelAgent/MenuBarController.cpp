@@ -33,13 +33,21 @@ MenuBarController::MenuBarController(Services services, Controller helper)
 
 void MenuBarController::start() {
   const auto weak = weak_from_this();
-  services_.statusItem.install([weak] {
-    if (const auto self = weak.lock()) self->togglePanel();
-  });
-  panelActions_.quitStatusIcon = [&shell = services_.shell] { shell.terminate(); };
-  services_.screens.onPanelButton([weak](const PanelButton& button) {
+  const auto press = [weak](const PanelButton& button) {
     if (const auto self = weak.lock()) self->panelActions_.perform(button);
-  });
+  };
+  services_.statusItem.install({.clicked =
+                                    [weak] {
+                                      if (const auto self = weak.lock()) self->togglePanel();
+                                    },
+                                .appearanceChanged =
+                                    [weak] {
+                                      if (const auto self = weak.lock()) self->applyIcon(self->latest_);
+                                    },
+                                .menuPressed = press});
+  panelActions_.quitStatusIcon = [&shell = services_.shell] { shell.terminate(); };
+  services_.screens.onPanelButton(press);
+  services_.statusItem.showMenu(statusItemMenu(panelActions_.available()));
   model_.snap = latest_;
   applyIcon(latest_);
   refresh();
@@ -95,18 +103,25 @@ void MenuBarController::finishRefresh(std::uint64_t run, Snapshot snapshot) {
 
 void MenuBarController::publish(Snapshot snapshot) {
   snapshot.mdmEnrolled = mdmEnrolled_.value_or(false);
-  latest_ = std::move(snapshot);
-  applyIcon(latest_);
-  model_.snap = latest_;
   model_.hasReading = true;
+  // Nothing has changed at nearly every tick; only the times in an open panel go on then.
+  if (snapshot != latest_) {
+    latest_ = std::move(snapshot);
+    applyIcon(latest_);
+    model_.snap = latest_;
+  }
   if (services_.screens.isPanelShown()) services_.screens.updatePanel(content());
 }
 
 /// Touches the status item only when its picture or text changes.
 void MenuBarController::applyIcon(const Snapshot& snapshot) {
-  auto icon = MenuBarIcon::of(ProtectionVerdict::of(snapshot));
+  const auto verdict = ProtectionVerdict::of(snapshot);
+  auto& item = services_.statusItem;
+  const auto palette = MenuBarPalette::matching(item.appearance());
+  auto icon = MenuBarIcon::of(verdict, palette, item.hasImage(palette.glyphName()),
+                              item.hasSymbol(MenuBarSign::of(verdict).symbol));
   if (icon == shownIcon_) return;
-  services_.statusItem.show(icon);
+  item.show(icon);
   shownIcon_ = std::move(icon);
 }
 

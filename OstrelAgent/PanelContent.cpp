@@ -54,9 +54,9 @@ class PanelComposer {
  private:
   PanelContent::Header header() const {
     const auto verdict = ProtectionVerdict::of(snap_);
-    const auto icon = MenuBarIcon::of(verdict);
+    const auto sign = MenuBarSign::of(verdict);
     auto reading = PanelHeaderReading::read(verdict, snap_, now_, times_);
-    return {std::move(reading.word), std::move(reading.deadlineLine), icon.symbol, tintOf(icon.badge)};
+    return {std::move(reading.word), std::move(reading.deadlineLine), sign.symbol, tintOf(sign.badge)};
   }
 
   std::optional<PanelContent::Update> update() const {
@@ -212,6 +212,16 @@ std::vector<PanelButton> PanelContent::buttons() const {
   all.insert(all.end(), footerButtons.begin(), footerButtons.end());
   all.insert(all.end(), moreButtons.begin(), moreButtons.end());
   return all;
+}
+
+std::vector<PanelButton> statusItemMenu(const PanelActionSet& available) {
+  std::vector<PanelButton> menu = {
+      {std::string(Copy::buttonCheckNow.text()), PanelAction::checkNow},
+      {std::string(Copy::buttonOpenAgentWindow.text()), PanelAction::openAgentWindow, AgentPage::ecosystems},
+      {std::string(Copy::buttonQuitStatusIcon.text()), PanelAction::quitStatusIcon},
+  };
+  std::erase_if(menu, [&](const auto& button) { return !available.contains(button.action); });
+  return menu;
 }
 
 PanelContent panelContent(const StatusPanelModel& model, Date now, const TimeTexts& times,

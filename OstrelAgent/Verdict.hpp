@@ -1,10 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 
 #include "OstrelAgent/Snapshot.hpp"
+#include "Platform/Appearance.hpp"
+#include "Platform/Canvas.hpp"
 
 namespace ostrel {
 
@@ -31,15 +35,71 @@ struct ProtectionVerdict {
 /// The mark in the icon's corner: all well, needs attention or not reported, not protected.
 enum class MenuBarBadge { dot, square, octagon };
 
-/// What the status item shows.
-struct MenuBarIcon {
+/// The signs of a verdict, by what the menu bar can show.
+struct MenuBarSign {
   MenuBarBadge badge = MenuBarBadge::square;
   std::string_view symbol;  ///< system symbol for want of the glyph image
-  std::string text;         ///< tooltip and accessible label
+  std::string_view emoji;   ///< for want of the symbol, too
 
-  static MenuBarIcon of(const ProtectionVerdict& verdict);
+  static MenuBarSign of(const ProtectionVerdict& verdict);
+
+  bool operator==(const MenuBarSign&) const = default;
+};
+
+/// The colours for a light or a dark menu bar.
+struct MenuBarPalette {
+  enum class Case { light, dark };
+
+  Case kind = Case::light;
+
+  /// The palette for a menu bar; the light one as long as its appearance is not known.
+  static MenuBarPalette matching(std::optional<Appearance> appearance);
+
+  CanvasColor color(MenuBarBadge badge) const;
+
+  /// The glyph image of the bundle's resources.
+  std::string_view glyphName() const;
+
+  bool operator==(const MenuBarPalette&) const = default;
+};
+
+namespace menubarpicture {
+/// The glyph image with its badge.
+struct Glyph {
+  MenuBarBadge badge = MenuBarBadge::square;
+  MenuBarPalette palette;
+  bool operator==(const Glyph&) const = default;
+};
+struct Symbol {
+  std::string_view name;
+  bool operator==(const Symbol&) const = default;
+};
+struct Title {
+  std::string_view emoji;
+  bool operator==(const Title&) const = default;
+};
+}  // namespace menubarpicture
+
+using MenuBarPicture = std::variant<menubarpicture::Glyph, menubarpicture::Symbol, menubarpicture::Title>;
+
+/// What the status item shows.
+struct MenuBarIcon {
+  MenuBarPicture picture;
+  std::string text;  ///< tooltip and accessible label
+
+  /// The best of glyph, symbol and emoji that the menu bar can show.
+  static MenuBarIcon of(const ProtectionVerdict& verdict, MenuBarPalette palette, bool hasGlyph,
+                        bool hasSymbol);
 
   bool operator==(const MenuBarIcon&) const = default;
 };
+
+/// The outline of a badge in its rectangle.
+CanvasPath badgePath(MenuBarBadge badge, const CanvasRect& rect);
+
+/// Draws the menu-bar image for a glyph of that size in points: the glyph in the palette's tint, and in its
+/// lower right corner the badge with its mark.
+void drawMenuBarImage(Canvas& canvas, double width, double height, MenuBarBadge badge,
+                      MenuBarPalette palette);
 
 }  // namespace ostrel

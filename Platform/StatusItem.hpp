@@ -1,21 +1,46 @@
 #pragma once
 
 #include <functional>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "Platform/Appearance.hpp"
 
 namespace ostrel {
 
 struct MenuBarIcon;
+struct PanelButton;
 
-/// The program's item in the menu bar (NSStatusItem). Main thread.
+/// The program's item in the menu bar (NSStatusItem with its button). Main thread.
 class StatusItem {
  public:
   virtual ~StatusItem() = default;
 
-  /// Puts the item into the menu bar; every click on it calls `clicked`.
-  virtual void install(std::function<void()> clicked) = 0;
+  /// What the item calls, on the main thread, never inside one of its own operations.
+  struct Events {
+    std::function<void()> clicked;
+    std::function<void()> appearanceChanged;
+    std::function<void(const PanelButton&)> menuPressed;
+  };
 
-  /// Shows the icon with its texts.
+  /// Puts the item into the menu bar. Call once, before everything else.
+  virtual void install(Events events) = 0;
+
+  /// Of the menu bar; nothing as long as it is not known.
+  virtual std::optional<Appearance> appearance() const = 0;
+
+  /// True when the item can draw the glyph image of that name from the bundle's resources.
+  virtual bool hasImage(std::string_view name) const = 0;
+
+  /// True when the system has the symbol of that name.
+  virtual bool hasSymbol(std::string_view name) const = 0;
+
+  /// Shows the icon with its text as tooltip and accessible label.
   virtual void show(const MenuBarIcon& icon) = 0;
+
+  /// The item's own menu, where the desktop gives it one besides the click.
+  virtual void showMenu(const std::vector<PanelButton>& buttons) = 0;
 };
 
 }  // namespace ostrel

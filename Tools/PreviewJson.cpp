@@ -134,13 +134,13 @@ Json json(const PanelContent::Health& health) {
 
 Json previewJson(const Snapshot& snapshot, const PanelContent& content) {
   const auto verdict = ProtectionVerdict::of(snapshot);
-  const auto icon = MenuBarIcon::of(verdict);
+  const auto sign = MenuBarSign::of(verdict);
   const auto any = [](const auto& value) { return json(value); };
   return {{"verdict", nameOf(verdict.kind)},
           {"off_by_policy", snapshot.offByPolicyCount()},
-          {"tooltip", icon.text},
-          {"badge", nameOf(icon.badge)},
-          {"symbol", icon.symbol},
+          {"tooltip", verdict.menuBarDescription()},
+          {"badge", nameOf(sign.badge)},
+          {"symbol", sign.symbol},
           {"header", json(content.header)},
           {"status_error", orNull(content.statusError, any)},
           {"update", orNull(content.update, any)},

@@ -7,7 +7,7 @@ namespace ostrel {
 void ConsoleStatusItem::show(const MenuBarIcon& icon) { streams_.writeOutput(icon.text + "\n"); }
 
 void ConsoleStatusItem::click() const {
-  if (clicked_) clicked_();
+  if (events_.clicked) events_.clicked();
 }
 
 }  // namespace ostrel

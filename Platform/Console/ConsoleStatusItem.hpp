@@ -1,6 +1,6 @@
 #pragma once
 
-#include <functional>
+#include <utility>
 
 #include "Platform/StandardStreams.hpp"
 #include "Platform/StatusItem.hpp"
@@ -12,14 +12,18 @@ class ConsoleStatusItem final : public StatusItem {
  public:
   explicit ConsoleStatusItem(StandardStreams& streams) : streams_(streams) {}
 
-  void install(std::function<void()> clicked) override { clicked_ = std::move(clicked); }
+  void install(Events events) override { events_ = std::move(events); }
+  std::optional<Appearance> appearance() const override { return std::nullopt; }
+  bool hasImage(std::string_view) const override { return false; }
+  bool hasSymbol(std::string_view) const override { return false; }
   void show(const MenuBarIcon& icon) override;
+  void showMenu(const std::vector<PanelButton>&) override {}
 
   void click() const;
 
  private:
   StandardStreams& streams_;
-  std::function<void()> clicked_;
+  Events events_;
 };
 
 }  // namespace ostrel

@@ -19,14 +19,6 @@ PlatformError proxiesUnreadable(const std::string& reason) { return {"NEVPNError
 // NEFilterManagerErrorConfigurationStale is 3 in <NetworkExtension/NEFilterManager.h>.
 PlatformError filterUnreadable(const std::string& reason) { return {"NEFilterErrorDomain", 3, reason}; }
 
-/// The parsed file, a discarded value when it is damaged, the given one when it is missing.
-std::expected<Json, PlatformError> readState(const Files& files, const char* path, Json missing) {
-  const auto bytes = files.read(path);
-  if (bytes) return Json::parse(*bytes, nullptr, false);
-  if (bytes.error().domain == posixErrorDomain && bytes.error().code == ENOENT) return missing;
-  return std::unexpected(bytes.error());
-}
-
 std::optional<bool> boolMember(const Json& json, const char* name) {
   if (!json.is_object()) return std::nullopt;
   const auto member = json.find(name);
@@ -34,12 +26,14 @@ std::optional<bool> boolMember(const Json& json, const char* name) {
   return member->get<bool>();
 }
 
-NetworkPreferences::TransparentProxies readProxies(const Files& files) {
-  const auto state = readState(files, simulatedstate::transparentProxies, Json::array());
-  if (!state) return std::unexpected(proxiesUnreadable(state.error().description));
-  if (!state->is_array()) return std::unexpected(proxiesUnreadable("The configurations are damaged."));
+using TransparentProxies = NetworkPreferences::TransparentProxies;
+using ContentFilter = NetworkPreferences::ContentFilter;
+
+TransparentProxies proxiesOf(const std::string& bytes) {
+  const auto state = Json::parse(bytes, nullptr, false);
+  if (!state.is_array()) return std::unexpected(proxiesUnreadable("The configurations are damaged."));
   std::vector<TransparentProxyConfiguration> configurations;
-  for (const auto& json : *state) {
+  for (const auto& json : state) {
     const auto enabled = boolMember(json, "enabled");
     const auto connected = boolMember(json, "connected");
     if (!enabled || !connected) return std::unexpected(proxiesUnreadable("A configuration is damaged."));
@@ -48,26 +42,42 @@ NetworkPreferences::TransparentProxies readProxies(const Files& files) {
   return configurations;
 }
 
-NetworkPreferences::ContentFilter readFilter(const Files& files) {
-  const auto state =
-      readState(files, simulatedstate::contentFilter, {{"provider", false}, {"enabled", false}});
-  if (!state) return std::unexpected(filterUnreadable(state.error().description));
-  const auto provider = boolMember(*state, "provider");
-  const auto enabled = boolMember(*state, "enabled");
+ContentFilter filterOf(const std::string& bytes) {
+  const auto state = Json::parse(bytes, nullptr, false);
+  const auto provider = boolMember(state, "provider");
+  const auto enabled = boolMember(state, "enabled");
   if (!provider || !enabled) return std::unexpected(filterUnreadable("The configuration is damaged."));
   return ContentFilterConfiguration{*provider, *enabled};
 }
 
+bool isMissing(const PlatformError& error) {
+  return error.domain == posixErrorDomain && error.code == ENOENT;
+}
+
 }  // namespace
 
-SimulatedNetworkPreferences::SimulatedNetworkPreferences(const Files& files) : files_(files) {}
+template <class Value>
+Value SimulatedNetworkPreferences::Reading<Value>::of(const std::string& bytes) {
+  const std::lock_guard lock(mutex_);
+  if (!latest_ || latest_->first != bytes) latest_.emplace(bytes, read_(bytes));
+  return latest_->second;
+}
+
+SimulatedNetworkPreferences::SimulatedNetworkPreferences(const Files& files)
+    : files_(files), proxies_(proxiesOf), filter_(filterOf) {}
 
 void SimulatedNetworkPreferences::loadTransparentProxies(std::function<void(TransparentProxies)> completion) {
-  completion(readProxies(files_));
+  const auto bytes = files_.read(simulatedstate::transparentProxies);
+  if (bytes) return completion(proxies_.of(*bytes));
+  if (isMissing(bytes.error())) return completion(TransparentProxies());
+  completion(std::unexpected(proxiesUnreadable(bytes.error().description)));
 }
 
 void SimulatedNetworkPreferences::loadContentFilter(std::function<void(ContentFilter)> completion) {
-  completion(readFilter(files_));
+  const auto bytes = files_.read(simulatedstate::contentFilter);
+  if (bytes) return completion(filter_.of(*bytes));
+  if (isMissing(bytes.error())) return completion(ContentFilter());
+  completion(std::unexpected(filterUnreadable(bytes.error().description)));
 }
 
 }  // namespace ostrel

@@ -1,5 +1,10 @@
 #pragma once
 
+#include <mutex>
+#include <optional>
+#include <string>
+#include <utility>
+
 #include "Platform/Files.hpp"
 #include "Platform/NetworkPreferences.hpp"
 
@@ -15,7 +20,22 @@ class SimulatedNetworkPreferences final : public NetworkPreferences {
   void loadContentFilter(std::function<void(ContentFilter)> completion) override;
 
  private:
+  /// What a state file says, read anew only when its bytes have changed. Any thread.
+  template <class Value>
+  class Reading {
+   public:
+    explicit Reading(Value (*read)(const std::string& bytes)) : read_(read) {}
+    Value of(const std::string& bytes);
+
+   private:
+    Value (*const read_)(const std::string& bytes);
+    std::mutex mutex_;  // guards what follows
+    std::optional<std::pair<std::string, Value>> latest_;
+  };
+
   const Files& files_;
+  Reading<TransparentProxies> proxies_;
+  Reading<ContentFilter> filter_;
 };
 
 }  // namespace ostrel

@@ -52,8 +52,8 @@ TYPED_TEST(PanelContract, ThePanelIsShownFromOpeningToClosing) {
 
 TYPED_TEST(PanelContract, EveryClickOnTheItemIsTold) {
   int clicks = 0;
-  this->host.statusItem.install([&] { ++clicks; });
-  this->host.statusItem.show(MenuBarIcon::of({}));
+  this->host.statusItem.install({[&] { ++clicks; }, [] {}, [](const PanelButton&) {}});
+  this->host.statusItem.show(MenuBarIcon{});
   this->host.statusItem.click();
   this->host.statusItem.click();
   EXPECT_EQ(clicks, 2);

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <expected>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "OstrelAgent/PanelContent.hpp"
+#include "Platform/Desktop/DesktopLook.hpp"
+#include "Platform/Desktop/PanelPlace.hpp"
+#include "Platform/Log.hpp"
+
+namespace ostrel {
+
+/// The panel as a window. Main thread, after the toolkit's application object.
+class PanelView {
+ public:
+  virtual ~PanelView() = default;
+
+  virtual bool isShown() const = 0;
+  virtual void open(const PanelContent& content, const PanelAnchor& anchor, const DesktopLook& look) = 0;
+
+  /// Draws what differs from the content shown; nothing when it is closed.
+  virtual void update(const PanelContent& content) = 0;
+  virtual void setLook(const DesktopLook& look) = 0;
+  virtual void close() = 0;
+};
+
+/// What a panel's window calls.
+struct PanelViewEvents {
+  std::function<void(const PanelButton&)> pressed;
+  std::function<void()> lostFocus;  ///< the window has closed because the person went elsewhere
+};
+
+/// The one symbol of the Views plug-in, `ostrelViewsPlugIn`.
+struct ViewsPlugIn {
+  const char* build;  ///< the build it belongs to; stays the first member
+
+  /// A panel that is not open yet; a sentence when the views cannot be loaded.
+  std::expected<std::unique_ptr<PanelView>, std::string> (*makePanelView)(Log& log, PanelViewEvents events);
+
+  /// The panel as a PNG file.
+  std::expected<std::string, std::string> (*drawPanel)(const PanelContent& content, const DesktopLook& look,
+                                                       Log& log);
+};
+
+}  // namespace ostrel
