@@ -1,0 +1,55 @@
+#include "Platform/Desktop/Shell/IconImage.hpp"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QString>
+
+#include "Platform/Desktop/Shell/PainterCanvas.hpp"
+
+namespace ostrel {
+
+namespace {
+
+constexpr int largestSide = 512;
+
+bool isOfUse(const QSize& size) {
+  return !size.isEmpty() && size.width() <= largestSide && size.height() <= largestSide;
+}
+
+/// Asks for the size before any pixel is read.
+std::optional<QImage> readPicture(const QString& path) {
+  if (!QFileInfo(path).isFile()) return std::nullopt;
+  QImageReader reader(path, "png");
+  reader.setAutoDetectImageFormat(false);
+  if (!isOfUse(reader.size())) return std::nullopt;
+  QImage picture = reader.read();
+  if (picture.isNull()) return std::nullopt;
+  return picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+}  // namespace
+
+std::optional<QImage> loadGlyph(const std::string& resources, std::string_view name, int scale) {
+  const auto stem = QFile::decodeName(resources.c_str()) + '/' + QString::fromUtf8(name.data(), name.size());
+  for (; scale > 1; --scale) {
+    if (auto picture = readPicture(stem + QStringLiteral("@%1x.png").arg(scale))) return picture;
+  }
+  return readPicture(stem + QStringLiteral(".png"));
+}
+
+bool hasGlyph(const std::string& resources, std::string_view name) {
+  return loadGlyph(resources, name, 1).has_value();
+}
+
+QImage iconImage(const QImage& glyph, MenuBarBadge badge, MenuBarPalette palette) {
+  QImage image(glyph.size(), QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::transparent);
+  {
+    PainterCanvas canvas(image, glyph);
+    drawMenuBarImage(canvas, image.width(), image.height(), badge, palette);
+  }
+  return image;
+}
+
+}  // namespace ostrel

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QImage>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "OstrelAgent/Verdict.hpp"
+
+namespace ostrel {
+
+/// A glyph of the bundle's folder of data files, drawn for that many pixels a point or, for want of it, for
+/// the next fewer; nothing when there is none that can be read.
+std::optional<QImage> loadGlyph(const std::string& resources, std::string_view name, int scale);
+
+/// Whether `loadGlyph` gives an image whatever the scale.
+bool hasGlyph(const std::string& resources, std::string_view name);
+
+/// The menu-bar image in the pixels of the glyph.
+QImage iconImage(const QImage& glyph, MenuBarBadge badge, MenuBarPalette palette);
+
+}  // namespace ostrel
