@@ -43,8 +43,8 @@ class DesktopPictures {
  public:
   virtual ~DesktopPictures() = default;
 
-  /// PNG files; a sentence when one cannot be drawn.
-  virtual std::expected<std::string, std::string> icon(const MenuBarIcon& icon, double points) = 0;
+  /// PNG files; a sentence when one cannot be drawn. Pixels for a point of the icon are 1, 2 or 3.
+  virtual std::expected<std::string, std::string> icon(const MenuBarIcon& icon, int scale) = 0;
   virtual std::expected<std::string, std::string> panel(const PanelContent& content,
                                                         const DesktopLook& look) = 0;
 };

@@ -1,9 +1,13 @@
 #include <malloc.h>
 
+#include <cstdlib>
+
 #include "Platform/Console/ConsoleScreens.hpp"
 #include "Platform/Console/ConsoleShell.hpp"
 #include "Platform/Console/ConsoleStatusItem.hpp"
+#include "Platform/Desktop/ShellPlugIn.hpp"
 #include "Platform/Host.hpp"
+#include "Platform/Linux/DesktopPlugIns.hpp"
 #include "Platform/Linux/LinuxBundle.hpp"
 #include "Platform/Posix/PosixBackgroundQueue.hpp"
 #include "Platform/Posix/PosixChildProcesses.hpp"
@@ -25,7 +29,17 @@ namespace {
 constexpr std::size_t backgroundThreads = 8;
 constexpr std::size_t statusThreads = 4;
 
-/// Linux with the simulated Mac beneath the host root, and the console as its shell.
+/// True where the environment names a display, or a platform of the toolkit's own.
+bool namesDisplay() {
+  for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+    const char* value = std::getenv(name);
+    if (value != nullptr && *value != '\0') return true;
+  }
+  return false;
+}
+
+/// Linux with the simulated Mac beneath the host root. Its shell is the desktop's where there is one, else
+/// the console.
 class LinuxHost final : public HostLifetime {
  public:
   LinuxHost() {
@@ -46,6 +60,24 @@ class LinuxHost final : public HostLifetime {
     return [this](std::string_view path) { return hostRoot_.realPath(path); };
   }
 
+  /// Nothing without a display, and, with a line in the log, where the desktop's plug-in is not as it should
+  /// be.
+  std::unique_ptr<Desktop> makeDesktop() {
+    if (!namesDisplay()) return nullptr;
+    auto services = desktopServices(bundle_, log_);
+    services.queueDescriptor = mainQueue_.descriptor();
+    services.runDue = [this] { mainQueue_.runDue(); };
+    services.signalDescriptor = signals_.descriptor();
+    services.receivedSignal = [] { return TerminationSignals::received(); };
+    const auto plugIn = loadShellPlugIn(bundle_);
+    auto desktop =
+        plugIn ? (*plugIn)->makeDesktop(std::move(services))
+               : std::expected<std::unique_ptr<Desktop>, std::string>(std::unexpected(plugIn.error()));
+    if (desktop) return std::move(*desktop);
+    log_.line(desktop.error());
+    return nullptr;
+  }
+
   PosixStandardStreams streams_;
   TerminationSignals signals_;
   PosixLog log_;
@@ -60,9 +92,10 @@ class LinuxHost final : public HostLifetime {
   SimulatedNetworkPreferences networkPreferences_{files_};
   PosixChildProcesses childProcesses_{realPath()};
   PosixMainQueue mainQueue_;
-  ConsoleStatusItem statusItem_{streams_};
-  ConsoleScreens screens_{streams_};
-  ConsoleShell shell_{signals_, mainQueue_, streams_, statusItem_, screens_};
+  ConsoleStatusItem consoleStatusItem_{streams_};
+  ConsoleScreens consoleScreens_{streams_};
+  ConsoleShell consoleShell_{signals_, mainQueue_, streams_, consoleStatusItem_, consoleScreens_};
+  std::unique_ptr<Desktop> desktop_ = makeDesktop();
   PosixBackgroundQueue backgroundQueue_{backgroundThreads};
   PosixBackgroundQueue statusQueue_{statusThreads};
   Host services_{
@@ -78,9 +111,9 @@ class LinuxHost final : public HostLifetime {
       .log = log_,
       .standardStreams = streams_,
       .networkPreferences = networkPreferences_,
-      .shell = shell_,
-      .statusItem = statusItem_,
-      .screens = screens_,
+      .shell = desktop_ ? desktop_->shell() : consoleShell_,
+      .statusItem = desktop_ ? desktop_->statusItem() : consoleStatusItem_,
+      .screens = desktop_ ? desktop_->screens() : consoleScreens_,
   };
 };
 

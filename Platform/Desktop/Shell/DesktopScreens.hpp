@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QPoint>
+#include <memory>
+
+#include "Platform/Desktop/ShellPlugIn.hpp"
+
+namespace ostrel {
+
+/// The panel as a window of the Views plug-in, which is loaded when the panel first opens.
+class DesktopScreens final : public Screens {
+ public:
+  using LoadViews = std::function<std::expected<const ViewsPlugIn*, std::string>()>;
+
+  DesktopScreens(LoadViews loadViews, Log& log) : loadViews_(std::move(loadViews)), log_(log) {}
+
+  void onPanelButton(std::function<void(const PanelButton&)> pressed) override;
+  bool isPanelShown() const override;
+  void openPanel(const PanelContent& content) override;
+  void updatePanel(const PanelContent& content) override;
+  void closePanel() override;
+  std::optional<double> visibleHeight() const override;
+
+  /// Where the next panel is to open: the place of a click in the screens' pixels.
+  void setClick(QPoint place);
+
+  /// True for a click that has just closed the panel by taking the focus from it.
+  bool hasClosedByThisClick() const;
+
+  void setLook(const DesktopLook& look);
+
+ private:
+  PanelView* view();
+
+  LoadViews loadViews_;
+  Log& log_;
+  std::function<void(const PanelButton&)> pressed_;
+  std::unique_ptr<PanelView> view_;
+  bool hasFailed_ = false;
+  PanelAnchor anchor_;
+  DesktopLook look_;
+  QElapsedTimer sinceFocusLoss_;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "Platform/Desktop/Shell/LookWatcher.hpp"
+#include "Platform/Desktop/Shell/StatusItemMenu.hpp"
+#include "Platform/Desktop/Shell/StatusNotifierItem.hpp"
+#include "Platform/StatusItem.hpp"
+
+namespace ostrel {
+
+/// The status item as an icon in the desktop's tray. The desktop has no system symbols.
+class DesktopStatusItem final : public StatusItem {
+ public:
+  /// Each click is told to `clicked` with its place in the screens' pixels.
+  DesktopStatusItem(QDBusConnection connection, std::string resources, const LookWatcher& looks, Log& log,
+                    std::function<void(QPoint)> clicked);
+
+  void install(Events events) override { events_ = std::move(events); }
+  std::optional<Appearance> appearance() const override { return looks_.look().appearance; }
+  bool hasImage(std::string_view name) const override;
+  bool hasSymbol(std::string_view) const override { return false; }
+  void show(const MenuBarIcon& icon) override;
+  void showMenu(const std::vector<PanelButton>& buttons) override { menu_.setButtons(buttons); }
+
+  const Events& events() const { return events_; }
+
+ private:
+  std::string resources_;
+  const LookWatcher& looks_;
+  Events events_;
+  StatusItemMenu menu_;
+  StatusNotifierItem item_;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,107 @@
+#include "Platform/Desktop/Shell/LookWatcher.hpp"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QEvent>
+#include <QFont>
+#include <QGuiApplication>
+#include <QMap>
+#include <QPalette>
+#include <QVariantMap>
+#include <utility>
+
+namespace ostrel {
+
+namespace {
+
+const QString portal = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString settingsInterface = QStringLiteral("org.freedesktop.portal.Settings");
+const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
+const QString interfaceGroup = QStringLiteral("org.gnome.desktop.interface");
+
+std::optional<std::uint32_t> number(const QVariant& value) {
+  if (value.typeId() != QMetaType::UInt && value.typeId() != QMetaType::Int) return std::nullopt;
+  return value.toUInt();
+}
+
+std::optional<bool> truth(const QVariant& value) {
+  if (value.typeId() != QMetaType::Bool) return std::nullopt;
+  return value.toBool();
+}
+
+std::optional<double> fraction(const QVariant& value) {
+  if (value.typeId() != QMetaType::Double) return std::nullopt;
+  return value.toDouble();
+}
+
+}  // namespace
+
+LookWatcher::LookWatcher(QDBusConnection connection, std::function<void()> changed)
+    : connection_(std::move(connection)), changed_(std::move(changed)) {
+  takeToolkit();
+  look_ = desktopLook(settings_);
+  QCoreApplication::instance()->installEventFilter(this);
+  connection_.connect(portal, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
+                      SLOT(settingChanged(QString, QString, QDBusVariant)));
+  askPortal();
+}
+
+void LookWatcher::askPortal() {
+  auto call =
+      QDBusMessage::createMethodCall(portal, portalPath, settingsInterface, QStringLiteral("ReadAll"));
+  call << QStringList{appearanceGroup, interfaceGroup};
+  auto* reply = new QDBusPendingCallWatcher(connection_.asyncCall(call), this);
+  connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply] {
+    reply->deleteLater();
+    if (reply->isError() || reply->reply().signature() != QLatin1String("a{sa{sv}}")) return;
+    const auto groups = qdbus_cast<QMap<QString, QVariantMap>>(reply->reply().arguments().at(0));
+    for (auto group = groups.begin(); group != groups.end(); ++group) {
+      for (auto setting = group->begin(); setting != group->end(); ++setting) {
+        takeSetting(group.key(), setting.key(), setting.value());
+      }
+    }
+    publish();
+  });
+}
+
+void LookWatcher::settingChanged(const QString& group, const QString& key, const QDBusVariant& value) {
+  takeSetting(group, key, value.variant());
+  publish();
+}
+
+void LookWatcher::takeSetting(const QString& group, const QString& key, const QVariant& value) {
+  if (group == appearanceGroup && key == QLatin1String("color-scheme")) settings_.colorScheme = number(value);
+  if (group == appearanceGroup && key == QLatin1String("reduced-motion"))
+    settings_.reducedMotion = number(value);
+  if (group == interfaceGroup && key == QLatin1String("enable-animations"))
+    settings_.animations = truth(value);
+  if (group == interfaceGroup && key == QLatin1String("text-scaling-factor"))
+    settings_.textScaling = fraction(value);
+}
+
+bool LookWatcher::eventFilter(QObject* /*object*/, QEvent* event) {
+  const bool isOfToolkit =
+      event->type() == QEvent::ApplicationPaletteChange || event->type() == QEvent::ApplicationFontChange;
+  if (isOfToolkit) {
+    takeToolkit();
+    publish();
+  }
+  return false;
+}
+
+void LookWatcher::takeToolkit() {
+  settings_.paletteLightness = QGuiApplication::palette().color(QPalette::Window).lightness();
+  settings_.fontPoints = QGuiApplication::font().pointSizeF();
+}
+
+void LookWatcher::publish() {
+  const auto look = desktopLook(settings_);
+  if (look == look_) return;
+  look_ = look;
+  changed_();
+}
+
+}  // namespace ostrel

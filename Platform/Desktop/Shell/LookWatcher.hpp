@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusVariant>
+#include <QObject>
+#include <functional>
+
+#include "Platform/Desktop/DesktopSettings.hpp"
+
+namespace ostrel {
+
+/// Follows the look that the person has chosen for the desktop: by the settings portal of the session bus,
+/// which is asked without waiting, and by the toolkit's palette and font.
+class LookWatcher final : public QObject {
+  Q_OBJECT
+
+ public:
+  LookWatcher(QDBusConnection connection, std::function<void()> changed);
+
+  const DesktopLook& look() const { return look_; }
+
+ private slots:
+  void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+
+ private:
+  bool eventFilter(QObject* object, QEvent* event) override;
+  void askPortal();
+  void takeSetting(const QString& group, const QString& key, const QVariant& value);
+  void takeToolkit();
+  void publish();
+
+  QDBusConnection connection_;
+  std::function<void()> changed_;
+  DesktopSettings settings_;
+  DesktopLook look_;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,147 @@
+#include "Platform/Desktop/Shell/QtDesktop.hpp"
+
+#include <QBuffer>
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QGuiApplication>
+#include <utility>
+
+#include "Platform/Desktop/Shell/DesktopScreens.hpp"
+#include "Platform/Desktop/Shell/DesktopStatusItem.hpp"
+#include "Platform/Desktop/Shell/IconImage.hpp"
+#include "Platform/Desktop/Shell/QtShell.hpp"
+
+namespace ostrel {
+
+namespace {
+
+constexpr const char* platformVariable = "QT_QPA_PLATFORM";
+constexpr const char* offscreen = "offscreen";
+
+Log* toolkitLog = nullptr;
+
+/// The toolkit's warnings go to the system log; its chatter goes nowhere.
+void logOfToolkit(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+  const bool isChatter = type == QtDebugMsg || type == QtInfoMsg;
+  if (!isChatter) toolkitLog->line(text.toStdString());
+}
+
+/// The toolkit's application object. Where the person names no platform of the toolkit's, the display's are
+/// tried one after the other, and last the one without a screen: the toolkit ends the process where none
+/// works.
+class Application {
+ public:
+  explicit Application(Log& log) {
+    toolkitLog = &log;
+    qInstallMessageHandler(logOfToolkit);
+    const bool isChosen = qEnvironmentVariableIsSet(platformVariable);
+    if (!isChosen) qputenv(platformVariable, "xcb;wayland;offscreen");
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QGuiApplication::setApplicationName(QStringLiteral("OstrelAgent"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Ostrel Agent"));
+    application_.emplace(count_, arguments_);
+    // Children must not take the choice for the person's.
+    if (!isChosen) qunsetenv(platformVariable);
+    hasScreen_ = isChosen || QGuiApplication::platformName() != QLatin1String(offscreen);
+  }
+  Application(const Application&) = delete;
+  Application& operator=(const Application&) = delete;
+  ~Application() {
+    application_.reset();
+    qInstallMessageHandler(nullptr);
+  }
+
+  bool hasScreen() const { return hasScreen_; }
+
+ private:
+  int count_ = 1;
+  char name_[12] = "OstrelAgent";
+  char* arguments_[2] = {name_, nullptr};
+  std::optional<QGuiApplication> application_;
+  bool hasScreen_ = false;
+};
+
+class QtDesktop final : public Desktop {
+ public:
+  explicit QtDesktop(std::unique_ptr<Application> application, DesktopServices services)
+      : application_(std::move(application)), services_(std::move(services)) {
+    if (!bus_.isConnected()) {
+      services_.log.line("the icon cannot be shown: " + bus_.lastError().message().toStdString());
+    }
+    screens_.setLook(looks_.look());
+  }
+
+  Shell& shell() override { return shell_; }
+  StatusItem& statusItem() override { return statusItem_; }
+  Screens& screens() override { return screens_; }
+
+ private:
+  void changeLook() {
+    screens_.setLook(looks_.look());
+    if (statusItem_.events().appearanceChanged) statusItem_.events().appearanceChanged();
+  }
+
+  void click(QPoint place) {
+    if (screens_.hasClosedByThisClick() || !statusItem_.events().clicked) return;
+    screens_.setClick(place);
+    statusItem_.events().clicked();
+  }
+
+  std::unique_ptr<Application> application_;
+  DesktopServices services_;
+  QDBusConnection bus_ = QDBusConnection::sessionBus();
+  LookWatcher looks_{bus_, [this] { changeLook(); }};
+  DesktopScreens screens_{services_.loadViews, services_.log};
+  DesktopStatusItem statusItem_{bus_, services_.resources, looks_, services_.log,
+                                [this](QPoint place) { click(place); }};
+  QtShell shell_{services_};
+};
+
+std::string pngOf(const QImage& image) {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  image.save(&buffer, "PNG");
+  return bytes.toStdString();
+}
+
+class QtPictures final : public DesktopPictures {
+ public:
+  QtPictures(std::unique_ptr<Application> application, DesktopServices services)
+      : application_(std::move(application)), services_(std::move(services)) {}
+
+  std::expected<std::string, std::string> icon(const MenuBarIcon& icon, int scale) override {
+    const auto* glyph = std::get_if<menubarpicture::Glyph>(&icon.picture);
+    if (glyph == nullptr) return std::unexpected("the bundle has no glyph image");
+    const auto image = loadGlyph(services_.resources, glyph->palette.glyphName(), scale);
+    if (!image) return std::unexpected("the glyph image cannot be read");
+    return pngOf(iconImage(*image, glyph->badge, glyph->palette));
+  }
+
+  std::expected<std::string, std::string> panel(const PanelContent& content,
+                                                const DesktopLook& look) override {
+    const auto views = services_.loadViews();
+    if (!views) return std::unexpected(views.error());
+    return (*views)->drawPanel(content, look, services_.log);
+  }
+
+ private:
+  std::unique_ptr<Application> application_;
+  DesktopServices services_;
+};
+
+}  // namespace
+
+std::expected<std::unique_ptr<Desktop>, std::string> makeQtDesktop(DesktopServices services) {
+  auto application = std::make_unique<Application>(services.log);
+  if (!application->hasScreen()) return std::unexpected("the display cannot be opened");
+  return std::make_unique<QtDesktop>(std::move(application), std::move(services));
+}
+
+std::unique_ptr<DesktopPictures> makeQtPictures(DesktopServices services, double scale) {
+  qputenv(platformVariable, offscreen);
+  qputenv("QT_SCALE_FACTOR", QByteArray::number(scale));
+  return std::make_unique<QtPictures>(std::make_unique<Application>(services.log), std::move(services));
+}
+
+}  // namespace ostrel

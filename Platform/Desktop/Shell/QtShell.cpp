@@ -1,0 +1,26 @@
+#include "Platform/Desktop/Shell/QtShell.hpp"
+
+#include <QCoreApplication>
+
+namespace ostrel {
+
+QtShell::QtShell(const DesktopServices& services)
+    : services_(services),
+      queue_(services.queueDescriptor, QSocketNotifier::Read),
+      signals_(services.signalDescriptor, QSocketNotifier::Read) {
+  QObject::connect(&queue_, &QSocketNotifier::activated, &queue_, [this] { services_.runDue(); });
+  QObject::connect(&signals_, &QSocketNotifier::activated, &signals_, [this] {
+    signals_.setEnabled(false);
+    QCoreApplication::exit(128 + services_.receivedSignal().value_or(0));
+  });
+}
+
+int QtShell::run() { return QCoreApplication::exec(); }
+
+// Posted, so that it also ends a loop that starts later.
+void QtShell::terminate() {
+  QMetaObject::invokeMethod(
+      QCoreApplication::instance(), [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
+}
+
+}  // namespace ostrel

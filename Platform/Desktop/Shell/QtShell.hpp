@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QSocketNotifier>
+
+#include "Platform/Desktop/ShellPlugIn.hpp"
+
+namespace ostrel {
+
+/// The toolkit's main loop, which serves the program's main queue and its signals, too. A signal ends it with
+/// status 128 + signal.
+class QtShell final : public Shell {
+ public:
+  explicit QtShell(const DesktopServices& services);
+
+  void setActivationPolicy(ActivationPolicy) override {}
+  int run() override;
+  void terminate() override;
+
+  /// Desktops give the focus to the window that a click opens.
+  void activate() override {}
+
+ private:
+  const DesktopServices& services_;
+  QSocketNotifier queue_;
+  QSocketNotifier signals_;
+};
+
+}  // namespace ostrel

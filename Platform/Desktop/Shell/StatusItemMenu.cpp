@@ -1,0 +1,165 @@
+#include "Platform/Desktop/Shell/StatusItemMenu.hpp"
+
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <utility>
+
+#include "Platform/Desktop/Shell/VirtualObject.hpp"
+
+namespace ostrel {
+
+namespace {
+
+constexpr const char* interface = "com.canonical.dbusmenu";
+constexpr int root = 0;
+
+/// An underscore marks the letter of a shortcut, two stand for themselves.
+QString menuLabel(const std::string& title) {
+  return QString::fromStdString(title).replace(QLatin1Char('_'), QLatin1String("__"));
+}
+
+const QVariantMap& menuProperties() {
+  static const QVariantMap properties = {{QStringLiteral("Version"), 3U},
+                                         {QStringLiteral("TextDirection"), QStringLiteral("ltr")},
+                                         {QStringLiteral("Status"), QStringLiteral("normal")},
+                                         {QStringLiteral("IconThemePath"), QStringList()}};
+  return properties;
+}
+
+}  // namespace
+
+StatusItemMenu::StatusItemMenu(QDBusConnection connection, std::function<void(const PanelButton&)> pressed)
+    : connection_(std::move(connection)), pressed_(std::move(pressed)) {
+  registerDBusTypes();
+  connection_.registerVirtualObject(QLatin1String(path), this);
+}
+
+StatusItemMenu::~StatusItemMenu() { connection_.unregisterObject(QLatin1String(path)); }
+
+void StatusItemMenu::setButtons(std::vector<PanelButton> buttons) {
+  if (buttons == buttons_) return;
+  buttons_ = std::move(buttons);
+  auto signal = QDBusMessage::createSignal(QLatin1String(path), QLatin1String(interface),
+                                           QStringLiteral("LayoutUpdated"));
+  connection_.send(signal << ++revision_ << root);
+}
+
+QString StatusItemMenu::introspect(const QString& /*path*/) const {
+  return QStringLiteral(
+      "<interface name=\"com.canonical.dbusmenu\">"
+      "<property name=\"Version\" type=\"u\" access=\"read\"/>"
+      "<property name=\"TextDirection\" type=\"s\" access=\"read\"/>"
+      "<property name=\"Status\" type=\"s\" access=\"read\"/>"
+      "<property name=\"IconThemePath\" type=\"as\" access=\"read\"/>"
+      "<method name=\"GetLayout\"><arg type=\"i\" name=\"parentId\" direction=\"in\"/>"
+      "<arg type=\"i\" name=\"recursionDepth\" direction=\"in\"/>"
+      "<arg type=\"as\" name=\"propertyNames\" direction=\"in\"/>"
+      "<arg type=\"u\" name=\"revision\" direction=\"out\"/>"
+      "<arg type=\"(ia{sv}av)\" name=\"layout\" direction=\"out\"/></method>"
+      "<method name=\"GetGroupProperties\"><arg type=\"ai\" name=\"ids\" direction=\"in\"/>"
+      "<arg type=\"as\" name=\"propertyNames\" direction=\"in\"/>"
+      "<arg type=\"a(ia{sv})\" name=\"properties\" direction=\"out\"/></method>"
+      "<method name=\"GetProperty\"><arg type=\"i\" name=\"id\" direction=\"in\"/>"
+      "<arg type=\"s\" name=\"name\" direction=\"in\"/><arg type=\"v\" name=\"value\" "
+      "direction=\"out\"/></method>"
+      "<method name=\"Event\"><arg type=\"i\" name=\"id\" direction=\"in\"/>"
+      "<arg type=\"s\" name=\"eventId\" direction=\"in\"/><arg type=\"v\" name=\"data\" direction=\"in\"/>"
+      "<arg type=\"u\" name=\"timestamp\" direction=\"in\"/></method>"
+      "<method name=\"EventGroup\"><arg type=\"a(isvu)\" name=\"events\" direction=\"in\"/>"
+      "<arg type=\"ai\" name=\"idErrors\" direction=\"out\"/></method>"
+      "<method name=\"AboutToShow\"><arg type=\"i\" name=\"id\" direction=\"in\"/>"
+      "<arg type=\"b\" name=\"needUpdate\" direction=\"out\"/></method>"
+      "<method name=\"AboutToShowGroup\"><arg type=\"ai\" name=\"ids\" direction=\"in\"/>"
+      "<arg type=\"ai\" name=\"updatesNeeded\" direction=\"out\"/>"
+      "<arg type=\"ai\" name=\"idErrors\" direction=\"out\"/></method>"
+      "<signal name=\"ItemsPropertiesUpdated\"><arg type=\"a(ia{sv})\" name=\"updatedProps\"/>"
+      "<arg type=\"a(ias)\" name=\"removedProps\"/></signal>"
+      "<signal name=\"LayoutUpdated\"><arg type=\"u\" name=\"revision\"/><arg type=\"i\" "
+      "name=\"parent\"/></signal>"
+      "<signal name=\"ItemActivationRequested\"><arg type=\"i\" name=\"id\"/>"
+      "<arg type=\"u\" name=\"timestamp\"/></signal>"
+      "</interface>");
+}
+
+bool StatusItemMenu::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
+  if (answerProperties(message, connection, QLatin1String(interface), menuProperties())) return true;
+  if (message.interface() != QLatin1String(interface)) return false;
+  const auto signature = message.signature();
+  const std::pair<const char*, const char*> methods[] = {
+      {"GetLayout", "iias"},      {"GetGroupProperties", "aias"}, {"GetProperty", "is"},
+      {"Event", "isvu"},          {"EventGroup", "a(isvu)"},      {"AboutToShow", "i"},
+      {"AboutToShowGroup", "ai"},
+  };
+  for (const auto& [method, takes] : methods) {
+    if (message.member() != QLatin1String(method)) continue;
+    if (signature != QLatin1String(takes)) return refuse(message, connection);
+    connection.send(message.createReply(answer(message.member(), message.arguments())));
+    return true;
+  }
+  return false;
+}
+
+QVariantList StatusItemMenu::answer(const QString& method, const QVariantList& arguments) {
+  const auto first = arguments.value(0);
+  if (method == QLatin1String("GetLayout")) {
+    const auto item = itemOf(first.toInt(), arguments.value(1).toInt());
+    return {revision_, QVariant::fromValue(item)};
+  }
+  if (method == QLatin1String("GetGroupProperties")) {
+    QList<DBusMenuProperties> items;
+    auto ids = qdbus_cast<QList<int>>(first);
+    if (ids.isEmpty()) {
+      for (int id = root; hasItem(id); ++id) ids.append(id);
+    }
+    for (const int id : std::as_const(ids)) {
+      if (hasItem(id)) items.append({id, propertiesOf(id)});
+    }
+    return {QVariant::fromValue(items)};
+  }
+  if (method == QLatin1String("GetProperty")) {
+    const auto value = propertiesOf(first.toInt()).value(arguments.value(1).toString(), QString());
+    return {QVariant::fromValue(QDBusVariant(value))};
+  }
+  if (method == QLatin1String("Event")) {
+    handleEvent(first.toInt(), arguments.value(1).toString());
+    return {};
+  }
+  if (method == QLatin1String("EventGroup")) {
+    QList<int> unknown;
+    for (const auto& event : qdbus_cast<QList<DBusMenuEvent>>(first)) {
+      if (!hasItem(event.id)) unknown.append(event.id);
+      handleEvent(event.id, event.name);
+    }
+    return {QVariant::fromValue(unknown)};
+  }
+  if (method == QLatin1String("AboutToShow")) return {false};
+  return {QVariant::fromValue(QList<int>()), QVariant::fromValue(QList<int>())};
+}
+
+bool StatusItemMenu::hasItem(int id) const { return id >= root && id <= static_cast<int>(buttons_.size()); }
+
+QVariantMap StatusItemMenu::propertiesOf(int id) const {
+  if (id == root) return {{QStringLiteral("children-display"), QStringLiteral("submenu")}};
+  if (!hasItem(id)) return {};
+  const auto& button = buttons_[static_cast<std::size_t>(id - 1)];
+  return {{QStringLiteral("label"), menuLabel(button.title)},
+          {QStringLiteral("enabled"), button.isEnabled},
+          {QStringLiteral("visible"), true}};
+}
+
+DBusMenuItem StatusItemMenu::itemOf(int id, int depth) const {
+  DBusMenuItem item{id, propertiesOf(id), {}};
+  if (id == root && depth != 0) {
+    for (int child = 1; hasItem(child); ++child) item.children.append({child, propertiesOf(child), {}});
+  }
+  return item;
+}
+
+void StatusItemMenu::handleEvent(int id, const QString& name) {
+  if (name != QLatin1String("clicked") || id == root || !hasItem(id)) return;
+  // A copy, since what is pressed may change the menu.
+  const auto button = buttons_[static_cast<std::size_t>(id - 1)];
+  if (button.isEnabled) pressed_(button);
+}
+
+}  // namespace ostrel

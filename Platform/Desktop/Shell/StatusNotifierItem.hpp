@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+#include <QDBusVirtualObject>
+#include <QPoint>
+#include <functional>
+
+#include "Platform/Desktop/Shell/DBusTypes.hpp"
+#include "Platform/Log.hpp"
+
+namespace ostrel {
+
+/// An icon in the desktop's tray (org.kde.StatusNotifierItem). Registers with the tray's watcher, and again
+/// with every watcher that appears later; never waits for one.
+class StatusNotifierItem final : public QDBusVirtualObject {
+ public:
+  static constexpr const char* path = "/StatusNotifierItem";
+
+  /// A click calls `activated` with its place in the screens' pixels; (0, 0) when the host does not tell it.
+  StatusNotifierItem(QDBusConnection connection, const QString& menuPath, Log& log,
+                     std::function<void(QPoint)> activated);
+  StatusNotifierItem(const StatusNotifierItem&) = delete;
+  StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
+  ~StatusNotifierItem() override;
+
+  /// Tells the host of what has changed, and of nothing else.
+  void setPixmaps(QList<DBusPixmap> pixmaps);
+  void setTitle(const QString& title);
+  void setToolTip(const QString& text);
+
+  /// Puts the item into the tray. Call once everything is set.
+  void show();
+
+  QString introspect(const QString& path) const override;
+  bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
+
+ private:
+  void registerAtWatcher();
+  void emitChange(const char* signal);
+  QVariantMap properties() const;
+
+  QDBusConnection connection_;
+  QDBusServiceWatcher watchers_;
+  QString menuPath_;
+  Log& log_;
+  std::function<void(QPoint)> activated_;
+  QList<DBusPixmap> pixmaps_;
+  QString title_;
+  QString toolTip_;
+  bool isShown_ = false;
+  bool hasToldOfNoTray_ = false;
+};
+
+}  // namespace ostrel
