@@ -74,7 +74,7 @@ class LinuxHost final : public HostLifetime {
         plugIn ? (*plugIn)->makeDesktop(std::move(services))
                : std::expected<std::unique_ptr<Desktop>, std::string>(std::unexpected(plugIn.error()));
     if (desktop) return std::move(*desktop);
-    log_.line(desktop.error());
+    log_.line("ostrel: " + desktop.error());
     return nullptr;
   }
 

@@ -77,7 +77,7 @@ PanelView* DesktopScreens::view() {
                   : std::expected<std::unique_ptr<PanelView>, std::string>(std::unexpected(plugIn.error()));
   if (!made) {
     hasFailed_ = true;
-    log_.line("the panel cannot be shown: " + made.error());
+    log_.line("ostrel: the panel cannot be shown: " + made.error());
     return nullptr;
   }
   view_ = std::move(*made);

@@ -23,7 +23,7 @@ Log* toolkitLog = nullptr;
 /// The toolkit's warnings go to the system log; its chatter goes nowhere.
 void logOfToolkit(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
   const bool isChatter = type == QtDebugMsg || type == QtInfoMsg;
-  if (!isChatter) toolkitLog->line(text.toStdString());
+  if (!isChatter) toolkitLog->line("ostrel: " + text.toStdString());
 }
 
 /// The toolkit's application object. Where the person names no platform of the toolkit's, the display's are
@@ -66,7 +66,7 @@ class QtDesktop final : public Desktop {
   explicit QtDesktop(std::unique_ptr<Application> application, DesktopServices services)
       : application_(std::move(application)), services_(std::move(services)) {
     if (!bus_.isConnected()) {
-      services_.log.line("the icon cannot be shown: " + bus_.lastError().message().toStdString());
+      services_.log.line("ostrel: the icon cannot be shown: " + bus_.lastError().message().toStdString());
     }
     screens_.setLook(looks_.look());
   }

@@ -80,7 +80,7 @@ void StatusNotifierItem::registerAtWatcher() {
   QObject::connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply] {
     reply->deleteLater();
     if (!reply->isError() || std::exchange(hasToldOfNoTray_, true)) return;
-    log_.line("the desktop has no tray for the icon yet: " + reply->error().message().toStdString());
+    log_.line("ostrel: the desktop has no tray for the icon yet: " + reply->error().message().toStdString());
   });
 }
 
