@@ -29,17 +29,20 @@ std::vector<CanvasPath> badgeMark(MenuBarBadge badge, const CanvasRect& rect) {
     case MenuBarBadge::dot:
       return {};
     case MenuBarBadge::square: {
-      const double thickness = 0.17 * width;
-      const CanvasRect bar{x - thickness / 2, y - 0.06 * width, thickness, 0.36 * width};
-      const CanvasRect point{x - 0.1 * width, y - 0.31 * width, 0.2 * width, 0.2 * width};
-      return {canvaspath::RoundedRect{bar, thickness / 2}, canvaspath::Oval{point}};
+      // In a glyph of 18 points the bar and the point below it start on whole points.
+      const double thickness = 0.16 * width;
+      const double half = 0.347 * width;
+      const double gapTop = -0.08 * width;
+      const CanvasRect bar{x - thickness / 2, y + gapTop, thickness, half - gapTop};
+      const CanvasRect point{x - thickness / 2, y - half, thickness, thickness};
+      return {canvaspath::RoundedRect{bar, thickness / 3}, canvaspath::RoundedRect{point, thickness / 3}};
     }
     case MenuBarBadge::octagon:
       break;
   }
   // Twelve corners: an end of each arm, then the inner corner before the next arm.
-  const double arm = 0.27 * width;
-  const double half = 0.075 * width;
+  const double arm = 0.32 * width;
+  const double half = 0.066 * width;
   canvaspath::Polygon cross;
   for (int quarter = 0; quarter < 4; ++quarter) {
     const double along = 45.0 + 90.0 * quarter;
