@@ -21,6 +21,7 @@
 #include "Tools/PreviewInput.hpp"
 #include "Tools/PreviewJson.hpp"
 #include "Tools/PreviewOptions.hpp"
+#include "Tools/PreviewPictures.hpp"
 
 namespace ostrel {
 
@@ -28,6 +29,8 @@ namespace {
 
 constexpr std::string_view usage =
     "usage: ostrel-preview [--text|--json] [--language CODE] [FILE]\n"
+    "       ostrel-preview [--png PICTURE] [--icon PICTURE] [--dark] [--scale 1|2|3] [--language CODE] "
+    "[FILE]\n"
     "       ostrel-preview --export-strings\n";
 
 constexpr std::string_view help =
@@ -36,6 +39,10 @@ constexpr std::string_view help =
     "\n"
     "  --text            the panel as text (the default); several reports get one line each\n"
     "  --json            verdict, icon, rows, cards and facts as JSON\n"
+    "  --png PICTURE     the panel as a picture, written to that file; needs no display\n"
+    "  --icon PICTURE    the menu-bar icon likewise\n"
+    "  --dark            pictures as a dark desktop shows them\n"
+    "  --scale N         pixels for a point of the pictures\n"
     "  --language CODE   texts and times in a translation of the bundle, for example de\n"
     "  --export-strings  the English texts as a .strings table for translators\n"
     "\n"
@@ -87,7 +94,8 @@ std::string summaryLine(const Snapshot& snapshot, const PanelContent& content) {
 
 class Preview {
  public:
-  explicit Preview(const PreviewOptions& options) : options_(options), timeFormat_(options.language) {}
+  Preview(const PreviewOptions& options, const Bundle& bundle, Log& log)
+      : options_(options), bundle_(bundle), log_(log), timeFormat_(options.language) {}
 
   /// Answers every document of the input; gives the exit status.
   int run() {
@@ -95,6 +103,9 @@ class Preview {
     if (!input) return complain(input.error());
     const auto documents = previewDocuments(*input);
     if (documents.empty()) return fail("the input is empty", false);
+    if (options_.mode == PreviewOptions::Mode::pictures && documents.size() > 1) {
+      return fail("a picture shows one report, but there are " + std::to_string(documents.size()), false);
+    }
     int status = 0;
     for (const auto& document : documents) status = std::max(status, answer(document, documents.size() > 1));
     return status;
@@ -102,14 +113,19 @@ class Preview {
 
  private:
   int answer(const PreviewDocument& document, bool isOneOfMany) {
-    const auto reading = readPreviewDocument(document.bytes);
+    auto reading = readPreviewDocument(document.bytes);
     if (!reading) {
       const auto place = isOneOfMany ? "line " + std::to_string(document.linesBefore + 1) + ": " : "";
       return fail(place + reading.error().description(document.linesBefore), isOneOfMany);
     }
     const auto& snapshot = reading->model.snap;
+    reading->model.panelMaxHeight = unboundedHeight;
     const auto content =
         panelContent(reading->model, reading->now.value_or(clock_.now()), times_, allActions());
+    if (options_.mode == PreviewOptions::Mode::pictures) {
+      const auto written = writePictures(options_, ProtectionVerdict::of(snapshot), content, bundle_, log_);
+      return written ? 0 : complain(written.error());
+    }
     if (options_.mode == PreviewOptions::Mode::json) {
       printJson(previewJson(snapshot, content), document.isLine);
     } else {
@@ -144,23 +160,22 @@ class Preview {
     return actions;
   }
 
+  static constexpr double unboundedHeight = 100'000;
+
   const PreviewOptions& options_;
+  const Bundle& bundle_;
+  Log& log_;
   PosixClock clock_;
   PosixTimeFormat timeFormat_;
   TimeTexts times_{.clockTime = [this](Date date) { return timeFormat_.clockTime(date); },
                    .shortDate = [this](Date date) { return timeFormat_.shortDate(date); }};
 };
 
-/// Installs a translation of the bundle beside this tool.
-void useLanguage(const std::string& language) {
-  if (language.empty()) return;
+/// The bundle's executable, which stands beside this tool.
+std::string agentPath() {
   auto tool = currentExecutablePath();
   for (int i = 0; i < 2; ++i) tool.resize(std::min(tool.rfind('/'), tool.size()));
-  const PosixFiles files([](std::string_view path) { return std::string(path); });
-  const LinuxBundle bundle(files, languageCandidates(language, "", ""),
-                           tool + "/OstrelAgent.app/Contents/MacOS/OstrelAgent");
-  PosixLog log;
-  installTranslation(bundle, log);
+  return tool + "/OstrelAgent.app/Contents/MacOS/OstrelAgent";
 }
 
 void exportStrings() {
@@ -181,10 +196,14 @@ int run(std::span<const char* const> arguments) {
       return 0;
     case PreviewOptions::Mode::text:
     case PreviewOptions::Mode::json:
+    case PreviewOptions::Mode::pictures:
       break;
   }
-  useLanguage(options->language);
-  return Preview(*options).run();
+  const PosixFiles files([](std::string_view path) { return std::string(path); });
+  const LinuxBundle bundle(files, languageCandidates(options->language, "", ""), agentPath());
+  PosixLog log;
+  installTranslation(bundle, log);
+  return Preview(*options, bundle, log).run();
 }
 
 }  // namespace

@@ -1,0 +1,44 @@
+#include "Tools/PreviewPictures.hpp"
+
+#include <cstdio>
+
+#include "Platform/Linux/DesktopPlugIns.hpp"
+
+namespace ostrel {
+
+namespace {
+
+using Picture = std::expected<std::string, std::string>;
+
+std::expected<void, std::string> writeFile(const std::string& path, const Picture& picture) {
+  if (!picture) return std::unexpected(picture.error());
+  std::FILE* file = std::fopen(path.c_str(), "wb");
+  const bool isWritten =
+      file != nullptr && std::fwrite(picture->data(), 1, picture->size(), file) == picture->size();
+  const bool isClosed = file != nullptr && std::fclose(file) == 0;
+  if (!isWritten || !isClosed) return std::unexpected(path + " cannot be written");
+  return {};
+}
+
+}  // namespace
+
+std::expected<void, std::string> writePictures(const PreviewOptions& options,
+                                               const ProtectionVerdict& verdict, const PanelContent& content,
+                                               const Bundle& bundle, Log& log) {
+  const auto plugIn = loadShellPlugIn(bundle);
+  if (!plugIn) return std::unexpected(plugIn.error());
+  const auto pictures = (*plugIn)->makePictures(desktopServices(bundle, log), options.scale);
+  const auto appearance = options.isDark ? Appearance::dark : Appearance::light;
+  std::expected<void, std::string> written;
+  if (options.icon) {
+    const auto icon = MenuBarIcon::of(verdict, MenuBarPalette::matching(appearance), true, false);
+    written = writeFile(*options.icon, pictures->icon(icon, options.scale));
+  }
+  if (written && options.png) {
+    written =
+        writeFile(*options.png, pictures->panel(content, {.appearance = appearance, .reducesMotion = true}));
+  }
+  return written;
+}
+
+}  // namespace ostrel

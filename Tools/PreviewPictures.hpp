@@ -1,0 +1,20 @@
+#pragma once
+
+#include <expected>
+#include <string>
+
+#include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Verdict.hpp"
+#include "Platform/Bundle.hpp"
+#include "Platform/Log.hpp"
+#include "Tools/PreviewOptions.hpp"
+
+namespace ostrel {
+
+/// Writes the pictures that the options ask for, drawn by the bundle's plug-ins without a display. A sentence
+/// when one cannot be drawn or written.
+std::expected<void, std::string> writePictures(const PreviewOptions& options,
+                                               const ProtectionVerdict& verdict, const PanelContent& content,
+                                               const Bundle& bundle, Log& log);
+
+}  // namespace ostrel
