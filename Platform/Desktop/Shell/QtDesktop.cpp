@@ -19,11 +19,24 @@ constexpr const char* platformVariable = "QT_QPA_PLATFORM";
 constexpr const char* offscreen = "offscreen";
 
 Log* toolkitLog = nullptr;
+QtMsgType leastLoggedOfToolkit = QtWarningMsg;
 
-/// The toolkit's warnings go to the system log; its chatter goes nowhere.
+int gravity(QtMsgType type) {
+  switch (type) {
+    case QtDebugMsg:
+      return 0;
+    case QtInfoMsg:
+      return 1;
+    case QtWarningMsg:
+      return 2;
+    default:
+      return 3;
+  }
+}
+
+/// What the toolkit warns of goes to the system log; its chatter goes nowhere.
 void logOfToolkit(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
-  const bool isChatter = type == QtDebugMsg || type == QtInfoMsg;
-  if (!isChatter) toolkitLog->line("ostrel: " + text.toStdString());
+  if (gravity(type) >= gravity(leastLoggedOfToolkit)) toolkitLog->line("ostrel: " + text.toStdString());
 }
 
 /// The toolkit's application object. Where the person names no platform of the toolkit's, the display's are
@@ -31,8 +44,9 @@ void logOfToolkit(QtMsgType type, const QMessageLogContext& /*context*/, const Q
 /// works.
 class Application {
  public:
-  explicit Application(Log& log) {
+  explicit Application(Log& log, QtMsgType leastLogged = QtWarningMsg) {
     toolkitLog = &log;
+    leastLoggedOfToolkit = leastLogged;
     qInstallMessageHandler(logOfToolkit);
     const bool isChosen = qEnvironmentVariableIsSet(platformVariable);
     if (!isChosen) qputenv(platformVariable, "xcb;wayland;offscreen");
@@ -141,7 +155,8 @@ std::expected<std::unique_ptr<Desktop>, std::string> makeQtDesktop(DesktopServic
 std::unique_ptr<DesktopPictures> makeQtPictures(DesktopServices services, double scale) {
   qputenv(platformVariable, offscreen);
   qputenv("QT_SCALE_FACTOR", QByteArray::number(scale));
-  return std::make_unique<QtPictures>(std::make_unique<Application>(services.log), std::move(services));
+  return std::make_unique<QtPictures>(std::make_unique<Application>(services.log, QtCriticalMsg),
+                                      std::move(services));
 }
 
 }  // namespace ostrel
