@@ -3,7 +3,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
+#include <QSize>
 #include <QString>
+#include <algorithm>
 
 #include "Platform/Desktop/Shell/PainterCanvas.hpp"
 
@@ -11,6 +13,7 @@ namespace ostrel {
 
 namespace {
 
+constexpr int largestScale = 3;
 constexpr int largestSide = 512;
 
 bool isOfUse(const QSize& size) {
@@ -32,8 +35,8 @@ std::optional<QImage> readPicture(const QString& path) {
 
 std::optional<QImage> loadGlyph(const std::string& resources, std::string_view name, int scale) {
   const auto stem = QFile::decodeName(resources.c_str()) + '/' + QString::fromUtf8(name.data(), name.size());
-  for (; scale > 1; --scale) {
-    if (auto picture = readPicture(stem + QStringLiteral("@%1x.png").arg(scale))) return picture;
+  for (int next = std::min(scale, largestScale); next > 1; --next) {
+    if (auto picture = readPicture(stem + QStringLiteral("@%1x.png").arg(next))) return picture;
   }
   return readPicture(stem + QStringLiteral(".png"));
 }
