@@ -1,11 +1,10 @@
 #include "Benchmarks/AgentBenchmark.hpp"
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 #include <thread>
 #include <vector>
 
+#include "Benchmarks/HostRootFolder.hpp"
 #include "Benchmarks/Process.hpp"
 #include "OstrelAgent/MenuBarController.hpp"
 #include "Platform/SimulatedMac/HostRoot.hpp"
@@ -40,18 +39,11 @@ class Watch {
   std::vector<double> refreshes_;
 };
 
-std::string makeHostRoot() {
-  std::string root = "/tmp/ostrel-bench-XXXXXX";
-  if (::mkdtemp(root.data()) == nullptr) std::abort();
-  ::setenv("OSTREL_HOST_ROOT", root.c_str(), 1);
-  medianRunMicroseconds({OSTREL_SIMULATED_ENDPOINT, "scenario", "protected"}, 1);
-  return root;
-}
-
 }  // namespace
 
 AgentFigures measureAgent(int refreshes) {
-  const auto root = makeHostRoot();
+  const HostRootFolder hostRoot;
+  const auto& root = hostRoot.path();
   const auto period = MenuBarController::refreshPeriod;
   const Process agent({OSTREL_AGENT, "menubar"});
   const Process bareLoop({OSTREL_BARE_LOOP, std::to_string(period.count()), OSTREL_HELPER,
@@ -65,9 +57,7 @@ AgentFigures measureAgent(int refreshes) {
     agentWatch.sample();
     bareWatch.sample();
   }
-  const AgentFigures figures{agentWatch.figures(), bareWatch.figures()};
-  std::filesystem::remove_all(root);
-  return figures;
+  return {agentWatch.figures(), bareWatch.figures()};
 }
 
 }  // namespace ostrel

@@ -2,12 +2,11 @@
 
 #include <cstdio>
 #include <exception>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <string_view>
 
 #include "Benchmarks/AgentBenchmark.hpp"
+#include "Benchmarks/BenchTable.hpp"
 #include "Benchmarks/Process.hpp"
 #include "Benchmarks/ReportBenchmark.hpp"
 
@@ -19,27 +18,10 @@ constexpr int refreshes = 36;
 constexpr int quickRefreshes = 4;
 constexpr int starts = 400;
 
-void row(const char* what, const std::string& measured, const std::string& reference,
-         const std::string& ratio, const char* bar) {
-  std::printf("| %s | %s | %s | %s | %s |\n", what, measured.c_str(), reference.c_str(), ratio.c_str(), bar);
-  std::fflush(stdout);
-}
-
-std::string text(const char* format, double value) {
-  char buffer[64];
-  std::snprintf(buffer, sizeof buffer, format, value);
-  return buffer;
-}
-
 void compare(const char* what, const char* unit, double measured, double reference, const char* bar) {
   const auto format = std::string("%.1f ") + unit;
-  row(what, text(format.c_str(), measured), text(format.c_str(), reference),
-      text("%.2f", measured / reference), bar);
-}
-
-std::string readReport() {
-  std::ifstream file(OSTREL_REPORT, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+  printRow(what, formatted(format.c_str(), measured), formatted(format.c_str(), reference),
+           formatted("%.2f", measured / reference), bar);
 }
 
 void run(bool isQuick) {
@@ -55,9 +37,9 @@ void run(bool isQuick) {
           agent.bareLoop.refreshMicroseconds, "1.5 times");
   compare("context switches of one refresh; reference: a bare loop", "", agent.agent.contextSwitches,
           agent.bareLoop.contextSwitches, "2.5 times");
-  row("resident memory of the idle console agent",
-      text("%.1f MiB", static_cast<double>(agent.agent.residentKiB) / 1024),
-      text("%.1f MiB", static_cast<double>(agent.bareLoop.residentKiB) / 1024), "", "9 MiB");
+  printRow("resident memory of the idle console agent",
+           formatted("%.1f MiB", static_cast<double>(agent.agent.residentKiB) / 1024),
+           formatted("%.1f MiB", static_cast<double>(agent.bareLoop.residentKiB) / 1024), "", "9 MiB");
 }
 
 }  // namespace

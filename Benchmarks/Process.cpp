@@ -84,6 +84,10 @@ std::uint64_t Process::residentKiB() const {
   return statusNumbers("/proc/" + std::to_string(pid_) + "/status", {"VmRSS"});
 }
 
+std::uint64_t Process::memoryKiB(const std::string& name) const {
+  return statusNumbers("/proc/" + std::to_string(pid_) + "/smaps_rollup", {name});
+}
+
 double medianRunMicroseconds(const std::vector<std::string>& command, int rounds) {
   std::vector<double> times;
   for (int i = 0; i < rounds; ++i) {

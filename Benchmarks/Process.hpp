@@ -27,6 +27,9 @@ class Process {
   /// Resident memory in KiB.
   std::uint64_t residentKiB() const;
 
+  /// Memory in KiB by a name of smaps_rollup: "Rss", "Private_Dirty".
+  std::uint64_t memoryKiB(const std::string& name) const;
+
  private:
   pid_t pid_ = -1;
 };

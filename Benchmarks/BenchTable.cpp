@@ -1,0 +1,26 @@
+#include "Benchmarks/BenchTable.hpp"
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+
+namespace ostrel {
+
+void printRow(const char* what, const std::string& measured, const std::string& reference,
+              const std::string& ratio, const char* bar) {
+  std::printf("| %s | %s | %s | %s | %s |\n", what, measured.c_str(), reference.c_str(), ratio.c_str(), bar);
+  std::fflush(stdout);
+}
+
+std::string formatted(const char* format, double value) {
+  char buffer[64];
+  std::snprintf(buffer, sizeof buffer, format, value);
+  return buffer;
+}
+
+std::string readReport() {
+  std::ifstream file(OSTREL_REPORT, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+}  // namespace ostrel

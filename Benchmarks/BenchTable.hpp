@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+namespace ostrel {
+
+/// One row of the table of docs/PERFORMANCE.md, on standard output.
+void printRow(const char* what, const std::string& measured, const std::string& reference,
+              const std::string& ratio, const char* bar);
+
+/// A number by a format of printf.
+std::string formatted(const char* format, double value);
+
+/// The report that the figures are about.
+std::string readReport();
+
+}  // namespace ostrel

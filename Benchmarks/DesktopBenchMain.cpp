@@ -1,0 +1,77 @@
+// Prints the desktop's rows of the table of docs/PERFORMANCE.md; needs a display and a session bus of its
+// own.
+
+#include <QCoreApplication>
+#include <cstdio>
+#include <exception>
+
+#include "Benchmarks/BenchTable.hpp"
+#include "Benchmarks/DesktopBenchmark.hpp"
+#include "OstrelAgent/StatusRead.hpp"
+#include "Platform/Posix/PosixTimeFormat.hpp"
+
+namespace ostrel {
+
+namespace {
+
+constexpr int starts = 11;
+constexpr int openings = 50;
+constexpr int timedOpenings = 21;
+
+std::string mebibytes(double kibibytes) { return formatted("%.1f MiB", kibibytes / 1024); }
+
+PanelContent reportContent() {
+  const PosixTimeFormat format("en");
+  const TimeTexts times{.clockTime = [&](Date date) { return format.clockTime(date); },
+                        .shortDate = [&](Date date) { return format.shortDate(date); }};
+  StatusPanelModel model;
+  model.hasReading = true;
+  model.panelMaxHeight = 760;
+  model.snap = snapshotOfStatus(0, readReport());
+  const auto now = Date(std::chrono::sys_days(std::chrono::January / 2 / 2025)) + std::chrono::hours(10);
+  return panelContent(model, now, times, {PanelAction::checkNow, PanelAction::quitStatusIcon});
+}
+
+void printDesktop() {
+  // An application object that the desktop's own does not meet.
+  int count = 1;
+  char name[] = "ostrel-desktop-bench";
+  char* arguments[] = {name, nullptr};
+  const QCoreApplication application(count, arguments);
+  const auto desktop = measureDesktop(starts, openings);
+  printRow("exec to RegisterStatusNotifierItem, median of 11",
+           formatted("%.1f ms", desktop.startMilliseconds), "", "", "30 ms");
+  printRow("resident memory of the idle icon, panel never opened",
+           mebibytes(static_cast<double>(desktop.idleResidentKiB)), "", "", "24 MiB");
+  printRow("private dirty memory of the same", mebibytes(static_cast<double>(desktop.idlePrivateDirtyKiB)),
+           "", "", "3.0 MiB");
+  printRow("resident memory after opening and closing the panel 50 times",
+           mebibytes(static_cast<double>(desktop.openedResidentKiB)), "", "", "48 MiB");
+  printRow("growth since the second time", mebibytes(static_cast<double>(desktop.growthKiB)), "", "",
+           "0.5 MiB");
+  printRow("D-Bus signals of three refreshes that change nothing",
+           formatted("%.0f", desktop.signalsOfRefreshes), "", "", "0");
+}
+
+void printOpening() {
+  const auto opening = measureOpening(reportContent(), timedOpenings);
+  printRow("click to the panel's first frame, first time, with loading the views",
+           formatted("%.1f ms", opening.firstMilliseconds), "", "", "60 ms");
+  printRow("the same later, median of 21", formatted("%.1f ms", opening.laterMilliseconds), "", "", "20 ms");
+  printRow("frames of 100 updates that change nothing", std::to_string(opening.framesOfEqualUpdates), "", "",
+           "0");
+}
+
+}  // namespace
+
+}  // namespace ostrel
+
+int main() {
+  try {
+    ostrel::printDesktop();
+    ostrel::printOpening();
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "ostrel-desktop-bench: %s\n", error.what());
+    return 1;
+  }
+}

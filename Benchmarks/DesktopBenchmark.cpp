@@ -1,0 +1,104 @@
+#include "Benchmarks/DesktopBenchmark.hpp"
+
+#include <QCoreApplication>
+#include <QDBusMessage>
+#include <QDeadlineTimer>
+#include <algorithm>
+#include <chrono>
+#include <optional>
+#include <stdexcept>
+
+#include "Benchmarks/HostRootFolder.hpp"
+#include "Benchmarks/Process.hpp"
+#include "Benchmarks/TrayWatcher.hpp"
+#include "OstrelAgent/MenuBarController.hpp"
+
+namespace ostrel {
+
+namespace {
+
+using SteadyClock = std::chrono::steady_clock;
+
+template <class Condition>
+void waitUntil(Condition condition) {
+  const QDeadlineTimer deadline(20'000);
+  while (!condition()) {
+    if (deadline.hasExpired()) throw std::runtime_error("the agent does not answer");
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
+  }
+}
+
+void waitFor(std::chrono::milliseconds time) {
+  const QDeadlineTimer deadline(time);
+  while (!deadline.hasExpired()) QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+}
+
+/// A desktop's tray with the agents that come into it.
+class Tray {
+ public:
+  double start() {
+    item_.clear();
+    const auto started = SteadyClock::now();
+    agent_.reset();
+    agent_.emplace(std::vector<std::string>{OSTREL_AGENT, "menubar"});
+    waitUntil([this] { return !item_.isEmpty(); });
+    return std::chrono::duration<double, std::milli>(registered_ - started).count();
+  }
+
+  /// Toggles the panel, and waits until the agent has done so.
+  void click() {
+    auto call = QDBusMessage::createMethodCall(item_, QStringLiteral("/StatusNotifierItem"),
+                                               QStringLiteral("org.kde.StatusNotifierItem"),
+                                               QStringLiteral("Activate"));
+    bus_.call(call << 600 << 10);
+    waitFor(std::chrono::milliseconds(100));
+  }
+
+  const Process& agent() const { return *agent_; }
+  int signalCount() const { return watcher_.signalCount(); }
+
+ private:
+  QDBusConnection bus_ = QDBusConnection::sessionBus();
+  QString item_;
+  SteadyClock::time_point registered_;
+  TrayWatcher watcher_{bus_, [this](const QString& item) {
+                         registered_ = SteadyClock::now();
+                         item_ = item;
+                       }};
+  std::optional<Process> agent_;
+};
+
+}  // namespace
+
+DesktopFigures measureDesktop(int starts, int openings) {
+  const HostRootFolder hostRoot;
+  Tray tray;
+  DesktopFigures figures;
+  std::vector<double> times;
+  for (int i = 0; i < starts; ++i) {
+    times.push_back(tray.start());
+    waitFor(std::chrono::milliseconds(300));
+  }
+  std::ranges::sort(times);
+  figures.startMilliseconds = times[times.size() / 2];
+
+  waitFor(MenuBarController::refreshPeriod / 2);
+  const int signalsBefore = tray.signalCount();
+  waitFor(MenuBarController::refreshPeriod * 3);
+  figures.signalsOfRefreshes = tray.signalCount() - signalsBefore;
+  figures.idleResidentKiB = tray.agent().memoryKiB("Rss");
+  figures.idlePrivateDirtyKiB = tray.agent().memoryKiB("Private_Dirty");
+
+  std::uint64_t second = 0;
+  for (int i = 0; i < openings; ++i) {
+    tray.click();
+    tray.click();
+    if (i == 1) second = tray.agent().memoryKiB("Rss");
+  }
+  figures.openedResidentKiB = tray.agent().memoryKiB("Rss");
+  figures.growthKiB =
+      static_cast<std::int64_t>(figures.openedResidentKiB) - static_cast<std::int64_t>(second);
+  return figures;
+}
+
+}  // namespace ostrel

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "OstrelAgent/PanelContent.hpp"
+
+namespace ostrel {
+
+/// What the agent costs on a desktop. Needs a display and a session bus without a tray.
+struct DesktopFigures {
+  double startMilliseconds = 0;  ///< from exec to the registration at the tray, the median of all
+  std::uint64_t idleResidentKiB = 0;
+  std::uint64_t idlePrivateDirtyKiB = 0;
+  double signalsOfRefreshes = 0;        ///< D-Bus signals while nothing changes
+  std::uint64_t openedResidentKiB = 0;  ///< after the panel has been opened and closed often
+  std::int64_t growthKiB = 0;           ///< since it was closed for the second time
+};
+DesktopFigures measureDesktop(int starts, int openings);
+
+/// From the click to the first frame of the panel, in this process.
+struct OpeningFigures {
+  double firstMilliseconds = 0;  ///< with loading the views
+  double laterMilliseconds = 0;  ///< the median of the later ones
+  int framesOfEqualUpdates = 0;  ///< of a hundred updates that change nothing
+};
+OpeningFigures measureOpening(const PanelContent& content, int openings);
+
+}  // namespace ostrel

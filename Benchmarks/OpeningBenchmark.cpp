@@ -1,0 +1,100 @@
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QGuiApplication>
+#include <QWindow>
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <stdexcept>
+
+#include "Benchmarks/DesktopBenchmark.hpp"
+#include "Benchmarks/FrameCounter.hpp"
+#include "Platform/Linux/DesktopPlugIns.hpp"
+#include "Platform/Linux/LinuxBundle.hpp"
+#include "Platform/Posix/PosixFiles.hpp"
+#include "Platform/Posix/PosixLog.hpp"
+
+namespace ostrel {
+
+namespace {
+
+using SteadyClock = std::chrono::steady_clock;
+
+/// The desktop of the agent's bundle, in this process.
+class OwnDesktop {
+ public:
+  OwnDesktop() {
+    if (::pipe(never_.data()) != 0) throw std::runtime_error("no pipe");
+    auto services = desktopServices(bundle_, log_);
+    services.queueDescriptor = never_[0];
+    services.signalDescriptor = never_[0];
+    const auto plugIn = loadShellPlugIn(bundle_);
+    if (!plugIn) throw std::runtime_error(plugIn.error());
+    auto desktop = (*plugIn)->makeDesktop(std::move(services));
+    if (!desktop) throw std::runtime_error(desktop.error());
+    desktop_ = std::move(*desktop);
+  }
+
+  /// Milliseconds until the panel's first frame.
+  double open(const PanelContent& content) {
+    const auto start = SteadyClock::now();
+    desktop_->screens().openPanel(content);
+    counter_.watch(QGuiApplication::topLevelWindows());
+    const int before = counter_.count();
+    const QDeadlineTimer deadline(10'000);
+    while (counter_.count() == before && !deadline.hasExpired())
+      QCoreApplication::processEvents(QEventLoop::AllEvents);
+    if (deadline.hasExpired()) throw std::runtime_error("the panel draws no frame");
+    return std::chrono::duration<double, std::milli>(counter_.lastFrame() - start).count();
+  }
+
+  int framesWhile(const std::function<void(Screens&)>& work) {
+    settle();
+    const int before = counter_.count();
+    work(desktop_->screens());
+    settle();
+    return counter_.count() - before;
+  }
+
+  void close() {
+    desktop_->screens().closePanel();
+    settle();
+  }
+
+ private:
+  static void settle() {
+    const QDeadlineTimer deadline(400);
+    while (!deadline.hasExpired()) QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+  }
+
+  std::array<int, 2> never_ = {-1, -1};
+  PosixFiles files_{[](std::string_view path) { return std::string(path); }};
+  LinuxBundle bundle_{files_, {}, OSTREL_AGENT};
+  PosixLog log_;
+  FrameCounter counter_;
+  std::unique_ptr<Desktop> desktop_;
+};
+
+}  // namespace
+
+OpeningFigures measureOpening(const PanelContent& content, int openings) {
+  OwnDesktop desktop;
+  OpeningFigures figures;
+  figures.firstMilliseconds = desktop.open(content);
+  figures.framesOfEqualUpdates = desktop.framesWhile([&](Screens& screens) {
+    for (int i = 0; i < 100; ++i) screens.updatePanel(content);
+  });
+  desktop.close();
+  std::vector<double> times;
+  for (int i = 0; i < openings; ++i) {
+    times.push_back(desktop.open(content));
+    desktop.close();
+  }
+  std::ranges::sort(times);
+  figures.laterMilliseconds = times[times.size() / 2];
+  return figures;
+}
+
+}  // namespace ostrel
