@@ -25,7 +25,7 @@ struct Filter {
 
 /// A report with what the agent learns elsewhere. A bare report is read as one that gives nothing else.
 struct Envelope {
-  StatusReport report;
+  std::optional<StatusReport> report;  ///< nothing when the helper printed none that can be read
   std::optional<std::int64_t> helperStatus;
   std::optional<std::vector<Proxy>> transparentProxies;
   std::optional<Filter> egressFilter;
@@ -84,6 +84,7 @@ std::expected<Envelope, JsonError> decodeEnvelope(std::string_view bytes) {
   if (auto read = decodeJson(bytes, JsonObject{reportField}, &envelope); !read) {
     return std::unexpected(std::move(read.error()));
   }
+  if (!envelope.report && !envelope.helperStatus) return std::unexpected(JsonError{"report", "is missing"});
   return envelope;
 }
 
@@ -93,8 +94,8 @@ NetworkPreferences::TransparentProxies proxiesOf(const Envelope& envelope) {
     for (const auto& proxy : *envelope.transparentProxies) {
       proxies.push_back({proxy.enabled, proxy.connected.value_or(proxy.enabled)});
     }
-  } else if (envelope.report.health && envelope.report.health->sysext &&
-             envelope.report.health->sysext->state == "ok") {
+  } else if (envelope.report && envelope.report->health && envelope.report->health->sysext &&
+             envelope.report->health->sysext->state == "ok") {
     proxies.push_back({.enabled = true, .connected = true});
   }
   return proxies;
@@ -105,7 +106,7 @@ NetworkPreferences::ContentFilter filterOf(const Envelope& envelope) {
     return ContentFilterConfiguration{envelope.egressFilter->provider.value_or(true),
                                       envelope.egressFilter->enabled};
   }
-  const auto& health = envelope.report.health;
+  const auto health = envelope.report ? envelope.report->health : std::nullopt;
   const bool isOn = health && health->egressLock && health->egressLock->state == "ok";
   return ContentFilterConfiguration{isOn, isOn};
 }
@@ -126,8 +127,8 @@ std::expected<PreviewReading, JsonError> readPreviewDocument(std::string_view by
   if (!std::in_range<std::int32_t>(status))
     return std::unexpected(JsonError{.path = "helper_status", .reason = "is not an exit status"});
   auto& snapshot = reading.model.snap;
-  if (status == 0) {
-    snapshot.fill(envelope->report);
+  if (status == 0 && envelope->report) {
+    snapshot.fill(*envelope->report);
   } else {
     snapshot = snapshotOfStatus(static_cast<std::int32_t>(status), "");
   }

@@ -18,7 +18,8 @@ struct PreviewReading {
 /// Reads a bare status report, or an object that adds to "report" what the agent learns elsewhere:
 /// "helper_status", "transparent_proxies" [{"enabled", "connected"}], "egress_filter" {"provider",
 /// "enabled"}, "mdm_enrolled", "running_container_runtimes" and "now". Network state that is not given is
-/// taken from what the report says of extension and lock.
+/// taken from what the report says of extension and lock. A status without a report is that of a helper whose
+/// output cannot be read.
 std::expected<PreviewReading, JsonError> readPreviewDocument(std::string_view bytes);
 
 }  // namespace ostrel
