@@ -22,6 +22,10 @@ RowState::Case tintOf(MenuBarBadge badge) {
   return RowState::Case::warn;
 }
 
+bool needsAttention(const RowState& state) {
+  return state.kind == RowState::Case::warn || state.kind == RowState::Case::bad;
+}
+
 /// Computes one content; holds what all its parts are computed from.
 class PanelComposer {
  public:
@@ -114,6 +118,7 @@ class PanelComposer {
     health.rollup = {"health", std::string(Copy::rowHealth.text()), healthRollup(rows), ""};
     for (const auto& row : rows) {
       health.components.push_back({row.id, row.name.value_or(""), row.state, noteOf(row.health, row.state)});
+      if (needsAttention(row.state)) health.unfolds = true;
     }
     return health;
   }

@@ -63,6 +63,7 @@ struct PanelContent {
   struct Health {
     Row rollup;
     std::vector<Row> components;
+    bool unfolds = false;  ///< a component needs attention, so they show without being asked for
 
     bool operator==(const Health&) const = default;
   };

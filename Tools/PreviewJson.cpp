@@ -127,7 +127,8 @@ Json json(const PanelContent::Protection& protection) {
 }
 
 Json json(const PanelContent::Health& health) {
-  return {{"rollup", json(health.rollup)}, {"components", list(health.components)}};
+  return {
+      {"rollup", json(health.rollup)}, {"unfolds", health.unfolds}, {"components", list(health.components)}};
 }
 
 }  // namespace

@@ -96,6 +96,18 @@ TEST(PanelContent, GivesANoteToEveryRowThatIsNotOk) {
   EXPECT_EQ(content(model).protection->noEcosystems, "");
 }
 
+TEST(PanelContent, UnfoldsTheComponentsOnlyWhenOneNeedsAttention) {
+  const auto unfolds = [](const char* severity) {
+    auto model = read(healthy());
+    model.snap.captureSet = readings::health("unknown", severity);
+    return content(model).health->unfolds;
+  };
+  EXPECT_FALSE(content(read(healthy())).health->unfolds);
+  EXPECT_FALSE(unfolds("info"));
+  EXPECT_TRUE(unfolds("yellow"));
+  EXPECT_TRUE(unfolds("red"));
+}
+
 TEST(PanelContent, IsAmberWhileItSettles) {
   auto model = read(healthy());
   model.snap.verdict = "degraded";
