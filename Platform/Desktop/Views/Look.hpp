@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+#include <QObject>
+
+#include "Platform/Desktop/DesktopLook.hpp"
+
+namespace ostrel {
+
+/// How the desktop wants its windows, for the QML of one engine.
+class Look : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_SINGLETON
+  Q_PROPERTY(bool isDark MEMBER isDark_ NOTIFY isDarkChanged)
+  Q_PROPERTY(double textScale MEMBER textScale_ NOTIFY textScaleChanged)
+  Q_PROPERTY(double pixelsPerPoint MEMBER pixelsPerPoint_ NOTIFY pixelsPerPointChanged)
+
+ public:
+  using QObject::QObject;
+
+  void set(const DesktopLook& look, double pixelsPerPoint);
+
+ signals:
+  void isDarkChanged();
+  void textScaleChanged();
+  void pixelsPerPointChanged();
+
+ private:
+  bool isDark_ = false;
+  double textScale_ = 1;
+  double pixelsPerPoint_ = 1;
+};
+
+}  // namespace ostrel

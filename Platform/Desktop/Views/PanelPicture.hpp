@@ -1,0 +1,16 @@
+#pragma once
+
+#include <expected>
+#include <string>
+
+#include "OstrelAgent/PanelContent.hpp"
+#include "Platform/Desktop/DesktopLook.hpp"
+#include "Platform/Log.hpp"
+
+namespace ostrel {
+
+/// The panel as a PNG file, in the pixels of the first screen; its corners are transparent.
+std::expected<std::string, std::string> panelPicture(const PanelContent& content, const DesktopLook& look,
+                                                     Log& log);
+
+}  // namespace ostrel

@@ -1,0 +1,89 @@
+#include "Platform/Desktop/Views/PanelScene.hpp"
+
+#include <QtQml/qqml.h>
+#include <QFontDatabase>
+#include <QLibraryInfo>
+#include <QQmlComponent>
+
+#include <cmath>
+#include <mutex>
+
+#include "Platform/Desktop/Views/Look.hpp"
+
+// Written by the build from the types of this folder.
+void qml_register_types_Ostrel_Views();
+
+// Calls from outside a namespace are what the build's macros want.
+static void initResources() { Q_INIT_RESOURCE(qmake_Ostrel_Views); }
+
+namespace ostrel {
+
+namespace {
+
+constexpr auto importPath = "qrc:/views";
+constexpr auto panelFile = "qrc:/views/Ostrel/Views/StatusPanel/StatusPanel.qml";
+
+void registerTypes() {
+  static const bool isDone = [] {
+    initResources();
+    qml_register_types_Ostrel_Views();
+    return true;
+  }();
+  Q_UNUSED(isDone);
+}
+
+void tellWithoutFont(Log& log) {
+  static bool isTold = false;
+  if (isTold || !QFontDatabase::families().isEmpty()) return;
+  isTold = true;
+  log.line("No font is installed; texts cannot be drawn.");
+}
+
+void polish(QQuickItem& item) {
+  const auto children = item.childItems();
+  for (auto* child : children) polish(*child);
+  item.ensurePolished();
+}
+
+}  // namespace
+
+PanelScene::PanelScene(Log& log) : log_(log) {
+  registerTypes();
+  tellWithoutFont(log);
+  engine_.setOutputWarningsToStandardError(false);
+  // Nothing is looked for beside the program or where the environment says.
+  engine_.setImportPathList({importPath, QLibraryInfo::path(QLibraryInfo::QmlImportsPath)});
+  QObject::connect(&engine_, &QQmlEngine::warnings, &state_, [this](const QList<QQmlError>& warnings) {
+    for (const auto& warning : warnings) log_.line(warning.toString().toStdString());
+  });
+}
+
+void PanelScene::chooseRenderer() {
+  static std::once_flag isChosen;
+  std::call_once(isChosen, [] { QQuickWindow::setGraphicsApi(QSGRendererInterface::Software); });
+}
+
+std::expected<void, std::string> PanelScene::fill(QQuickWindow& window) {
+  QQmlComponent component(&engine_, QUrl(panelFile));
+  if (!component.isReady()) return std::unexpected(component.errorString().trimmed().toStdString());
+  std::unique_ptr<QObject> object(component.createWithInitialProperties(
+      {{QStringLiteral("panel"), QVariant::fromValue(&state_)},
+       {QStringLiteral("parent"), QVariant::fromValue(window.contentItem())}}));
+  auto* item = qobject_cast<QQuickItem*>(object.get());
+  if (!item) return std::unexpected(component.errorString().trimmed().toStdString());
+  object.release();
+  root_.reset(item);
+  return {};
+}
+
+void PanelScene::setLook(const DesktopLook& look, double pixelsPerPoint) {
+  engine_.singletonInstance<Look*>(qmlTypeId("Ostrel.Views", 1, 0, "Look"))->set(look, pixelsPerPoint);
+}
+
+void PanelScene::layOut() { polish(*root_); }
+
+QSize PanelScene::size() const {
+  return {static_cast<int>(std::ceil(root_->width())), static_cast<int>(std::ceil(root_->height()))};
+}
+
+}  // namespace ostrel

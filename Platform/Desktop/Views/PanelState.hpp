@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+#include <QObject>
+
+#include "OstrelAgent/PanelContent.hpp"
+#include "Platform/Desktop/Views/PanelValues.hpp"
+#include "Platform/Desktop/Views/ValueList.hpp"
+
+namespace ostrel {
+
+/// What the panel's QML shows, and what it tells. A property changes only when its value does.
+class PanelState : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("The host makes it.")
+  Q_PROPERTY(ostrel::HeaderValue header MEMBER header_ NOTIFY headerChanged)
+  Q_PROPERTY(ostrel::RowValue status MEMBER status_ NOTIFY statusChanged)
+  Q_PROPERTY(ostrel::ProtectionValue protection MEMBER protection_ NOTIFY protectionChanged)
+  Q_PROPERTY(ostrel::HealthValue health MEMBER health_ NOTIFY healthChanged)
+  Q_PROPERTY(double maxHeight MEMBER maxHeight_ NOTIFY maxHeightChanged)
+  Q_PROPERTY(QString moreSpoken MEMBER moreSpoken_ NOTIFY moreSpokenChanged)
+  Q_PROPERTY(ostrel::ValueList* cards READ cards CONSTANT)
+  Q_PROPERTY(ostrel::ValueList* ecosystems READ ecosystems CONSTANT)
+  Q_PROPERTY(ostrel::ValueList* components READ components CONSTANT)
+  Q_PROPERTY(ostrel::ValueList* facts READ facts CONSTANT)
+  Q_PROPERTY(ostrel::ValueList* headerButtons READ headerButtons CONSTANT)
+  Q_PROPERTY(ostrel::ValueList* footerButtons READ footerButtons CONSTANT)
+  Q_PROPERTY(ostrel::ValueList* moreButtons READ moreButtons CONSTANT)
+  Q_PROPERTY(ostrel::ValueList* notices READ notices CONSTANT)
+
+ public:
+  /// False when the content is the one shown.
+  bool show(const PanelContent& content);
+
+  ValueList* cards() { return &cards_; }
+  ValueList* ecosystems() { return &ecosystems_; }
+  ValueList* components() { return &components_; }
+  ValueList* facts() { return &facts_; }
+  ValueList* headerButtons() { return &headerButtons_; }
+  ValueList* footerButtons() { return &footerButtons_; }
+  ValueList* moreButtons() { return &moreButtons_; }
+  ValueList* notices() { return &notices_; }
+
+  Q_INVOKABLE void press(const ostrel::ButtonValue& button) { emit pressed(button.button); }
+
+ signals:
+  void headerChanged();
+  void statusChanged();
+  void protectionChanged();
+  void healthChanged();
+  void maxHeightChanged();
+  void moreSpokenChanged();
+
+  /// The panel starts afresh: folded as the content says, scrolled to its top, without focus.
+  void opened(bool fadesIn);
+
+  void pressed(const ostrel::PanelButton& button);
+  void dismissed();
+
+ private:
+  PanelContent content_;
+  HeaderValue header_;
+  RowValue status_;
+  ProtectionValue protection_;
+  HealthValue health_;
+  double maxHeight_ = 0;
+  QString moreSpoken_;
+  ValueList cards_;
+  ValueList ecosystems_;
+  ValueList components_;
+  ValueList facts_;
+  ValueList headerButtons_;
+  ValueList footerButtons_;
+  ValueList moreButtons_;
+  ValueList notices_;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,99 @@
+#include "Platform/Desktop/Views/PanelValues.hpp"
+
+#include <QStringList>
+
+namespace ostrel {
+
+namespace {
+
+int numberOf(RowState::Case kind) { return static_cast<int>(kind); }
+
+/// The texts that are there, with a separator between them.
+QString joined(QStringList texts, const QString& separator) {
+  texts.removeAll(QString());
+  return texts.join(separator);
+}
+
+QString spoken(const QStringList& texts) { return joined(texts, QStringLiteral(", ")); }
+
+}  // namespace
+
+QString textOf(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+RowValue valueOf(const PanelContent::Row& row) {
+  const auto label = textOf(row.label);
+  const auto text = textOf(row.state.text);
+  return {numberOf(row.state.kind), label, text, textOf(row.note), spoken({label, text})};
+}
+
+RowValue valueOf(const PanelContent::Ecosystem& ecosystem) {
+  const QStringList texts = {textOf(ecosystem.name), textOf(ecosystem.state.text)};
+  return {numberOf(ecosystem.state.kind), joined(texts, QStringLiteral(" · ")), {}, {}, spoken(texts)};
+}
+
+RowValue valueOf(const PanelContent::Fact& fact) {
+  const auto label = textOf(fact.label);
+  const auto value = textOf(fact.value);
+  return {numberOf(RowState::Case::info), label, value, {}, spoken({label, value})};
+}
+
+RowValue valueOf(const std::optional<RowState>& status) {
+  if (!status) return {};
+  const auto text = textOf(status->text);
+  return {numberOf(status->kind), {}, text, {}, text};
+}
+
+ButtonValue valueOf(const std::optional<PanelButton>& button) {
+  if (!button) return {};
+  return {textOf(button->title), button->isEnabled, *button};
+}
+
+CardValue valueOf(const PanelContent::Update& update) {
+  CardValue card;
+  card.kind = numberOf(update.state.kind);
+  card.title = textOf(update.state.text);
+  card.text = textOf(update.version);
+  card.detail = textOf(update.belowMinimum);
+  card.action = joined({textOf(update.installing), textOf(update.protectionStaysOn)}, QStringLiteral(" "));
+  card.spoken = spoken({card.title, card.text});
+  card.button = valueOf(update.button);
+  return card;
+}
+
+CardValue valueOf(const AttentionItem& item) {
+  CardValue card;
+  card.kind = numberOf(item.state.kind);
+  card.title = textOf(item.title);
+  const bool isSaidElsewhere = item.state.text == item.title || item.state.text == item.detail;
+  if (!isSaidElsewhere) card.text = textOf(item.state.text);
+  card.detail = textOf(item.detail);
+  card.action = textOf(item.action);
+  card.spoken = spoken({card.title, card.text});
+  card.button = valueOf(item.button);
+  return card;
+}
+
+HeaderValue valueOf(const PanelContent::Header& header) {
+  const auto word = textOf(header.word);
+  const auto deadline = textOf(header.deadlineLine.value_or(""));
+  return {numberOf(header.tint), word, deadline, spoken({word, deadline}), word.isRightToLeft()};
+}
+
+ProtectionValue valueOf(const std::optional<PanelContent::Protection>& protection) {
+  if (!protection) return {};
+  return {true,
+          valueOf(protection->guard),
+          textOf(protection->offNote),
+          textOf(protection->noEcosystems),
+          valueOf(protection->egressLock),
+          valueOf(protection->containers)};
+}
+
+HealthValue valueOf(const std::optional<PanelContent::Health>& health) {
+  if (!health) return {};
+  return {true, health->unfolds, valueOf(health->rollup)};
+}
+
+}  // namespace ostrel

@@ -1,0 +1,86 @@
+#include "Platform/Desktop/Views/PanelWindow.hpp"
+
+#include <QGuiApplication>
+
+#include <cmath>
+
+namespace ostrel {
+
+namespace {
+
+constexpr int cornerRadius = 13;
+
+/// Every pixel that a rectangle with round corners touches.
+QRegion roundRegion(QSize size) {
+  QRegion region(0, 0, size.width(), size.height());
+  const int rows = std::min(cornerRadius, size.height() / 2);
+  for (int row = 0; row < rows; ++row) {
+    const double rise = cornerRadius - (row + 1);
+    const int gap = static_cast<int>(cornerRadius - std::sqrt(cornerRadius * cornerRadius - rise * rise));
+    for (const int y : {row, size.height() - 1 - row}) {
+      region -= QRect(0, y, gap, 1);
+      region -= QRect(size.width() - gap, y, gap, 1);
+    }
+  }
+  return region;
+}
+
+}  // namespace
+
+std::expected<std::unique_ptr<PanelView>, std::string> PanelWindow::make(Log& log, PanelViewEvents events) {
+  PanelScene::chooseRenderer();
+  std::unique_ptr<PanelWindow> panel(new PanelWindow(log, std::move(events)));
+  if (auto filled = panel->scene_.fill(panel->window_); !filled) return std::unexpected(filled.error());
+  QObject::connect(&panel->scene_.root(), &QQuickItem::heightChanged, &panel->scene_.state(),
+                   [view = panel.get()] { view->place(); });
+  return panel;
+}
+
+PanelWindow::PanelWindow(Log& log, PanelViewEvents events) : events_(std::move(events)), scene_(log) {
+  window_.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+  window_.setColor(Qt::transparent);
+  auto& state = scene_.state();
+  QObject::connect(&state, &PanelState::pressed, &state, [this](const PanelButton& button) {
+    if (events_.pressed) events_.pressed(button);
+  });
+  QObject::connect(&state, &PanelState::dismissed, &state, [this] { close(); });
+  QObject::connect(&window_, &QWindow::activeChanged, &state, [this] { activityChanged(); });
+}
+
+void PanelWindow::open(const PanelContent& content, const PanelAnchor& anchor, const DesktopLook& look) {
+  anchor_ = anchor;
+  scene_.state().show(content);
+  setLook(look);
+  emit scene_.state().opened(!look.reducesMotion);
+  scene_.layOut();
+  place();
+  window_.show();
+  window_.requestActivate();
+}
+
+void PanelWindow::update(const PanelContent& content) {
+  if (!isShown() || !scene_.state().show(content)) return;
+  scene_.layOut();
+}
+
+void PanelWindow::setLook(const DesktopLook& look) {
+  scene_.setLook(look, window_.effectiveDevicePixelRatio());
+}
+
+void PanelWindow::close() { window_.hide(); }
+
+void PanelWindow::activityChanged() {
+  if (window_.isActive() || !isShown()) return;
+  close();
+  if (events_.lostFocus) events_.lostFocus();
+}
+
+void PanelWindow::place() {
+  const auto size = scene_.size();
+  const auto corner = panelPlace(anchor_, size.width(), size.height());
+  window_.setGeometry(corner.x, corner.y, size.width(), size.height());
+  // Only there can be a desktop that draws no transparency.
+  if (QGuiApplication::platformName() == QLatin1String("xcb")) window_.setMask(roundRegion(size));
+}
+
+}  // namespace ostrel

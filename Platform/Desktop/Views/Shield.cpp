@@ -1,0 +1,63 @@
+#include "Platform/Desktop/Views/Shield.hpp"
+
+#include <QPainter>
+#include <QPainterPath>
+
+#include "OstrelAgent/RowState.hpp"
+
+namespace ostrel {
+
+namespace {
+
+/// The shapes below are in a box of this size.
+constexpr QSizeF box(34, 38);
+
+QPainterPath outline() {
+  QPainterPath path(QPointF(17, 1));
+  path.lineTo(32, 6);
+  path.lineTo(32, 18);
+  path.cubicTo(32, 27, 26, 33.5, 17, 37);
+  path.cubicTo(8, 33.5, 2, 27, 2, 18);
+  path.lineTo(2, 6);
+  path.closeSubpath();
+  return path;
+}
+
+}  // namespace
+
+Shield::Shield(QQuickItem* parent) : QQuickPaintedItem(parent) {
+  setAntialiasing(true);
+  setImplicitSize(box.width(), box.height());
+  for (const auto changed : {&Shield::kindChanged, &Shield::fillChanged, &Shield::markChanged}) {
+    connect(this, changed, this, [this] { update(); });
+  }
+}
+
+void Shield::paint(QPainter* painter) {
+  painter->scale(width() / box.width(), height() / box.height());
+  painter->fillPath(outline(), fill_);
+  paintMark(*painter);
+}
+
+void Shield::paintMark(QPainter& painter) const {
+  painter.setPen(QPen(mark_, 3.3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  switch (static_cast<RowState::Case>(kind_)) {
+    case RowState::Case::ok:
+      painter.drawPolyline(QPolygonF({{10, 19}, {15, 24}, {24, 14}}));
+      break;
+    case RowState::Case::bad:
+      painter.drawLine(QPointF(12, 14), QPointF(22, 24));
+      painter.drawLine(QPointF(22, 14), QPointF(12, 24));
+      break;
+    case RowState::Case::warn:
+    case RowState::Case::info:
+    case RowState::Case::off:
+      painter.drawLine(QPointF(17, 11), QPointF(17, 20.5));
+      painter.setPen(Qt::NoPen);
+      painter.setBrush(mark_);
+      painter.drawEllipse(QPointF(17, 26.6), 2.1, 2.1);
+      break;
+  }
+}
+
+}  // namespace ostrel

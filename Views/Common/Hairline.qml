@@ -1,0 +1,7 @@
+import QtQuick
+import Ostrel.Views
+
+Rectangle {
+    height: Tokens.hairline
+    color: Tokens.line
+}

@@ -1,0 +1,56 @@
+import QtQuick
+import Ostrel.Views
+
+Item {
+    id: button
+
+    property string title
+    property bool isPrimary: false
+    property bool isQuiet: false
+    property real fontSize: Tokens.smallSize
+    property int sidePadding: isQuiet ? 5 : 10
+    readonly property bool isLit: area.pressed || area.containsMouse
+
+    signal pressed
+
+    function press(event: var): void {
+        if (!event.isAutoRepeat)
+            pressed();
+    }
+
+    implicitWidth: Math.ceil(label.implicitWidth) + 2 * sidePadding
+    implicitHeight: Math.ceil(label.height) + 10
+    activeFocusOnTab: true
+    opacity: enabled ? 1 : 0.5
+    Keys.onSpacePressed: event => press(event)
+    Keys.onReturnPressed: event => press(event)
+    Keys.onEnterPressed: event => press(event)
+    Accessible.role: Accessible.Button
+    Accessible.name: title
+    Accessible.focusable: true
+    Accessible.onPressAction: pressed()
+
+    Rectangle {
+        anchors.fill: parent
+        radius: Tokens.buttonRadius
+        color: button.isPrimary ? Tokens.accent : Tokens.button
+        opacity: button.isQuiet && !button.isLit ? 0 : area.pressed ? 0.7 : 1
+    }
+    Label {
+        id: label
+        anchors.centerIn: parent
+        width: Math.min(Math.ceil(implicitWidth), button.width - 2 * button.sidePadding)
+        horizontalAlignment: Text.AlignHCenter
+        text: button.title
+        font.pixelSize: button.fontSize
+        font.weight: Font.Medium
+        color: button.isPrimary ? Tokens.accentInk : button.isQuiet ? Tokens.dim : Tokens.ink
+    }
+    FocusRing {}
+    MouseArea {
+        id: area
+        anchors.fill: parent
+        hoverEnabled: true
+        onClicked: button.pressed()
+    }
+}

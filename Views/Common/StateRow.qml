@@ -1,0 +1,65 @@
+import QtQuick
+import Ostrel.Views
+
+/// A row of a list: dot, label, state, and a note below them.
+Item {
+    id: row
+
+    required property rowValue value
+    property bool isFirst: false
+    property real trailing: 0
+    readonly property real textLeft: 12 + Tokens.dotSize + 10
+    readonly property real textWidth: width - textLeft - 12 - trailing
+    readonly property real lineHeight: label.height / label.lineCount
+    readonly property real padding: Math.max(8, Math.floor((Tokens.rowHeight - lineHeight) / 2))
+
+    implicitHeight: Math.max(Tokens.rowHeight, Math.ceil(note.visible ? note.y + note.height + padding - 2 : words + 2 * padding))
+    readonly property real words: Math.max(label.height, state.height)
+    Accessible.role: Accessible.StaticText
+    Accessible.name: value.spoken
+    Accessible.description: value.note
+
+    Hairline {
+        visible: !row.isFirst
+        width: parent.width
+    }
+    StateDot {
+        id: dot
+        kind: row.value.kind
+        anchors.left: parent.left
+        anchors.leftMargin: 12
+        y: Math.round(row.padding + (row.lineHeight - height) / 2)
+    }
+    Label {
+        id: label
+        anchors.left: dot.right
+        anchors.leftMargin: 10
+        y: row.padding
+        width: Math.min(Math.ceil(implicitWidth), Math.max(row.textWidth / 2, row.textWidth - 10 - Math.ceil(state.implicitWidth)))
+        text: row.value.label
+        font.weight: Font.Medium
+    }
+    Label {
+        id: state
+        anchors.left: label.right
+        anchors.leftMargin: 10
+        anchors.right: parent.right
+        anchors.rightMargin: 12 + row.trailing
+        y: row.padding
+        horizontalAlignment: Text.AlignRight
+        text: row.value.text
+        color: Tokens.wantsAttention(row.value.kind) ? Tokens.stateColor(row.value.kind) : Tokens.dim
+    }
+    Label {
+        id: note
+        visible: text !== ""
+        anchors.left: label.left
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        y: row.padding + row.words + 2
+        text: row.value.note
+        lineHeight: Tokens.paragraph
+        font.pixelSize: Tokens.smallSize
+        color: Tokens.dim
+    }
+}

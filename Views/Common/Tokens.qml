@@ -1,0 +1,48 @@
+pragma Singleton
+import QtQuick
+import Ostrel.Views
+
+/// Colours and sizes of every screen.
+QtObject {
+    readonly property bool isDark: Look.isDark
+    readonly property real textScale: Look.textScale
+
+    readonly property color panel: isDark ? "#232326" : "#f6f6f7"
+    readonly property color card: isDark ? "#2c2c30" : "#ffffff"
+    readonly property color ink: isDark ? "#f2f2f4" : "#1d1d1f"
+    readonly property color dim: isDark ? "#a1a1a8" : "#6e6e73"
+    readonly property color line: isDark ? "#3a3a3f" : "#e3e3e6"
+    readonly property color edge: isDark ? "#46464b" : "#c8c8cc"
+    readonly property color accent: isDark ? "#5aa2ff" : "#0a66d8"
+    readonly property color accentInk: isDark ? "#0b1a2c" : "#ffffff"
+    readonly property color button: isDark ? "#38383d" : "#ececef"
+    readonly property color ok: isDark ? "#4cbf7a" : "#1e7a46"
+    readonly property color warn: isDark ? "#e3a83a" : "#a3610a"
+    readonly property color bad: isDark ? "#e2675d" : "#b5352c"
+    readonly property color off: isDark ? "#85858c" : "#8a8a8f"
+
+    readonly property int wordSize: Math.round(19 * textScale)
+    readonly property int bodySize: Math.round(13 * textScale)
+    readonly property int smallSize: Math.round(12 * textScale)
+    readonly property int chipSize: Math.round(11.5 * textScale)
+    readonly property int rowHeight: Math.round(33 * textScale)
+
+    readonly property real paragraph: 1.18 // of a line's own height
+    readonly property real hairline: 1 / Look.pixelsPerPoint
+    readonly property int panelWidth: 360
+    readonly property int panelRadius: 13
+    readonly property int margin: 12
+    readonly property int cardRadius: 10
+    readonly property int buttonRadius: 7
+    readonly property int gap: 8
+    readonly property int dotSize: 8
+
+    // Kinds are the numbers of RowState::Case: ok, warn, bad, info, off.
+    function stateColor(kind: int): color {
+        return [ok, warn, bad, off, off][kind];
+    }
+
+    function wantsAttention(kind: int): bool {
+        return kind === 1 || kind === 2;
+    }
+}

@@ -1,0 +1,35 @@
+import QtQuick
+import Ostrel.Views
+
+Rectangle {
+    id: chip
+
+    required property rowValue value
+    property real maxWidth: 0
+
+    implicitWidth: Math.min(9 + 6 + 6 + Math.ceil(name.implicitWidth) + 9, maxWidth)
+    implicitHeight: Math.ceil(name.height) + 6
+    radius: Math.min(height / 2, Tokens.cardRadius)
+    color: Tokens.button
+    Accessible.role: Accessible.StaticText
+    Accessible.name: value.spoken
+
+    StateDot {
+        id: dot
+        kind: chip.value.kind
+        width: 6
+        anchors.left: parent.left
+        anchors.leftMargin: 9
+        anchors.verticalCenter: parent.verticalCenter
+    }
+    Label {
+        id: name
+        anchors.left: dot.right
+        anchors.leftMargin: 6
+        anchors.right: parent.right
+        anchors.rightMargin: 9
+        anchors.verticalCenter: parent.verticalCenter
+        text: chip.value.label
+        font.pixelSize: Tokens.chipSize
+    }
+}

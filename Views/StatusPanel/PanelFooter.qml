@@ -1,0 +1,122 @@
+import QtQuick
+import Ostrel.Views
+
+/// The buttons that are always there; notices take their place.
+Item {
+    id: footer
+
+    required property PanelState panel
+    readonly property bool hasNotices: notices.count > 0
+    property bool showsMore: false
+
+    implicitHeight: content.height + 18
+
+    Hairline {
+        width: parent.width
+    }
+    Column {
+        id: content
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.margins: Tokens.margin
+        y: 9
+        spacing: 5
+
+        Repeater {
+            id: notices
+            model: footer.panel.notices
+
+            Label {
+                required property string entry
+                width: content.width
+                text: entry
+                lineHeight: Tokens.paragraph
+                font.pixelSize: Tokens.smallSize
+                color: Tokens.dim
+                Accessible.ignored: false
+                Accessible.role: Accessible.AlertMessage
+            }
+        }
+        Item {
+            visible: !footer.hasNotices && (buttons.count > 0 || more.visible)
+            enabled: visible
+            width: parent.width
+            height: Math.max(flow.height, more.height)
+
+            Flow {
+                id: flow
+                anchors.left: parent.left
+                anchors.right: more.left
+                anchors.rightMargin: spacing
+                spacing: 5
+
+                // What is left of a single line goes between the first button and the others.
+                readonly property real slack: {
+                    let left = width + spacing;
+                    for (let i = 0; i < buttons.count; ++i)
+                        left -= (buttons.itemAt(i)?.implicitWidth ?? 0) + spacing;
+                    return Math.max(0, Math.floor(left));
+                }
+
+                Repeater {
+                    id: buttons
+                    model: footer.panel.footerButtons
+
+                    Item {
+                        id: place
+                        required property buttonValue entry
+                        required property int index
+                        implicitWidth: button.implicitWidth
+                        implicitHeight: button.implicitHeight
+                        width: button.width + (index === 1 ? flow.slack : 0)
+
+                        PushButton {
+                            id: button
+                            anchors.right: parent.right
+                            width: Math.min(implicitWidth, flow.width)
+                            fontSize: Tokens.chipSize
+                            isQuiet: place.index > 0
+                            sidePadding: isQuiet ? 4 : 8
+                            title: place.entry.title
+                            enabled: place.entry.isEnabled
+                            onPressed: footer.panel.press(place.entry)
+                        }
+                    }
+                }
+            }
+            PushButton {
+                id: more
+                visible: moreButtons.model.rowCount() > 0
+                anchors.right: parent.right
+                isQuiet: true
+                fontSize: Tokens.chipSize
+                title: "⋯"
+                Accessible.name: footer.panel.moreSpoken
+                Accessible.role: Accessible.ButtonMenu
+                onPressed: footer.showsMore = !footer.showsMore
+            }
+        }
+        Flow {
+            visible: !footer.hasNotices && footer.showsMore
+            enabled: visible
+            width: parent.width
+            spacing: 5
+
+            Repeater {
+                id: moreButtons
+                model: footer.panel.moreButtons
+
+                PushButton {
+                    required property buttonValue entry
+                    width: Math.min(implicitWidth, content.width)
+                    fontSize: Tokens.chipSize
+                    isQuiet: true
+                    sidePadding: 4
+                    title: entry.title
+                    enabled: entry.isEnabled
+                    onPressed: footer.panel.press(entry)
+                }
+            }
+        }
+    }
+}
