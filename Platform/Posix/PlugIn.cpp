@@ -2,6 +2,8 @@
 
 #include <dlfcn.h>
 
+#include "Platform/Posix/LibraryFile.hpp"
+
 namespace ostrel {
 
 namespace {
@@ -21,6 +23,7 @@ std::expected<const void*, std::string> loadPlugIn(const std::string& path, cons
                                                    std::string_view build) {
   // A name without a slash would be looked for along the system's search path.
   if (!path.starts_with('/')) return failure(path, "its path is not absolute");
+  if (const auto fault = faultOfLibraryFile(path)) return failure(path, *fault);
   // It stays loaded, since toolkits leave threads and exit handlers behind.
   void* const plugIn = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
   if (plugIn == nullptr) return failure(path, loaderError());
