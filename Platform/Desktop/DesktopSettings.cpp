@@ -22,7 +22,8 @@ Appearance appearanceOf(const DesktopSettings& settings) {
 }  // namespace
 
 DesktopLook desktopLook(const DesktopSettings& settings) {
-  const double scale = std::max(settings.textScaling.value_or(1), settings.fontPoints / usualFontPoints);
+  // In this order a factor that is no number counts for nothing.
+  const double scale = std::max(settings.fontPoints / usualFontPoints, settings.textScaling.value_or(1));
   return {.appearance = appearanceOf(settings),
           .reducesMotion = settings.reducedMotion == 1U || settings.animations == false,
           .textScale = scale > 1 ? std::min(scale, largestScale) : 1};

@@ -9,12 +9,13 @@ namespace ostrel {
 
 /// What a desktop tells of its look, as far as it tells it.
 struct DesktopSettings {
-  std::optional<std::uint32_t> colorScheme;    ///< of the settings portal: 1 prefers dark, 2 prefers light
-  std::optional<std::uint32_t> reducedMotion;  ///< of the settings portal: 1 wants it
-  std::optional<bool> animations;              ///< the desktop's own switch
-  std::optional<double> textScaling;
-  std::optional<int> paletteLightness;  ///< of the toolkit's window colour, 0 to 255
-  double fontPoints = 0;                ///< of the toolkit's standard font; 0 when that has no size in points
+  /// Of the settings portal: 1 prefers dark, 2 prefers light.
+  std::optional<std::uint32_t> colorScheme = std::nullopt;
+  std::optional<std::uint32_t> reducedMotion = std::nullopt;  ///< of the settings portal: 1 wants it
+  std::optional<bool> animations = std::nullopt;              ///< the desktop's own switch
+  std::optional<double> textScaling = std::nullopt;
+  std::optional<int> paletteLightness = std::nullopt;  ///< of the toolkit's window colour, 0 to 255
+  double fontPoints = 0;  ///< of the toolkit's standard font; 0 when that has no size in points
 
   bool operator==(const DesktopSettings&) const = default;
 };
