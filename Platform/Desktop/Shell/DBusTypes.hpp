@@ -13,6 +13,8 @@ struct DBusPixmap {
   int width = 0;
   int height = 0;
   QByteArray bytes;
+
+  bool operator==(const DBusPixmap&) const = default;
 };
 
 /// The tooltip of a status notifier item, "(sa(iiay)ss)".

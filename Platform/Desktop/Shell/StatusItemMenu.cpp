@@ -93,17 +93,21 @@ bool StatusItemMenu::handleMessage(const QDBusMessage& message, const QDBusConne
   for (const auto& [method, takes] : methods) {
     if (message.member() != QLatin1String(method)) continue;
     if (signature != QLatin1String(takes)) return refuse(message, connection);
-    connection.send(message.createReply(answer(message.member(), message.arguments())));
+    const auto reply = answer(message.member(), message.arguments());
+    if (!reply) return refuse(message, connection);
+    connection.send(message.createReply(*reply));
     return true;
   }
   return false;
 }
 
-QVariantList StatusItemMenu::answer(const QString& method, const QVariantList& arguments) {
+/// Nothing when there is no such item or property.
+std::optional<QVariantList> StatusItemMenu::answer(const QString& method, const QVariantList& arguments) {
   const auto first = arguments.value(0);
   if (method == QLatin1String("GetLayout")) {
+    if (!hasItem(first.toInt())) return std::nullopt;
     const auto item = itemOf(first.toInt(), arguments.value(1).toInt());
-    return {revision_, QVariant::fromValue(item)};
+    return QVariantList{revision_, QVariant::fromValue(item)};
   }
   if (method == QLatin1String("GetGroupProperties")) {
     QList<DBusMenuProperties> items;
@@ -114,15 +118,16 @@ QVariantList StatusItemMenu::answer(const QString& method, const QVariantList& a
     for (const int id : std::as_const(ids)) {
       if (hasItem(id)) items.append({id, propertiesOf(id)});
     }
-    return {QVariant::fromValue(items)};
+    return QVariantList{QVariant::fromValue(items)};
   }
   if (method == QLatin1String("GetProperty")) {
-    const auto value = propertiesOf(first.toInt()).value(arguments.value(1).toString(), QString());
-    return {QVariant::fromValue(QDBusVariant(value))};
+    const auto value = propertiesOf(first.toInt()).value(arguments.value(1).toString());
+    if (!value.isValid()) return std::nullopt;
+    return QVariantList{QVariant::fromValue(QDBusVariant(value))};
   }
   if (method == QLatin1String("Event")) {
     handleEvent(first.toInt(), arguments.value(1).toString());
-    return {};
+    return QVariantList();
   }
   if (method == QLatin1String("EventGroup")) {
     QList<int> unknown;
@@ -130,10 +135,10 @@ QVariantList StatusItemMenu::answer(const QString& method, const QVariantList& a
       if (!hasItem(event.id)) unknown.append(event.id);
       handleEvent(event.id, event.name);
     }
-    return {QVariant::fromValue(unknown)};
+    return QVariantList{QVariant::fromValue(unknown)};
   }
-  if (method == QLatin1String("AboutToShow")) return {false};
-  return {QVariant::fromValue(QList<int>()), QVariant::fromValue(QList<int>())};
+  if (method == QLatin1String("AboutToShow")) return QVariantList{false};
+  return QVariantList{QVariant::fromValue(QList<int>()), QVariant::fromValue(QList<int>())};
 }
 
 bool StatusItemMenu::hasItem(int id) const { return id >= root && id <= static_cast<int>(buttons_.size()); }

@@ -3,6 +3,7 @@
 #include <QDBusConnection>
 #include <QDBusVirtualObject>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "OstrelAgent/StatusPanelActions.hpp"
@@ -30,7 +31,7 @@ class StatusItemMenu final : public QDBusVirtualObject {
   DBusMenuItem itemOf(int id, int depth) const;
   bool hasItem(int id) const;
   void handleEvent(int id, const QString& name);
-  QVariantList answer(const QString& method, const QVariantList& arguments);
+  std::optional<QVariantList> answer(const QString& method, const QVariantList& arguments);
 
   QDBusConnection connection_;
   std::function<void(const PanelButton&)> pressed_;

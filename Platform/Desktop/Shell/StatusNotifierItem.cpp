@@ -30,14 +30,17 @@ QDBusMessage busCall(const char* method) {
 StatusNotifierItem::StatusNotifierItem(QDBusConnection connection, const QString& menuPath, Log& log,
                                        std::function<void(QPoint)> activated)
     : connection_(std::move(connection)),
-      watchers_(QLatin1String(watcher), connection_, QDBusServiceWatcher::WatchForRegistration),
+      watchers_(QLatin1String(watcher), connection_, QDBusServiceWatcher::WatchForOwnerChange),
       menuPath_(menuPath),
       log_(log),
       activated_(std::move(activated)) {
   registerDBusTypes();
   connection_.registerVirtualObject(QLatin1String(path), this);
-  QObject::connect(&watchers_, &QDBusServiceWatcher::serviceRegistered, this,
-                   [this] { registerAtWatcher(); });
+  // A watcher may also take the name over from another, so that it is never free.
+  QObject::connect(&watchers_, &QDBusServiceWatcher::serviceOwnerChanged, this,
+                   [this](const QString& /*name*/, const QString& /*before*/, const QString& owner) {
+                     if (!owner.isEmpty()) registerAtWatcher();
+                   });
 }
 
 StatusNotifierItem::~StatusNotifierItem() {
@@ -47,6 +50,7 @@ StatusNotifierItem::~StatusNotifierItem() {
 }
 
 void StatusNotifierItem::setPixmaps(QList<DBusPixmap> pixmaps) {
+  if (pixmaps == pixmaps_) return;
   pixmaps_ = std::move(pixmaps);
   emitChange("NewIcon");
 }

@@ -1,0 +1,46 @@
+#include "Tests/Desktop/SessionBus.hpp"
+
+#include <gtest/gtest.h>
+
+#include <QDBusError>
+#include <QDBusPendingCall>
+
+namespace ostrel {
+
+namespace {
+
+/// No activation: what is installed on the machine stays out of the test.
+std::string configuration(const std::string& address) {
+  return "<busconfig><type>session</type><listen>" + address +
+         "</listen><auth>EXTERNAL</auth><policy context=\"default\"><allow send_destination=\"*\"/>"
+         "<allow receive_sender=\"*\"/><allow own=\"*\"/></policy></busconfig>";
+}
+
+}  // namespace
+
+SessionBus::SessionBus()
+    : daemon_({DBUS_DAEMON, "--config-file=" + folder_.write("bus.conf", configuration(address_)), "--nofork",
+               "--print-address"},
+              {}) {
+  daemon_.awaitOutput("\n");
+}
+
+SessionBus::~SessionBus() {
+  for (const auto& name : names_) QDBusConnection::disconnectFromBus(name);
+}
+
+QDBusConnection SessionBus::connect() {
+  static int number = 0;
+  names_.push_back(QStringLiteral("test-%1").arg(++number));
+  auto connection = QDBusConnection::connectToBus(QString::fromStdString(address_), names_.back());
+  if (!connection.isConnected()) ADD_FAILURE() << connection.lastError().message().toStdString();
+  return connection;
+}
+
+QDBusMessage answerTo(const QDBusConnection& connection, const QDBusMessage& call) {
+  const auto pending = connection.asyncCall(call);
+  if (!spinUntil([&] { return pending.isFinished(); })) ADD_FAILURE() << "no answer to a call";
+  return pending.reply();
+}
+
+}  // namespace ostrel
