@@ -22,30 +22,27 @@ const QString settingsInterface = QStringLiteral("org.freedesktop.portal.Setting
 const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
 const QString interfaceGroup = QStringLiteral("org.gnome.desktop.interface");
 
-std::optional<std::uint32_t> number(const QVariant& value) {
-  if (value.typeId() != QMetaType::UInt && value.typeId() != QMetaType::Int) return std::nullopt;
-  return value.toUInt();
-}
-
-std::optional<bool> truth(const QVariant& value) {
-  if (value.typeId() != QMetaType::Bool) return std::nullopt;
-  return value.toBool();
-}
-
-std::optional<double> fraction(const QVariant& value) {
-  if (value.typeId() != QMetaType::Double) return std::nullopt;
-  return value.toDouble();
+/// Takes the value over, unless it is of another type.
+template <class Value>
+void take(std::optional<Value>& setting, const QVariant& value) {
+  if (value.metaType() == QMetaType::fromType<Value>()) setting = value.value<Value>();
 }
 
 }  // namespace
 
 LookWatcher::LookWatcher(QDBusConnection connection, std::function<void()> changed)
-    : connection_(std::move(connection)), changed_(std::move(changed)) {
+    : connection_(std::move(connection)),
+      portals_(portal, connection_, QDBusServiceWatcher::WatchForOwnerChange),
+      changed_(std::move(changed)) {
   takeToolkit();
   look_ = desktopLook(settings_);
   QCoreApplication::instance()->installEventFilter(this);
   connection_.connect(portal, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
                       SLOT(settingChanged(QString, QString, QDBusVariant)));
+  connect(&portals_, &QDBusServiceWatcher::serviceOwnerChanged, this,
+          [this](const QString& /*name*/, const QString& /*before*/, const QString& owner) {
+            if (!owner.isEmpty()) askPortal();
+          });
   askPortal();
 }
 
@@ -73,13 +70,14 @@ void LookWatcher::settingChanged(const QString& group, const QString& key, const
 }
 
 void LookWatcher::takeSetting(const QString& group, const QString& key, const QVariant& value) {
-  if (group == appearanceGroup && key == QLatin1String("color-scheme")) settings_.colorScheme = number(value);
-  if (group == appearanceGroup && key == QLatin1String("reduced-motion"))
-    settings_.reducedMotion = number(value);
-  if (group == interfaceGroup && key == QLatin1String("enable-animations"))
-    settings_.animations = truth(value);
-  if (group == interfaceGroup && key == QLatin1String("text-scaling-factor"))
-    settings_.textScaling = fraction(value);
+  if (group == appearanceGroup) {
+    if (key == QLatin1String("color-scheme")) take(settings_.colorScheme, value);
+    if (key == QLatin1String("reduced-motion")) take(settings_.reducedMotion, value);
+  }
+  if (group == interfaceGroup) {
+    if (key == QLatin1String("enable-animations")) take(settings_.animations, value);
+    if (key == QLatin1String("text-scaling-factor")) take(settings_.textScaling, value);
+  }
 }
 
 bool LookWatcher::eventFilter(QObject* /*object*/, QEvent* event) {

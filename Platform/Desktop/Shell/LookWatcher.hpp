@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QObject>
 #include <functional>
@@ -30,6 +31,7 @@ class LookWatcher final : public QObject {
   void publish();
 
   QDBusConnection connection_;
+  QDBusServiceWatcher portals_;
   std::function<void()> changed_;
   DesktopSettings settings_;
   DesktopLook look_;
