@@ -20,14 +20,20 @@ DBusPixmap pixmapOf(const QImage& image) {
   return pixmap;
 }
 
-QList<DBusPixmap> pixmapsOf(const std::string& resources, const MenuBarPicture& picture) {
-  QList<DBusPixmap> pixmaps;
+std::vector<QImage> imagesOf(const std::string& resources, const MenuBarPicture& picture) {
+  std::vector<QImage> images;
   const auto* glyph = std::get_if<menubarpicture::Glyph>(&picture);
-  if (glyph == nullptr) return pixmaps;
+  if (glyph == nullptr) return images;
   for (const int scale : scales) {
     const auto image = loadGlyph(resources, glyph->palette.glyphName(), scale);
-    if (image) pixmaps.append(pixmapOf(iconImage(*image, glyph->badge, glyph->palette)));
+    if (image) images.push_back(iconImage(*image, glyph->badge, glyph->palette));
   }
+  return images;
+}
+
+QList<DBusPixmap> pixmapsOf(const std::vector<QImage>& images) {
+  QList<DBusPixmap> pixmaps;
+  for (const auto& image : images) pixmaps.append(pixmapOf(image));
   return pixmaps;
 }
 
@@ -41,18 +47,25 @@ DesktopStatusItem::DesktopStatusItem(QDBusConnection connection, std::string res
             [this](const PanelButton& button) {
               if (events_.menuPressed) events_.menuPressed(button);
             }),
-      item_(connection, QLatin1String(StatusItemMenu::path), log, std::move(clicked)) {}
+      embedded_(makeEmbeddedIcon(clicked)),
+      item_(connection, QLatin1String(StatusItemMenu::path), log, std::move(clicked)) {
+  if (!embedded_) return;
+  // A tray that knows both ways is to show one icon.
+  item_.onWatched([this](bool isWatched) { embedded_->setWanted(!isWatched); });
+}
 
 bool DesktopStatusItem::hasImage(std::string_view name) const { return hasGlyph(resources_, name); }
 
 void DesktopStatusItem::show(const MenuBarIcon& icon) {
   const auto text = QString::fromStdString(icon.text);
   const auto* title = std::get_if<menubarpicture::Title>(&icon.picture);
-  item_.setPixmaps(pixmapsOf(resources_, icon.picture));
+  auto images = imagesOf(resources_, icon.picture);
+  item_.setPixmaps(pixmapsOf(images));
   item_.setTitle(title == nullptr
                      ? text
                      : QString::fromUtf8(title->emoji.data(), static_cast<qsizetype>(title->emoji.size())));
   item_.setToolTip(text);
+  if (embedded_) embedded_->show(std::move(images), text);
   item_.show();
 }
 

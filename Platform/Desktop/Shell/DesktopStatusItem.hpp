@@ -1,8 +1,10 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
+#include "Platform/Desktop/Shell/EmbeddedIcon.hpp"
 #include "Platform/Desktop/Shell/LookWatcher.hpp"
 #include "Platform/Desktop/Shell/StatusItemMenu.hpp"
 #include "Platform/Desktop/Shell/StatusNotifierItem.hpp"
@@ -31,6 +33,7 @@ class DesktopStatusItem final : public StatusItem {
   const LookWatcher& looks_;
   Events events_;
   StatusItemMenu menu_;
+  std::unique_ptr<EmbeddedIcon> embedded_;  ///< for trays without status notifier items
   StatusNotifierItem item_;
 };
 

@@ -39,7 +39,8 @@ StatusNotifierItem::StatusNotifierItem(QDBusConnection connection, const QString
   // A watcher may also take the name over from another, so that it is never free.
   QObject::connect(&watchers_, &QDBusServiceWatcher::serviceOwnerChanged, this,
                    [this](const QString& /*name*/, const QString& /*before*/, const QString& owner) {
-                     if (!owner.isEmpty()) registerAtWatcher();
+                     if (!owner.isEmpty()) return registerAtWatcher();
+                     tellWatched(false);
                    });
 }
 
@@ -83,9 +84,15 @@ void StatusNotifierItem::registerAtWatcher() {
   auto* reply = new QDBusPendingCallWatcher(connection_.asyncCall(call), this);
   QObject::connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply] {
     reply->deleteLater();
-    if (!reply->isError() || std::exchange(hasToldOfNoTray_, true)) return;
+    if (!reply->isError()) return tellWatched(true);
+    if (reply->error().type() != QDBusError::NoReply) tellWatched(false);
+    if (std::exchange(hasToldOfNoTray_, true)) return;
     log_.line("ostrel: the desktop has no tray for the icon yet: " + reply->error().message().toStdString());
   });
+}
+
+void StatusNotifierItem::tellWatched(bool isWatched) {
+  if (isShown_ && watched_) watched_(isWatched);
 }
 
 void StatusNotifierItem::emitChange(const char* signal) {

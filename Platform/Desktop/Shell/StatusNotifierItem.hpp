@@ -29,6 +29,10 @@ class StatusNotifierItem final : public QDBusVirtualObject {
   void setTitle(const QString& title);
   void setToolTip(const QString& text);
 
+  /// Tells whether a watcher has the item, whenever that becomes known after `show`. A watcher that does not
+  /// answer may have it.
+  void onWatched(std::function<void(bool)> told) { watched_ = std::move(told); }
+
   /// Puts the item into the tray. Call once everything is set.
   void show();
 
@@ -37,6 +41,7 @@ class StatusNotifierItem final : public QDBusVirtualObject {
 
  private:
   void registerAtWatcher();
+  void tellWatched(bool isWatched);
   void emitChange(const char* signal);
   QVariantMap properties() const;
 
@@ -45,6 +50,7 @@ class StatusNotifierItem final : public QDBusVirtualObject {
   QString menuPath_;
   Log& log_;
   std::function<void(QPoint)> activated_;
+  std::function<void(bool)> watched_;
   QList<DBusPixmap> pixmaps_;
   QString title_;
   QString toolTip_;
