@@ -10,11 +10,14 @@ Item {
     property real trailing: 0
     readonly property real textLeft: 12 + Tokens.dotSize + 10
     readonly property real textWidth: width - textLeft - 12 - trailing
+    readonly property real labelWidth: Math.ceil(Look.widthOf(value.label, label.font)) + 1
+    readonly property real stateWidth: Math.ceil(Look.widthOf(value.text, state.font)) + 1
+    readonly property bool isStacked: labelWidth + 10 + stateWidth > textWidth
     readonly property real lineHeight: label.height / label.lineCount
     readonly property real padding: Math.max(8, Math.floor((Tokens.rowHeight - lineHeight) / 2))
+    readonly property real textBottom: note.visible ? note.y + note.height - 2 : isStacked ? state.y + state.height : label.y + label.height
 
-    implicitHeight: Math.max(Tokens.rowHeight, Math.ceil(note.visible ? note.y + note.height + padding - 2 : words + 2 * padding))
-    readonly property real words: Math.max(label.height, state.height)
+    implicitHeight: Math.max(Tokens.rowHeight, Math.ceil(textBottom + padding))
     Accessible.role: Accessible.StaticText
     Accessible.name: value.spoken
     Accessible.description: value.note
@@ -35,18 +38,16 @@ Item {
         anchors.left: dot.right
         anchors.leftMargin: 10
         y: row.padding
-        width: Math.min(Math.ceil(implicitWidth), Math.max(row.textWidth / 2, row.textWidth - 10 - Math.ceil(state.implicitWidth)))
+        width: row.isStacked ? row.textWidth : row.labelWidth
         text: row.value.label
         font.weight: Font.Medium
     }
     Label {
         id: state
-        anchors.left: label.right
-        anchors.leftMargin: 10
         anchors.right: parent.right
         anchors.rightMargin: 12 + row.trailing
-        y: row.padding
-        horizontalAlignment: Text.AlignRight
+        y: row.isStacked ? label.y + label.height + 2 : row.padding
+        width: row.isStacked ? row.textWidth : row.stateWidth
         text: row.value.text
         color: Tokens.wantsAttention(row.value.kind) ? Tokens.stateColor(row.value.kind) : Tokens.dim
     }
@@ -56,10 +57,10 @@ Item {
         anchors.left: label.left
         anchors.right: parent.right
         anchors.rightMargin: 12
-        y: row.padding + row.words + 2
+        y: (row.isStacked ? state.y + state.height : label.y + label.height) + 2
         text: row.value.note
-        lineHeight: Tokens.paragraph
         font.pixelSize: Tokens.smallSize
+        lineHeight: Tokens.paragraph
         color: Tokens.dim
     }
 }

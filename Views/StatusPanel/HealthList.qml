@@ -15,6 +15,7 @@ Rectangle {
             return;
         isPersonUnfolded = !isUnfolded;
         personFolds = true;
+        panel.folded();
     }
 
     implicitHeight: rows.height

@@ -35,6 +35,7 @@ Item {
                 color: Tokens.dim
                 Accessible.ignored: false
                 Accessible.role: Accessible.AlertMessage
+                Accessible.name: text
             }
         }
         Item {
@@ -86,14 +87,17 @@ Item {
             }
             PushButton {
                 id: more
-                visible: moreButtons.model.rowCount() > 0
+                visible: footer.panel.moreSpoken !== ""
                 anchors.right: parent.right
                 isQuiet: true
                 fontSize: Tokens.chipSize
                 title: "⋯"
                 Accessible.name: footer.panel.moreSpoken
                 Accessible.role: Accessible.ButtonMenu
-                onPressed: footer.showsMore = !footer.showsMore
+                onPressed: {
+                    footer.showsMore = !footer.showsMore;
+                    footer.panel.folded();
+                }
             }
         }
         Flow {
@@ -103,8 +107,7 @@ Item {
             spacing: 5
 
             Repeater {
-                id: moreButtons
-                model: footer.panel.moreButtons
+                model: footer.showsMore ? footer.panel.moreButtons : null
 
                 PushButton {
                     required property buttonValue entry

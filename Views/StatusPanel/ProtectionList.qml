@@ -56,6 +56,8 @@ Rectangle {
                 font.pixelSize: Tokens.smallSize
                 color: Tokens.dim
                 Accessible.ignored: false
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
             }
         }
         StateRow {

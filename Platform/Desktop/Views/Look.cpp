@@ -1,5 +1,7 @@
 #include "Platform/Desktop/Views/Look.hpp"
 
+#include <QFontMetricsF>
+
 #include <algorithm>
 
 namespace ostrel {
@@ -19,6 +21,10 @@ void Look::set(const DesktopLook& look, double pixelsPerPoint) {
   change(*this, isDark_, look.appearance == Appearance::dark, &Look::isDarkChanged);
   change(*this, textScale_, std::clamp(look.textScale, 1.0, 3.0), &Look::textScaleChanged);
   change(*this, pixelsPerPoint_, std::max(pixelsPerPoint, 1.0), &Look::pixelsPerPointChanged);
+}
+
+double Look::widthOf(const QString& text, const QFont& font) const {
+  return QFontMetricsF(font).horizontalAdvance(text);
 }
 
 }  // namespace ostrel

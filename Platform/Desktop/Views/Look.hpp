@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
+#include <QFont>
 #include <QObject>
 
 #include "Platform/Desktop/DesktopLook.hpp"
@@ -20,6 +21,9 @@ class Look : public QObject {
   using QObject::QObject;
 
   void set(const DesktopLook& look, double pixelsPerPoint);
+
+  /// Of the text in one line, in points.
+  Q_INVOKABLE double widthOf(const QString& text, const QFont& font) const;
 
  signals:
   void isDarkChanged();

@@ -80,7 +80,10 @@ void PanelScene::setLook(const DesktopLook& look, double pixelsPerPoint) {
   engine_.singletonInstance<Look*>(qmlTypeId("Ostrel.Views", 1, 0, "Look"))->set(look, pixelsPerPoint);
 }
 
-void PanelScene::layOut() { polish(*root_); }
+void PanelScene::layOut() {
+  // One part can change the room of another that is done already.
+  for (int pass = 0; pass < 3; ++pass) polish(*root_);
+}
 
 QSize PanelScene::size() const {
   return {static_cast<int>(std::ceil(root_->width())), static_cast<int>(std::ceil(root_->height()))};

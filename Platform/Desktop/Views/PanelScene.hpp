@@ -32,6 +32,9 @@ class PanelScene {
   /// Brings all sizes up to date, which else waits for the next frame.
   void layOut();
 
+  /// Gives back what earlier contents have left, while nobody waits for the panel.
+  void tidy() { engine_.collectGarbage(); }
+
   /// In points, after `layOut`.
   QSize size() const;
   QQuickItem& root() { return *root_; }

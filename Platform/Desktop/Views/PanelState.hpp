@@ -58,6 +58,9 @@ class PanelState : public QObject {
   void pressed(const ostrel::PanelButton& button);
   void dismissed();
 
+  /// The person has folded or unfolded a part.
+  void folded();
+
  private:
   PanelContent content_;
   HeaderValue header_;

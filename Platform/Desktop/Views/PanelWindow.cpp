@@ -44,6 +44,7 @@ PanelWindow::PanelWindow(Log& log, PanelViewEvents events) : events_(std::move(e
     if (events_.pressed) events_.pressed(button);
   });
   QObject::connect(&state, &PanelState::dismissed, &state, [this] { close(); });
+  QObject::connect(&state, &PanelState::folded, &state, [this] { scene_.layOut(); });
   QObject::connect(&window_, &QWindow::activeChanged, &state, [this] { activityChanged(); });
 }
 
@@ -67,7 +68,10 @@ void PanelWindow::setLook(const DesktopLook& look) {
   scene_.setLook(look, window_.effectiveDevicePixelRatio());
 }
 
-void PanelWindow::close() { window_.hide(); }
+void PanelWindow::close() {
+  window_.hide();
+  scene_.tidy();
+}
 
 void PanelWindow::activityChanged() {
   if (window_.isActive() || !isShown()) return;

@@ -1,0 +1,149 @@
+#include <QColor>
+#include <QImage>
+
+#include "Platform/Desktop/Views/PanelPicture.hpp"
+#include "Tests/Views/PanelTest.hpp"
+
+namespace ostrel {
+namespace {
+
+class PanelLook : public PanelTest {
+ protected:
+  /// Below the header's words, beside the cards.
+  QColor background() const { return colorAt(5, 100); }
+};
+
+/// Texts and controls that reach out of the panel or of what holds them.
+std::vector<std::string> outside(const QQuickItem& item) {
+  std::vector<std::string> found;
+  if (!item.isVisible()) return found;
+  const auto place = item.mapRectToScene(item.boundingRect());
+  const auto text = item.property("text").toString();
+  const bool isTooWide = item.property("contentWidth").toDouble() > item.width() + 1;
+  if (place.left() < -0.5 || place.right() > 360.5 || (!text.isEmpty() && isTooWide)) {
+    found.push_back(item.metaObject()->className() + (" " + text.left(40).toStdString()));
+  }
+  for (const auto* child : item.childItems()) {
+    auto more = outside(*child);
+    found.insert(found.end(), more.begin(), more.end());
+  }
+  return found;
+}
+
+PanelContent withLongTexts() {
+  auto content = unprotectedContent();
+  const std::string word(400, 'W');
+  std::string words;
+  for (int i = 0; i < 60; ++i) words += "Wörter ";
+  content.header.word = words;
+  content.header.deadlineLine = word;
+  content.headerButtons[0].title = words;
+  content.cards[0].title = word;
+  content.cards[0].detail = words;
+  content.cards[0].button = PanelButton{words, PanelAction::trustDeviceCA};
+  content.cards[1].state.text = word;
+  content.cards[1].action = word;
+  content.protection->guard.label = word;
+  content.protection->egressLock.state.text = word;
+  content.protection->egressLock.note = word;
+  content.protection->containers.label = words;
+  content.protection->containers.state.text = words;
+  content.protection->offNote = word;
+  for (int i = 0; i < 60; ++i) {
+    content.protection->ecosystems.push_back(
+        {"ecosystem" + std::to_string(i), RowState::warn("not covered")});
+  }
+  content.protection->ecosystems.push_back({word, RowState::off(word)});
+  content.health->rollup.state.text = words;
+  content.health->components[0].note = word;
+  content.facts[0].value = word;
+  content.facts[1].label = words;
+  for (auto* buttons : {&content.footerButtons, &content.moreButtons}) {
+    for (auto& button : *buttons) button.title = words;
+  }
+  return content;
+}
+
+TEST_F(PanelLook, KeepsLongTextsInside) {
+  auto content = withLongTexts();
+  for (const bool isRightToLeft : {false, true}) {
+    for (const double scale : {1.0, 2.0, 3.0}) {
+      if (isRightToLeft) content.header.word = "محمي " + content.header.word;
+      look.textScale = scale;
+      open(content);
+      press(Qt::Key_Tab, Qt::ShiftModifier);
+      press(Qt::Key_Space);
+      frames();
+      EXPECT_EQ(outside(*window().contentItem()), std::vector<std::string>()) << scale << isRightToLeft;
+      panel->close();
+    }
+  }
+}
+
+TEST_F(PanelLook, GrowsWithTheTextSize) {
+  open(protectedContent());
+  const auto usual = place("Egress lock, enforcing").height();
+  look.textScale = 2;
+  panel->setLook(look);
+  frames();
+  EXPECT_NEAR(place("Egress lock, enforcing").height(), 2 * usual, 2);
+  EXPECT_EQ(window().height(), static_cast<int>(window().contentItem()->childItems()[0]->height()));
+}
+
+TEST_F(PanelLook, IsMirroredWithARightToLeftVerdict) {
+  auto content = protectedContent();
+  open(content);
+  EXPECT_GT(place("Check now").left(), 180);
+  EXPECT_LT(place("go").left(), 180);
+  content.header.word = "محمي";
+  panel->update(content);
+  EXPECT_LT(place("Check now").right(), 180);
+  EXPECT_GT(place("go").right(), 300);
+  EXPECT_GT(place("Open Ostrel Agent").left(), 180);
+}
+
+TEST_F(PanelLook, FollowsTheAppearanceWhileItIsOpen) {
+  open(protectedContent());
+  EXPECT_EQ(background(), QColor("#f6f6f7"));
+  look.appearance = Appearance::dark;
+  panel->setLook(look);
+  EXPECT_EQ(background(), QColor("#232326"));
+  EXPECT_GE(frames(), 1);
+}
+
+TEST_F(PanelLook, FadesInOnlyWithMotion) {
+  look.reducesMotion = false;
+  open(protectedContent());
+  panel->close();
+  look.reducesMotion = true;
+  open(protectedContent());
+  EXPECT_EQ(frames(), 0);
+}
+
+TEST_F(PanelLook, ShowsTheColourOfTheState) {
+  auto content = protectedContent();
+  open(content);
+  EXPECT_EQ(colorAt(33, 24), QColor("#1e7a46"));
+  content.header.tint = RowState::Case::bad;
+  panel->update(content);
+  EXPECT_EQ(colorAt(33, 24), QColor("#b5352c"));
+}
+
+TEST_F(PanelLook, IsTheSameAsAPicture) {
+  const auto content = unprotectedContent();
+  const auto file = panelPicture(content, look, log);
+  ASSERT_TRUE(file);
+  const auto picture = QImage::fromData(QByteArray::fromStdString(*file));
+  open(content);
+  const auto shown = window().grabWindow();
+  ASSERT_EQ(picture.size(), shown.size());
+  EXPECT_EQ(picture.width(), 720);
+  EXPECT_EQ(picture.pixelColor(0, 0).alpha(), 0);
+  EXPECT_EQ(picture.pixelColor(719, picture.height() - 1).alpha(), 0);
+  const QRect inner = picture.rect().adjusted(40, 40, -40, -40);
+  EXPECT_EQ(picture.copy(inner).convertToFormat(QImage::Format_RGB32),
+            shown.copy(inner).convertToFormat(QImage::Format_RGB32));
+}
+
+}  // namespace
+}  // namespace ostrel
