@@ -77,7 +77,12 @@ xcb_atom_t EmbeddingTray::atom(const char* name) const {
 xcb_window_t EmbeddingTray::window() const {
   const auto cookie = xcb_get_selection_owner(connection_, selection_);
   const auto reply = owned(xcb_get_selection_owner_reply(connection_, cookie, nullptr));
-  return reply ? reply->owner : XCB_NONE;
+  const xcb_window_t tray = reply ? reply->owner : xcb_window_t{XCB_NONE};
+  if (tray == XCB_NONE) return tray;
+  const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+  const auto fault = owned(xcb_request_check(
+      connection_, xcb_change_window_attributes_checked(connection_, tray, XCB_CW_EVENT_MASK, &mask)));
+  return fault ? xcb_window_t{XCB_NONE} : tray;
 }
 
 WindowVisual EmbeddingTray::visualFor(xcb_window_t tray) const {

@@ -36,7 +36,7 @@ class EmbeddingTray {
   const xcb_screen_t& screen() const { return *screen_; }
   xcb_atom_t atom(const char* name) const;
 
-  /// The tray's window, or none.
+  /// The tray's window, or none. The display tells of its end from then on.
   xcb_window_t window() const;
 
   /// What the tray asks its icons to have, as far as it is of use; else what every window can have.

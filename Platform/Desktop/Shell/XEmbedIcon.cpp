@@ -86,15 +86,19 @@ class XEmbedIcon final : public EmbeddedIcon, public QAbstractNativeEventFilter 
   QByteArray title_;
   bool isWanted_ = false;
   xcb_window_t window_ = XCB_NONE;
+  xcb_window_t trayWindow_ = XCB_NONE;  ///< of use while there is a window of its own
   WindowVisual visual_;
   int width_ = 0;
   int height_ = 0;
 };
 
 void XEmbedIcon::dock() {
-  undock();
   const xcb_window_t tray = isWanted_ ? tray_.window() : xcb_window_t{XCB_NONE};
+  // A tray may tell of its start after it was found.
+  if (window_ != XCB_NONE && tray == trayWindow_) return;
+  undock();
   if (tray == XCB_NONE) return;
+  trayWindow_ = tray;
   visual_ = tray_.visualFor(tray);
   createWindow();
   tray_.requestDock(tray, window_);
@@ -194,6 +198,7 @@ bool XEmbedIcon::nativeEventFilter(const QByteArray& type, void* message, qintpt
         height_ = event.height;
       });
     case XCB_DESTROY_NOTIFY:
+      if (static_cast<const xcb_destroy_notify_event_t*>(message)->window == trayWindow_) undock();
       return with(&xcb_destroy_notify_event_t::window, [this](auto&) { window_ = XCB_NONE; });
     case XCB_EXPOSE:
       return with(&xcb_expose_event_t::window, [this](auto& event) {
