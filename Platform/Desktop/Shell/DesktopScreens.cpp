@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <algorithm>
 #include <utility>
 
 namespace ostrel {
@@ -10,20 +11,30 @@ namespace {
 
 constexpr qint64 longestClick = 400;  // milliseconds from the loss of focus to the click that caused it
 
-/// Places of the bus are in pixels; a screen's corner is the same in pixels and in points.
+/// A screen's corner is the same in pixels and in points.
+QRect pixelsOf(const QScreen& screen) {
+  return {screen.geometry().topLeft(), screen.geometry().size() * screen.devicePixelRatio()};
+}
+
+/// The place in pixels as a place in points; the nearest of the screen when it is beyond.
+QPoint pointOn(const QScreen& screen, QPoint place) {
+  const auto pixels = pixelsOf(screen);
+  const QPoint inside(std::clamp(place.x(), pixels.left(), pixels.right()),
+                      std::clamp(place.y(), pixels.top(), pixels.bottom()));
+  const auto way = inside - pixels.topLeft();
+  const double ratio = screen.devicePixelRatio();
+  return pixels.topLeft() + QPoint(static_cast<int>(way.x() / ratio), static_cast<int>(way.y() / ratio));
+}
+
 PanelAnchor anchorOf(QPoint place) {
   const QScreen* screen = QGuiApplication::primaryScreen();
   if (screen == nullptr) return {};
   for (const auto* each : QGuiApplication::screens()) {
-    const auto geometry = each->geometry();
-    const QRect pixels(geometry.topLeft(), geometry.size() * each->devicePixelRatio());
-    if (!place.isNull() && pixels.contains(place)) screen = each;
+    if (!place.isNull() && pixelsOf(*each).contains(place)) screen = each;
   }
-  const auto corner = screen->geometry().topLeft();
   const auto available = screen->availableGeometry();
   // A host that does not tell the place: where trays usually are.
-  const auto click =
-      place.isNull() ? available.topRight() : corner + (place - corner) / screen->devicePixelRatio();
+  const auto click = place.isNull() ? available.topRight() : pointOn(*screen, place);
   return {{click.x(), click.y()}, {available.x(), available.y(), available.width(), available.height()}};
 }
 
@@ -54,8 +65,10 @@ std::optional<double> DesktopScreens::visibleHeight() const {
 
 void DesktopScreens::setClick(QPoint place) { anchor_ = anchorOf(place); }
 
-bool DesktopScreens::hasClosedByThisClick() const {
-  return sinceFocusLoss_.isValid() && sinceFocusLoss_.elapsed() < longestClick;
+bool DesktopScreens::takeClosingClick() {
+  const bool hasClosed = sinceFocusLoss_.isValid() && sinceFocusLoss_.elapsed() < longestClick;
+  sinceFocusLoss_.invalidate();
+  return hasClosed;
 }
 
 void DesktopScreens::setLook(const DesktopLook& look) {

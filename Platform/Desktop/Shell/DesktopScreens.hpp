@@ -25,8 +25,8 @@ class DesktopScreens final : public Screens {
   /// Where the next panel is to open: the place of a click in the screens' pixels.
   void setClick(QPoint place);
 
-  /// True for a click that has just closed the panel by taking the focus from it.
-  bool hasClosedByThisClick() const;
+  /// Call for each click: true for the one that has just closed the panel by taking the focus from it.
+  bool takeClosingClick();
 
   void setLook(const DesktopLook& look);
 

@@ -91,12 +91,14 @@ class QtDesktop final : public Desktop {
 
  private:
   void changeLook() {
-    screens_.setLook(looks_.look());
-    if (statusItem_.events().appearanceChanged) statusItem_.events().appearanceChanged();
+    const auto look = looks_.look();
+    screens_.setLook(look);
+    const bool hasOther = std::exchange(appearance_, look.appearance) != look.appearance;
+    if (hasOther && statusItem_.events().appearanceChanged) statusItem_.events().appearanceChanged();
   }
 
   void click(QPoint place) {
-    if (screens_.hasClosedByThisClick() || !statusItem_.events().clicked) return;
+    if (screens_.takeClosingClick() || !statusItem_.events().clicked) return;
     screens_.setClick(place);
     statusItem_.events().clicked();
   }
@@ -105,6 +107,7 @@ class QtDesktop final : public Desktop {
   DesktopServices services_;
   QDBusConnection bus_ = QDBusConnection::sessionBus();
   LookWatcher looks_{bus_, [this] { changeLook(); }};
+  Appearance appearance_ = looks_.look().appearance;
   DesktopScreens screens_{services_.loadViews, services_.log};
   DesktopStatusItem statusItem_{bus_, services_.resources, looks_, services_.log,
                                 [this](QPoint place) { click(place); }};

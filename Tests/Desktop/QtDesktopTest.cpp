@@ -1,0 +1,252 @@
+#include "Platform/Desktop/Shell/QtDesktop.hpp"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <QDBusConnectionInterface>
+#include <QDBusVariant>
+#include <QElapsedTimer>
+#include <QPoint>
+#include <csignal>
+#include <filesystem>
+#include <limits>
+#include <thread>
+
+#include "Platform/Posix/PosixMainQueue.hpp"
+#include "Tests/Desktop/SessionBus.hpp"
+#include "Tests/Desktop/SettingsPortal.hpp"
+#include "Tests/Desktop/TrayWatcher.hpp"
+#include "Tests/Fakes/FakeLog.hpp"
+#include "Tests/Fakes/FakePanelView.hpp"
+
+namespace ostrel {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The toolkit keeps the first session bus that it meets for the whole process.
+SessionBus& sessionBus() {
+  static SessionBus bus;
+  ::setenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str(), 1);
+  return bus;
+}
+
+/// Two screens; the second has two pixels a point.
+constexpr const char* screens = R"({"screens": [
+  {"name": "a", "x": 0, "y": 0, "width": 1280, "height": 800, "dpr": 1},
+  {"name": "b", "x": 1280, "y": -100, "width": 960, "height": 540, "dpr": 2}]})";
+constexpr DesktopRect first{0, 0, 1280, 800};
+constexpr DesktopRect second{1280, -100, 960, 540};
+
+std::ptrdiff_t countEntries(const char* folder) {
+  return std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator());
+}
+
+struct QtDesktopTest : testing::Test {
+  QtDesktopTest() {
+    FakePanelView::record() = {};
+    ::setenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + folder.write("screens.json", screens)).c_str(), 1);
+    EXPECT_EQ(::pipe(signalPipe), 0);
+    sessionBus();
+  }
+  ~QtDesktopTest() override {
+    desktop.reset();
+    for (const int descriptor : signalPipe) ::close(descriptor);
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  }
+
+  void make() {
+    auto made = makeQtDesktop({.queueDescriptor = queue.descriptor(),
+                               .runDue = [this] { queue.runDue(); },
+                               .signalDescriptor = signalPipe[0],
+                               .receivedSignal = [this] { return signal; },
+                               .resources = RESOURCES,
+                               .loadViews = [this]() -> std::expected<const ViewsPlugIn*, std::string> {
+                                 if (!viewsFailure.empty()) return std::unexpected(viewsFailure);
+                                 return &FakePanelView::plugIn;
+                               },
+                               .log = log});
+    ASSERT_TRUE(made) << made.error();
+    desktop = std::move(*made);
+    // A connection that is older than the toolkit's application object does not send everything.
+    if (!peer) peer = sessionBus().connect();
+    desktop->statusItem().install(
+        {.clicked = [this] { toggle(); },
+         .appearanceChanged = [this] { ++appearances; },
+         .menuPressed = [this](const PanelButton& button) { pressed.push_back(button); }});
+    desktop->statusItem().show({menubarpicture::Title{"🛡️"}, "text"});
+  }
+
+  void toggle() {
+    ++clicks;
+    auto& shown = desktop->screens();
+    if (shown.isPanelShown()) return shown.closePanel();
+    heights.push_back(shown.visibleHeight());
+    shown.openPanel({});
+  }
+
+  QDBusMessage call(const char* path, const QString& interface, const QString& method,
+                    const QVariantList& takes) {
+    if (!spinUntil([&] { return peer->interface()->isServiceRegistered(name).value(); }))
+      ADD_FAILURE() << "no item";
+    return answerTo(*peer, callOf(name, path, interface, method, takes));
+  }
+
+  void click(int x, int y) { call("/StatusNotifierItem", "org.kde.StatusNotifierItem", "Activate", {x, y}); }
+
+  const QString name = QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(::getpid());
+  std::optional<QDBusConnection> peer;
+  TemporaryFolder folder;
+  FakeLog log;
+  PosixMainQueue queue;
+  int signalPipe[2] = {-1, -1};
+  std::optional<int> signal;
+  std::string viewsFailure;
+  std::unique_ptr<Desktop> desktop;
+  int clicks = 0;
+  int appearances = 0;
+  std::vector<std::optional<double>> heights;
+  std::vector<PanelButton> pressed;
+  FakePanelView::Record& panel = FakePanelView::record();
+};
+
+TEST_F(QtDesktopTest, OpensThePanelAtThePlaceOfTheClickOnItsScreen) {
+  make();
+  constexpr int least = std::numeric_limits<int>::min();
+  constexpr int most = std::numeric_limits<int>::max();
+  struct Row {
+    QPoint place;
+    PanelAnchor anchor;
+  };
+  const Row rows[] = {
+      {{640, 12}, {{640, 12}, first}},
+      {{1279, 799}, {{1279, 799}, first}},
+      {{1280, -100}, {{1280, -100}, second}},
+      {{1280 + 1900, -100 + 20}, {{1280 + 950, -90}, second}},
+      {{1280 + 1000, -100 + 1060}, {{1280 + 500, 430}, second}},
+      {{0, 0}, {{1279, 0}, first}},
+      {{-5, 300}, {{0, 300}, first}},
+      {{least, most}, {{0, 799}, first}},
+      {{most, least}, {{1279, 0}, first}},
+  };
+  for (const auto& [place, anchor] : rows) {
+    SCOPED_TRACE(testing::Message() << place.x() << ',' << place.y());
+    panel.anchors.clear();
+    click(place.x(), place.y());
+    ASSERT_EQ(panel.anchors.size(), 1U);
+    EXPECT_EQ(panel.anchors[0].click, anchor.click)
+        << panel.anchors[0].click.x << ',' << panel.anchors[0].click.y;
+    EXPECT_EQ(panel.anchors[0].available, anchor.available);
+    EXPECT_EQ(heights.back(), anchor.available.height);
+    click(place.x(), place.y());
+    EXPECT_FALSE(panel.isShown);
+  }
+  EXPECT_EQ(panel.windows, 1);
+}
+
+TEST_F(QtDesktopTest, LeavesThePanelClosedWhenTheClickTookTheFocusFromIt) {
+  make();
+  click(600, 10);
+  ASSERT_TRUE(panel.isShown);
+  FakePanelView::loseFocus();
+  click(600, 10);
+  EXPECT_FALSE(panel.isShown);
+  click(600, 10);
+  EXPECT_TRUE(panel.isShown) << "the next click is a new one";
+  FakePanelView::loseFocus();
+  QElapsedTimer timer;
+  timer.start();
+  EXPECT_TRUE(spinUntil([&] { return timer.elapsed() > 450; }));
+  click(600, 10);
+  EXPECT_TRUE(panel.isShown) << "the person came back later";
+  EXPECT_EQ(clicks, 3);
+}
+
+TEST_F(QtDesktopTest, HandsTheLookToTheOpenPanelAndTellsOfItOnce) {
+  make();
+  SettingsPortal portal(*peer, {{"org.freedesktop.appearance", {{"color-scheme", 1U}}}});
+  ASSERT_TRUE(spinUntil([&] { return appearances == 1; }));
+  EXPECT_EQ(desktop->statusItem().appearance(), Appearance::dark);
+  click(600, 10);
+  ASSERT_EQ(panel.looks.size(), 1U);
+  EXPECT_EQ(panel.looks[0].appearance, Appearance::dark);
+  portal.change("org.freedesktop.appearance", "color-scheme", 2U);
+  portal.change("org.freedesktop.appearance", "color-scheme", 2U);
+  ASSERT_TRUE(spinUntil([&] { return appearances == 2; }));
+  EXPECT_EQ(desktop->statusItem().appearance(), Appearance::light);
+  portal.change("org.freedesktop.appearance", "reduced-motion", 1U);
+  ASSERT_TRUE(spinUntil([&] { return panel.looks.size() == 3; }));
+  EXPECT_EQ(panel.looks[1], DesktopLook{});
+  EXPECT_EQ(panel.looks[2], DesktopLook{.reducesMotion = true});
+  EXPECT_EQ(appearances, 2) << "the icon is the same with less motion";
+  EXPECT_TRUE(panel.isShown);
+}
+
+TEST_F(QtDesktopTest, TellsOnceThatThePanelCannotBeShown) {
+  for (const bool isMissing : {true, false}) {
+    log.lines.clear();
+    viewsFailure = isMissing ? "no plug-in" : "";
+    panel.failure = "no window";
+    make();
+    for (int again = 0; again < 3; ++again) click(600, 10);
+    desktop->screens().updatePanel({});
+    desktop->screens().closePanel();
+    EXPECT_FALSE(desktop->screens().isPanelShown());
+    const std::string reason = isMissing ? "no plug-in" : "no window";
+    EXPECT_EQ(std::ranges::count(log.lines, "ostrel: the panel cannot be shown: " + reason), 1);
+    desktop.reset();
+  }
+}
+
+TEST_F(QtDesktopTest, HandsOverButtonsOfThePanelAndOfTheMenu) {
+  make();
+  const PanelButton quit{.title = "Quit", .action = PanelAction::quitStatusIcon};
+  std::vector<PanelButton> ofPanel;
+  desktop->screens().onPanelButton([&](const PanelButton& button) { ofPanel.push_back(button); });
+  desktop->statusItem().showMenu({quit});
+  call("/StatusItemMenu", "com.canonical.dbusmenu", "Event",
+       {1, "clicked", QVariant::fromValue(QDBusVariant("")), 0U});
+  EXPECT_EQ(pressed, std::vector{quit});
+  click(600, 10);
+  panel.events.pressed(quit);
+  EXPECT_EQ(ofPanel, std::vector{quit});
+  desktop->screens().updatePanel({});
+  EXPECT_EQ(panel.updates.size(), 1U);
+}
+
+TEST_F(QtDesktopTest, ServesTheMainQueueUntilItIsToldToEnd) {
+  make();
+  std::vector<int> order;
+  queue.post([&] { order.push_back(1); });
+  std::jthread other([&] { queue.post([&] { order.push_back(2), desktop->shell().terminate(); }); });
+  EXPECT_EQ(desktop->shell().run(), 0);
+  other.join();
+  EXPECT_TRUE(std::ranges::is_permutation(order, std::vector{1, 2}));
+  desktop->shell().terminate();
+  EXPECT_EQ(desktop->shell().run(), 0) << "told before the loop started";
+}
+
+TEST_F(QtDesktopTest, EndsBySignalsWithTheirStatus) {
+  make();
+  signal = SIGTERM;
+  EXPECT_EQ(::write(signalPipe[1], "", 1), 1);
+  EXPECT_EQ(desktop->shell().run(), 128 + SIGTERM);
+}
+
+TEST_F(QtDesktopTest, LeavesNothingBehind) {
+  const auto once = [&] {
+    make();
+    click(600, 10);
+    EXPECT_TRUE(panel.isShown);
+    desktop.reset();
+    EXPECT_FALSE(panel.isShown);
+    EXPECT_TRUE(spinUntil([&] { return !peer->interface()->isServiceRegistered(name).value(); }));
+    return std::pair(countEntries("/proc/self/fd"), countEntries("/proc/self/task"));
+  };
+  once();
+  const auto before = once();
+  for (int again = 0; again < 3; ++again) EXPECT_EQ(once(), before);
+}
+
+}  // namespace
+}  // namespace ostrel

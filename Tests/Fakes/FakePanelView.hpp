@@ -1,0 +1,58 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "Platform/Desktop/ViewsPlugIn.hpp"
+
+namespace ostrel {
+
+/// A panel's window that remembers what it was told. The views' table hands out one at a time.
+class FakePanelView final : public PanelView {
+ public:
+  /// What all windows since the last `reset` were told, and what makes the next.
+  struct Record {
+    std::vector<PanelAnchor> anchors;
+    std::vector<DesktopLook> looks;  ///< of openings and of changes while open
+    std::vector<PanelContent> updates;
+    int windows = 0;
+    bool isShown = false;
+    PanelViewEvents events;
+    std::string failure;  ///< why no window can be made; empty when one can
+  };
+
+  static Record& record() {
+    static Record all;
+    return all;
+  }
+
+  static std::expected<std::unique_ptr<PanelView>, std::string> make(Log& /*log*/, PanelViewEvents events) {
+    if (!record().failure.empty()) return std::unexpected(record().failure);
+    record().events = std::move(events);
+    record().windows += 1;
+    return std::make_unique<FakePanelView>();
+  }
+
+  static constexpr ViewsPlugIn plugIn = {.build = "", .makePanelView = make, .drawPanel = nullptr};
+
+  ~FakePanelView() override { record().isShown = false; }
+
+  bool isShown() const override { return record().isShown; }
+  void open(const PanelContent& /*content*/, const PanelAnchor& anchor, const DesktopLook& look) override {
+    record().isShown = true;
+    record().anchors.push_back(anchor);
+    record().looks.push_back(look);
+  }
+  void update(const PanelContent& content) override { record().updates.push_back(content); }
+  void setLook(const DesktopLook& look) override { record().looks.push_back(look); }
+  void close() override { record().isShown = false; }
+
+  /// The person goes elsewhere.
+  static void loseFocus() {
+    record().isShown = false;
+    record().events.lostFocus();
+  }
+};
+
+}  // namespace ostrel
