@@ -24,8 +24,8 @@ class EmbeddedIcon {
   virtual void setWanted(bool isWanted) = 0;
 };
 
-/// A click calls `clicked` with its place in the screens' pixels. Nothing where the display is of another
-/// kind or the build has no such icon.
+/// A click calls `clicked` with the middle of the icon's edge towards the screen's middle, in the screens'
+/// pixels. Nothing where the display is of another kind or the build has no such icon.
 std::unique_ptr<EmbeddedIcon> makeEmbeddedIcon(std::function<void(QPoint)> clicked);
 
 }  // namespace ostrel

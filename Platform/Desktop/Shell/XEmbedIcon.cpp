@@ -226,10 +226,14 @@ void XEmbedIcon::takeClick(const xcb_button_release_event_t& click) {
   const bool isInside =
       click.event_x >= 0 && click.event_x < width_ && click.event_y >= 0 && click.event_y < height_;
   if (!isInside || click.detail > lastButton) return;
+  // The middle of the edge towards the screen's middle, so that what opens there leaves the icon free.
+  const int x = click.root_x - click.event_x + width_ / 2;
+  const int top = click.root_y - click.event_y;
+  const bool isInUpperHalf = top < tray_.screen().height_in_pixels / 2;
+  const QPoint place(x, isInUpperHalf ? top + height_ - 1 : top);
   // What a click does opens and closes windows, which is not for the midst of an event.
   QMetaObject::invokeMethod(
-      &clicks_, [this, place = QPoint(click.root_x, click.root_y)] { clicked_(place); },
-      Qt::QueuedConnection);
+      &clicks_, [this, place] { clicked_(place); }, Qt::QueuedConnection);
 }
 
 }  // namespace
