@@ -76,6 +76,13 @@ void EmbeddingTrayPeer::resizeIcon(int width, int height) {
   xcb_flush(connection_);
 }
 
+void EmbeddingTrayPeer::setBackground(QRgb color) {
+  const std::uint32_t value = color & 0xFFFFFF;
+  xcb_change_window_attributes(connection_, window_, XCB_CW_BACK_PIXEL, &value);
+  xcb_clear_area(connection_, 1, icon_, 0, 0, 0, 0);
+  xcb_flush(connection_);
+}
+
 QImage EmbeddingTrayPeer::picture(int width, int height) const {
   const auto cookie =
       xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, icon_, 0, 0, static_cast<std::uint16_t>(width),

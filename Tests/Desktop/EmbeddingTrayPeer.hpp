@@ -12,6 +12,7 @@ namespace ostrel {
 class EmbeddingTrayPeer {
  public:
   static constexpr QRgb background = qRgb(0x33, 0x66, 0x99);
+  static constexpr QRgb lightBackground = qRgb(0xCC, 0xDD, 0xCC);
 
   /// Where windows of other pixels are asked for, `hasAlpha`.
   explicit EmbeddingTrayPeer(bool hasAlpha = false);
@@ -27,6 +28,8 @@ class EmbeddingTrayPeer {
   void saveIcon();
 
   void resizeIcon(int width, int height);
+
+  void setBackground(QRgb color);
 
   /// The icon's pixels as the screen has them; no image when the window cannot be seen.
   QImage picture(int width, int height) const;

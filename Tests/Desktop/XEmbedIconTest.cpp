@@ -40,7 +40,10 @@ struct XEmbedIconTest : DesktopTest {
 
   DisplayPeer display;
   std::vector<QPoint> clicks;
-  std::unique_ptr<EmbeddedIcon> icon = makeEmbeddedIcon([this](QPoint place) { clicks.push_back(place); });
+  int changes = 0;
+  std::unique_ptr<EmbeddedIcon> icon =
+      makeEmbeddedIcon({.clicked = [this](QPoint place) { clicks.push_back(place); },
+                        .appearanceChanged = [this] { ++changes; }});
 };
 
 TEST_F(XEmbedIconTest, DrawsTheSizeThatSuitsOverTheTraysBackground) {
@@ -83,6 +86,20 @@ TEST_F(XEmbedIconTest, IsTransparentWhereTheTrayAsksForIt) {
     const auto picture = tray.picture(22, 22);
     return !picture.isNull() && picture.pixel(5, 11) == large && qAlpha(picture.pixel(18, 11)) == 0;
   }));
+}
+
+TEST_F(XEmbedIconTest, TellsHowLightTheTrayIsBehindIt) {
+  EXPECT_EQ(icon->appearance(), std::nullopt);
+  EmbeddingTrayPeer tray;
+  show();
+  icon->setWanted(true);
+  ASSERT_TRUE(docks(tray));
+  EXPECT_TRUE(spinUntil([&] { return icon->appearance() == Appearance::dark; }));
+  tray.setBackground(EmbeddingTrayPeer::lightBackground);
+  EXPECT_TRUE(spinUntil([&] { return icon->appearance() == Appearance::light; }));
+  icon->setWanted(false);
+  EXPECT_EQ(icon->appearance(), std::nullopt);
+  EXPECT_TRUE(spinUntil([&] { return changes == 3; }));
 }
 
 TEST_F(XEmbedIconTest, FollowsTraysThatComeAndGo) {

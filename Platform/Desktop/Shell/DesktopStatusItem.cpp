@@ -47,11 +47,21 @@ DesktopStatusItem::DesktopStatusItem(QDBusConnection connection, std::string res
             [this](const PanelButton& button) {
               if (events_.menuPressed) events_.menuPressed(button);
             }),
-      embedded_(makeEmbeddedIcon(clicked)),
+      embedded_(makeEmbeddedIcon({.clicked = clicked,
+                                  .appearanceChanged =
+                                      [this] {
+                                        if (events_.appearanceChanged) events_.appearanceChanged();
+                                      }})),
       item_(connection, QLatin1String(StatusItemMenu::path), log, std::move(clicked)) {
   if (!embedded_) return;
   // A tray that knows both ways is to show one icon.
   item_.onWatched([this](bool isWatched) { embedded_->setWanted(!isWatched); });
+}
+
+std::optional<Appearance> DesktopStatusItem::appearance() const {
+  // A tray need not have the desktop's colours.
+  const auto ofTray = embedded_ ? embedded_->appearance() : std::nullopt;
+  return ofTray ? ofTray : looks_.look().appearance;
 }
 
 bool DesktopStatusItem::hasImage(std::string_view name) const { return hasGlyph(resources_, name); }

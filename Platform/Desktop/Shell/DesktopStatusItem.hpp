@@ -20,7 +20,7 @@ class DesktopStatusItem final : public StatusItem {
                     std::function<void(QPoint)> clicked);
 
   void install(Events events) override { events_ = std::move(events); }
-  std::optional<Appearance> appearance() const override { return looks_.look().appearance; }
+  std::optional<Appearance> appearance() const override;
   bool hasImage(std::string_view name) const override;
   bool hasSymbol(std::string_view) const override { return false; }
   void show(const MenuBarIcon& icon) override;

@@ -5,13 +5,23 @@
 #include <QString>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
+
+#include "Platform/Appearance.hpp"
 
 namespace ostrel {
 
 /// The icon as a window inside the tray, for trays that embed windows and know no other way.
 class EmbeddedIcon {
  public:
+  /// What the icon calls, never inside one of its own operations.
+  struct Events {
+    std::function<void(QPoint)> clicked;  ///< with the middle of the icon's edge towards the screen's middle,
+                                          ///< in the screens' pixels
+    std::function<void()> appearanceChanged;
+  };
+
   EmbeddedIcon() = default;
   EmbeddedIcon(const EmbeddedIcon&) = delete;
   EmbeddedIcon& operator=(const EmbeddedIcon&) = delete;
@@ -22,10 +32,12 @@ class EmbeddedIcon {
 
   /// Whether the icon goes into the tray, now or whenever there is one. At first it does not.
   virtual void setWanted(bool isWanted) = 0;
+
+  /// Of the tray behind the icon; nothing as long as that is not known.
+  virtual std::optional<Appearance> appearance() const = 0;
 };
 
-/// A click calls `clicked` with the middle of the icon's edge towards the screen's middle, in the screens'
-/// pixels. Nothing where the display is of another kind or the build has no such icon.
-std::unique_ptr<EmbeddedIcon> makeEmbeddedIcon(std::function<void(QPoint)> clicked);
+/// Nothing where the display is of another kind or the build has no such icon.
+std::unique_ptr<EmbeddedIcon> makeEmbeddedIcon(EmbeddedIcon::Events events);
 
 }  // namespace ostrel

@@ -2,6 +2,6 @@
 
 namespace ostrel {
 
-std::unique_ptr<EmbeddedIcon> makeEmbeddedIcon(std::function<void(QPoint)> /*clicked*/) { return nullptr; }
+std::unique_ptr<EmbeddedIcon> makeEmbeddedIcon(EmbeddedIcon::Events /*events*/) { return nullptr; }
 
 }  // namespace ostrel

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <utility>
 
 #include "Platform/Desktop/Shell/EmbeddedIcon.hpp"
@@ -31,13 +32,18 @@ QImage scaledTo(int side, const std::vector<QImage>& images) {
   return image.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
+Appearance appearanceOf(const QImage& background) {
+  const auto mean = background.scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).pixel(0, 0);
+  return qGray(mean) < 128 ? Appearance::dark : Appearance::light;
+}
+
 QRgb usualBackground() { return QGuiApplication::palette().color(QPalette::Window).rgb(); }
 
 /// A window of the display's own kind: the toolkit's windows bring a window manager's business with them.
 class XEmbedIcon final : public EmbeddedIcon, public QAbstractNativeEventFilter {
  public:
-  XEmbedIcon(xcb_connection_t* connection, const EmbeddingTray& tray, std::function<void(QPoint)> clicked)
-      : connection_(connection), tray_(tray), clicked_(std::move(clicked)) {
+  XEmbedIcon(xcb_connection_t* connection, const EmbeddingTray& tray, Events events)
+      : connection_(connection), tray_(tray), events_(std::move(events)) {
     tray_.listen();
     QCoreApplication::instance()->installNativeEventFilter(this);
   }
@@ -55,6 +61,8 @@ class XEmbedIcon final : public EmbeddedIcon, public QAbstractNativeEventFilter 
     if (std::exchange(isWanted_, isWanted) != isWanted) dock();
   }
 
+  std::optional<Appearance> appearance() const override { return appearance_; }
+
   bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
 
  private:
@@ -63,7 +71,8 @@ class XEmbedIcon final : public EmbeddedIcon, public QAbstractNativeEventFilter 
   void createWindow();
   void writeTitle();
   void draw();
-  QImage background(int x, int y, int side) const;
+  QImage background(int x, int y, int side);
+  void setAppearance(std::optional<Appearance> appearance);
   void takeParent(xcb_window_t parent);
   void takeClick(const xcb_button_release_event_t& click);
 
@@ -80,11 +89,12 @@ class XEmbedIcon final : public EmbeddedIcon, public QAbstractNativeEventFilter 
   xcb_atom_t info_ = tray_.atom("_XEMBED_INFO");
   xcb_atom_t name_ = tray_.atom("_NET_WM_NAME");
   xcb_atom_t utf8_ = tray_.atom("UTF8_STRING");
-  std::function<void(QPoint)> clicked_;
-  QObject clicks_;
+  Events events_;
+  QObject later_;
   std::vector<QImage> images_;
   QByteArray title_;
   bool isWanted_ = false;
+  std::optional<Appearance> appearance_;
   xcb_window_t window_ = XCB_NONE;
   xcb_window_t trayWindow_ = XCB_NONE;  ///< of use while there is a window of its own
   WindowVisual visual_;
@@ -109,6 +119,7 @@ void XEmbedIcon::undock() {
   if (window_ == XCB_NONE) return;
   send(xcb_destroy_window_checked(connection_, std::exchange(window_, XCB_NONE)));
   xcb_flush(connection_);
+  setAppearance(std::nullopt);
 }
 
 void XEmbedIcon::createWindow() {
@@ -164,7 +175,7 @@ void XEmbedIcon::draw() {
 }
 
 /// What the tray shows through the cleared window.
-QImage XEmbedIcon::background(int x, int y, int side) const {
+QImage XEmbedIcon::background(int x, int y, int side) {
   QImage image(side, side, visual_.hasAlpha() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
   image.fill(visual_.hasAlpha() ? 0 : usualBackground());
   if (visual_.hasAlpha()) return image;
@@ -174,8 +185,15 @@ QImage XEmbedIcon::background(int x, int y, int side) const {
   const auto shown = owned(xcb_get_image_reply(connection_, cookie, nullptr));
   if (shown && xcb_get_image_data_length(shown.get()) == image.sizeInBytes()) {
     std::memcpy(image.bits(), xcb_get_image_data(shown.get()), static_cast<std::size_t>(image.sizeInBytes()));
+    setAppearance(appearanceOf(image));
   }
   return image;
+}
+
+void XEmbedIcon::setAppearance(std::optional<Appearance> appearance) {
+  if (std::exchange(appearance_, appearance) == appearance) return;
+  QMetaObject::invokeMethod(
+      &later_, [this] { events_.appearanceChanged(); }, Qt::QueuedConnection);
 }
 
 bool XEmbedIcon::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/) {
@@ -199,7 +217,10 @@ bool XEmbedIcon::nativeEventFilter(const QByteArray& type, void* message, qintpt
       });
     case XCB_DESTROY_NOTIFY:
       if (static_cast<const xcb_destroy_notify_event_t*>(message)->window == trayWindow_) undock();
-      return with(&xcb_destroy_notify_event_t::window, [this](auto&) { window_ = XCB_NONE; });
+      return with(&xcb_destroy_notify_event_t::window, [this](auto&) {
+        window_ = XCB_NONE;
+        setAppearance(std::nullopt);
+      });
     case XCB_EXPOSE:
       return with(&xcb_expose_event_t::window, [this](auto& event) {
         if (event.count == 0) draw();
@@ -233,17 +254,17 @@ void XEmbedIcon::takeClick(const xcb_button_release_event_t& click) {
   const QPoint place(x, isInUpperHalf ? top + height_ - 1 : top);
   // What a click does opens and closes windows, which is not for the midst of an event.
   QMetaObject::invokeMethod(
-      &clicks_, [this, place] { clicked_(place); }, Qt::QueuedConnection);
+      &later_, [this, place] { events_.clicked(place); }, Qt::QueuedConnection);
 }
 
 }  // namespace
 
-std::unique_ptr<EmbeddedIcon> makeEmbeddedIcon(std::function<void(QPoint)> clicked) {
+std::unique_ptr<EmbeddedIcon> makeEmbeddedIcon(EmbeddedIcon::Events events) {
   const auto* display = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
   if (display == nullptr || display->connection() == nullptr) return nullptr;
   const auto tray = EmbeddingTray::of(display->connection());
   if (!tray) return nullptr;
-  return std::make_unique<XEmbedIcon>(display->connection(), *tray, std::move(clicked));
+  return std::make_unique<XEmbedIcon>(display->connection(), *tray, std::move(events));
 }
 
 }  // namespace ostrel
