@@ -106,6 +106,12 @@ void PanelTest::click(const std::string& name) {
   QCoreApplication::processEvents();
 }
 
+void PanelTest::pressBySpeech(const std::string& name) {
+  auto* at = QAccessible::queryAccessibleInterface(item(name));
+  ASSERT_TRUE(at && at->actionInterface()) << name;
+  at->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+}
+
 std::string PanelTest::focused() const {
   auto* at = QAccessible::queryAccessibleInterface(window().activeFocusItem());
   return at ? nameOf(*at) : "";

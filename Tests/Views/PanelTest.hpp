@@ -31,6 +31,9 @@ class PanelTest : public testing::Test {
   void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
   void click(const std::string& name);
 
+  /// As an assistive tool does.
+  void pressBySpeech(const std::string& name);
+
   /// The accessible name of what has the keyboard.
   std::string focused() const;
 

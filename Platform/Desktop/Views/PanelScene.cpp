@@ -1,7 +1,8 @@
 #include "Platform/Desktop/Views/PanelScene.hpp"
 
 #include <QtQml/qqml.h>
-#include <QFontDatabase>
+#include <QFontInfo>
+#include <QGuiApplication>
 #include <QLibraryInfo>
 #include <QQmlComponent>
 
@@ -34,7 +35,7 @@ void registerTypes() {
 
 void tellWithoutFont(Log& log) {
   static bool isTold = false;
-  if (isTold || !QFontDatabase::families().isEmpty()) return;
+  if (isTold || !QFontInfo(QGuiApplication::font()).family().isEmpty()) return;
   isTold = true;
   log.line("No font is installed; texts cannot be drawn.");
 }

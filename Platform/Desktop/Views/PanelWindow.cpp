@@ -50,8 +50,8 @@ PanelWindow::PanelWindow(Log& log, PanelViewEvents events) : events_(std::move(e
 
 void PanelWindow::open(const PanelContent& content, const PanelAnchor& anchor, const DesktopLook& look) {
   anchor_ = anchor;
-  scene_.state().show(content);
-  setLook(look);
+  show(content);
+  scene_.setLook(look, window_.effectiveDevicePixelRatio());
   emit scene_.state().opened(!look.reducesMotion);
   scene_.layOut();
   place();
@@ -60,17 +60,24 @@ void PanelWindow::open(const PanelContent& content, const PanelAnchor& anchor, c
 }
 
 void PanelWindow::update(const PanelContent& content) {
-  if (!isShown() || !scene_.state().show(content)) return;
-  scene_.layOut();
+  if (isShown() && show(content)) scene_.layOut();
 }
 
 void PanelWindow::setLook(const DesktopLook& look) {
   scene_.setLook(look, window_.effectiveDevicePixelRatio());
+  if (isShown()) scene_.layOut();
 }
 
 void PanelWindow::close() {
   window_.hide();
   scene_.tidy();
+}
+
+/// False when the content is the one shown.
+bool PanelWindow::show(const PanelContent& content) {
+  // Assistive tools read the title when the window opens.
+  window_.setTitle(textOf(content.header.word));
+  return scene_.state().show(content);
 }
 
 void PanelWindow::activityChanged() {

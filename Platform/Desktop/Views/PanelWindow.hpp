@@ -21,6 +21,7 @@ class PanelWindow final : public PanelView {
  private:
   PanelWindow(Log& log, PanelViewEvents events);
 
+  bool show(const PanelContent& content);
   void activityChanged();
   void place();
 
@@ -28,7 +29,6 @@ class PanelWindow final : public PanelView {
   QQuickWindow window_;
   PanelScene scene_;
   PanelAnchor anchor_;
-  bool isPlacing_ = false;
 };
 
 }  // namespace ostrel
