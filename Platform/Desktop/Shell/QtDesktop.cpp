@@ -39,24 +39,28 @@ void logOfToolkit(QtMsgType type, const QMessageLogContext& /*context*/, const Q
   if (gravity(type) >= gravity(leastLoggedOfToolkit)) toolkitLog->line("ostrel: " + text.toStdString());
 }
 
-/// The toolkit's application object. Where the person names no platform of the toolkit's, the display's are
-/// tried one after the other, and last the one without a screen: the toolkit ends the process where none
-/// works.
+/// The toolkit's application object. The platform that the person names is tried, or else the display's one
+/// after the other, and last the one without a screen: the toolkit ends the process where none works.
 class Application {
  public:
   explicit Application(Log& log, QtMsgType leastLogged = QtWarningMsg) {
     toolkitLog = &log;
     leastLoggedOfToolkit = leastLogged;
     qInstallMessageHandler(logOfToolkit);
-    const bool isChosen = qEnvironmentVariableIsSet(platformVariable);
-    if (!isChosen) qputenv(platformVariable, "xcb;wayland;offscreen");
+    const bool isSet = qEnvironmentVariableIsSet(platformVariable);
+    const auto chosen = qgetenv(platformVariable);
+    qputenv(platformVariable, (chosen.isEmpty() ? "xcb;wayland" : chosen) + ";offscreen");
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setApplicationName(QStringLiteral("OstrelAgent"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Ostrel Agent"));
     application_.emplace(count_, arguments_);
     // Children must not take the choice for the person's.
-    if (!isChosen) qunsetenv(platformVariable);
-    hasScreen_ = isChosen || QGuiApplication::platformName() != QLatin1String(offscreen);
+    if (isSet) {
+      qputenv(platformVariable, chosen);
+    } else {
+      qunsetenv(platformVariable);
+    }
+    hasScreen_ = chosen.contains(offscreen) || QGuiApplication::platformName() != QLatin1String(offscreen);
   }
   Application(const Application&) = delete;
   Application& operator=(const Application&) = delete;
