@@ -3,6 +3,11 @@ import Ostrel.Views
 
 /// A text, whatever its length and characters. What it belongs to says it to assistive tools.
 Text {
+    // Without a wrap. The implicit width changes with the width, so no width may depend on it.
+    function lineWidth(): real {
+        return Math.ceil(Look.widthOf(text, font)) + 1;
+    }
+
     textFormat: Text.PlainText
     wrapMode: Text.Wrap
     color: Tokens.ink

@@ -18,7 +18,7 @@ Item {
             pressed();
     }
 
-    implicitWidth: Math.ceil(label.implicitWidth) + 2 * sidePadding
+    implicitWidth: label.lineWidth() + 2 * sidePadding
     implicitHeight: Math.ceil(label.height) + 10
     activeFocusOnTab: true
     opacity: enabled ? 1 : 0.5
@@ -39,7 +39,7 @@ Item {
     Label {
         id: label
         anchors.centerIn: parent
-        width: Math.min(Math.ceil(implicitWidth), button.width - 2 * button.sidePadding)
+        width: Math.min(lineWidth(), button.width - 2 * button.sidePadding)
         horizontalAlignment: Text.AlignHCenter
         text: button.title
         font.pixelSize: button.fontSize

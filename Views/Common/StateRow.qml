@@ -10,9 +10,7 @@ Item {
     property real trailing: 0
     readonly property real textLeft: 12 + Tokens.dotSize + 10
     readonly property real textWidth: width - textLeft - 12 - trailing
-    readonly property real labelWidth: Math.ceil(Look.widthOf(value.label, label.font)) + 1
-    readonly property real stateWidth: Math.ceil(Look.widthOf(value.text, state.font)) + 1
-    readonly property bool isStacked: labelWidth + 10 + stateWidth > textWidth
+    readonly property bool isStacked: label.lineWidth() + 10 + state.lineWidth() > textWidth
     readonly property real lineHeight: label.height / label.lineCount
     readonly property real padding: Math.max(8, Math.floor((Tokens.rowHeight - lineHeight) / 2))
     readonly property real textBottom: note.visible ? note.y + note.height - 2 : isStacked ? state.y + state.height : label.y + label.height
@@ -38,7 +36,7 @@ Item {
         anchors.left: dot.right
         anchors.leftMargin: 10
         y: row.padding
-        width: row.isStacked ? row.textWidth : row.labelWidth
+        width: row.isStacked ? row.textWidth : lineWidth()
         text: row.value.label
         font.weight: Font.Medium
     }
@@ -47,7 +45,8 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: 12 + row.trailing
         y: row.isStacked ? label.y + label.height + 2 : row.padding
-        width: row.isStacked ? row.textWidth : row.stateWidth
+        width: row.isStacked ? row.textWidth : lineWidth()
+        horizontalAlignment: row.isStacked ? Text.AlignLeft : Text.AlignRight
         text: row.value.text
         color: Tokens.wantsAttention(row.value.kind) ? Tokens.stateColor(row.value.kind) : Tokens.dim
     }

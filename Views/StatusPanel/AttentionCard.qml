@@ -47,13 +47,13 @@ Item {
             spacing: 8
 
             Label {
-                width: Math.min(Math.ceil(implicitWidth), content.width)
+                width: Math.min(lineWidth(), content.width)
                 text: card.value.title
                 font.weight: Font.DemiBold
             }
             Label {
                 visible: text !== ""
-                width: Math.min(Math.ceil(implicitWidth), content.width)
+                width: Math.min(lineWidth(), content.width)
                 topPadding: Tokens.bodySize - Tokens.smallSize
                 text: card.value.text
                 font.pixelSize: Tokens.smallSize

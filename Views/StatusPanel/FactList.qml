@@ -22,7 +22,7 @@ Column {
             Label {
                 id: label
                 anchors.left: parent.left
-                width: Math.min(Math.ceil(implicitWidth), fact.width / 2)
+                width: Math.min(lineWidth(), fact.width / 2)
                 text: fact.entry.label
                 font.pixelSize: Tokens.smallSize
                 color: Tokens.dim

@@ -7,7 +7,7 @@ Item {
 
     required property PanelState panel
     readonly property real textWidth: width - 2 * 16 - shield.width - 12
-    readonly property bool isStacked: Look.widthOf(word.text, word.font) + 13 + buttons.width > textWidth
+    readonly property bool isStacked: word.lineWidth() + 12 + buttons.width > textWidth
     readonly property real lineHeight: Math.ceil(Math.max(shield.height, texts.height, isStacked ? 0 : buttons.height))
 
     implicitHeight: 16 + lineHeight + (isStacked ? Math.ceil(buttons.height) + 8 : 0) + 12
