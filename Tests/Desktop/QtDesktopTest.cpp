@@ -240,7 +240,7 @@ TEST_F(QtDesktopTest, LeavesNothingBehind) {
     EXPECT_TRUE(panel.isShown);
     desktop.reset();
     EXPECT_FALSE(panel.isShown);
-    EXPECT_TRUE(spinUntil([&] { return !peer->interface()->isServiceRegistered(name).value(); }));
+    EXPECT_TRUE(becomesTrue([&] { return !peer->interface()->isServiceRegistered(name).value(); }));
     return std::pair(countEntries("/proc/self/fd"), countEntries("/proc/self/task"));
   };
   once();

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "Tests/Desktop/DesktopTest.hpp"
 #include "Tests/Desktop/SignalRecorder.hpp"
@@ -110,6 +111,17 @@ TEST_F(StatusNotifierItemTest, WorksBesideAWatcherThatNeverAnswers) {
   EXPECT_EQ(signalsSoFar(), QStringList("NewToolTip"));
   item.reset();
   EXPECT_TRUE(spinUntil([&] { return !desktop.interface()->isServiceRegistered(name).value(); }));
+}
+
+TEST_F(StatusNotifierItemTest, FindsNoTrayWithoutABus) {
+  StatusNotifierItem lone(QDBusConnection("none"), "/Menu", log, [](QPoint) {});
+  std::vector<bool> told;
+  lone.onWatched([&](bool isWatched) { told.push_back(isWatched); });
+  lone.setTitle("t");
+  lone.show();
+  lone.setTitle("u");
+  EXPECT_EQ(told, std::vector{false});
+  EXPECT_TRUE(log.lines.empty()) << "whoever connects to the bus has told of it";
 }
 
 TEST_F(StatusNotifierItemTest, HasEveryPropertyInTheTypeThatItDeclares) {

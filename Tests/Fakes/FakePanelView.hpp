@@ -11,7 +11,7 @@ namespace ostrel {
 /// A panel's window that remembers what it was told. The views' table hands out one at a time.
 class FakePanelView final : public PanelView {
  public:
-  /// What all windows since the last `reset` were told, and what makes the next.
+  /// What all windows of the test were told, and how the next is made. Each test starts with an empty one.
   struct Record {
     std::vector<PanelAnchor> anchors;
     std::vector<DesktopLook> looks;  ///< of openings and of changes while open

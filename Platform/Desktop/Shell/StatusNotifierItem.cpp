@@ -77,6 +77,8 @@ void StatusNotifierItem::show() {
 
 void StatusNotifierItem::registerAtWatcher() {
   if (!isShown_) return;
+  // No answer would come, not even an error.
+  if (!connection_.isConnected()) return tellWatched(false);
   const auto call =
       QDBusMessage::createMethodCall(QLatin1String(watcher), QStringLiteral("/StatusNotifierWatcher"),
                                      QLatin1String(watcher), QStringLiteral("RegisterStatusNotifierItem"))
