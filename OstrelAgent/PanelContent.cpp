@@ -1,5 +1,7 @@
 #include "OstrelAgent/PanelContent.hpp"
 
+#include <algorithm>
+
 #include "OstrelAgent/ContainerBlock.hpp"
 #include "OstrelAgent/Copy.hpp"
 #include "OstrelAgent/PanelHeader.hpp"
@@ -95,6 +97,14 @@ class PanelComposer {
     }
     content.protection = protection(failure.has_value(), guard, ecosystems, lock);
     content.health = health(rows);
+    markNote(content.protection->egressLock, content.cards);
+    for (auto& component : content.health->components) markNote(component, content.cards);
+  }
+
+  static void markNote(PanelContent::Row& row, const std::vector<AttentionItem>& cards) {
+    row.isNoteOnCard = !row.note.empty() && std::ranges::any_of(cards, [&](const auto& card) {
+      return card.title == row.label && card.action == row.note;
+    });
   }
 
   PanelContent::Protection protection(bool hasFailed, const RowState& guard,

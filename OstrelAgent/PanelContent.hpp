@@ -36,7 +36,8 @@ struct PanelContent {
     std::string id;
     std::string label;
     RowState state;
-    std::string note;  ///< what to do or expect; empty for a row that is ok
+    std::string note;           ///< what to do or expect; empty for a row that is ok
+    bool isNoteOnCard = false;  ///< a card says the note already, so that a view may leave it out
 
     bool operator==(const Row&) const = default;
   };

@@ -91,7 +91,10 @@ TEST(PanelContent, GivesANoteToEveryRowThatIsNotOk) {
   const auto panel = content(model);
   EXPECT_EQ(panel.protection->noEcosystems, "This agent version does not report per-ecosystem state.");
   EXPECT_TRUE(panel.protection->egressLock.note.starts_with("The lock is still resolving addresses."));
-  for (const auto& row : panel.health->components) EXPECT_EQ(row.note.empty(), row.state.isOk()) << row.id;
+  for (const auto& row : panel.health->components) {
+    EXPECT_EQ(row.note.empty(), row.state.isOk()) << row.id;
+    EXPECT_EQ(row.isNoteOnCard, !row.state.isOk()) << row.id;
+  }
   model.snap.daemonListening = false;
   EXPECT_EQ(content(model).protection->noEcosystems, "");
 }

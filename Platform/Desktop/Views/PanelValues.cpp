@@ -25,7 +25,8 @@ QString textOf(std::string_view text) {
 RowValue valueOf(const PanelContent::Row& row) {
   const auto label = textOf(row.label);
   const auto text = textOf(row.state.text);
-  return {numberOf(row.state.kind), label, text, textOf(row.note), spoken({label, text})};
+  const auto note = row.isNoteOnCard ? QString() : textOf(row.note);
+  return {numberOf(row.state.kind), label, text, note, spoken({label, text})};
 }
 
 RowValue valueOf(const PanelContent::Ecosystem& ecosystem) {
