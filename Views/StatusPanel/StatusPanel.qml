@@ -139,6 +139,11 @@ FocusScope {
                 }
             }
         }
+        Hairline {
+            visible: body.contentY > 0
+            anchors.top: body.top
+            width: parent.width
+        }
         Rectangle {
             visible: body.interactive
             anchors.right: parent.right
