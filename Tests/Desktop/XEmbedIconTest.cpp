@@ -139,7 +139,7 @@ TEST_F(XEmbedIconTest, TellsOfAClickAtTheIconsEdgeTowardsTheMiddle) {
 }
 
 TEST_F(XEmbedIconTest, LeavesTheTrayToAStatusNotifierItem) {
-  QDBusConnection program = bus.connect();
+  const QDBusConnection program = bus.connect();
   QDBusConnection desktop = bus.connect();
   FakeLog log;
   const LookWatcher looks{program, [] {}};

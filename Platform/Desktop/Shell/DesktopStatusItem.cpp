@@ -39,7 +39,7 @@ QList<DBusPixmap> pixmapsOf(const std::vector<QImage>& images) {
 
 }  // namespace
 
-DesktopStatusItem::DesktopStatusItem(QDBusConnection connection, std::string resources,
+DesktopStatusItem::DesktopStatusItem(const QDBusConnection& connection, std::string resources,
                                      const LookWatcher& looks, Log& log, std::function<void(QPoint)> clicked)
     : resources_(std::move(resources)),
       looks_(looks),
