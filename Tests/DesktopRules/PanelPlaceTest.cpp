@@ -21,13 +21,13 @@ TEST(PanelPlace, IsCentredBesideTheClickAndInsideTheScreen) {
       {"below a click below the bar", barAbove, {640, 100}, {460, 106}},
       {"above a click on the bar below", barBelow, {640, 780}, {460, 254}},
       {"below the click in the very middle", barBelow, {640, 380}, {460, 260}},
-      {"at the right edge", barAbove, {1270, 13}, {920, 34}},
-      {"at the left edge", barAbove, {4, 13}, {0, 34}},
-      {"beside a bar at the left, in the lower half", {60, 0, 1220, 800}, {30, 700}, {60, 194}},
-      {"on a screen with its corner elsewhere", secondScreen, {3190, -215}, {2840, -194}},
+      {"at the right edge", barAbove, {1270, 13}, {912, 34}},
+      {"at the left edge", barAbove, {4, 13}, {8, 34}},
+      {"beside a bar at the left, in the lower half", {60, 0, 1220, 800}, {30, 700}, {68, 194}},
+      {"on a screen with its corner elsewhere", secondScreen, {3190, -215}, {2832, -194}},
       {"lower than its screen", {0, 0, 1280, 400}, {640, 10}, {460, 0}},
-      {"wider and higher than its screen", {10, 20, 300, 30}, {200, 40}, {10, 20}},
-      {"without a screen", {}, {0, 0}, {0, 0}},
+      {"wider and higher than its screen", {10, 20, 300, 30}, {200, 40}, {18, 20}},
+      {"without a screen", {}, {0, 0}, {8, 0}},
   };
   for (const auto& [of, available, click, place] : rows) {
     EXPECT_EQ(panelPlace({click, available}, 360, 500), place) << of;

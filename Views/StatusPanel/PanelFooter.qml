@@ -7,6 +7,7 @@ Item {
 
     required property PanelState panel
     readonly property bool hasNotices: notices.count > 0
+    readonly property bool hasMore: panel.moreSpoken !== ""
     property bool showsMore: false
 
     implicitHeight: content.height + 18
@@ -39,7 +40,7 @@ Item {
             }
         }
         Item {
-            visible: !footer.hasNotices && (buttons.count > 0 || more.visible)
+            visible: !footer.hasNotices && (buttons.count > 0 || footer.hasMore)
             enabled: visible
             width: parent.width
             height: Math.max(flow.height, more.height)
@@ -87,7 +88,7 @@ Item {
             }
             PushButton {
                 id: more
-                visible: footer.panel.moreSpoken !== ""
+                visible: footer.hasMore
                 anchors.right: parent.right
                 isQuiet: true
                 fontSize: Tokens.chipSize

@@ -1,8 +1,9 @@
 #include "Platform/Desktop/Views/PanelWindow.hpp"
 
 #include <QGuiApplication>
-
 #include <cmath>
+
+#include "Platform/Desktop/Views/Taskbar.hpp"
 
 namespace ostrel {
 
@@ -55,6 +56,7 @@ void PanelWindow::open(const PanelContent& content, const PanelAnchor& anchor, c
   emit scene_.state().opened(!look.reducesMotion);
   scene_.layOut();
   place();
+  keepOutOfTaskbar(window_);
   window_.show();
   window_.requestActivate();
 }

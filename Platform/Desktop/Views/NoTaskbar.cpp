@@ -1,0 +1,7 @@
+#include "Platform/Desktop/Views/Taskbar.hpp"
+
+namespace ostrel {
+
+void keepOutOfTaskbar(QWindow& /*window*/) {}
+
+}  // namespace ostrel

@@ -1,0 +1,11 @@
+#pragma once
+
+class QWindow;
+
+namespace ostrel {
+
+/// Asks the desktop to list the window neither in its taskbar nor in its pager, where the display can be
+/// asked. Call it before each time that the window is shown.
+void keepOutOfTaskbar(QWindow& window);
+
+}  // namespace ostrel
