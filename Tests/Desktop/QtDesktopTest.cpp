@@ -68,7 +68,6 @@ struct QtDesktopTest : testing::Test {
                                .log = log});
     ASSERT_TRUE(made) << made.error();
     desktop = std::move(*made);
-    // A connection that is older than the toolkit's application object does not send everything.
     if (!peer) peer = sessionBus().connect();
     desktop->statusItem().install(
         {.clicked = [this] { toggle(); },

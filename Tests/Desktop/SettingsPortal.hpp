@@ -17,8 +17,8 @@ class SettingsPortal final : public QDBusVirtualObject {
  public:
   using Settings = QMap<QString, QVariantMap>;
 
-  SettingsPortal(QDBusConnection connection, Settings settings)
-      : answer(QVariant::fromValue(std::move(settings))), connection_(std::move(connection)) {
+  SettingsPortal(QDBusConnection connection, const Settings& settings)
+      : answer(QVariant::fromValue(settings)), connection_(std::move(connection)) {
     qDBusRegisterMetaType<Settings>();
     connection_.registerVirtualObject(QStringLiteral("/org/freedesktop/portal/desktop"), this);
     connection_.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));

@@ -6,6 +6,8 @@
 namespace ostrel {
 
 void registerDBusTypes() {
+  // Slots are connected by the names of their types, and this name is known only once it was registered.
+  qRegisterMetaType<QDBusVariant>();
   qDBusRegisterMetaType<DBusPixmap>();
   qDBusRegisterMetaType<QList<DBusPixmap>>();
   qDBusRegisterMetaType<DBusToolTip>();

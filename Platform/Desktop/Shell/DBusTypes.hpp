@@ -44,7 +44,7 @@ struct DBusMenuEvent {
   QString name;
 };
 
-/// Makes the types known to the bus. Call before any of them is sent.
+/// Makes the types known to the bus. Call before any of them is sent, and before a slot takes one.
 void registerDBusTypes();
 
 QDBusArgument& operator<<(QDBusArgument& argument, const DBusPixmap& pixmap);

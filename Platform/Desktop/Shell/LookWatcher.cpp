@@ -12,6 +12,8 @@
 #include <QVariantMap>
 #include <utility>
 
+#include "Platform/Desktop/Shell/DBusTypes.hpp"
+
 namespace ostrel {
 
 namespace {
@@ -37,6 +39,7 @@ LookWatcher::LookWatcher(QDBusConnection connection, std::function<void()> chang
   takeToolkit();
   look_ = desktopLook(settings_);
   QCoreApplication::instance()->installEventFilter(this);
+  registerDBusTypes();
   connection_.connect(portal, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
                       SLOT(settingChanged(QString, QString, QDBusVariant)));
   connect(&portals_, &QDBusServiceWatcher::serviceOwnerChanged, this,
