@@ -63,12 +63,13 @@ TEST_F(DesktopStatusItemTest, ShowsTheIconInThreeSizesWithTheHighestByteFirst) {
     ASSERT_EQ(pixmap.width, 18 * scale);
     ASSERT_EQ(pixmap.height, 18 * scale);
     ASSERT_EQ(pixmap.bytes.size(), 4 * 18 * scale * 18 * scale);
-    const auto image = iconImage(*loadGlyph(RESOURCES, lightPalette.glyphName(), scale),
-                                 MenuBarBadge::octagon, lightPalette);
+    const auto picture = loadGlyph(RESOURCES, lightPalette.glyphName(), scale);
+    ASSERT_TRUE(picture);
+    const auto image = iconImage(*picture, MenuBarBadge::octagon, lightPalette);
     for (int y = 0; y < image.height(); ++y) {
       for (int x = 0; x < image.width(); ++x) {
         const QColor color = image.pixelColor(x, y);
-        const QByteArray bytes = pixmap.bytes.mid(4 * (y * image.width() + x), 4);
+        const QByteArray bytes = pixmap.bytes.mid(4 * (qsizetype{y} * image.width() + x), 4);
         const int expected[] = {color.alpha(), color.red(), color.green(), color.blue()};
         for (int i = 0; i < 4; ++i)
           ASSERT_NEAR(static_cast<uchar>(bytes[i]), expected[i], 2) << x << ',' << y;
@@ -77,7 +78,7 @@ TEST_F(DesktopStatusItemTest, ShowsTheIconInThreeSizesWithTheHighestByteFirst) {
   }
   // The badge's own colour, opaque, near its upper edge.
   const auto color = lightPalette.color(MenuBarBadge::octagon);
-  const auto bytes = pixmaps[2].bytes.mid(4 * (37 * 54 + 43), 4);
+  const auto bytes = pixmaps[2].bytes.mid(4 * (qsizetype{37} * 54 + 43), 4);
   EXPECT_EQ(bytes, QByteArray::fromRawData("\xFF", 1) + static_cast<char>(color.red) +
                        static_cast<char>(color.green) + static_cast<char>(color.blue));
   EXPECT_EQ(values.value("Title"), "Ostrel Agent: not protected");

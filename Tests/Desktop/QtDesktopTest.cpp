@@ -68,7 +68,7 @@ struct QtDesktopTest : testing::Test {
                                .log = log});
     ASSERT_TRUE(made) << made.error();
     desktop = std::move(*made);
-    if (!peer) peer = sessionBus().connect();
+    if (!peer) peer = std::make_unique<QDBusConnection>(sessionBus().connect());
     desktop->statusItem().install(
         {.clicked = [this] { toggle(); },
          .appearanceChanged = [this] { ++appearances; },
@@ -94,7 +94,7 @@ struct QtDesktopTest : testing::Test {
   void click(int x, int y) { call("/StatusNotifierItem", "org.kde.StatusNotifierItem", "Activate", {x, y}); }
 
   const QString name = QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(::getpid());
-  std::optional<QDBusConnection> peer;
+  std::unique_ptr<QDBusConnection> peer;
   TemporaryFolder folder;
   FakeLog log;
   PosixMainQueue queue;

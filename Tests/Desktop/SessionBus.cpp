@@ -40,6 +40,8 @@ QDBusConnection SessionBus::connect() {
 QDBusMessage answerTo(const QDBusConnection& connection, const QDBusMessage& call) {
   const auto pending = connection.asyncCall(call);
   if (!spinUntil([&] { return pending.isFinished(); })) ADD_FAILURE() << "no answer to a call";
+  // Signals that came before the answer wait in the loop.
+  QCoreApplication::processEvents();
   return pending.reply();
 }
 

@@ -53,7 +53,7 @@ inline QDBusMessage callOf(const QString& service, const QString& path, const QS
   return call;
 }
 
-/// Sends a call and serves the event loop until it is answered.
+/// Sends a call and serves the event loop until it is answered, and all that came before the answer.
 QDBusMessage answerTo(const QDBusConnection& connection, const QDBusMessage& call);
 
 }  // namespace ostrel

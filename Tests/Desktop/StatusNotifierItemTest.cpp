@@ -9,7 +9,6 @@
 #include <QRegularExpression>
 #include <algorithm>
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "Tests/Desktop/DesktopTest.hpp"
@@ -63,12 +62,12 @@ struct StatusNotifierItemTest : DesktopTest {
   FakeLog log;
   QList<QPoint> clicks;
   SignalRecorder signalsOfItem{desktop, StatusNotifierItem::path, interface};
-  std::optional<StatusNotifierItem> item{std::in_place, program, "/Menu", log,
-                                         [this](QPoint place) { clicks.append(place); }};
+  std::unique_ptr<StatusNotifierItem> item = std::make_unique<StatusNotifierItem>(
+      program, "/Menu", log, [this](QPoint place) { clicks.append(place); });
 };
 
 TEST_F(StatusNotifierItemTest, RegistersWithTheWatcherOnceItIsShown) {
-  TrayWatcher watcher(desktop);
+  const TrayWatcher watcher(desktop);
   item->setTitle("t");
   answerTo(desktop,
            callOf(program.baseService(), StatusNotifierItem::path, properties, "GetAll", {interface}));
@@ -86,13 +85,13 @@ TEST_F(StatusNotifierItemTest, RegistersWithEachWatcherThatAppearsAndTellsOnceTh
   item->show();
   ASSERT_TRUE(spinUntil([&] { return !log.lines.empty(); }));
   for (int appearance = 0; appearance < 3; ++appearance) {
-    TrayWatcher watcher(desktop);
+    const TrayWatcher watcher(desktop);
     EXPECT_TRUE(isRegisteredAt(watcher)) << appearance;
   }
-  std::optional<TrayWatcher> first(desktop);
+  auto first = std::make_unique<TrayWatcher>(desktop);
   ASSERT_TRUE(isRegisteredAt(*first));
   auto other = bus.connect();
-  TrayWatcher heir(other);
+  const TrayWatcher heir(other);
   first.reset();
   EXPECT_TRUE(isRegisteredAt(heir)) << "a watcher that takes the name over from another";
   EXPECT_EQ(log.lines.size(), 1U);

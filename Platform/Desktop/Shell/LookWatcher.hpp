@@ -20,10 +20,8 @@ class LookWatcher final : public QObject {
 
   const DesktopLook& look() const { return look_; }
 
- private slots:
-  void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-
  private:
+  Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
   bool eventFilter(QObject* object, QEvent* event) override;
   void askPortal();
   void takeSetting(const QString& group, const QString& key, const QVariant& value);
