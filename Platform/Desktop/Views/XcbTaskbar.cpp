@@ -25,8 +25,9 @@ xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
 // Window managers take the state away whenever the window goes; the toolkit adds its own to what is there.
 void keepOutOfTaskbar(QWindow& window) {
   const auto* display = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  if (display == nullptr || window.isVisible()) return;
-  auto* connection = display->connection();
+  // Platforms without a display offer the interface, too.
+  auto* connection = display == nullptr ? nullptr : display->connection();
+  if (connection == nullptr || window.isVisible()) return;
   static const auto state = atom(connection, "_NET_WM_STATE");
   static const std::array skipped = {atom(connection, "_NET_WM_STATE_SKIP_TASKBAR"),
                                      atom(connection, "_NET_WM_STATE_SKIP_PAGER")};
