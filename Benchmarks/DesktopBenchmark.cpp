@@ -2,7 +2,8 @@
 
 #include <QCoreApplication>
 #include <QDBusMessage>
-#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <QTimer>
 #include <algorithm>
 #include <chrono>
 #include <optional>
@@ -19,27 +20,31 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
+/// Sleeps between events, so that what is measured has both cores.
 template <class Condition>
 void waitUntil(Condition condition) {
-  const QDeadlineTimer deadline(20'000);
+  QTimer deadline;
+  deadline.setSingleShot(true);
+  deadline.start(std::chrono::seconds(20));
   while (!condition()) {
-    if (deadline.hasExpired()) throw std::runtime_error("the agent does not answer");
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
+    if (!deadline.isActive()) throw std::runtime_error("the agent does not answer");
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
   }
 }
 
 void waitFor(std::chrono::milliseconds time) {
-  const QDeadlineTimer deadline(time);
-  while (!deadline.hasExpired()) QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+  QEventLoop loop;
+  QTimer::singleShot(time, &loop, &QEventLoop::quit);
+  loop.exec();
 }
 
 /// A desktop's tray with the agents that come into it.
 class Tray {
  public:
   double start() {
+    agent_.reset();
     item_.clear();
     const auto started = SteadyClock::now();
-    agent_.reset();
     agent_.emplace(std::vector<std::string>{OSTREL_AGENT, "menubar"});
     waitUntil([this] { return !item_.isEmpty(); });
     return std::chrono::duration<double, std::milli>(registered_ - started).count();
