@@ -60,16 +60,26 @@ void MenuBarController::start() {
 void MenuBarController::refresh() {
   auto run = statusRuns_.begin();
   if (!run) return;
-  services_.statusQueue.run(
-      QualityOfService::utility, [weak = weak_from_this(), run = std::move(*run), helper = helper_,
-                                  &queue = services_.mainQueue, &preferences = services_.networkPreferences] {
-        auto snapshot = std::make_shared<Snapshot>(readStatus(helper, run.ending));
-        loadNetworkState(preferences, snapshot, [weak, number = run.number, snapshot, &queue] {
-          queue.post([weak, number, snapshot] {
-            if (const auto self = weak.lock()) self->finishRefresh(number, std::move(*snapshot));
-          });
-        });
-      });
+  // An open panel shows times that go on.
+  const auto known = services_.screens.isPanelShown() ? nullptr : lastRead_;
+  services_.statusQueue.run(QualityOfService::utility,
+                            [weak = weak_from_this(), run = std::move(*run), known, helper = helper_,
+                             &queue = services_.mainQueue, &preferences = services_.networkPreferences] {
+                              auto snapshot = std::make_shared<Snapshot>(readStatus(helper, run.ending));
+                              loadNetworkState(preferences, snapshot, [weak, run, known, snapshot, &queue] {
+                                auto finish = [weak, number = run.number, snapshot] {
+                                  if (const auto self = weak.lock()) self->finishRefresh(number, snapshot);
+                                };
+                                // The main thread need not be woken for what it knows, unless a request waits
+                                // for the run's place.
+                                const bool isAwaited = run.ending.terminate.stop_requested();
+                                if (known && *snapshot == *known && !isAwaited) {
+                                  queue.postLazily(std::move(finish));
+                                } else {
+                                  queue.post(std::move(finish));
+                                }
+                              });
+                            });
 }
 
 void MenuBarController::togglePanel() {
@@ -90,23 +100,27 @@ void MenuBarController::probeDeviceManagement() {
       [weak = weak_from_this(), &children = services_.childProcesses, &queue = services_.mainQueue] {
         const bool isEnrolled = isEnrolledInDeviceManagement(children);
         queue.post([weak, isEnrolled] {
-          if (const auto self = weak.lock()) self->mdmEnrolled_ = isEnrolled;
+          const auto self = weak.lock();
+          if (!self) return;
+          self->mdmEnrolled_ = isEnrolled;
+          self->lastRead_ = nullptr;  // the next refresh is news, whatever it reads
         });
       });
 }
 
-void MenuBarController::finishRefresh(std::uint64_t run, Snapshot snapshot) {
+void MenuBarController::finishRefresh(std::uint64_t run, std::shared_ptr<const Snapshot> read) {
   const auto finish = statusRuns_.finish(run);
   if (finish.startsWaiting) refresh();
-  if (finish.mayPublish) publish(std::move(snapshot));
+  if (finish.mayPublish) publish(std::move(read));
 }
 
-void MenuBarController::publish(Snapshot snapshot) {
-  snapshot.mdmEnrolled = mdmEnrolled_.value_or(false);
+void MenuBarController::publish(std::shared_ptr<const Snapshot> read) {
+  const bool isNews = !lastRead_ || *read != *lastRead_;
+  lastRead_ = std::move(read);
   model_.hasReading = true;
-  // Nothing has changed at nearly every tick; only the times in an open panel go on then.
-  if (snapshot != latest_) {
-    latest_ = std::move(snapshot);
+  if (isNews) {
+    latest_ = *lastRead_;
+    latest_.mdmEnrolled = mdmEnrolled_.value_or(false);
     applyIcon(latest_);
     model_.snap = latest_;
   }

@@ -55,8 +55,8 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
 
  private:
   void probeDeviceManagement();
-  void finishRefresh(std::uint64_t run, Snapshot snapshot);
-  void publish(Snapshot snapshot);
+  void finishRefresh(std::uint64_t run, std::shared_ptr<const Snapshot> read);
+  void publish(std::shared_ptr<const Snapshot> read);
   void applyIcon(const Snapshot& snapshot);
   PanelContent content() const;
 
@@ -69,6 +69,8 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   ScheduledWork timer_;
   std::optional<bool> mdmEnrolled_;
   Snapshot latest_;
+  std::shared_ptr<const Snapshot>
+      lastRead_;  ///< as the last published refresh read it, and as `latest_` shows it
   std::optional<MenuBarIcon> shownIcon_;
 };
 

@@ -18,7 +18,12 @@ class FakeMainQueue final : public MainQueue {
  public:
   explicit FakeMainQueue(FakeClock& clock) : clock_(clock) {}
 
-  void post(std::function<void()> work) override { posts_.push_back(std::move(work)); }
+  void post(std::function<void()> work) override {
+    posts_.push_back(std::move(work));
+    due_ = posts_.size();
+  }
+
+  void postLazily(std::function<void()> work) override { posts_.push_back(std::move(work)); }
 
   [[nodiscard]] ScheduledWork after(std::chrono::milliseconds delay, std::function<void()> work) override {
     return schedule(delay, std::make_shared<Timer>(std::chrono::milliseconds(0), std::move(work)));
@@ -31,13 +36,14 @@ class FakeMainQueue final : public MainQueue {
 
   /// Runs what was posted and what that posts; a test that never comes to rest fails.
   void runAll() {
-    for (int turns = 0; !posts_.empty(); ++turns) {
+    for (int turns = 0; due_ > 0; ++turns) {
       if (turns == 100000) {
         ADD_FAILURE() << "posted work posts itself without end";
         return;
       }
       const auto work = std::move(posts_.front());
       posts_.pop_front();
+      --due_;
       work();
     }
   }
@@ -47,12 +53,17 @@ class FakeMainQueue final : public MainQueue {
     const Date end = clock_.now() + duration;
     runAll();
     while (!timers_.empty() && timers_.begin()->first <= end) {
+      due_ = posts_.size();
+      runAll();
       runTimer();
       // Timers of one time run before the work that they post.
       if (timers_.empty() || timers_.begin()->first > clock_.now()) runAll();
     }
     clock_.set(std::max(clock_.now(), end));
   }
+
+  /// Whether something was posted that wakes the main thread.
+  bool isWorkDue() const { return due_ > 0; }
 
   /// Number of timers whose token is alive.
   std::size_t countTimers() const {
@@ -92,6 +103,7 @@ class FakeMainQueue final : public MainQueue {
   FakeClock& clock_;
   std::multimap<Date, std::weak_ptr<Timer>> timers_;
   std::deque<std::function<void()>> posts_;
+  std::size_t due_ = 0;  ///< of the posts, those up to the last that is not lazy
 };
 
 }  // namespace ostrel

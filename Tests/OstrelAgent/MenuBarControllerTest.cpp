@@ -74,6 +74,46 @@ TEST_F(MenuBarControllerTest, ShowsAnIconBeforeAnyDataAndTouchesItOnlyForAChange
   EXPECT_EQ(icons().back(), unreported);
 }
 
+TEST_F(MenuBarControllerTest, DrawsForTheBarThatIsBehindTheIcon) {
+  controller->start();
+  settle();
+  const auto glyph = [](MenuBarPalette::Case palette) {
+    return MenuBarPicture(menubarpicture::Glyph{MenuBarBadge::dot, {palette}});
+  };
+  EXPECT_EQ(host.statusItem.shown.back().picture, glyph(MenuBarPalette::Case::light));
+  host.statusItem.change(Appearance::dark);
+  EXPECT_EQ(host.statusItem.shown.back().picture, glyph(MenuBarPalette::Case::dark));
+  EXPECT_EQ(icons().back(), isProtected);
+  const auto count = host.statusItem.shown.size();
+  host.statusItem.change(Appearance::dark);
+  EXPECT_EQ(host.statusItem.shown.size(), count);
+  host.statusItem.hasImages = false;
+  host.statusItem.change(Appearance::dark);
+  EXPECT_TRUE(std::holds_alternative<menubarpicture::Title>(host.statusItem.shown.back().picture));
+}
+
+TEST_F(MenuBarControllerTest, WakesTheMainThreadOnlyForNews) {
+  controller->start();
+  settle();
+  host.mainQueue.advance(5s);  // the probe's answer makes this one news
+  settle();
+  host.mainQueue.advance(5s);
+  host.statusQueue.runAll();
+  EXPECT_FALSE(host.mainQueue.isWorkDue());
+  answer({0, reportText("not_protected")});
+  host.mainQueue.advance(5s);
+  host.statusQueue.runAll();
+  EXPECT_TRUE(host.mainQueue.isWorkDue());
+  settle();
+  EXPECT_EQ(icons().back(), notProtected);
+  controller->togglePanel();
+  settle();
+  const auto count = host.screens.panels.size();
+  host.mainQueue.advance(5s);
+  settle();
+  EXPECT_EQ(host.screens.panels.size(), count + 1) << "the times of an open panel go on";
+}
+
 TEST_F(MenuBarControllerTest, OfRefreshesThatOverlapTheLaterToFinishWins) {
   host.networkPreferences.isDeferred = true;
   answer({0, reportText("not_protected")});
