@@ -41,7 +41,7 @@ TEST(WithoutFonts, ThePanelOpensAndSaysSoOnce) {
     (*panel)->open(content, {}, {});
     EXPECT_TRUE((*panel)->isShown());
   }
-  EXPECT_EQ(log.lines, std::vector<std::string>{"No font is installed; texts cannot be drawn."});
+  EXPECT_EQ(log.lines, std::vector<std::string>{"ostrel: No font is installed; texts cannot be drawn."});
 }
 
 }  // namespace

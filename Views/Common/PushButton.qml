@@ -17,6 +17,11 @@ Item {
         if (!event.isAutoRepeat)
             pressed();
     }
+    // Assistive tools may ask it of a button that is at work or not there.
+    function pressBySpeech(): void {
+        if (enabled && visible)
+            pressed();
+    }
 
     implicitWidth: label.lineWidth() + 2 * sidePadding
     implicitHeight: Math.ceil(label.height) + 10
@@ -26,9 +31,10 @@ Item {
     Keys.onReturnPressed: event => press(event)
     Keys.onEnterPressed: event => press(event)
     Accessible.role: Accessible.Button
+    Accessible.ignored: !visible
     Accessible.name: title
     Accessible.focusable: true
-    Accessible.onPressAction: pressed()
+    Accessible.onPressAction: pressBySpeech()
 
     Rectangle {
         anchors.fill: parent

@@ -17,6 +17,7 @@ Item {
 
     implicitHeight: Math.max(Tokens.rowHeight, Math.ceil(textBottom + padding))
     Accessible.role: Accessible.StaticText
+    Accessible.ignored: !visible
     Accessible.name: value.spoken
     Accessible.description: value.note
 

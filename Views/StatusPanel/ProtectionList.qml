@@ -55,7 +55,7 @@ Rectangle {
                 lineHeight: Tokens.paragraph
                 font.pixelSize: Tokens.smallSize
                 color: Tokens.dim
-                Accessible.ignored: false
+                Accessible.ignored: !visible
                 Accessible.role: Accessible.StaticText
                 Accessible.name: text
             }

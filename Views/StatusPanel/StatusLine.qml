@@ -11,6 +11,7 @@ Rectangle {
     radius: Tokens.cardRadius
     color: Tokens.card
     Accessible.role: Accessible.StaticText
+    Accessible.ignored: !visible
     Accessible.name: value.spoken
 
     StateDot {

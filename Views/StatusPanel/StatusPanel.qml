@@ -29,7 +29,7 @@ FocusScope {
     Connections {
         target: root.panel
         function onOpened(fadesIn) {
-            root.forceActiveFocus();
+            nowhere.forceActiveFocus();
             health.personFolds = false;
             footer.showsMore = false;
             body.contentY = 0;
@@ -51,6 +51,11 @@ FocusScope {
         color: Tokens.panel
         border.color: Tokens.edge
         border.width: 1
+    }
+    // Has the focus until the person goes to a button.
+    Item {
+        id: nowhere
+        focus: true
     }
     Item {
         id: content
@@ -120,13 +125,13 @@ FocusScope {
                     }
                 }
                 ProtectionList {
-                    visible: panel.protection.isShown
+                    visible: root.panel.protection.isShown
                     width: parent.width
                     panel: root.panel
                 }
                 HealthList {
                     id: health
-                    visible: panel.health.isShown
+                    visible: root.panel.health.isShown
                     width: parent.width
                     panel: root.panel
                 }

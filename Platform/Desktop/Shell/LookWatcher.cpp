@@ -40,7 +40,8 @@ LookWatcher::LookWatcher(QDBusConnection connection, std::function<void()> chang
   look_ = desktopLook(settings_);
   QCoreApplication::instance()->installEventFilter(this);
   registerDBusTypes();
-  connection_.connect(portal, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
+  // By any name: to learn who has the portal's now, the toolkit would wait for the bus.
+  connection_.connect({}, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
                       SLOT(settingChanged(QString, QString, QDBusVariant)));
   connect(&portals_, &QDBusServiceWatcher::serviceOwnerChanged, this,
           [this](const QString& /*name*/, const QString& /*before*/, const QString& owner) {

@@ -37,7 +37,7 @@ void tellWithoutFont(Log& log) {
   static bool isTold = false;
   if (isTold || !QFontInfo(QGuiApplication::font()).family().isEmpty()) return;
   isTold = true;
-  log.line("No font is installed; texts cannot be drawn.");
+  log.line("ostrel: No font is installed; texts cannot be drawn.");
 }
 
 void polish(QQuickItem& item) {
@@ -55,7 +55,7 @@ PanelScene::PanelScene(Log& log) : log_(log) {
   // Nothing is looked for beside the program or where the environment says.
   engine_.setImportPathList({importPath, QLibraryInfo::path(QLibraryInfo::QmlImportsPath)});
   QObject::connect(&engine_, &QQmlEngine::warnings, &state_, [this](const QList<QQmlError>& warnings) {
-    for (const auto& warning : warnings) log_.line(warning.toString().toStdString());
+    for (const auto& warning : warnings) log_.line("ostrel: " + warning.toString().toStdString());
   });
 }
 
