@@ -41,6 +41,7 @@ PanelActionSet StatusPanelActions::available() const {
 }
 
 void StatusPanelActions::perform(const PanelButton& button) const {
+  if (!button.isEnabled) return;
   const auto& row = rowOf(button.action);
   if (row.callback == nullptr) {
     if (openAgentWindow) openAgentWindow(button.page.value_or(AgentPage::ecosystems));

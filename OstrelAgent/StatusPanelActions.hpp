@@ -56,7 +56,7 @@ struct StatusPanelActions {
   /// The actions that have a callback.
   PanelActionSet available() const;
 
-  /// Runs the callback of a pressed button, if it has one.
+  /// Runs the callback of a pressed button, if it has one and is not at work already.
   void perform(const PanelButton& button) const;
 };
 

@@ -1,14 +1,33 @@
 #include "Tools/PreviewOptions.hpp"
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 namespace ostrel {
 
 namespace {
+
+constexpr std::pair<std::string_view, PreviewOptions::Mode> modes[] = {
+    {"--text", PreviewOptions::Mode::text},
+    {"--json", PreviewOptions::Mode::json},
+    {"--export-strings", PreviewOptions::Mode::exportStrings},
+    {"--help", PreviewOptions::Mode::help},
+};
 
 bool takesValue(std::string_view argument) {
   return argument == "--language" || argument == "--png" || argument == "--icon" || argument == "--scale";
 }
 
 }  // namespace
+
+/// False for a second mode.
+bool PreviewOptions::choose(Mode chosen) {
+  if (isChosen_ && mode != chosen) return false;
+  mode = chosen;
+  isChosen_ = true;
+  return true;
+}
 
 bool PreviewOptions::take(std::string_view argument, std::string_view value) {
   if (argument == "--language") {
@@ -20,9 +39,8 @@ bool PreviewOptions::take(std::string_view argument, std::string_view value) {
     if (isScale) scale = value[0] - '0';
     return isScale;
   }
-  mode = Mode::pictures;
   (argument == "--png" ? png : icon) = value;
-  return !value.empty();
+  return !value.empty() && choose(Mode::pictures);
 }
 
 std::optional<PreviewOptions> PreviewOptions::parse(std::span<const char* const> arguments) {
@@ -30,14 +48,9 @@ std::optional<PreviewOptions> PreviewOptions::parse(std::span<const char* const>
   while (!arguments.empty()) {
     const std::string_view argument = arguments.front();
     arguments = arguments.subspan(1);
-    if (argument == "--text") {
-      options.mode = Mode::text;
-    } else if (argument == "--json") {
-      options.mode = Mode::json;
-    } else if (argument == "--export-strings") {
-      options.mode = Mode::exportStrings;
-    } else if (argument == "--help") {
-      options.mode = Mode::help;
+    const auto* mode = std::ranges::find(modes, argument, &std::pair<std::string_view, Mode>::first);
+    if (mode != std::end(modes)) {
+      if (!options.choose(mode->second)) return std::nullopt;
     } else if (argument == "--dark") {
       options.isDark = true;
     } else if (takesValue(argument)) {
@@ -49,6 +62,8 @@ std::optional<PreviewOptions> PreviewOptions::parse(std::span<const char* const>
       return std::nullopt;
     }
   }
+  const bool isForPictures = options.isDark || options.scale != 1;
+  if (isForPictures && options.mode != Mode::pictures) return std::nullopt;
   if (options.file == "-") options.file.reset();
   return options;
 }

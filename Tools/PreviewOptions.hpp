@@ -23,7 +23,10 @@ struct PreviewOptions {
   static std::optional<PreviewOptions> parse(std::span<const char* const> arguments);
 
  private:
+  bool choose(Mode chosen);
   bool take(std::string_view argument, std::string_view value);
+
+  bool isChosen_ = false;  ///< the mode
 };
 
 }  // namespace ostrel

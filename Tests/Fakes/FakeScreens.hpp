@@ -12,7 +12,9 @@ namespace ostrel {
 /// A panel that remembers every content it was given.
 class FakeScreens final : public Screens {
  public:
-  void onPanelButton(std::function<void(const PanelButton&)> /*pressed*/) override {}
+  void onPanelButton(std::function<void(const PanelButton&)> pressed) override {
+    pressed_ = std::move(pressed);
+  }
 
   bool isPanelShown() const override { return isShown; }
 
@@ -33,6 +35,12 @@ class FakeScreens final : public Screens {
   std::vector<PanelContent> panels;  ///< contents of opening and updating, in order
   std::optional<double> height = 875;
   bool isShown = false;
+
+  /// Throws when nobody listens.
+  void press(const PanelButton& button) const { pressed_(button); }
+
+ private:
+  std::function<void(const PanelButton&)> pressed_;
 };
 
 }  // namespace ostrel

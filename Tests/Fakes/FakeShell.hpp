@@ -6,15 +6,16 @@
 
 namespace ostrel {
 
-/// An application that counts how often it came to the front; the test is its main loop.
+/// An application that counts how often it came to the front and was to end; the test is its main loop.
 class FakeShell final : public Shell {
  public:
   void setActivationPolicy(ActivationPolicy /*policy*/) override {}
   int run() override { return ADD_FAILURE() << "the test is the main loop", -1; }
-  void terminate() override {}
+  void terminate() override { ++terminations; }
   void activate() override { ++activations; }
 
   int activations = 0;
+  int terminations = 0;
 };
 
 }  // namespace ostrel

@@ -92,6 +92,17 @@ TEST_F(MenuBarControllerTest, DrawsForTheBarThatIsBehindTheIcon) {
   EXPECT_TRUE(std::holds_alternative<menubarpicture::Title>(host.statusItem.shown.back().picture));
 }
 
+TEST_F(MenuBarControllerTest, QuitsFromTheMenuAndFromThePanel) {
+  controller->start();
+  ASSERT_EQ(host.statusItem.menu.size(), 1U) << "of the menu's actions, those that have a callback";
+  EXPECT_EQ(host.statusItem.menu[0].title, "Quit status icon");
+  host.statusItem.press(host.statusItem.menu[0]);
+  EXPECT_EQ(host.shell.terminations, 1);
+  controller->togglePanel();
+  host.screens.press(panel().moreButtons.back());
+  EXPECT_EQ(host.shell.terminations, 2);
+}
+
 TEST_F(MenuBarControllerTest, WakesTheMainThreadOnlyForNews) {
   controller->start();
   settle();

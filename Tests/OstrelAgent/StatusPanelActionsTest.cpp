@@ -32,6 +32,9 @@ TEST(StatusPanelActions, RunTheCallbackOfTheButtonAloneWithItsPage) {
     EXPECT_EQ(ran, nameOf(action));
   }
   EXPECT_EQ(opened, AgentPage::help);
+  ran.clear();
+  actions.perform({.title = "", .action = PanelAction::checkNow, .isEnabled = false});
+  EXPECT_EQ(ran, "") << "it is at work already";
 }
 
 }  // namespace

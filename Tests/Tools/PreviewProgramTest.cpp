@@ -99,7 +99,14 @@ TEST(PreviewProgram, SaysWhatItCannotReadAndHowItIsUsed) {
   EXPECT_EQ(unread.status, 1);
   EXPECT_EQ(unread.error, "ostrel-preview: / cannot be read\n");
   EXPECT_TRUE(preview({"--help"}).output.starts_with("usage: ostrel-preview "));
-  const std::vector<std::string> rows[] = {{"--yaml"}, {"--"}, {"--language"}, {"a", "-"}};
+  const std::vector<std::string> rows[] = {{"--yaml"},
+                                           {"--"},
+                                           {"--language"},
+                                           {"a", "-"},
+                                           {"--png", "x", "--json"},
+                                           {"--json", "--icon", "x"},
+                                           {"--dark"},
+                                           {"--scale", "4", "--png", "x"}};
   for (const auto& row : rows) {
     const auto wrong = preview(row);
     EXPECT_EQ(wrong.status, 2) << row[0];

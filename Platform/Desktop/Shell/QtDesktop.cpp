@@ -54,7 +54,8 @@ class Application {
     QGuiApplication::setApplicationName(QStringLiteral("OstrelAgent"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Ostrel Agent"));
     application_.emplace(count_, arguments_);
-    // It has what it needs; looking through the folders of its plug-ins again for images would take milliseconds.
+    // It has what it needs; looking through the folders of its plug-ins again for images would take
+    // milliseconds.
     QCoreApplication::setLibraryPaths({});
     // Children must not take the choice for the person's.
     if (isSet) {

@@ -89,7 +89,8 @@ void StatusNotifierItem::registerAtWatcher() {
     if (!reply->isError()) return tellWatched(true);
     if (reply->error().type() != QDBusError::NoReply) tellWatched(false);
     if (std::exchange(hasToldOfNoTray_, true)) return;
-    log_.line("ostrel: no tray has taken the status notifier item yet: " + reply->error().message().toStdString());
+    log_.line("ostrel: no tray has taken the status notifier item yet: " +
+              reply->error().message().toStdString());
   });
 }
 
