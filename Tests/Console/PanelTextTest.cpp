@@ -32,11 +32,11 @@ PanelContent fullContent() {
                     .detail = sentence,
                     .action = sentence,
                     .button = button("Turn on network filter")}};
-  content.protection.emplace();
+  content.protection = PanelContent::Protection();
   content.protection->guard = {"guard", "Guard", RowState::bad(sentence), ""};
   for (int i = 0; i < 30; ++i) content.protection->ecosystems.push_back({"ecosystem", RowState::ok("")});
   content.protection->offNote = sentence;
-  content.health.emplace();
+  content.health = PanelContent::Health();
   content.health->components = {{"c", "Laufzeitvertrauen", RowState::off(sentence), ""}};
   content.facts = {{"Identity", sentence}, {"Version", "4.12.0"}};
   for (int i = 0; i < 7; ++i) content.moreButtons.push_back(button("Container trust…"));

@@ -34,7 +34,8 @@ std::optional<QImage> readPicture(const QString& path) {
 }  // namespace
 
 std::optional<QImage> loadGlyph(const std::string& resources, std::string_view name, int scale) {
-  const auto stem = QFile::decodeName(resources.c_str()) + '/' + QString::fromUtf8(name.data(), name.size());
+  const auto stem = QFile::decodeName(resources.c_str()) + '/' +
+                    QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
   for (int next = std::min(scale, largestScale); next > 1; --next) {
     if (auto picture = readPicture(stem + QStringLiteral("@%1x.png").arg(next))) return picture;
   }
