@@ -11,8 +11,9 @@
 
 #include "Benchmarks/HostRootFolder.hpp"
 #include "Benchmarks/Process.hpp"
-#include "Benchmarks/TrayWatcher.hpp"
 #include "OstrelAgent/MenuBarController.hpp"
+#include "Tests/Desktop/SignalRecorder.hpp"
+#include "Tests/Desktop/TrayWatcher.hpp"
 
 namespace ostrel {
 
@@ -41,18 +42,19 @@ void waitFor(std::chrono::milliseconds time) {
 /// A desktop's tray with the agents that come into it.
 class Tray {
  public:
+  /// Milliseconds from the start of an agent to its registration.
   double start() {
     agent_.reset();
-    item_.clear();
+    watcher_.items.clear();
     const auto started = SteadyClock::now();
     agent_.emplace(std::vector<std::string>{OSTREL_AGENT, "menubar"});
-    waitUntil([this] { return !item_.isEmpty(); });
-    return std::chrono::duration<double, std::milli>(registered_ - started).count();
+    waitUntil([this] { return !watcher_.items.isEmpty(); });
+    return std::chrono::duration<double, std::milli>(SteadyClock::now() - started).count();
   }
 
   /// Toggles the panel, and waits until the agent has done so.
   void click() {
-    auto call = QDBusMessage::createMethodCall(item_, QStringLiteral("/StatusNotifierItem"),
+    auto call = QDBusMessage::createMethodCall(watcher_.items.last(), QStringLiteral("/StatusNotifierItem"),
                                                QStringLiteral("org.kde.StatusNotifierItem"),
                                                QStringLiteral("Activate"));
     bus_.call(call << 600 << 10);
@@ -60,16 +62,13 @@ class Tray {
   }
 
   const Process& agent() const { return *agent_; }
-  int signalCount() const { return watcher_.signalCount(); }
+  qsizetype signalCount() const { return signals_.signalsTaken.size(); }
 
  private:
   QDBusConnection bus_ = QDBusConnection::sessionBus();
-  QString item_;
-  SteadyClock::time_point registered_;
-  TrayWatcher watcher_{bus_, [this](const QString& item) {
-                         registered_ = SteadyClock::now();
-                         item_ = item;
-                       }};
+  TrayWatcher watcher_{bus_};
+  SignalRecorder signals_{bus_, QStringLiteral("/StatusNotifierItem"),
+                          QStringLiteral("org.kde.StatusNotifierItem")};
   std::optional<Process> agent_;
 };
 
@@ -88,9 +87,9 @@ DesktopFigures measureDesktop(int starts, int openings) {
   figures.startMilliseconds = times[times.size() / 2];
 
   waitFor(MenuBarController::refreshPeriod / 2);
-  const int signalsBefore = tray.signalCount();
+  const auto signalsBefore = tray.signalCount();
   waitFor(MenuBarController::refreshPeriod * 3);
-  figures.signalsOfRefreshes = tray.signalCount() - signalsBefore;
+  figures.signalsOfRefreshes = static_cast<double>(tray.signalCount() - signalsBefore);
   figures.idleResidentKiB = tray.agent().memoryKiB("Rss");
   figures.idlePrivateDirtyKiB = tray.agent().memoryKiB("Private_Dirty");
 

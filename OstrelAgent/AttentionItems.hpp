@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "OstrelAgent/GuardRow.hpp"
@@ -33,6 +34,12 @@ struct AttentionItem {
   std::string detail;
   std::string action;
   std::optional<PanelButton> button;
+
+  /// What the state adds to title and detail; empty where one of them says it already.
+  std::string_view stateText() const {
+    const bool isSaid = state.text == title || state.text == detail;
+    return isSaid ? std::string_view() : std::string_view(state.text);
+  }
 
   bool operator==(const AttentionItem&) const = default;
 };

@@ -58,28 +58,25 @@ void MenuBarController::start() {
 }
 
 void MenuBarController::refresh() {
-  auto run = statusRuns_.begin();
+  const auto run = statusRuns_.begin();
   if (!run) return;
   // An open panel shows times that go on.
   const auto known = services_.screens.isPanelShown() ? nullptr : lastRead_;
-  services_.statusQueue.run(QualityOfService::utility,
-                            [weak = weak_from_this(), run = std::move(*run), known, helper = helper_,
-                             &queue = services_.mainQueue, &preferences = services_.networkPreferences] {
-                              auto snapshot = std::make_shared<Snapshot>(readStatus(helper, run.ending));
-                              loadNetworkState(preferences, snapshot, [weak, run, known, snapshot, &queue] {
-                                auto finish = [weak, number = run.number, snapshot] {
-                                  if (const auto self = weak.lock()) self->finishRefresh(number, snapshot);
-                                };
-                                // The main thread need not be woken for what it knows, unless a request waits
-                                // for the run's place.
-                                const bool isAwaited = run.ending.terminate.stop_requested();
-                                if (known && *snapshot == *known && !isAwaited) {
-                                  queue.postLazily(std::move(finish));
-                                } else {
-                                  queue.post(std::move(finish));
-                                }
-                              });
-                            });
+  const auto report = [weak = weak_from_this(), run = *run, known,
+                       &queue = services_.mainQueue](const std::shared_ptr<const Snapshot>& read) {
+    auto finish = [weak, number = run.number, read] {
+      if (const auto self = weak.lock()) self->finishRefresh(number, read);
+    };
+    // The main thread need not be woken for what it knows, unless a request waits for the run's place.
+    const bool isAwaited = run.ending.terminate.stop_requested();
+    if (known && *read == *known && !isAwaited) return queue.postLazily(std::move(finish));
+    queue.post(std::move(finish));
+  };
+  services_.statusQueue.run(QualityOfService::utility, [report, ending = run->ending, helper = helper_,
+                                                        &preferences = services_.networkPreferences] {
+    const auto snapshot = std::make_shared<Snapshot>(readStatus(helper, ending));
+    loadNetworkState(preferences, snapshot, [report, snapshot] { report(snapshot); });
+  });
 }
 
 void MenuBarController::togglePanel() {

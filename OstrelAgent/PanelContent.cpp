@@ -24,9 +24,24 @@ RowState::Case tintOf(MenuBarBadge badge) {
   return RowState::Case::warn;
 }
 
-bool needsAttention(const RowState& state) {
-  return state.kind == RowState::Case::warn || state.kind == RowState::Case::bad;
+PanelButton button(const Message& title, PanelAction action, std::optional<AgentPage> page = std::nullopt) {
+  return {std::string(title.text()), action, page};
 }
+
+PanelButton checkNowButton() { return button(Copy::buttonCheckNow, PanelAction::checkNow); }
+PanelButton openButton() {
+  return button(Copy::buttonOpenAgentWindow, PanelAction::openAgentWindow, AgentPage::ecosystems);
+}
+PanelButton copyDiagnosticsButton() {
+  return button(Copy::buttonCopyDiagnostics, PanelAction::copyDiagnostics);
+}
+PanelButton sendDiagnosticsButton() {
+  return button(Copy::buttonSendDiagnostics, PanelAction::sendDiagnostics);
+}
+PanelButton containerTrustButton() {
+  return button(Copy::buttonContainerTrust, PanelAction::openAgentWindow, AgentPage::containers);
+}
+PanelButton quitButton() { return button(Copy::buttonQuitStatusIcon, PanelAction::quitStatusIcon); }
 
 /// Computes one content; holds what all its parts are computed from.
 class PanelComposer {
@@ -128,7 +143,7 @@ class PanelComposer {
     health.rollup = {"health", std::string(Copy::rowHealth.text()), healthRollup(rows), ""};
     for (const auto& row : rows) {
       health.components.push_back({row.id, row.name.value_or(""), row.state, noteOf(row.health, row.state)});
-      if (needsAttention(row.state)) health.unfolds = true;
+      if (row.state.wantsAttention()) health.unfolds = true;
     }
     return health;
   }
@@ -157,10 +172,6 @@ class PanelComposer {
     return notices;
   }
 
-  static PanelButton button(const Message& title, PanelAction action) {
-    return {std::string(title.text()), action};
-  }
-
   /// The button with the title of its work in flight, when that runs; it cannot be pressed meanwhile.
   PanelButton inFlightAware(PanelButton button) const {
     const auto wait = [&](bool isInFlight, const Message& title) {
@@ -176,25 +187,6 @@ class PanelComposer {
     }
     return button;
   }
-
-  PanelButton checkNowButton() const { return button(Copy::buttonCheckNow, PanelAction::checkNow); }
-  PanelButton openButton() const {
-    auto open = button(Copy::buttonOpenAgentWindow, PanelAction::openAgentWindow);
-    open.page = AgentPage::ecosystems;
-    return open;
-  }
-  PanelButton copyDiagnosticsButton() const {
-    return button(Copy::buttonCopyDiagnostics, PanelAction::copyDiagnostics);
-  }
-  PanelButton sendDiagnosticsButton() const {
-    return button(Copy::buttonSendDiagnostics, PanelAction::sendDiagnostics);
-  }
-  PanelButton containerTrustButton() const {
-    auto guide = button(Copy::buttonContainerTrust, PanelAction::openAgentWindow);
-    guide.page = AgentPage::containers;
-    return guide;
-  }
-  PanelButton quitButton() const { return button(Copy::buttonQuitStatusIcon, PanelAction::quitStatusIcon); }
 
   std::optional<PanelButton> ifShown(PanelButton button) const {
     if (!available_.contains(button.action)) return std::nullopt;
@@ -230,12 +222,8 @@ std::vector<PanelButton> PanelContent::buttons() const {
 }
 
 std::vector<PanelButton> statusItemMenu(const PanelActionSet& available) {
-  std::vector<PanelButton> menu = {
-      {std::string(Copy::buttonCheckNow.text()), PanelAction::checkNow},
-      {std::string(Copy::buttonOpenAgentWindow.text()), PanelAction::openAgentWindow, AgentPage::ecosystems},
-      {std::string(Copy::buttonQuitStatusIcon.text()), PanelAction::quitStatusIcon},
-  };
-  std::erase_if(menu, [&](const auto& button) { return !available.contains(button.action); });
+  std::vector<PanelButton> menu = {checkNowButton(), openButton(), quitButton()};
+  std::erase_if(menu, [&](const auto& item) { return !available.contains(item.action); });
   return menu;
 }
 

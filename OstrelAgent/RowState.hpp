@@ -22,6 +22,7 @@ struct RowState {
   static RowState off(std::string_view text) { return {Case::off, std::string(text)}; }
 
   bool isOk() const { return kind == Case::ok; }
+  bool wantsAttention() const { return kind == Case::warn || kind == Case::bad; }
 
   bool operator==(const RowState&) const = default;
 };

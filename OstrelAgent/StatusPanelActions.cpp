@@ -28,6 +28,12 @@ const Row& rowOf(PanelAction action) { return rows[static_cast<std::size_t>(acti
 
 }  // namespace
 
+PanelActionSet allPanelActions() {
+  PanelActionSet actions;
+  for (const auto& row : rows) actions.insert(row.action);
+  return actions;
+}
+
 std::string_view nameOf(PanelAction action) { return rowOf(action).name; }
 
 PanelActionSet StatusPanelActions::available() const {

@@ -24,6 +24,9 @@ enum class PanelAction {
 
 using PanelActionSet = std::set<PanelAction>;
 
+/// Every action there is.
+PanelActionSet allPanelActions();
+
 /// The word of an action: "checkNow".
 std::string_view nameOf(PanelAction action);
 

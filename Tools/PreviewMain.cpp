@@ -121,7 +121,7 @@ class Preview {
     const auto& snapshot = reading->model.snap;
     reading->model.panelMaxHeight = unboundedHeight;
     const auto content =
-        panelContent(reading->model, reading->now.value_or(clock_.now()), times_, allActions());
+        panelContent(reading->model, reading->now.value_or(clock_.now()), times_, allPanelActions());
     if (options_.mode == PreviewOptions::Mode::pictures) {
       const auto written = writePictures(options_, ProtectionVerdict::of(snapshot), content, bundle_, log_);
       return written ? 0 : complain(written.error());
@@ -151,13 +151,6 @@ class Preview {
   static int complain(const std::string& reason) {
     print(stderr, "ostrel-preview: " + printableText(reason) + "\n");
     return 1;
-  }
-
-  static PanelActionSet allActions() {
-    PanelActionSet actions;
-    for (int i = 0; i <= static_cast<int>(PanelAction::quitStatusIcon); ++i)
-      actions.insert(static_cast<PanelAction>(i));
-    return actions;
   }
 
   static constexpr double unboundedHeight = 100'000;

@@ -146,8 +146,7 @@ class PanelPrinter {
 
   void card(const AttentionItem& item) {
     auto title = item.title;
-    const bool isSaidElsewhere = item.state.text == item.title || item.state.text == item.detail;
-    if (!item.state.text.empty() && !isSaidElsewhere) title += ": " + item.state.text;
+    if (const auto state = item.stateText(); !state.empty()) title.append(": ").append(state);
     hanging(prefix(item.state.kind), title);
     paragraph(2, item.detail);
     paragraph(2, item.action);

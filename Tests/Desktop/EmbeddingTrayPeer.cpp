@@ -3,16 +3,11 @@
 #include <array>
 #include <cstring>
 
-#include "Platform/Desktop/Shell/EmbeddingTray.hpp"
+#include "Platform/Desktop/Xcb/XcbReply.hpp"
 
 namespace ostrel {
 
 namespace {
-
-xcb_atom_t atomOf(xcb_connection_t* connection, const std::string& name) {
-  const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
-  return owned(xcb_intern_atom_reply(connection, cookie, nullptr))->atom;
-}
 
 xcb_visualid_t visualOfDepth(const xcb_screen_t& screen, int wanted) {
   for (auto depth = xcb_screen_allowed_depths_iterator(&screen); depth.rem > 0; xcb_depth_next(&depth)) {

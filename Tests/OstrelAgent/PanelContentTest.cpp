@@ -11,12 +11,6 @@ using namespace std::chrono_literals;
 using readings::healthy;
 using Texts = std::vector<std::string>;
 
-PanelActionSet all() {
-  PanelActionSet actions;
-  for (int i = 0; i <= static_cast<int>(PanelAction::quitStatusIcon); ++i) actions.insert(PanelAction(i));
-  return actions;
-}
-
 StatusPanelModel read(Snapshot snapshot) {
   StatusPanelModel model;
   model.snap = std::move(snapshot);
@@ -24,7 +18,7 @@ StatusPanelModel read(Snapshot snapshot) {
   return model;
 }
 
-PanelContent content(const StatusPanelModel& model, const PanelActionSet& available = all()) {
+PanelContent content(const StatusPanelModel& model, const PanelActionSet& available = allPanelActions()) {
   return panelContent(model, readings::now, readings::times(), available);
 }
 

@@ -42,18 +42,12 @@ std::string roleOf(const QAccessibleInterface& at) {
   }
 }
 
-PanelActionSet everyAction() {
-  PanelActionSet actions;
-  for (int i = 0; i <= static_cast<int>(PanelAction::quitStatusIcon); ++i) actions.insert(PanelAction(i));
-  return actions;
-}
-
 PanelContent contentOf(Snapshot snapshot) {
   StatusPanelModel model;
   model.snap = std::move(snapshot);
   model.hasReading = true;
   model.panelMaxHeight = 5000;
-  return panelContent(model, readings::now, readings::times(), everyAction());
+  return panelContent(model, readings::now, readings::times(), allPanelActions());
 }
 
 }  // namespace

@@ -49,7 +49,7 @@ Item {
         width: row.isStacked ? row.textWidth : lineWidth()
         horizontalAlignment: row.isStacked ? Text.AlignLeft : Text.AlignRight
         text: row.value.text
-        color: Tokens.wantsAttention(row.value.kind) ? Tokens.stateColor(row.value.kind) : Tokens.dim
+        color: row.value.wantsAttention ? Tokens.stateColor(row.value.kind) : Tokens.dim
     }
     Label {
         id: note

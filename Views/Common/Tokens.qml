@@ -41,8 +41,4 @@ QtObject {
     function stateColor(kind: int): color {
         return [ok, warn, bad, off, off][kind];
     }
-
-    function wantsAttention(kind: int): bool {
-        return kind === 1 || kind === 2;
-    }
 }

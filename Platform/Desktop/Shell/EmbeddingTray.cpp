@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
-#include <cstring>
 #include <string>
 
 namespace ostrel {
@@ -63,16 +62,10 @@ std::optional<EmbeddingTray> EmbeddingTray::of(xcb_connection_t* connection) {
 EmbeddingTray::EmbeddingTray(xcb_connection_t* connection, const xcb_screen_t* screen, int number)
     : connection_(connection),
       screen_(screen),
-      selection_(atom(("_NET_SYSTEM_TRAY_S" + std::to_string(number)).c_str())),
+      selection_(atom("_NET_SYSTEM_TRAY_S" + std::to_string(number))),
       opcode_(atom("_NET_SYSTEM_TRAY_OPCODE")),
       visual_(atom("_NET_SYSTEM_TRAY_VISUAL")),
       manager_(atom("MANAGER")) {}
-
-xcb_atom_t EmbeddingTray::atom(const char* name) const {
-  const auto cookie = xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
-  const auto reply = owned(xcb_intern_atom_reply(connection_, cookie, nullptr));
-  return reply ? reply->atom : XCB_NONE;
-}
 
 xcb_window_t EmbeddingTray::window() const {
   const auto cookie = xcb_get_selection_owner(connection_, selection_);

@@ -2,22 +2,11 @@
 
 #include <xcb/xcb.h>
 
-#include <array>
-#include <cstdlib>
-#include <memory>
 #include <optional>
 
+#include "Platform/Desktop/Xcb/XcbReply.hpp"
+
 namespace ostrel {
-
-struct FreeReply {
-  void operator()(void* reply) const { std::free(reply); }
-};
-
-/// The answer of the display to a request; null when the request has failed.
-template <typename Reply>
-std::unique_ptr<Reply, FreeReply> owned(Reply* reply) {
-  return std::unique_ptr<Reply, FreeReply>(reply);
-}
 
 /// How a window's pixels are kept.
 struct WindowVisual {
@@ -34,7 +23,7 @@ class EmbeddingTray {
   static std::optional<EmbeddingTray> of(xcb_connection_t* connection);
 
   const xcb_screen_t& screen() const { return *screen_; }
-  xcb_atom_t atom(const char* name) const;
+  xcb_atom_t atom(std::string_view name) const { return atomOf(connection_, name); }
 
   /// The tray's window, or none. The display tells of its end from then on.
   xcb_window_t window() const;

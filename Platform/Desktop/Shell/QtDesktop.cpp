@@ -19,33 +19,23 @@ constexpr const char* platformVariable = "QT_QPA_PLATFORM";
 constexpr const char* offscreen = "offscreen";
 
 Log* toolkitLog = nullptr;
-QtMsgType leastLoggedOfToolkit = QtWarningMsg;
+bool logsToolkitWarnings = true;
 
-int gravity(QtMsgType type) {
-  switch (type) {
-    case QtDebugMsg:
-      return 0;
-    case QtInfoMsg:
-      return 1;
-    case QtWarningMsg:
-      return 2;
-    default:
-      return 3;
-  }
-}
-
-/// What the toolkit warns of goes to the system log; its chatter goes nowhere.
+/// The toolkit's errors, and its warnings where they are wanted, go to the system log; its chatter goes
+/// nowhere.
 void logOfToolkit(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
-  if (gravity(type) >= gravity(leastLoggedOfToolkit)) toolkitLog->line("ostrel: " + text.toStdString());
+  const bool isError = type == QtCriticalMsg || type == QtFatalMsg;
+  if (isError || (type == QtWarningMsg && logsToolkitWarnings))
+    toolkitLog->line("ostrel: " + text.toStdString());
 }
 
 /// The toolkit's application object. The platform that the person names is tried, or else the display's one
 /// after the other, and last the one without a screen: the toolkit ends the process where none works.
 class Application {
  public:
-  explicit Application(Log& log, QtMsgType leastLogged = QtWarningMsg) {
+  explicit Application(Log& log, bool logsWarnings = true) {
     toolkitLog = &log;
-    leastLoggedOfToolkit = leastLogged;
+    logsToolkitWarnings = logsWarnings;
     qInstallMessageHandler(logOfToolkit);
     const bool isSet = qEnvironmentVariableIsSet(platformVariable);
     const auto chosen = qgetenv(platformVariable);
@@ -165,7 +155,7 @@ std::expected<std::unique_ptr<Desktop>, std::string> makeQtDesktop(DesktopServic
 std::unique_ptr<DesktopPictures> makeQtPictures(DesktopServices services, double scale) {
   qputenv(platformVariable, offscreen);
   qputenv("QT_SCALE_FACTOR", QByteArray::number(scale));
-  return std::make_unique<QtPictures>(std::make_unique<Application>(services.log, QtCriticalMsg),
+  return std::make_unique<QtPictures>(std::make_unique<Application>(services.log, false),
                                       std::move(services));
 }
 

@@ -26,24 +26,29 @@ RowValue valueOf(const PanelContent::Row& row) {
   const auto label = textOf(row.label);
   const auto text = textOf(row.state.text);
   const auto note = row.isNoteOnCard ? QString() : textOf(row.note);
-  return {numberOf(row.state.kind), label, text, note, spoken({label, text})};
+  return {numberOf(row.state.kind), row.state.wantsAttention(), label, text, note, spoken({label, text})};
 }
 
 RowValue valueOf(const PanelContent::Ecosystem& ecosystem) {
   const QStringList texts = {textOf(ecosystem.name), textOf(ecosystem.state.text)};
-  return {numberOf(ecosystem.state.kind), joined(texts, QStringLiteral(" · ")), {}, {}, spoken(texts)};
+  return {numberOf(ecosystem.state.kind),
+          ecosystem.state.wantsAttention(),
+          joined(texts, QStringLiteral(" · ")),
+          {},
+          {},
+          spoken(texts)};
 }
 
 RowValue valueOf(const PanelContent::Fact& fact) {
   const auto label = textOf(fact.label);
   const auto value = textOf(fact.value);
-  return {numberOf(RowState::Case::info), label, value, {}, spoken({label, value})};
+  return {numberOf(RowState::Case::info), false, label, value, {}, spoken({label, value})};
 }
 
 RowValue valueOf(const std::optional<RowState>& status) {
   if (!status) return {};
   const auto text = textOf(status->text);
-  return {numberOf(status->kind), {}, text, {}, text};
+  return {numberOf(status->kind), status->wantsAttention(), {}, text, {}, text};
 }
 
 ButtonValue valueOf(const std::optional<PanelButton>& button) {
@@ -67,8 +72,7 @@ CardValue valueOf(const AttentionItem& item) {
   CardValue card;
   card.kind = numberOf(item.state.kind);
   card.title = textOf(item.title);
-  const bool isSaidElsewhere = item.state.text == item.title || item.state.text == item.detail;
-  if (!isSaidElsewhere) card.text = textOf(item.state.text);
+  card.text = textOf(item.stateText());
   card.detail = textOf(item.detail);
   card.action = textOf(item.action);
   card.spoken = spoken({card.title, card.text});

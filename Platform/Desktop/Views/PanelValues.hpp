@@ -13,6 +13,7 @@ struct RowValue {
   Q_GADGET
   QML_VALUE_TYPE(rowValue)
   Q_PROPERTY(int kind MEMBER kind)
+  Q_PROPERTY(bool wantsAttention MEMBER wantsAttention)
   Q_PROPERTY(QString label MEMBER label)
   Q_PROPERTY(QString text MEMBER text)
   Q_PROPERTY(QString note MEMBER note)
@@ -20,6 +21,7 @@ struct RowValue {
 
  public:
   int kind = 0;  ///< the number of a `RowState::Case`
+  bool wantsAttention = false;
   QString label;
   QString text;
   QString note;
