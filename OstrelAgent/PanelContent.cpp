@@ -52,6 +52,8 @@ class PanelComposer {
 
   PanelContent content() const {
     PanelContent content;
+    // One word of the catalogue for all verdicts, so that the panel does not turn with them.
+    content.direction = directionOf(Copy::verdictProtected.text());
     content.header = header();
     content.update = update();
     if (snap_.statusError) {

@@ -7,6 +7,7 @@
 
 #include "OstrelAgent/AttentionItems.hpp"
 #include "OstrelAgent/StatusPanelModel.hpp"
+#include "OstrelAgent/TextDirection.hpp"
 
 namespace ostrel {
 
@@ -85,6 +86,7 @@ struct PanelContent {
     bool operator==(const InFlight&) const = default;
   };
 
+  TextDirection direction = TextDirection::leftToRight;  ///< of the person's language
   Header header;
   std::optional<RowState>
       statusError;  ///< stands in place of cards and rows: no status could be read, or none yet

@@ -61,6 +61,15 @@ TEST(PanelContent, ShowsAProtectedDevice) {
   EXPECT_EQ(panel.maxHeight, 700);
 }
 
+TEST(PanelContent, RunsAsTheLanguageDoesWhateverTheVerdict) {
+  auto model = read(healthy());
+  EXPECT_EQ(content(model).direction, TextDirection::leftToRight);
+  const readings::Translated arabic({{"verdict.protected", "محمي"}});
+  model.snap.verdict = "not_protected";
+  EXPECT_EQ(content(model).header.word, "Not protected");
+  EXPECT_EQ(content(model).direction, TextDirection::rightToLeft);
+}
+
 TEST(PanelContent, LeavesCardsAndRowsOutWithoutAStatus) {
   const auto before = content(StatusPanelModel());
   EXPECT_EQ(before.statusError, RowState::info("checking…"));

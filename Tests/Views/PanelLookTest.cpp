@@ -2,6 +2,7 @@
 #include <QImage>
 
 #include "Platform/Desktop/Views/PanelPicture.hpp"
+#include "Tests/OstrelAgent/Readings.hpp"
 #include "Tests/Views/PanelTest.hpp"
 
 namespace ostrel {
@@ -68,7 +69,7 @@ TEST_F(PanelLook, KeepsLongTextsInside) {
   auto content = withLongTexts();
   for (const bool isRightToLeft : {false, true}) {
     for (const double scale : {1.0, 2.0, 3.0}) {
-      if (isRightToLeft) content.header.word = "محمي " + content.header.word;
+      content.direction = isRightToLeft ? TextDirection::rightToLeft : TextDirection::leftToRight;
       look.textScale = scale;
       open(content);
       press(Qt::Key_Tab, Qt::ShiftModifier);
@@ -90,16 +91,18 @@ TEST_F(PanelLook, GrowsWithTheTextSize) {
   EXPECT_EQ(window().height(), static_cast<int>(window().contentItem()->childItems()[0]->height()));
 }
 
-TEST_F(PanelLook, IsMirroredWithARightToLeftVerdict) {
+TEST_F(PanelLook, IsMirroredInALanguageFromRightToLeft) {
   auto content = protectedContent();
   open(content);
   EXPECT_GT(place("Check now").left(), 180);
   EXPECT_LT(place("go").left(), 180);
-  content.header.word = "محمي";
-  panel->update(content);
+  const readings::Translated hebrew({{"verdict.protected", "מוגן"}, {"row.version", "גרסה"}});
+  panel->update(protectedContent());
   EXPECT_LT(place("Check now").right(), 180);
   EXPECT_GT(place("go").right(), 300);
   EXPECT_GT(place("Open Ostrel Agent").left(), 180);
+  EXPECT_EQ(place("גרסה, 2.4.0").right(), place("Identity, ost_…9f").right());
+  EXPECT_TRUE(isSpoken("מוגן"));
 }
 
 TEST_F(PanelLook, FollowsTheAppearanceWhileItIsOpen) {

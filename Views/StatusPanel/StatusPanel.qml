@@ -11,7 +11,7 @@ FocusScope {
     width: Tokens.panelWidth
     height: ends + Math.min(body.contentHeight, Math.max(0, Math.floor(panel.maxHeight - ends)))
     focus: true
-    LayoutMirroring.enabled: panel.header.isRightToLeft
+    LayoutMirroring.enabled: panel.isRightToLeft
     LayoutMirroring.childrenInherit: true
     Keys.onEscapePressed: panel.dismissed()
     Keys.onUpPressed: body.scroll(-Tokens.rowHeight)

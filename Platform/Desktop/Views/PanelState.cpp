@@ -70,6 +70,7 @@ bool PanelState::show(const PanelContent& content) {
     member = value;
     emit(this->*changed)();
   };
+  set(isRightToLeft_, content.direction == TextDirection::rightToLeft, &PanelState::isRightToLeftChanged);
   set(header_, valueOf(content.header), &PanelState::headerChanged);
   set(status_, valueOf(content.statusError), &PanelState::statusChanged);
   set(protection_, valueOf(content.protection), &PanelState::protectionChanged);

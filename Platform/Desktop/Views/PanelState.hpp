@@ -14,6 +14,7 @@ class PanelState : public QObject {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("The host makes it.")
+  Q_PROPERTY(bool isRightToLeft MEMBER isRightToLeft_ NOTIFY isRightToLeftChanged)
   Q_PROPERTY(ostrel::HeaderValue header MEMBER header_ NOTIFY headerChanged)
   Q_PROPERTY(ostrel::RowValue status MEMBER status_ NOTIFY statusChanged)
   Q_PROPERTY(ostrel::ProtectionValue protection MEMBER protection_ NOTIFY protectionChanged)
@@ -45,6 +46,7 @@ class PanelState : public QObject {
   Q_INVOKABLE void press(const ostrel::ButtonValue& button) { emit pressed(button.button); }
 
  signals:
+  void isRightToLeftChanged();
   void headerChanged();
   void statusChanged();
   void protectionChanged();
@@ -63,6 +65,7 @@ class PanelState : public QObject {
 
  private:
   PanelContent content_;
+  bool isRightToLeft_ = false;
   HeaderValue header_;
   RowValue status_;
   ProtectionValue protection_;

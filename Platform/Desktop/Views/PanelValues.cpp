@@ -83,7 +83,7 @@ CardValue valueOf(const AttentionItem& item) {
 HeaderValue valueOf(const PanelContent::Header& header) {
   const auto word = textOf(header.word);
   const auto deadline = textOf(header.deadlineLine.value_or(""));
-  return {numberOf(header.tint), word, deadline, spoken({word, deadline}), word.isRightToLeft()};
+  return {numberOf(header.tint), word, deadline, spoken({word, deadline})};
 }
 
 ProtectionValue valueOf(const std::optional<PanelContent::Protection>& protection) {

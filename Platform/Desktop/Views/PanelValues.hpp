@@ -76,14 +76,12 @@ struct HeaderValue {
   Q_PROPERTY(QString word MEMBER word)
   Q_PROPERTY(QString deadline MEMBER deadline)
   Q_PROPERTY(QString spoken MEMBER spoken)
-  Q_PROPERTY(bool isRightToLeft MEMBER isRightToLeft)
 
  public:
   int kind = 0;
   QString word;
   QString deadline;
   QString spoken;
-  bool isRightToLeft = false;
 
   bool operator==(const HeaderValue&) const = default;
 };
