@@ -12,7 +12,7 @@ namespace ostrel {
 namespace {
 
 int runMenuBar() {
-  const auto lifetime = makeHost();
+  const auto lifetime = makeHost(Presence::person);
   auto& host = lifetime->services();
   installTranslation(host.bundle, host.log);
   host.shell.setActivationPolicy(ActivationPolicy::accessory);

@@ -28,6 +28,10 @@ class Files {
   virtual std::expected<void, PlatformError> writeAtomically(const std::string& path,
                                                              std::string_view bytes) = 0;
 
+  /// Makes a file that only this user may read and write; fails when anything is at the path.
+  virtual std::expected<void, PlatformError> createPrivately(const std::string& path,
+                                                             std::string_view bytes) = 0;
+
   /// Makes a folder with its missing parents; one that is there already is a success.
   virtual std::expected<void, PlatformError> makeFolders(const std::string& path) = 0;
 

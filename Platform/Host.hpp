@@ -15,6 +15,8 @@
 #include "Platform/StandardStreams.hpp"
 #include "Platform/StatusItem.hpp"
 #include "Platform/TimeFormat.hpp"
+#include "Platform/UnixSockets.hpp"
+#include "Platform/UserAccount.hpp"
 #include "Platform/UserDefaults.hpp"
 
 namespace ostrel {
@@ -33,6 +35,8 @@ struct Host {
   TimeFormat& timeFormat;
   Log& log;
   StandardStreams& standardStreams;
+  UnixSockets& unixSockets;
+  const UserAccount& userAccount;
   NetworkPreferences& networkPreferences;
   Shell& shell;
   StatusItem& statusItem;
@@ -46,7 +50,10 @@ class HostLifetime {
   virtual Host& services() = 0;
 };
 
+/// Whom the process is there for: a shell that only serves the main queue, or one with a screen or console.
+enum class Presence { commandLine, person };
+
 /// The host of this platform. Call once, on the main thread.
-std::unique_ptr<HostLifetime> makeHost();
+std::unique_ptr<HostLifetime> makeHost(Presence presence);
 
 }  // namespace ostrel

@@ -2,16 +2,35 @@
 
 #include <expected>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "Platform/PlatformError.hpp"
 
 namespace ostrel {
 
+/// When a configuration connects or disconnects by itself.
+struct OnDemandRule {
+  enum class Action { connect, disconnect };
+  enum class InterfaceType { any, ethernet, wiFi, cellular };
+
+  Action action = Action::connect;
+  InterfaceType interfaceType = InterfaceType::any;
+
+  bool operator==(const OnDemandRule&) const = default;
+};
+
 /// One transparent-proxy configuration of this program.
 struct TransparentProxyConfiguration {
   bool enabled = false;
-  bool connected = false;  ///< its connection's status is "connected"
+  bool connected = false;       ///< its connection's status is "connected"; not a thing to save
+  std::string identifier = {};  ///< the host's own; empty for one that was never saved
+  std::string providerBundleIdentifier = {};
+  std::string serverAddress = {};          ///< a text to show
+  std::string providerConfiguration = {};  ///< a JSON object
+  std::string localizedDescription = {};
+  std::vector<OnDemandRule> onDemandRules = {};
+  bool onDemandEnabled = false;
 
   bool operator==(const TransparentProxyConfiguration&) const = default;
 };
@@ -20,9 +39,16 @@ struct TransparentProxyConfiguration {
 struct ContentFilterConfiguration {
   bool hasProvider = false;  ///< a provider configuration exists
   bool enabled = false;
+  bool filterSockets = false;
+  bool filterPackets = false;
+  std::string dataProviderBundleIdentifier = {};
+  std::string localizedDescription = {};
 
   bool operator==(const ContentFilterConfiguration&) const = default;
 };
+
+/// Domain of the errors of transparent proxies.
+inline constexpr const char* vpnErrorDomain = "NEVPNErrorDomain";
 
 /// The system's network preferences (NETransparentProxyManager, NEFilterManager). Any thread; completions run
 /// once, on a thread of the host's choosing, possibly before the call returns.
@@ -33,8 +59,25 @@ class NetworkPreferences {
   using TransparentProxies = std::expected<std::vector<TransparentProxyConfiguration>, PlatformError>;
   using ContentFilter = std::expected<ContentFilterConfiguration, PlatformError>;
 
+  using Done = std::expected<void, PlatformError>;
+
   virtual void loadTransparentProxies(std::function<void(TransparentProxies)> completion) = 0;
+
+  /// Saves a configuration that was loaded, or a new one; gives it as saved, with its identifier.
+  virtual void saveTransparentProxy(
+      const TransparentProxyConfiguration& configuration,
+      std::function<void(std::expected<TransparentProxyConfiguration, PlatformError>)> completion) = 0;
+
+  /// Starts or removes the saved configuration of that identifier.
+  virtual void startTransparentProxy(const std::string& identifier, std::function<void(Done)> completion) = 0;
+  virtual void removeTransparentProxy(const std::string& identifier,
+                                      std::function<void(Done)> completion) = 0;
+
   virtual void loadContentFilter(std::function<void(ContentFilter)> completion) = 0;
+
+  /// Saves the one filter of this program, which is made if there is none.
+  virtual void saveContentFilter(const ContentFilterConfiguration& configuration,
+                                 std::function<void(Done)> completion) = 0;
 };
 
 }  // namespace ostrel

@@ -17,8 +17,8 @@ class Shell {
   /// Serves the main queue and the person until `terminate`; gives the exit status of the process.
   virtual int run() = 0;
 
-  /// Ends `run` once the work at hand is done. Any thread.
-  virtual void terminate() = 0;
+  /// Ends `run`, which gives the status, once the work at hand is done. The first status counts. Any thread.
+  virtual void terminate(int status = 0) = 0;
 
   /// Brings the application to the front.
   virtual void activate() = 0;

@@ -28,7 +28,7 @@ int ConsoleShell::run() {
   std::array<pollfd, 3> watched = {{
       {queue_.descriptor(), POLLIN, 0},
       {signals_.descriptor(), POLLIN, 0},
-      {STDIN_FILENO, POLLIN, 0},
+      {inputKind_ == ConsoleInput::commands ? STDIN_FILENO : -1, POLLIN, 0},
   }};
   while (!isTerminated_) {
     if (::poll(watched.data(), watched.size(), -1) < 0) {
@@ -39,11 +39,12 @@ int ConsoleShell::run() {
     if (watched[0].revents != 0) queue_.runDue();
     if (watched[2].revents != 0 && !readInput()) watched[2].fd = -1;
   }
-  return 0;
+  return status_;
 }
 
-void ConsoleShell::terminate() {
-  isTerminated_ = true;
+void ConsoleShell::terminate(int status) {
+  if (isTerminated_.exchange(true)) return;
+  status_ = status;
   queue_.post([] {});
 }
 
@@ -77,7 +78,7 @@ void ConsoleShell::perform(std::string_view line) {
             if (screens_.isPanelShown()) statusItem_.click();
           },
           [&](consolecommand::Press command) { press(command.number); },
-          [&](consolecommand::Quit) { terminate(); },
+          [&](consolecommand::Quit) { terminate(0); },
           [](consolecommand::Nothing) {},
           [&](consolecommand::Unknown) { streams_.writeOutput("commands: panel, press N, close, quit\n"); },
       },

@@ -12,17 +12,25 @@
 
 namespace ostrel {
 
+/// Whether a person gives commands on standard input.
+enum class ConsoleInput { commands, ignored };
+
 /// The shell where there is no display: serves the main queue and the commands on standard input. The end of
 /// standard input ends only the commands; SIGINT, SIGTERM and SIGHUP end the loop with status 128 + signal.
 class ConsoleShell final : public Shell {
  public:
-  ConsoleShell(const TerminationSignals& signals, PosixMainQueue& queue, StandardStreams& streams,
-               ConsoleStatusItem& statusItem, ConsoleScreens& screens)
-      : signals_(signals), queue_(queue), streams_(streams), statusItem_(statusItem), screens_(screens) {}
+  ConsoleShell(ConsoleInput input, const TerminationSignals& signals, PosixMainQueue& queue,
+               StandardStreams& streams, ConsoleStatusItem& statusItem, ConsoleScreens& screens)
+      : inputKind_(input),
+        signals_(signals),
+        queue_(queue),
+        streams_(streams),
+        statusItem_(statusItem),
+        screens_(screens) {}
 
   void setActivationPolicy(ActivationPolicy) override {}
   int run() override;
-  void terminate() override;
+  void terminate(int status) override;
   void activate() override {}
 
  private:
@@ -30,6 +38,7 @@ class ConsoleShell final : public Shell {
   void perform(std::string_view line);
   void press(std::size_t number);
 
+  const ConsoleInput inputKind_;
   const TerminationSignals& signals_;
   PosixMainQueue& queue_;
   StandardStreams& streams_;
@@ -37,6 +46,7 @@ class ConsoleShell final : public Shell {
   ConsoleScreens& screens_;
   std::string input_;  ///< what has been read of the line at hand
   std::atomic<bool> isTerminated_ = false;
+  std::atomic<int> status_ = 0;
 };
 
 }  // namespace ostrel

@@ -72,4 +72,8 @@ std::expected<std::optional<std::string>, PlatformError> LinuxBundle::localizedT
   return std::nullopt;
 }
 
+std::expected<std::string, PlatformError> LinuxBundle::resource(const std::string& name) const {
+  return files_.read(path() + "/Contents/Resources/" + name);
+}
+
 }  // namespace ostrel

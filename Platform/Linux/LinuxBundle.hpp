@@ -29,6 +29,7 @@ class LinuxBundle final : public Bundle {
   std::string executablePath() const override { return executablePath_; }
   std::expected<std::optional<std::string>, PlatformError> localizedTable(
       const std::string& name) const override;
+  std::expected<std::string, PlatformError> resource(const std::string& name) const override;
 
  private:
   const Files& files_;

@@ -1,4 +1,5 @@
 #include <malloc.h>
+#include <unistd.h>
 
 #include <cstdlib>
 
@@ -17,6 +18,7 @@
 #include "Platform/Posix/PosixMainQueue.hpp"
 #include "Platform/Posix/PosixStandardStreams.hpp"
 #include "Platform/Posix/PosixTimeFormat.hpp"
+#include "Platform/Posix/PosixUnixSockets.hpp"
 #include "Platform/Posix/PosixUserDefaults.hpp"
 #include "Platform/Posix/TerminationSignals.hpp"
 #include "Platform/SimulatedMac/HostRoot.hpp"
@@ -42,7 +44,7 @@ bool namesDisplay() {
 /// the console.
 class LinuxHost final : public HostLifetime {
  public:
-  LinuxHost() {
+  explicit LinuxHost(Presence presence) : presence_(presence) {
     // One heap for all threads: they rarely allocate at once, and a second one would be cold at every
     // refresh.
     (void)::mallopt(M_ARENA_MAX, 1);
@@ -63,7 +65,7 @@ class LinuxHost final : public HostLifetime {
   /// Nothing without a display, and, with a line in the log, where the desktop's plug-in is not as it should
   /// be.
   std::unique_ptr<Desktop> makeDesktop() {
-    if (!namesDisplay()) return nullptr;
+    if (presence_ == Presence::commandLine || !namesDisplay()) return nullptr;
     auto services = desktopServices(bundle_, log_);
     services.queueDescriptor = mainQueue_.descriptor();
     services.runDue = [this] { mainQueue_.runDue(); };
@@ -78,6 +80,7 @@ class LinuxHost final : public HostLifetime {
     return nullptr;
   }
 
+  const Presence presence_;
   PosixStandardStreams streams_;
   TerminationSignals signals_;
   PosixLog log_;
@@ -87,6 +90,8 @@ class LinuxHost final : public HostLifetime {
   LinuxBundle bundle_{bundleFiles_, languages_};
   HostRoot hostRoot_ = HostRoot::fromEnvironment(bundle_.path());
   PosixFiles files_{realPath()};
+  PosixUnixSockets unixSockets_{realPath()};
+  UserAccount userAccount_{hostRoot_.home(), hostRoot_.temporaryFolder(), ::getuid()};
   PosixUserDefaults defaults_{files_, hostRoot_.home() + "/Library/Preferences/tech.brenn.ostrel-agent.json"};
   PosixTimeFormat timeFormat_{languages_.empty() ? "en" : languages_.front()};
   SimulatedNetworkPreferences networkPreferences_{files_};
@@ -94,7 +99,12 @@ class LinuxHost final : public HostLifetime {
   PosixMainQueue mainQueue_;
   ConsoleStatusItem consoleStatusItem_{streams_};
   ConsoleScreens consoleScreens_{streams_};
-  ConsoleShell consoleShell_{signals_, mainQueue_, streams_, consoleStatusItem_, consoleScreens_};
+  ConsoleShell consoleShell_{presence_ == Presence::person ? ConsoleInput::commands : ConsoleInput::ignored,
+                             signals_,
+                             mainQueue_,
+                             streams_,
+                             consoleStatusItem_,
+                             consoleScreens_};
   std::unique_ptr<Desktop> desktop_ = makeDesktop();
   PosixBackgroundQueue backgroundQueue_{backgroundThreads};
   PosixBackgroundQueue statusQueue_{statusThreads};
@@ -110,6 +120,8 @@ class LinuxHost final : public HostLifetime {
       .timeFormat = timeFormat_,
       .log = log_,
       .standardStreams = streams_,
+      .unixSockets = unixSockets_,
+      .userAccount = userAccount_,
       .networkPreferences = networkPreferences_,
       .shell = desktop_ ? desktop_->shell() : consoleShell_,
       .statusItem = desktop_ ? desktop_->statusItem() : consoleStatusItem_,
@@ -119,6 +131,6 @@ class LinuxHost final : public HostLifetime {
 
 }  // namespace
 
-std::unique_ptr<HostLifetime> makeHost() { return std::make_unique<LinuxHost>(); }
+std::unique_ptr<HostLifetime> makeHost(Presence presence) { return std::make_unique<LinuxHost>(presence); }
 
 }  // namespace ostrel

@@ -38,25 +38,29 @@ void PosixBackgroundQueue::run(QualityOfService quality, std::function<void()> w
 }
 
 void PosixBackgroundQueue::startThread() {
-  // Signals are for the main thread; a new thread takes its mask from its maker.
-  sigset_t all;
+  // Signals are for the main thread; a new thread takes its mask from its maker. The end of a child that a
+  // thread started is dropped where that thread may take it, but blocked there it wakes the main thread.
+  sigset_t blocked;
   sigset_t before;
-  sigfillset(&all);
-  pthread_sigmask(SIG_SETMASK, &all, &before);
+  sigfillset(&blocked);
+  sigdelset(&blocked, SIGCHLD);
+  pthread_sigmask(SIG_SETMASK, &blocked, &before);
   pthread_t thread{};
   const auto serveQueue = [](void* queue) -> void* {
     static_cast<PosixBackgroundQueue*>(queue)->serve();
     return nullptr;
   };
   // Where the system has no further thread to give, the work waits for one of the pool.
-  if (pthread_create(&thread, nullptr, serveQueue, this) == 0) threads_.push_back(thread);
+  if (pthread_create(&thread, nullptr, serveQueue, this) == 0) {
+    threads_.push_back(thread);
+    ++idle_;  // from now on, so that work which comes before the thread runs starts no second one
+  }
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 void PosixBackgroundQueue::serve() {
   std::unique_lock lock(mutex_);
   while (true) {
-    ++idle_;
     changed_.wait(lock, [this] { return ending_ || countWaiting() > 0; });
     --idle_;
     if (ending_) return;
@@ -65,6 +69,7 @@ void PosixBackgroundQueue::serve() {
     work();
     work = nullptr;
     lock.lock();
+    ++idle_;
   }
 }
 

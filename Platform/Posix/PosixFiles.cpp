@@ -101,6 +101,17 @@ std::expected<void, PlatformError> PosixFiles::writeAtomically(const std::string
   return failure(error);
 }
 
+std::expected<void, PlatformError> PosixFiles::createPrivately(const std::string& path,
+                                                               std::string_view bytes) {
+  const auto real = realPath_(path);
+  Descriptor file(::open(real.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  if (!file) return failure(errno);
+  const int error = writeNewFile(std::move(file), bytes);
+  if (error == 0) return {};
+  (void)::unlink(real.c_str());
+  return failure(error);
+}
+
 std::expected<void, PlatformError> PosixFiles::makeFolders(const std::string& path) {
   std::error_code error;
   std::filesystem::create_directories(realPath_(path), error);

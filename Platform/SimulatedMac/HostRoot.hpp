@@ -32,10 +32,12 @@ class HostRoot {
 
 /// Mac paths of the simulated Mac's state; each file is JSON.
 namespace simulatedstate {
-/// A list of {"enabled": bool, "connected": bool}, one a configuration; a missing file is an empty list.
+/// A list of {"enabled": bool, "connected": bool}, one a configuration, with what else was saved of it; a
+/// missing file is an empty list.
 inline constexpr const char* transparentProxies =
     "/Library/Preferences/SystemConfiguration/ostrel-agent.transparent-proxies.json";
-/// {"provider": bool, "enabled": bool}; a missing file is a filter without provider, not enabled.
+/// {"provider": bool, "enabled": bool} with what else was saved; a missing file is a filter without provider,
+/// not enabled.
 inline constexpr const char* contentFilter =
     "/Library/Preferences/SystemConfiguration/ostrel-agent.content-filter.json";
 /// {"enrolled": bool}: what the stand-in for the profiles tool tells.

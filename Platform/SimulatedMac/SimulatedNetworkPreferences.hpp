@@ -14,10 +14,17 @@ namespace ostrel {
 /// the call returns.
 class SimulatedNetworkPreferences final : public NetworkPreferences {
  public:
-  explicit SimulatedNetworkPreferences(const Files& files);
+  explicit SimulatedNetworkPreferences(Files& files);
 
   void loadTransparentProxies(std::function<void(TransparentProxies)> completion) override;
+  void saveTransparentProxy(
+      const TransparentProxyConfiguration& configuration,
+      std::function<void(std::expected<TransparentProxyConfiguration, PlatformError>)> completion) override;
+  void startTransparentProxy(const std::string& identifier, std::function<void(Done)> completion) override;
+  void removeTransparentProxy(const std::string& identifier, std::function<void(Done)> completion) override;
   void loadContentFilter(std::function<void(ContentFilter)> completion) override;
+  void saveContentFilter(const ContentFilterConfiguration& configuration,
+                         std::function<void(Done)> completion) override;
 
  private:
   /// What a state file says, read anew only when its bytes have changed. Any thread.
@@ -33,7 +40,13 @@ class SimulatedNetworkPreferences final : public NetworkPreferences {
     std::optional<std::pair<std::string, Value>> latest_;
   };
 
-  const Files& files_;
+  TransparentProxies readProxies();
+
+  /// Changes the configurations; the change tells whether it found what it was to change.
+  Done changeProxies(const std::function<bool(std::vector<TransparentProxyConfiguration>&)>& change);
+  std::expected<void, PlatformError> writeState(const std::string& path, const std::string& bytes);
+
+  Files& files_;
   Reading<TransparentProxies> proxies_;
   Reading<ContentFilter> filter_;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cerrno>
 #include <map>
 
 #include "Platform/Bundle.hpp"
@@ -19,7 +20,14 @@ class FakeBundle final : public Bundle {
     return table == tables.end() ? std::nullopt : std::optional(table->second);
   }
 
+  std::expected<std::string, PlatformError> resource(const std::string& name) const override {
+    const auto resource = resources.find(name);
+    if (resource != resources.end()) return resource->second;
+    return std::unexpected(PlatformError{posixErrorDomain, ENOENT, "No such file or directory"});
+  }
+
   std::map<std::string, std::string> tables;
+  std::map<std::string, std::string> resources;
   std::optional<PlatformError> tableError;
 };
 

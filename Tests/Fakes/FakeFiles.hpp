@@ -45,6 +45,12 @@ class FakeFiles final : public Files {
     return {};
   }
 
+  std::expected<void, PlatformError> createPrivately(const std::string& path,
+                                                     std::string_view bytes) override {
+    if (exists(path)) return failure(EEXIST);
+    return writeAtomically(path, bytes);
+  }
+
   std::expected<void, PlatformError> makeFolders(const std::string& path) override {
     for (auto folder = path; !folder.empty(); folder = parent(folder)) {
       if (files.contains(folder)) return failure(ENOTDIR);

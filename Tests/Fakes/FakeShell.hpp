@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include "Platform/Shell.hpp"
 
 namespace ostrel {
@@ -11,11 +13,14 @@ class FakeShell final : public Shell {
  public:
   void setActivationPolicy(ActivationPolicy /*policy*/) override {}
   int run() override { return ADD_FAILURE() << "the test is the main loop", -1; }
-  void terminate() override { ++terminations; }
+  void terminate(int status) override {
+    if (terminations++ == 0) exitStatus = status;
+  }
   void activate() override { ++activations; }
 
   int activations = 0;
   int terminations = 0;
+  std::optional<int> exitStatus;
 };
 
 }  // namespace ostrel

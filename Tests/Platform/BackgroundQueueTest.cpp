@@ -37,6 +37,19 @@ TEST(BackgroundQueueContract, RunsUrgentWorkFirstThenByArrival) {
   EXPECT_EQ(order, "abcdabcd");
 }
 
+TEST(PosixBackgroundQueue, ItsThreadsLeaveSignalsToTheMainThreadButTheEndsOfTheirChildren) {
+  sigset_t blocked;
+  std::binary_semaphore done(0);
+  PosixBackgroundQueue queue(1);
+  queue.run(QualityOfService::utility, [&] {
+    pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
+    done.release();
+  });
+  done.acquire();
+  EXPECT_EQ(sigismember(&blocked, SIGTERM), 1);
+  EXPECT_EQ(sigismember(&blocked, SIGCHLD), 0);
+}
+
 TEST(PosixBackgroundQueue, StartsNoMoreThreadsThanItMayAndUsesThemAll) {
   std::atomic<int> running = 0;
   std::atomic<int> most = 0;

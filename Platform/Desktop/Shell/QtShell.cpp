@@ -18,9 +18,9 @@ QtShell::QtShell(const DesktopServices& services)
 int QtShell::run() { return QCoreApplication::exec(); }
 
 // Posted, so that it also ends a loop that starts later.
-void QtShell::terminate() {
+void QtShell::terminate(int status) {
   QMetaObject::invokeMethod(
-      QCoreApplication::instance(), [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
+      QCoreApplication::instance(), [status] { QCoreApplication::exit(status); }, Qt::QueuedConnection);
 }
 
 }  // namespace ostrel

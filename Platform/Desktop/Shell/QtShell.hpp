@@ -14,7 +14,7 @@ class QtShell final : public Shell {
 
   void setActivationPolicy(ActivationPolicy) override {}
   int run() override;
-  void terminate() override;
+  void terminate(int status) override;
 
   /// Desktops give the focus to the window that a click opens.
   void activate() override {}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <expected>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace ostrel {
+
+/// An errno of <errno.h>.
+struct ErrorNumber {
+  int value = 0;
+
+  bool operator==(const ErrorNumber&) const = default;
+};
+
+/// One Unix-domain stream socket. Each call is one system call, repeated by nobody; the end closes it.
+class UnixSocket {
+ public:
+  virtual ~UnixSocket() = default;
+
+  /// Limits every later read and write (and a connect that has to wait). A failure changes nothing.
+  virtual void setTimeouts(std::chrono::seconds receive, std::chrono::seconds send) = 0;
+
+  virtual std::expected<void, ErrorNumber> connect(const std::string& path) = 0;
+
+  /// Gives the number of bytes written. A peer that is gone is an error, never a signal.
+  virtual std::expected<std::size_t, ErrorNumber> write(std::string_view bytes) = 0;
+
+  /// Gives the number of bytes read into the buffer, 0 once the peer has closed.
+  virtual std::expected<std::size_t, ErrorNumber> read(std::span<char> buffer) = 0;
+};
+
+/// Opens Unix-domain stream sockets. Any thread; calls block.
+class UnixSockets {
+ public:
+  virtual ~UnixSockets() = default;
+
+  virtual std::expected<std::unique_ptr<UnixSocket>, ErrorNumber> open() = 0;
+};
+
+}  // namespace ostrel
