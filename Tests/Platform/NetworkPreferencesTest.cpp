@@ -44,7 +44,7 @@ TEST_F(NetworkPreferencesTest, TellsWhatTheFilesTell) {
             R"([{"enabled":true,"connected":false},{"connected":true,"enabled":false,"name":"x"}])");
   files.put(simulatedstate::contentFilter, R"({"provider":true,"enabled":false})");
   EXPECT_EQ(proxiesOf(preferences),
-            (std::vector<TransparentProxyConfiguration>{{true, false}, {false, true}}));
+            (std::vector<TransparentProxyConfiguration>{{true, false, "place 0"}, {false, true, "place 1"}}));
   EXPECT_EQ(filterOf(preferences), (ContentFilterConfiguration{true, false}));
 }
 
