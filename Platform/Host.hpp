@@ -14,6 +14,7 @@
 #include "Platform/Shell.hpp"
 #include "Platform/StandardStreams.hpp"
 #include "Platform/StatusItem.hpp"
+#include "Platform/SystemExtensions.hpp"
 #include "Platform/TimeFormat.hpp"
 #include "Platform/UnixSockets.hpp"
 #include "Platform/UserAccount.hpp"
@@ -37,6 +38,7 @@ struct Host {
   StandardStreams& standardStreams;
   UnixSockets& unixSockets;
   const UserAccount& userAccount;
+  SystemExtensions& systemExtensions;
   NetworkPreferences& networkPreferences;
   Shell& shell;
   StatusItem& statusItem;

@@ -23,6 +23,7 @@
 #include "Platform/Posix/TerminationSignals.hpp"
 #include "Platform/SimulatedMac/HostRoot.hpp"
 #include "Platform/SimulatedMac/SimulatedNetworkPreferences.hpp"
+#include "Platform/SimulatedMac/SimulatedSystemExtensions.hpp"
 
 namespace ostrel {
 
@@ -94,9 +95,10 @@ class LinuxHost final : public HostLifetime {
   UserAccount userAccount_{hostRoot_.home(), hostRoot_.temporaryFolder(), ::getuid()};
   PosixUserDefaults defaults_{files_, hostRoot_.home() + "/Library/Preferences/tech.brenn.ostrel-agent.json"};
   PosixTimeFormat timeFormat_{languages_.empty() ? "en" : languages_.front()};
-  SimulatedNetworkPreferences networkPreferences_{files_};
+  SimulatedNetworkPreferences networkPreferences_{files_, hostRoot_.realPath(simulatedstate::lock)};
   PosixChildProcesses childProcesses_{realPath()};
   PosixMainQueue mainQueue_;
+  SimulatedSystemExtensions systemExtensions_{files_, mainQueue_, hostRoot_.realPath(simulatedstate::lock)};
   ConsoleStatusItem consoleStatusItem_{streams_};
   ConsoleScreens consoleScreens_{streams_};
   ConsoleShell consoleShell_{presence_ == Presence::person ? ConsoleInput::commands : ConsoleInput::ignored,
@@ -122,6 +124,7 @@ class LinuxHost final : public HostLifetime {
       .standardStreams = streams_,
       .unixSockets = unixSockets_,
       .userAccount = userAccount_,
+      .systemExtensions = systemExtensions_,
       .networkPreferences = networkPreferences_,
       .shell = desktop_ ? desktop_->shell() : consoleShell_,
       .statusItem = desktop_ ? desktop_->statusItem() : consoleStatusItem_,

@@ -40,6 +40,13 @@ inline constexpr const char* transparentProxies =
 /// not enabled.
 inline constexpr const char* contentFilter =
     "/Library/Preferences/SystemConfiguration/ostrel-agent.content-filter.json";
+/// {"installed": version or null, "enabled": bool, "bundled": version, "awaiting": null, "activation" or
+/// "deactivation"}; a missing file is a Mac on which the extension was never installed.
+inline constexpr const char* systemExtension = "/Library/SystemExtensions/ostrel-agent.system-extension.json";
+/// What a developer has ordered to happen; a missing file is nothing.
+inline constexpr const char* orders = "/Library/Application Support/simulated-endpoint/orders.json";
+/// Held by a process while it changes one of the files here.
+inline constexpr const char* lock = "/Library/Application Support/simulated-endpoint/state.lock";
 /// {"enrolled": bool}: what the stand-in for the profiles tool tells.
 inline constexpr const char* deviceManagement =
     "/Library/Preferences/SystemConfiguration/ostrel-agent.device-management.json";

@@ -6,6 +6,7 @@
 
 #include "Platform/SimulatedMac/HostRoot.hpp"
 #include "Platform/SimulatedMac/NetworkPreferencesFile.hpp"
+#include "Platform/SimulatedMac/StateLock.hpp"
 
 namespace ostrel {
 
@@ -25,9 +26,49 @@ std::string freshIdentifier(const std::vector<TransparentProxyConfiguration>& co
   }
 }
 
-PlatformError noSuchConfiguration() {
-  // NEVPNErrorConfigurationStale of <NetworkExtension/NEVPNManager.h>.
-  return {vpnErrorDomain, 4, "The configuration is stale."};
+/// Codes of NEVPNError in <NetworkExtension/NEVPNManager.h>.
+enum class ErrorCode { disabled = 2, stale = 4 };
+
+std::unexpected<PlatformError> refusal(ErrorCode code) {
+  const char* reason =
+      code == ErrorCode::stale ? "The configuration is stale." : "The configuration is disabled.";
+  return std::unexpected(PlatformError{vpnErrorDomain, static_cast<int>(code), reason});
+}
+
+using Configurations = std::vector<TransparentProxyConfiguration>;
+
+Configurations::iterator find(Configurations& all, const std::string& identifier) {
+  return std::ranges::find(all, identifier, &TransparentProxyConfiguration::identifier);
+}
+
+/// Puts the configuration among the others; gives it its identifier and the state of its connection.
+NetworkPreferences::Done keep(TransparentProxyConfiguration& configuration, Configurations& all) {
+  if (configuration.identifier.empty()) {
+    configuration.identifier = freshIdentifier(all);
+    configuration.connected = false;
+    all.push_back(configuration);
+    return {};
+  }
+  const auto place = find(all, configuration.identifier);
+  if (place == all.end()) return refusal(ErrorCode::stale);
+  configuration.connected = place->connected && configuration.enabled;
+  *place = configuration;
+  return {};
+}
+
+NetworkPreferences::Done connect(const std::string& identifier, Configurations& all) {
+  const auto place = find(all, identifier);
+  if (place == all.end()) return refusal(ErrorCode::stale);
+  if (!place->enabled) return refusal(ErrorCode::disabled);
+  place->connected = true;
+  return {};
+}
+
+NetworkPreferences::Done erase(const std::string& identifier, Configurations& all) {
+  const auto place = find(all, identifier);
+  if (place == all.end()) return refusal(ErrorCode::stale);
+  all.erase(place);
+  return {};
 }
 
 }  // namespace
@@ -39,12 +80,17 @@ Value SimulatedNetworkPreferences::Reading<Value>::of(const std::string& bytes) 
   return latest_->second;
 }
 
-SimulatedNetworkPreferences::SimulatedNetworkPreferences(Files& files)
+SimulatedNetworkPreferences::SimulatedNetworkPreferences(Files& files, const std::string& lockPath)
     : files_(files),
+      lockPath_(lockPath),
+      orders_(files, lockPath),
       proxies_([](const std::string& bytes) { return transparentProxiesOfFile(bytes); }),
       filter_([](const std::string& bytes) { return contentFilterOfFile(bytes); }) {}
 
 void SimulatedNetworkPreferences::loadTransparentProxies(std::function<void(TransparentProxies)> completion) {
+  if (auto ordered = orders_.takeFailure(FaultyCall::loadProxies)) {
+    return completion(std::unexpected(std::move(*ordered)));
+  }
   completion(readProxies());
 }
 
@@ -52,41 +98,28 @@ void SimulatedNetworkPreferences::saveTransparentProxy(
     const TransparentProxyConfiguration& configuration,
     std::function<void(std::expected<TransparentProxyConfiguration, PlatformError>)> completion) {
   auto saved = configuration;
-  const auto done = changeProxies([&saved](std::vector<TransparentProxyConfiguration>& all) {
-    if (saved.identifier.empty()) {
-      saved.identifier = freshIdentifier(all);
-      saved.connected = false;
-      all.push_back(saved);
-      return true;
-    }
-    const auto place = std::ranges::find(all, saved.identifier, &TransparentProxyConfiguration::identifier);
-    if (place == all.end()) return false;
-    saved.connected = place->connected;
-    *place = saved;
-    return true;
-  });
+  const auto done =
+      changeProxies(FaultyCall::saveProxy, [&saved](Configurations& all) { return keep(saved, all); });
   if (!done) return completion(std::unexpected(done.error()));
   completion(std::move(saved));
 }
 
 void SimulatedNetworkPreferences::startTransparentProxy(const std::string& identifier,
                                                         std::function<void(Done)> completion) {
-  completion(changeProxies([&identifier](std::vector<TransparentProxyConfiguration>& all) {
-    const auto place = std::ranges::find(all, identifier, &TransparentProxyConfiguration::identifier);
-    if (place == all.end()) return false;
-    place->connected = true;
-    return true;
-  }));
+  completion(changeProxies(FaultyCall::startProxy,
+                           [&identifier](Configurations& all) { return connect(identifier, all); }));
 }
 
 void SimulatedNetworkPreferences::removeTransparentProxy(const std::string& identifier,
                                                          std::function<void(Done)> completion) {
-  completion(changeProxies([&identifier](std::vector<TransparentProxyConfiguration>& all) {
-    return std::erase_if(all, [&](const auto& each) { return each.identifier == identifier; }) > 0;
-  }));
+  completion(changeProxies(FaultyCall::removeProxy,
+                           [&identifier](Configurations& all) { return erase(identifier, all); }));
 }
 
 void SimulatedNetworkPreferences::loadContentFilter(std::function<void(ContentFilter)> completion) {
+  if (auto ordered = orders_.takeFailure(FaultyCall::loadFilter)) {
+    return completion(std::unexpected(std::move(*ordered)));
+  }
   const auto bytes = files_.read(simulatedstate::contentFilter);
   if (bytes) return completion(filter_.of(*bytes));
   if (isMissing(bytes.error())) return completion(ContentFilter());
@@ -95,6 +128,9 @@ void SimulatedNetworkPreferences::loadContentFilter(std::function<void(ContentFi
 
 void SimulatedNetworkPreferences::saveContentFilter(const ContentFilterConfiguration& configuration,
                                                     std::function<void(Done)> completion) {
+  if (auto ordered = orders_.takeFailure(FaultyCall::saveFilter)) {
+    return completion(std::unexpected(std::move(*ordered)));
+  }
   const auto written = writeState(simulatedstate::contentFilter, fileOfContentFilter(configuration));
   if (!written) return completion(std::unexpected(unusableFilter(written.error().description)));
   completion({});
@@ -107,11 +143,12 @@ NetworkPreferences::TransparentProxies SimulatedNetworkPreferences::readProxies(
   return std::unexpected(unusableProxies(bytes.error().description));
 }
 
-NetworkPreferences::Done SimulatedNetworkPreferences::changeProxies(
-    const std::function<bool(std::vector<TransparentProxyConfiguration>&)>& change) {
+NetworkPreferences::Done SimulatedNetworkPreferences::changeProxies(FaultyCall call, const Change& change) {
+  if (auto ordered = orders_.takeFailure(call)) return std::unexpected(std::move(*ordered));
+  const StateLock lock(lockPath_);
   auto configurations = readProxies();
   if (!configurations) return std::unexpected(configurations.error());
-  if (!change(*configurations)) return std::unexpected(noSuchConfiguration());
+  if (auto done = change(*configurations); !done) return done;
   const auto written =
       writeState(simulatedstate::transparentProxies, fileOfTransparentProxies(*configurations));
   if (!written) return std::unexpected(unusableProxies(written.error().description));

@@ -7,14 +7,16 @@
 
 #include "Platform/Files.hpp"
 #include "Platform/NetworkPreferences.hpp"
+#include "Platform/SimulatedMac/SimulatedOrders.hpp"
 
 namespace ostrel {
 
-/// The network preferences as the files of `simulatedstate`. Completions run on the calling thread, before
-/// the call returns.
+/// The network preferences as the files of `simulatedstate`, which several processes may change at once.
+/// Completions run on the calling thread, before the call returns.
 class SimulatedNetworkPreferences final : public NetworkPreferences {
  public:
-  explicit SimulatedNetworkPreferences(Files& files);
+  /// Real path of the lock's file.
+  SimulatedNetworkPreferences(Files& files, const std::string& lockPath);
 
   void loadTransparentProxies(std::function<void(TransparentProxies)> completion) override;
   void saveTransparentProxy(
@@ -40,13 +42,17 @@ class SimulatedNetworkPreferences final : public NetworkPreferences {
     std::optional<std::pair<std::string, Value>> latest_;
   };
 
+  using Change = std::function<Done(std::vector<TransparentProxyConfiguration>&)>;
+
   TransparentProxies readProxies();
 
-  /// Changes the configurations; the change tells whether it found what it was to change.
-  Done changeProxies(const std::function<bool(std::vector<TransparentProxyConfiguration>&)>& change);
+  /// Changes the configurations unless the call is ordered to fail or the change does.
+  Done changeProxies(FaultyCall call, const Change& change);
   std::expected<void, PlatformError> writeState(const std::string& path, const std::string& bytes);
 
   Files& files_;
+  const std::string lockPath_;
+  SimulatedOrders orders_;
   Reading<TransparentProxies> proxies_;
   Reading<ContentFilter> filter_;
 };

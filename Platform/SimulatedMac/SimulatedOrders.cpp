@@ -1,0 +1,87 @@
+#include "Platform/SimulatedMac/SimulatedOrders.hpp"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "Platform/SimulatedMac/HostRoot.hpp"
+#include "Platform/SimulatedMac/StateLock.hpp"
+
+namespace ostrel {
+
+namespace {
+
+using Json = nlohmann::json;
+
+std::string nameOf(FaultyCall call) {
+  return std::string(std::ranges::find(faultyCallNames, call, &FaultyCallName::call)->name);
+}
+
+/// An object; empty where the file is missing or damaged.
+Json ordersOf(const Files& files) {
+  const auto bytes = files.read(simulatedstate::orders);
+  if (!bytes) return Json::object();
+  auto orders = Json::parse(*bytes, nullptr, false);
+  return orders.is_object() ? orders : Json::object();
+}
+
+template <class Value>
+Value member(const Json& object, const char* name, Value otherwise) {
+  const auto found = object.find(name);
+  if (found == object.end()) return otherwise;
+  if constexpr (std::is_same_v<Value, std::string>) return found->is_string() ? Value(*found) : otherwise;
+  if constexpr (std::is_same_v<Value, int>) return found->is_number_integer() ? Value(*found) : otherwise;
+}
+
+/// How often the call is still to fail.
+int countOf(const Json& orders, const std::string& name) {
+  const auto order = orders.find(name);
+  return order != orders.end() && order->is_object() ? member(*order, "count", 0) : 0;
+}
+
+PlatformError errorOf(const Json& order) {
+  PlatformError error{member(order, "domain", std::string()), member(order, "code", 0),
+                      member(order, "description", std::string())};
+  if (error.description.empty()) {
+    error.description = "The operation couldn't be completed. (" + error.domain + " error " +
+                        std::to_string(error.code) + ".)";
+  }
+  return error;
+}
+
+}  // namespace
+
+SimulatedOrders::SimulatedOrders(Files& files, std::string lockPath)
+    : files_(files), lockPath_(std::move(lockPath)) {}
+
+std::optional<PlatformError> SimulatedOrders::takeFailure(FaultyCall call) {
+  const auto name = nameOf(call);
+  // Most calls have no order and need not wait for their turn.
+  if (countOf(ordersOf(files_), name) <= 0) return std::nullopt;
+  const StateLock lock(lockPath_);
+  auto orders = ordersOf(files_);
+  const int count = countOf(orders, name);
+  if (count <= 0) return std::nullopt;
+  auto error = errorOf(orders[name]);
+  orders[name]["count"] = count - 1;
+  if (count == 1) orders.erase(name);
+  const auto text = orders.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  if (!files_.writeAtomically(simulatedstate::orders, text)) return std::nullopt;
+  return error;
+}
+
+std::string SimulatedOrders::word(const char* name) const {
+  return member(ordersOf(files_), name, std::string());
+}
+
+ApprovalRule SimulatedOrders::approvalRule() const {
+  const auto approval = word("approval");
+  if (approval == "never") return ApprovalRule::never;
+  return approval == "always" ? ApprovalRule::always : ApprovalRule::whenNew;
+}
+
+bool SimulatedOrders::completesAfterReboot() const { return word("result") == "after-reboot"; }
+
+bool SimulatedOrders::repeatsCallbacks() const { return word("callbacks") == "twice"; }
+
+}  // namespace ostrel

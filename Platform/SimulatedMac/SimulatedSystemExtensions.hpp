@@ -1,0 +1,56 @@
+#pragma once
+
+#include <functional>
+#include <list>
+#include <memory>
+#include <string>
+
+#include "Platform/Files.hpp"
+#include "Platform/MainQueue.hpp"
+#include "Platform/SimulatedMac/SimulatedOrders.hpp"
+#include "Platform/SimulatedMac/SystemExtensionFile.hpp"
+#include "Platform/SystemExtensions.hpp"
+
+namespace ostrel {
+
+/// The system extension as the file of `simulatedstate`. A request that waits for approval looks at the file
+/// until what was asked for has come, or is no longer asked for.
+class SimulatedSystemExtensions final : public SystemExtensions {
+ public:
+  /// Real path of the lock's file.
+  SimulatedSystemExtensions(Files& files, MainQueue& mainQueue, const std::string& lockPath);
+
+  void submit(SystemExtensionAction action, const std::string& identifier,
+              std::weak_ptr<SystemExtensionDelegate> delegate) override;
+
+ private:
+  struct Request {
+    SystemExtensionAction action;
+    std::weak_ptr<SystemExtensionDelegate> delegate;
+    ScheduledWork look = {};
+  };
+  using Requests = std::list<Request>;
+
+  void begin(const Request& request);
+  bool isReplacementCancelled(const Request& request) const;
+  void take(const Request& request);
+  void wait(const Request& request);
+  /// Whether the wait is over.
+  bool isDecided(const Request& request);
+
+  SystemExtensionState read() const;
+  bool write(const SystemExtensionState& state);
+
+  void finish(const Request& request);
+  void fail(const Request& request, const PlatformError& error);
+  /// Calls the delegate, twice where that is ordered.
+  void tell(const Request& request, const std::function<void(SystemExtensionDelegate&)>& call);
+
+  Files& files_;
+  MainQueue& mainQueue_;
+  const std::string lockPath_;
+  SimulatedOrders orders_;
+  Requests waiting_;
+};
+
+}  // namespace ostrel
