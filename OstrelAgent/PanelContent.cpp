@@ -67,6 +67,8 @@ class PanelComposer {
     content.headerButtons = shown({checkNowButton()});
     content.footerButtons = shown({openButton(), copyDiagnosticsButton()});
     content.moreButtons = shown({sendDiagnosticsButton(), containerTrustButton(), quitButton()});
+    // The catalogue has no word for "more"; the agent window heads what is of no component with this one.
+    if (!content.moreButtons.empty()) content.moreName = Copy::windowSectionGeneral.text();
     content.notices = notices();
     content.inFlight = {model_.checkinInFlight, model_.diagnosticsInFlight, model_.sendDiagnosticsInFlight,
                         model_.updateInFlight};

@@ -98,6 +98,7 @@ struct PanelContent {
   std::vector<PanelButton> headerButtons;
   std::vector<PanelButton> footerButtons;
   std::vector<PanelButton> moreButtons;  ///< behind the footer's "⋯"
+  std::string moreName;                  ///< of "⋯" for a person who hears the panel; empty without one
   std::vector<std::string> notices;
   InFlight inFlight;
   double maxHeight = 0;  ///< points

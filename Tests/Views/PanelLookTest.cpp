@@ -20,8 +20,11 @@ std::vector<std::string> outside(const QQuickItem& item) {
   if (!item.isVisible()) return found;
   const auto place = item.mapRectToScene(item.boundingRect());
   const auto text = item.property("text").toString();
-  const bool isTooWide = item.property("contentWidth").toDouble() > item.width() + 1;
-  if (place.left() < -0.5 || place.right() > 360.5 || (!text.isEmpty() && isTooWide)) {
+  const auto overflows = [&] {
+    return item.property("contentWidth").toDouble() > item.width() + 1 ||
+           item.y() + item.height() > item.parentItem()->height() + 1;
+  };
+  if (place.left() < -0.5 || place.right() > 360.5 || (!text.isEmpty() && overflows())) {
     found.push_back(item.metaObject()->className() + (" " + text.left(40).toStdString()));
   }
   for (const auto* child : item.childItems()) {

@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QWheelEvent>
 
 #include "Platform/Desktop/Views/PanelWindow.hpp"
 #include "Tests/OstrelAgent/Readings.hpp"
@@ -28,8 +29,6 @@ std::string nameOf(const QAccessibleInterface& at) { return at.text(QAccessible:
 std::string roleOf(const QAccessibleInterface& at) {
   switch (at.role()) {
     case QAccessible::Button:
-    case QAccessible::ButtonMenu:
-    case QAccessible::CheckBox:
       return "button";
     case QAccessible::StaticText:
       return "text";
@@ -37,9 +36,17 @@ std::string roleOf(const QAccessibleInterface& at) {
       return "heading";
     case QAccessible::Grouping:
       return "group";
+    case QAccessible::AlertMessage:
+      return "alert";
     default:
       return "other";
   }
+}
+
+void collectTabStops(QQuickItem& item, std::vector<QObject*>& found) {
+  if (!item.isVisible()) return;
+  if (item.activeFocusOnTab()) found.push_back(&item);
+  for (auto* child : item.childItems()) collectTabStops(*child, found);
 }
 
 PanelContent contentOf(Snapshot snapshot) {
@@ -54,14 +61,19 @@ PanelContent contentOf(Snapshot snapshot) {
 
 PanelTest::PanelTest() {
   takeQtMessages();
-  PanelViewEvents events{[this](const PanelButton& button) { pressed.push_back(button); },
+  PanelViewEvents events{[this](const PanelButton& button) {
+                           pressed.push_back(button);
+                           if (onPress) onPress();
+                         },
                          [this] { ++losses; }};
   auto made = PanelWindow::make(log, std::move(events));
   if (!made) throw std::runtime_error(made.error());
   panel = std::move(*made);
+  QObject::connect(&window(), &QQuickWindow::frameSwapped, &window(), [this] { ++frames_; });
 }
 
 PanelTest::~PanelTest() {
+  EXPECT_EQ(panel->isShown() ? unspoken() : std::vector<std::string>(), std::vector<std::string>());
   panel.reset();
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   EXPECT_EQ(log.lines, std::vector<std::string>());
@@ -71,7 +83,7 @@ PanelTest::~PanelTest() {
 void PanelTest::open(const PanelContent& content) {
   panel->open(content, anchor, look);
   ASSERT_TRUE(becomes([&] { return window().isActive(); }));
-  QObject::connect(&window(), &QQuickWindow::frameSwapped, &window(), [this] { ++frames_; });
+  EXPECT_EQ(unspoken(), std::vector<std::string>());
   frames();
 }
 
@@ -92,12 +104,49 @@ void PanelTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
 
 void PanelTest::click(const std::string& name) {
   const auto center = place(name).center();
-  for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
-    const auto buttons = type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
-    QMouseEvent event(type, center, window().mapToGlobal(center), Qt::LeftButton, buttons, Qt::NoModifier);
-    QCoreApplication::sendEvent(&window(), &event);
-  }
+  sendMouse(QEvent::MouseButtonPress, center);
+  sendMouse(QEvent::MouseButtonRelease, center);
   QCoreApplication::processEvents();
+}
+
+void PanelTest::turnWheel() {
+  const QPointF place(window().width() / 2.0, window().height() / 2.0);
+  QWheelEvent event(place, window().mapToGlobal(place), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                    Qt::NoScrollPhase, false);
+  QCoreApplication::sendEvent(&window(), &event);
+}
+
+void PanelTest::drag() {
+  QPointF place(window().width() / 2.0, window().height() / 2.0);
+  quint64 time = 1000;
+  sendMouse(QEvent::MouseButtonPress, place, time);
+  for (int step = 0; step < 6; ++step) {
+    place.ry() -= 10;
+    sendMouse(QEvent::MouseMove, place, time += 8);
+  }
+  sendMouse(QEvent::MouseButtonRelease, place, time + 1);
+}
+
+void PanelTest::sendMouse(QEvent::Type type, QPointF place, quint64 milliseconds) {
+  const auto held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+  const auto changed = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+  QMouseEvent event(type, place, window().mapToGlobal(place), changed, held, Qt::NoModifier);
+  event.setTimestamp(milliseconds);
+  QCoreApplication::sendEvent(&window(), &event);
+}
+
+/// What has no name or no role, and what the keyboard meets but an assistive tool does not.
+std::vector<std::string> PanelTest::unspoken() const {
+  std::vector<std::string> unspoken;
+  std::vector<QObject*> stops;
+  collectTabStops(*window().contentItem(), stops);
+  walk(QAccessible::queryAccessibleInterface(&window()), [&](const QAccessibleInterface& at) {
+    std::erase(stops, at.object());
+    const bool isTold = !nameOf(at).empty() && roleOf(at) != "other";
+    if (!isTold && at.object() != &window()) unspoken.push_back(at.object()->metaObject()->className());
+  });
+  for (const auto* stop : stops) unspoken.push_back(stop->metaObject()->className());
+  return unspoken;
 }
 
 void PanelTest::pressBySpeech(const std::string& name) {
@@ -114,7 +163,9 @@ std::string PanelTest::focused() const {
 std::vector<SpokenItem> PanelTest::spoken() const {
   std::vector<SpokenItem> spoken;
   walk(QAccessible::queryAccessibleInterface(&window()), [&](const QAccessibleInterface& at) {
-    if (!nameOf(at).empty()) spoken.push_back({roleOf(at), nameOf(at), bool(at.state().checked)});
+    const auto description = at.text(QAccessible::Description).toStdString();
+    spoken.push_back(
+        {roleOf(at), nameOf(at), description, bool(at.state().checked), bool(at.state().focusable)});
   });
   return spoken;
 }

@@ -14,12 +14,15 @@ namespace ostrel {
 
 /// What an assistive tool reads of one item.
 struct SpokenItem {
-  std::string role;  ///< "button", "text", "heading", "group" or "other"
+  std::string role;  ///< "button", "text", "heading", "group", "alert" or "other"
   std::string name;
+  std::string description;
   bool isChecked = false;
+  bool isFocusable = false;  ///< all that the toolkit tells of a control that is disabled
 };
 
-/// A panel without motion on a screen of 800 by 800. No test may leave a warning behind.
+/// A panel without motion on a screen of 800 by 800. No test may leave a warning behind, or something in the
+/// panel that an assistive tool cannot name.
 class PanelTest : public testing::Test {
  protected:
   PanelTest();
@@ -30,6 +33,10 @@ class PanelTest : public testing::Test {
 
   void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
   void click(const std::string& name);
+
+  /// Over the middle of the window: a notch of the wheel, or a quick push upwards by 60 points.
+  void turnWheel();
+  void drag();
 
   /// As an assistive tool does.
   void pressBySpeech(const std::string& name);
@@ -57,12 +64,16 @@ class PanelTest : public testing::Test {
 
   FakeLog log;
   std::vector<PanelButton> pressed;
+  std::function<void()> onPress;  ///< called within the press, where it is there
   int losses = 0;
   DesktopLook look{Appearance::light, true, 1.0};
   PanelAnchor anchor{{600, 10}, {0, 24, 800, 776}};
   std::unique_ptr<PanelView> panel;
 
  private:
+  void sendMouse(QEvent::Type type, QPointF place, quint64 milliseconds = 0);
+  std::vector<std::string> unspoken() const;
+
   int frames_ = 0;
 };
 

@@ -2,6 +2,7 @@
 #include <QImage>
 
 #include <algorithm>
+#include <set>
 
 #include "Tests/Views/PanelTest.hpp"
 
@@ -11,7 +12,7 @@ namespace {
 class StatusPanel : public PanelTest {
  protected:
   static constexpr auto rollup = "Health, all components OK";
-  static constexpr auto more = "Send to admin, Container trust…, Quit status icon";
+  static constexpr auto more = "General";
 
   /// Presses the tab key until that has the keyboard.
   void tabTo(const std::string& name) {
@@ -20,6 +21,17 @@ class StatusPanel : public PanelTest {
   }
 
   int height() const { return window().height(); }
+
+  bool isInside(const std::string& name, double from, double to) const {
+    return place(name).top() >= from && place(name).bottom() <= to;
+  }
+
+  /// Beside what has the keyboard; the roll-up's ring is within it.
+  bool hasFocusRing() const {
+    const auto at = place(focused());
+    const double x = focused().starts_with("Health") ? at.left() + 2 : at.left() - 2;
+    return colorAt(static_cast<int>(x), static_cast<int>(at.center().y())) == QColor("#0a66d8");
+  }
 };
 
 PanelContent withChecking(PanelContent content) {
@@ -38,6 +50,7 @@ TEST_F(StatusPanel, PressesEveryButtonByKeyboardFromTopToBottom) {
   press(Qt::Key_Tab);
   for (const auto first = focused(); met.empty() || focused() != first; press(Qt::Key_Tab)) {
     met.push_back(focused());
+    EXPECT_TRUE(hasFocusRing()) << focused();
     press(met.size() % 2 ? Qt::Key_Space : Qt::Key_Return);
     ASSERT_LT(met.size(), 40U);
   }
@@ -59,6 +72,38 @@ TEST_F(StatusPanel, PressesTheButtonThatIsClickedOrSpoken) {
   EXPECT_EQ(pressed[1].action, PanelAction::checkNow);
   pressBySpeech(more);
   EXPECT_TRUE(isSpoken("Quit status icon"));
+}
+
+TEST_F(StatusPanel, LetsAPressChangeOrCloseIt) {
+  open(unprotectedContent());
+  onPress = [&] { panel->update(protectedContent()); };
+  click("Install…");
+  EXPECT_FALSE(isSpoken("Install…"));
+  onPress = [&] { panel->close(); };
+  tabTo("Check now");
+  press(Qt::Key_Space);
+  EXPECT_FALSE(panel->isShown());
+  EXPECT_EQ(pressed.size(), 2U);
+  EXPECT_EQ(losses, 0);
+}
+
+TEST_F(StatusPanel, StartsAfreshWhenItOpensAgain) {
+  auto content = unprotectedContent();
+  content.maxHeight = 300;
+  open(content);
+  const auto top = place("Install…").top();
+  tabTo(more);
+  press(Qt::Key_Space);
+  ASSERT_TRUE(isSpoken("Quit status icon"));
+  tabTo("Install…");
+  press(Qt::Key_PageDown);
+  panel->close();
+  open(content);
+  EXPECT_EQ(focused(), "");
+  EXPECT_EQ(place("Install…").top(), top);
+  EXPECT_FALSE(isSpoken("Quit status icon"));
+  press(Qt::Key_Tab);
+  EXPECT_EQ(focused(), "Check now");
 }
 
 TEST_F(StatusPanel, ClosesOnEscapeWithoutAWord) {
@@ -100,6 +145,7 @@ TEST_F(StatusPanel, GivesTheFocusBackToAButtonThatWaited) {
   panel->update(withChecking(content));
   press(Qt::Key_Space);
   click("Checking…");
+  pressBySpeech("Checking…");
   EXPECT_TRUE(pressed.empty());
   panel->update(content);
   EXPECT_EQ(focused(), "Check now");
@@ -148,14 +194,12 @@ TEST_F(StatusPanel, ScrollsWhatIsTallerThanItsRoomAndFollowsTheFocus) {
   content.maxHeight = 300;
   open(content);
   EXPECT_EQ(height(), 300);
-  const auto isInside = [&](const std::string& name) {
-    return place(name).top() >= place("Check now").bottom() &&
-           place(name).bottom() <= place("Copy diagnostics").top();
-  };
+  const auto from = place("Check now").bottom();
+  const auto to = place("Copy diagnostics").top();
   tabTo("Install…");
-  EXPECT_TRUE(isInside("Install…"));
+  EXPECT_TRUE(isInside("Install…", from, to));
   press(Qt::Key_Tab);
-  EXPECT_TRUE(isInside(focused())) << focused();
+  EXPECT_TRUE(isInside(focused(), from, to)) << focused();
   const auto before = place("Install…").top();
   press(Qt::Key_PageUp);
   press(Qt::Key_PageUp);
@@ -168,13 +212,49 @@ TEST_F(StatusPanel, ScrollsWhatIsTallerThanItsRoomAndFollowsTheFocus) {
   EXPECT_EQ(place("Install…").top(), scrolled);
 }
 
-TEST_F(StatusPanel, KeepsItsHeaderAndFooterWithoutRoom) {
-  auto content = protectedContent();
-  content.maxHeight = 0;
+TEST_F(StatusPanel, ShowsEveryPartOnALowScreen) {
+  auto content = unprotectedContent();
+  struct Row {
+    double scale;
+    int screen;
+    int height;
+  };
+  for (const auto& row : {Row{1, 30, 99}, Row{3, 600, 560}}) {
+    look.textScale = row.scale;
+    anchor.available.height = row.screen;
+    content.maxHeight = std::max(0, row.screen - 40);
+    open(content);
+    EXPECT_EQ(height(), row.height);
+    press(Qt::Key_Tab);
+    for (const auto first = focused(); focused() != more; press(Qt::Key_Tab)) {
+      EXPECT_TRUE(isInside(focused(), 0, height())) << row.scale << focused();
+      ASSERT_NE(focused(), "");
+    }
+    for (int i = 0; i < 40; ++i) press(Qt::Key_PageUp);
+    std::set<std::string> unseen;
+    for (const auto& item : spoken()) unseen.insert(item.name);
+    for (int i = 0; i < 300 && !unseen.empty(); ++i) {
+      std::erase_if(unseen,
+                    [&](const auto& name) { return place(name).top() >= 0 && place(name).top() < height(); });
+      press(Qt::Key_Down);
+    }
+    EXPECT_EQ(unseen, std::set<std::string>()) << row.scale;
+    panel->close();
+  }
+}
+
+TEST_F(StatusPanel, ScrollsNoFurtherThanThePersonDoes) {
+  auto content = unprotectedContent();
+  content.maxHeight = 300;
   open(content);
-  EXPECT_LT(height(), 140);
-  EXPECT_LE(place("Check now").bottom(), place("Copy diagnostics").top());
-  EXPECT_LE(place("Copy diagnostics").bottom(), height());
+  for (const bool byWheel : {true, false}) {
+    const auto before = place("Install…").top();
+    byWheel ? turnWheel() : drag();
+    const auto after = place("Install…").top();
+    EXPECT_LT(after, before - 20);
+    frames();
+    EXPECT_EQ(place("Install…").top(), after);
+  }
 }
 
 TEST_F(StatusPanel, StaysAtItsCornerOfTheScreenWhileItGrows) {
@@ -219,22 +299,38 @@ TEST_F(StatusPanel, TellsWhyThereAreNoRows) {
 TEST_F(StatusPanel, SpeaksVerdictRowsAndButtons) {
   auto content = unprotectedContent();
   content.headerButtons = withChecking(content).headerButtons;
+  content.protection->containers.note = "Restart it.";
   open(content);
   std::vector<std::string> texts;
   for (const auto& item : spoken()) {
-    texts.push_back(item.role + " " + item.name + (item.isChecked ? " +" : ""));
+    texts.push_back(item.role + " " + item.name + (item.isChecked ? " +" : "") +
+                    (item.isFocusable || item.role != "button" ? "" : " -") +
+                    (item.description.empty() ? "" : ": " + item.description));
   }
-  for (const auto* text :
-       {"heading Not protected", "button Checking…", "group Update required, 3.0", "button Install…",
-        "text npm, off by policy", "text go", "text Version, 2.4.0", "button Open Ostrel Agent",
-        "button Send to admin, Container trust…, Quit status icon"}) {
+  const auto& lock = content.cards[1];
+  const auto& health = content.health->rollup;
+  std::vector<std::string> expected = {
+      "heading Not protected",
+      "button Checking… -",
+      "group Update required, 3.0: below minimum 2.9",
+      "button Install…",
+      "group Egress lock: " + lock.detail + " " + lock.action,
+      "text npm, off by policy",
+      "text go",
+      "text Containers, none running: Restart it.",
+      "button " + health.label + ", " + health.state.text + " +",
+      "text Version, 2.4.0",
+      "button Open Ostrel Agent",
+      "button General: Send to admin, Container trust…, Quit status icon",
+  };
+  for (const auto& row : content.health->components)
+    expected.push_back("text " + row.label + ", " + row.state.text);
+  for (const auto& text : expected) {
     EXPECT_EQ(std::ranges::count(texts, text), 1) << text << "\nin\n" << testing::PrintToString(texts);
   }
-  for (const auto& row : content.health->components) {
-    EXPECT_EQ(std::ranges::count(texts, "text " + row.label + ", " + row.state.text), 1) << row.label;
-  }
-  const auto& health = content.health->rollup;
-  EXPECT_EQ(std::ranges::count(texts, "button " + health.label + ", " + health.state.text + " +"), 1);
+  pressBySpeech(more);
+  EXPECT_TRUE(
+      std::ranges::any_of(spoken(), [](const auto& item) { return item.name == more && item.isChecked; }));
 }
 
 }  // namespace

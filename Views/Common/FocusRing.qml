@@ -3,8 +3,9 @@ import Ostrel.Views
 
 Rectangle {
     anchors.fill: parent
-    anchors.margins: -2
-    radius: Tokens.buttonRadius + 2
+    // Stands off, to be seen around what has its colour.
+    anchors.margins: -3
+    radius: Tokens.buttonRadius + 3
     color: "transparent"
     border.color: Tokens.accent
     border.width: 2

@@ -2,6 +2,6 @@ import QtQuick
 import Ostrel.Views
 
 Rectangle {
-    height: Tokens.hairline
+    height: 1 / Screen.devicePixelRatio
     color: Tokens.line
 }

@@ -25,7 +25,7 @@ Item {
 
     implicitWidth: label.lineWidth() + 2 * sidePadding
     implicitHeight: Math.ceil(label.height) + 10
-    activeFocusOnTab: true
+    activeFocusOnTab: enabled
     opacity: enabled ? 1 : 0.5
     Keys.onSpacePressed: event => press(event)
     Keys.onReturnPressed: event => press(event)
@@ -33,7 +33,7 @@ Item {
     Accessible.role: Accessible.Button
     Accessible.ignored: !visible
     Accessible.name: title
-    Accessible.focusable: true
+    Accessible.focusable: enabled
     Accessible.onPressAction: pressBySpeech()
 
     Rectangle {

@@ -28,7 +28,6 @@ QtObject {
     readonly property int rowHeight: Math.round(33 * textScale)
 
     readonly property real paragraph: 1.18 // of a line's own height
-    readonly property real hairline: 1 / Look.pixelsPerPoint
     readonly property int panelWidth: 360
     readonly property int panelRadius: 13
     readonly property int margin: 12
@@ -37,8 +36,16 @@ QtObject {
     readonly property int gap: 8
     readonly property int dotSize: 8
 
-    // Kinds are the numbers of RowState::Case: ok, warn, bad, info, off.
     function stateColor(kind: int): color {
-        return [ok, warn, bad, off, off][kind];
+        switch (kind) {
+        case StateKind.Ok:
+            return ok;
+        case StateKind.Warn:
+            return warn;
+        case StateKind.Bad:
+            return bad;
+        default:
+            return off;
+        }
     }
 }

@@ -11,7 +11,7 @@ Item {
     implicitHeight: content.height + 20
     Accessible.role: Accessible.Grouping
     Accessible.name: value.spoken
-    Accessible.description: value.detail + " " + value.action
+    Accessible.description: value.spokenDetail
 
     Item {
         width: Tokens.cardRadius + 2

@@ -7,10 +7,10 @@ Item {
 
     required property PanelState panel
     readonly property bool hasNotices: notices.count > 0
-    readonly property bool hasMore: panel.moreSpoken !== ""
+    readonly property bool hasMore: panel.moreName !== ""
     property bool showsMore: false
 
-    implicitHeight: content.height + 18
+    implicitHeight: Math.ceil(content.height) + 18
 
     Hairline {
         width: parent.width
@@ -93,8 +93,10 @@ Item {
                 isQuiet: true
                 fontSize: Tokens.chipSize
                 title: "⋯"
-                Accessible.name: footer.panel.moreSpoken
-                Accessible.role: Accessible.ButtonMenu
+                Accessible.name: footer.panel.moreName
+                Accessible.description: footer.panel.moreTitles
+                Accessible.checkable: true
+                Accessible.checked: footer.showsMore
                 onPressed: {
                     footer.showsMore = !footer.showsMore;
                     footer.panel.folded();

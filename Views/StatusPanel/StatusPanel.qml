@@ -1,26 +1,32 @@
 import QtQuick
 import Ostrel.Views
 
-/// The panel below the status item.
+/// The panel below the status item. Its header and footer stay while what is between them scrolls; where they would
+/// leave too little room for that, all of it scrolls.
 FocusScope {
     id: root
 
     required property PanelState panel
+    readonly property int cornerRadius: Tokens.panelRadius
+    readonly property real leastRoom: 3 * Tokens.rowHeight
+    readonly property real room: Math.floor(Math.max(panel.maxHeight, leastRoom))
     readonly property real ends: header.height + footer.height
+    readonly property bool scrollsAll: ends + Math.min(body.contentHeight, leastRoom) > room
+    readonly property Scroller scroller: scrollsAll ? everything : body
 
     width: Tokens.panelWidth
-    height: ends + Math.min(body.contentHeight, Math.max(0, Math.floor(panel.maxHeight - ends)))
+    height: Math.min(ends + body.contentHeight, room)
     focus: true
     LayoutMirroring.enabled: panel.isRightToLeft
     LayoutMirroring.childrenInherit: true
     Keys.onEscapePressed: panel.dismissed()
-    Keys.onUpPressed: body.scroll(-Tokens.rowHeight)
-    Keys.onDownPressed: body.scroll(Tokens.rowHeight)
+    Keys.onUpPressed: scroller.scroll(-Tokens.rowHeight)
+    Keys.onDownPressed: scroller.scroll(Tokens.rowHeight)
     Keys.onPressed: event => {
         if (event.key === Qt.Key_PageUp)
-            body.scroll(-body.height);
+            scroller.scroll(-scroller.height);
         else if (event.key === Qt.Key_PageDown)
-            body.scroll(body.height);
+            scroller.scroll(scroller.height);
         else
             return;
         event.accepted = true;
@@ -32,6 +38,7 @@ FocusScope {
             nowhere.forceActiveFocus();
             health.personFolds = false;
             footer.showsMore = false;
+            everything.contentY = 0;
             body.contentY = 0;
             fade.stop();
             content.opacity = 1;
@@ -42,12 +49,12 @@ FocusScope {
     Connections {
         target: root.Window.window
         function onActiveFocusItemChanged() {
-            body.reveal(root.Window.window.activeFocusItem);
+            root.scroller.reveal(root.Window.window.activeFocusItem);
         }
     }
     Rectangle {
         anchors.fill: parent
-        radius: Tokens.panelRadius
+        radius: root.cornerRadius
         color: Tokens.panel
         border.color: Tokens.edge
         border.width: 1
@@ -68,103 +75,95 @@ FocusScope {
             to: 1
             duration: 120
         }
-        PanelHeader {
-            id: header
-            width: parent.width
-            panel: root.panel
-        }
-        Flickable {
-            id: body
+        Scroller {
+            id: everything
+            anchors.fill: parent
+            // What scrolls leaves the panel's edge to see.
+            anchors.topMargin: root.scrollsAll ? 1 : 0
+            anchors.bottomMargin: root.scrollsAll ? 1 : 0
+            contentHeight: header.height + body.height + footer.height
 
-            function scroll(by: real): void {
-                contentY = Math.max(0, Math.min(contentY + by, contentHeight - height));
+            PanelHeader {
+                id: header
+                width: parent.width
+                panel: root.panel
             }
-            function reveal(item: Item): void {
-                for (let outer = item; outer !== rows; outer = outer.parent) {
-                    if (!outer)
-                        return;
-                }
-                const top = item.mapToItem(rows, 0, 0).y - Tokens.gap;
-                const bottom = top + item.height + 2 * Tokens.gap;
-                if (top < contentY)
-                    contentY = Math.max(0, top);
-                else if (bottom > contentY + height)
-                    contentY = Math.min(bottom, contentHeight) - height;
-            }
+            Scroller {
+                id: body
+                width: parent.width
+                height: root.scrollsAll ? contentHeight : root.height - root.ends
+                anchors.top: header.bottom
+                contentHeight: Math.ceil(rows.height)
 
-            width: parent.width
-            anchors.top: header.bottom
-            anchors.bottom: footer.top
-            contentHeight: Math.ceil(rows.height)
-            interactive: contentHeight > height
-            boundsBehavior: Flickable.StopAtBounds
-            clip: interactive
-
-            Column {
-                id: rows
-                anchors.left: parent.left
-                anchors.right: parent.right
-                anchors.leftMargin: Tokens.margin
-                anchors.rightMargin: Tokens.margin
-                bottomPadding: Tokens.margin
-                spacing: Tokens.gap
-
-                StatusLine {
-                    visible: value.text !== ""
-                    width: parent.width
-                    value: root.panel.status
-                }
-                Repeater {
-                    model: root.panel.cards
-
-                    AttentionCard {
-                        required property cardValue entry
-                        width: rows.width
-                        value: entry
-                        onPressed: root.panel.press(entry.button)
-                    }
-                }
-                ProtectionList {
-                    visible: root.panel.protection.isShown
-                    width: parent.width
-                    panel: root.panel
-                }
-                HealthList {
-                    id: health
-                    visible: root.panel.health.isShown
-                    width: parent.width
-                    panel: root.panel
-                }
-                FactList {
+                Column {
+                    id: rows
                     anchors.left: parent.left
                     anchors.right: parent.right
-                    anchors.margins: 4
-                    topPadding: 8
-                    panel: root.panel
+                    anchors.leftMargin: Tokens.margin
+                    anchors.rightMargin: Tokens.margin
+                    bottomPadding: Tokens.margin
+                    spacing: Tokens.gap
+
+                    StatusLine {
+                        visible: value.text !== ""
+                        width: parent.width
+                        value: root.panel.status
+                    }
+                    Repeater {
+                        model: root.panel.cards
+
+                        AttentionCard {
+                            required property cardValue entry
+                            width: rows.width
+                            value: entry
+                            onPressed: root.panel.press(entry.button)
+                        }
+                    }
+                    ProtectionList {
+                        visible: root.panel.protection.isShown
+                        width: parent.width
+                        panel: root.panel
+                    }
+                    HealthList {
+                        id: health
+                        visible: root.panel.health.isShown
+                        width: parent.width
+                        panel: root.panel
+                    }
+                    FactList {
+                        anchors.left: parent.left
+                        anchors.right: parent.right
+                        anchors.margins: 4
+                        topPadding: 8
+                        panel: root.panel
+                    }
                 }
             }
-        }
-        Hairline {
-            visible: body.contentY > 0
-            anchors.top: body.top
-            width: parent.width
+            Hairline {
+                visible: body.contentY > 0
+                anchors.top: body.top
+                width: parent.width
+            }
+            PanelFooter {
+                id: footer
+                width: parent.width
+                anchors.top: body.bottom
+                panel: root.panel
+            }
         }
         Rectangle {
-            visible: body.interactive
+            readonly property real inset: root.scrollsAll ? root.cornerRadius : 0
+            readonly property real track: root.scroller.height - 2 * inset
+
+            visible: root.scroller.interactive
             anchors.right: parent.right
             anchors.rightMargin: 3
             width: 4
             radius: 2
-            y: body.y + body.visibleArea.yPosition * body.height
-            height: body.visibleArea.heightRatio * body.height
+            y: root.scroller.y + inset + root.scroller.visibleArea.yPosition * track
+            height: root.scroller.visibleArea.heightRatio * track
             color: Tokens.off
             opacity: 0.6
-        }
-        PanelFooter {
-            id: footer
-            width: parent.width
-            anchors.bottom: parent.bottom
-            panel: root.panel
         }
     }
 }

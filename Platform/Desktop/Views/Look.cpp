@@ -17,10 +17,9 @@ void change(Look& look, Value& member, Value value, Signal changed) {
 
 }  // namespace
 
-void Look::set(const DesktopLook& look, double pixelsPerPoint) {
+void Look::set(const DesktopLook& look) {
   change(*this, isDark_, look.appearance == Appearance::dark, &Look::isDarkChanged);
   change(*this, textScale_, std::clamp(look.textScale, 1.0, 3.0), &Look::textScaleChanged);
-  change(*this, pixelsPerPoint_, std::max(pixelsPerPoint, 1.0), &Look::pixelsPerPointChanged);
 }
 
 double Look::widthOf(const QString& text, const QFont& font) const {

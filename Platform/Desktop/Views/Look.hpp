@@ -15,12 +15,11 @@ class Look : public QObject {
   QML_SINGLETON
   Q_PROPERTY(bool isDark MEMBER isDark_ NOTIFY isDarkChanged)
   Q_PROPERTY(double textScale MEMBER textScale_ NOTIFY textScaleChanged)
-  Q_PROPERTY(double pixelsPerPoint MEMBER pixelsPerPoint_ NOTIFY pixelsPerPointChanged)
 
  public:
   using QObject::QObject;
 
-  void set(const DesktopLook& look, double pixelsPerPoint);
+  void set(const DesktopLook& look);
 
   /// Of the text in one line, in points.
   Q_INVOKABLE double widthOf(const QString& text, const QFont& font) const;
@@ -28,12 +27,10 @@ class Look : public QObject {
  signals:
   void isDarkChanged();
   void textScaleChanged();
-  void pixelsPerPointChanged();
 
  private:
   bool isDark_ = false;
   double textScale_ = 1;
-  double pixelsPerPoint_ = 1;
 };
 
 }  // namespace ostrel

@@ -38,7 +38,7 @@ std::expected<std::string, std::string> panelPicture(const PanelContent& content
   PanelScene scene(log);
   scene.state().show(content);
   if (auto filled = scene.fill(window); !filled) return std::unexpected(filled.error());
-  scene.setLook(look, pixelsPerPoint);
+  scene.setLook(look);
   scene.layOut();
   QByteArray file;
   QBuffer buffer(&file);

@@ -77,8 +77,8 @@ std::expected<void, std::string> PanelScene::fill(QQuickWindow& window) {
   return {};
 }
 
-void PanelScene::setLook(const DesktopLook& look, double pixelsPerPoint) {
-  engine_.singletonInstance<Look*>(qmlTypeId("Ostrel.Views", 1, 0, "Look"))->set(look, pixelsPerPoint);
+void PanelScene::setLook(const DesktopLook& look) {
+  engine_.singletonInstance<Look*>(qmlTypeId("Ostrel.Views", 1, 0, "Look"))->set(look);
 }
 
 void PanelScene::layOut() {
@@ -89,5 +89,7 @@ void PanelScene::layOut() {
 QSize PanelScene::size() const {
   return {static_cast<int>(std::ceil(root_->width())), static_cast<int>(std::ceil(root_->height()))};
 }
+
+int PanelScene::cornerRadius() const { return root_->property("cornerRadius").toInt(); }
 
 }  // namespace ostrel

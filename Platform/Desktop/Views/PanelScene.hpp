@@ -23,11 +23,11 @@ class PanelScene {
   /// To be called before the first window: how windows are drawn.
   static void chooseRenderer();
 
-  /// Makes the items; a sentence when they cannot be made. Content and look are to be set before.
+  /// Makes the items; a sentence when they cannot be made.
   std::expected<void, std::string> fill(QQuickWindow& window);
 
   PanelState& state() { return state_; }
-  void setLook(const DesktopLook& look, double pixelsPerPoint);
+  void setLook(const DesktopLook& look);
 
   /// Brings all sizes up to date, which else waits for the next frame.
   void layOut();
@@ -37,6 +37,10 @@ class PanelScene {
 
   /// In points, after `layOut`.
   QSize size() const;
+
+  /// In points.
+  int cornerRadius() const;
+
   QQuickItem& root() { return *root_; }
 
  private:

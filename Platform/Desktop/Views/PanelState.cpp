@@ -76,7 +76,8 @@ bool PanelState::show(const PanelContent& content) {
   set(protection_, valueOf(content.protection), &PanelState::protectionChanged);
   set(health_, valueOf(content.health), &PanelState::healthChanged);
   set(maxHeight_, content.maxHeight, &PanelState::maxHeightChanged);
-  set(moreSpoken_, titles(content.moreButtons), &PanelState::moreSpokenChanged);
+  set(moreName_, textOf(content.moreName), &PanelState::moreNameChanged);
+  set(moreTitles_, titles(content.moreButtons), &PanelState::moreTitlesChanged);
   cards_.show(::ostrel::cards(content));
   ecosystems_.show(
       chips(content.protection ? content.protection->ecosystems : std::vector<PanelContent::Ecosystem>()));

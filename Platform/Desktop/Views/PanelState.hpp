@@ -20,7 +20,8 @@ class PanelState : public QObject {
   Q_PROPERTY(ostrel::ProtectionValue protection MEMBER protection_ NOTIFY protectionChanged)
   Q_PROPERTY(ostrel::HealthValue health MEMBER health_ NOTIFY healthChanged)
   Q_PROPERTY(double maxHeight MEMBER maxHeight_ NOTIFY maxHeightChanged)
-  Q_PROPERTY(QString moreSpoken MEMBER moreSpoken_ NOTIFY moreSpokenChanged)
+  Q_PROPERTY(QString moreName MEMBER moreName_ NOTIFY moreNameChanged)
+  Q_PROPERTY(QString moreTitles MEMBER moreTitles_ NOTIFY moreTitlesChanged)
   Q_PROPERTY(ostrel::ValueList* cards READ cards CONSTANT)
   Q_PROPERTY(ostrel::ValueList* ecosystems READ ecosystems CONSTANT)
   Q_PROPERTY(ostrel::ValueList* components READ components CONSTANT)
@@ -52,7 +53,8 @@ class PanelState : public QObject {
   void protectionChanged();
   void healthChanged();
   void maxHeightChanged();
-  void moreSpokenChanged();
+  void moreNameChanged();
+  void moreTitlesChanged();
 
   /// The panel starts afresh: folded as the content says, scrolled to its top, without focus.
   void opened(bool fadesIn);
@@ -71,7 +73,8 @@ class PanelState : public QObject {
   ProtectionValue protection_;
   HealthValue health_;
   double maxHeight_ = 0;
-  QString moreSpoken_;
+  QString moreName_;
+  QString moreTitles_;
   ValueList cards_;
   ValueList ecosystems_;
   ValueList components_;

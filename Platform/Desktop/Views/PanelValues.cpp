@@ -6,7 +6,7 @@ namespace ostrel {
 
 namespace {
 
-int numberOf(RowState::Case kind) { return static_cast<int>(kind); }
+using statekind::kindOf;
 
 /// The texts that are there, with a separator between them.
 QString joined(QStringList texts, const QString& separator) {
@@ -26,12 +26,12 @@ RowValue valueOf(const PanelContent::Row& row) {
   const auto label = textOf(row.label);
   const auto text = textOf(row.state.text);
   const auto note = row.isNoteOnCard ? QString() : textOf(row.note);
-  return {numberOf(row.state.kind), row.state.wantsAttention(), label, text, note, spoken({label, text})};
+  return {kindOf(row.state.kind), row.state.wantsAttention(), label, text, note, spoken({label, text})};
 }
 
 RowValue valueOf(const PanelContent::Ecosystem& ecosystem) {
   const QStringList texts = {textOf(ecosystem.name), textOf(ecosystem.state.text)};
-  return {numberOf(ecosystem.state.kind),
+  return {kindOf(ecosystem.state.kind),
           ecosystem.state.wantsAttention(),
           joined(texts, QStringLiteral(" · ")),
           {},
@@ -42,13 +42,13 @@ RowValue valueOf(const PanelContent::Ecosystem& ecosystem) {
 RowValue valueOf(const PanelContent::Fact& fact) {
   const auto label = textOf(fact.label);
   const auto value = textOf(fact.value);
-  return {numberOf(RowState::Case::info), false, label, value, {}, spoken({label, value})};
+  return {kindOf(RowState::Case::info), false, label, value, {}, spoken({label, value})};
 }
 
 RowValue valueOf(const std::optional<RowState>& status) {
   if (!status) return {};
   const auto text = textOf(status->text);
-  return {numberOf(status->kind), status->wantsAttention(), {}, text, {}, text};
+  return {kindOf(status->kind), status->wantsAttention(), {}, text, {}, text};
 }
 
 ButtonValue valueOf(const std::optional<PanelButton>& button) {
@@ -58,24 +58,26 @@ ButtonValue valueOf(const std::optional<PanelButton>& button) {
 
 CardValue valueOf(const PanelContent::Update& update) {
   CardValue card;
-  card.kind = numberOf(update.state.kind);
+  card.kind = kindOf(update.state.kind);
   card.title = textOf(update.state.text);
   card.text = textOf(update.version);
   card.detail = textOf(update.belowMinimum);
   card.action = joined({textOf(update.installing), textOf(update.protectionStaysOn)}, QStringLiteral(" "));
   card.spoken = spoken({card.title, card.text});
+  card.spokenDetail = joined({card.detail, card.action}, QStringLiteral(" "));
   card.button = valueOf(update.button);
   return card;
 }
 
 CardValue valueOf(const AttentionItem& item) {
   CardValue card;
-  card.kind = numberOf(item.state.kind);
+  card.kind = kindOf(item.state.kind);
   card.title = textOf(item.title);
   card.text = textOf(item.stateText());
   card.detail = textOf(item.detail);
   card.action = textOf(item.action);
   card.spoken = spoken({card.title, card.text});
+  card.spokenDetail = joined({card.detail, card.action}, QStringLiteral(" "));
   card.button = valueOf(item.button);
   return card;
 }
@@ -83,7 +85,7 @@ CardValue valueOf(const AttentionItem& item) {
 HeaderValue valueOf(const PanelContent::Header& header) {
   const auto word = textOf(header.word);
   const auto deadline = textOf(header.deadlineLine.value_or(""));
-  return {numberOf(header.tint), word, deadline, spoken({word, deadline})};
+  return {kindOf(header.tint), word, deadline, spoken({word, deadline})};
 }
 
 ProtectionValue valueOf(const std::optional<PanelContent::Protection>& protection) {

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include "OstrelAgent/PanelContent.hpp"
+#include "Platform/Desktop/Views/StateKind.hpp"
 
 namespace ostrel {
 
@@ -20,7 +21,7 @@ struct RowValue {
   Q_PROPERTY(QString spoken MEMBER spoken)
 
  public:
-  int kind = 0;  ///< the number of a `RowState::Case`
+  int kind = statekind::Ok;  ///< a `statekind::Kind`
   bool wantsAttention = false;
   QString label;
   QString text;
@@ -55,15 +56,17 @@ struct CardValue {
   Q_PROPERTY(QString detail MEMBER detail)
   Q_PROPERTY(QString action MEMBER action)
   Q_PROPERTY(QString spoken MEMBER spoken)
+  Q_PROPERTY(QString spokenDetail MEMBER spokenDetail)
   Q_PROPERTY(ostrel::ButtonValue button MEMBER button)
 
  public:
-  int kind = 0;
+  int kind = statekind::Ok;
   QString title;
   QString text;
   QString detail;
   QString action;
   QString spoken;
+  QString spokenDetail;  ///< the accessible description
   ButtonValue button;
 
   bool operator==(const CardValue&) const = default;
@@ -78,7 +81,7 @@ struct HeaderValue {
   Q_PROPERTY(QString spoken MEMBER spoken)
 
  public:
-  int kind = 0;
+  int kind = statekind::Ok;
   QString word;
   QString deadline;
   QString spoken;

@@ -9,10 +9,8 @@ namespace ostrel {
 
 namespace {
 
-constexpr int cornerRadius = 13;
-
 /// Every pixel that a rectangle with round corners touches.
-QRegion roundRegion(QSize size) {
+QRegion roundRegion(QSize size, int cornerRadius) {
   QRegion region(0, 0, size.width(), size.height());
   const int rows = std::min(cornerRadius, size.height() / 2);
   for (int row = 0; row < rows; ++row) {
@@ -52,7 +50,7 @@ PanelWindow::PanelWindow(Log& log, PanelViewEvents events) : events_(std::move(e
 void PanelWindow::open(const PanelContent& content, const PanelAnchor& anchor, const DesktopLook& look) {
   anchor_ = anchor;
   show(content);
-  scene_.setLook(look, window_.effectiveDevicePixelRatio());
+  scene_.setLook(look);
   emit scene_.state().opened(!look.reducesMotion);
   scene_.layOut();
   place();
@@ -66,7 +64,7 @@ void PanelWindow::update(const PanelContent& content) {
 }
 
 void PanelWindow::setLook(const DesktopLook& look) {
-  scene_.setLook(look, window_.effectiveDevicePixelRatio());
+  scene_.setLook(look);
   if (isShown()) scene_.layOut();
 }
 
@@ -93,7 +91,9 @@ void PanelWindow::place() {
   const auto corner = panelPlace(anchor_, size.width(), size.height());
   window_.setGeometry(corner.x, corner.y, size.width(), size.height());
   // Only there can be a desktop that draws no transparency.
-  if (QGuiApplication::platformName() == QLatin1String("xcb")) window_.setMask(roundRegion(size));
+  if (QGuiApplication::platformName() == QLatin1String("xcb")) {
+    window_.setMask(roundRegion(size, scene_.cornerRadius()));
+  }
 }
 
 }  // namespace ostrel

@@ -3,8 +3,6 @@
 #include <QPainter>
 #include <QPainterPath>
 
-#include "OstrelAgent/RowState.hpp"
-
 namespace ostrel {
 
 namespace {
@@ -41,17 +39,17 @@ void Shield::paint(QPainter* painter) {
 
 void Shield::paintMark(QPainter& painter) const {
   painter.setPen(QPen(mark_, 3.3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-  switch (static_cast<RowState::Case>(kind_)) {
-    case RowState::Case::ok:
+  switch (static_cast<statekind::Kind>(kind_)) {
+    case statekind::Ok:
       painter.drawPolyline(QPolygonF({{10, 19}, {15, 24}, {24, 14}}));
       break;
-    case RowState::Case::bad:
+    case statekind::Bad:
       painter.drawLine(QPointF(12, 14), QPointF(22, 24));
       painter.drawLine(QPointF(22, 14), QPointF(12, 24));
       break;
-    case RowState::Case::warn:
-    case RowState::Case::info:
-    case RowState::Case::off:
+    case statekind::Warn:
+    case statekind::Info:
+    case statekind::Off:
       painter.drawLine(QPointF(17, 11), QPointF(17, 20.5));
       painter.setPen(Qt::NoPen);
       painter.setBrush(mark_);

@@ -3,6 +3,8 @@
 #include <QColor>
 #include <QQuickPaintedItem>
 
+#include "Platform/Desktop/Views/StateKind.hpp"
+
 namespace ostrel {
 
 /// The header's shield with the mark of a state: a check, an exclamation mark or a cross.
@@ -26,7 +28,7 @@ class Shield : public QQuickPaintedItem {
  private:
   void paintMark(QPainter& painter) const;
 
-  int kind_ = 0;
+  int kind_ = statekind::Ok;
   QColor fill_;
   QColor mark_;
 };

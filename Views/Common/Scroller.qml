@@ -1,0 +1,35 @@
+import QtQuick
+import Ostrel.Views
+
+/// What may be taller than its place. It moves as far as the person moves it, and no further by itself.
+Flickable {
+    id: scroller
+
+    function scroll(by: real): void {
+        contentY = Math.max(0, Math.min(contentY + by, contentHeight - height));
+    }
+    function reveal(item: Item): void {
+        for (let outer = item; outer !== contentItem; outer = outer.parent) {
+            if (!outer)
+                return;
+        }
+        const top = item.mapToItem(contentItem, 0, 0).y - Tokens.gap;
+        const bottom = top + item.height + 2 * Tokens.gap;
+        if (top < contentY)
+            scroll(top - contentY);
+        else if (bottom > contentY + height)
+            scroll(Math.min(top, bottom - height) - contentY);
+    }
+
+    interactive: contentHeight > height
+    clip: interactive
+    boundsBehavior: Flickable.StopAtBounds
+    maximumFlickVelocity: 0
+
+    // The toolkit's own scrolling by wheel glides.
+    WheelHandler {
+        enabled: scroller.interactive
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+        onWheel: event => scroller.scroll(-(event.pixelDelta.y || event.angleDelta.y / 120 * 2 * Tokens.rowHeight))
+    }
+}
