@@ -17,18 +17,19 @@ struct ChildCommand {
   std::string executable;  ///< absolute path; no search path, no shell
   std::vector<std::string> arguments;
   ChildStream output = ChildStream::inherited;
-  ChildStream error = ChildStream::inherited;  ///< inherited or discarded
+  ChildStream error = ChildStream::inherited;
 };
 
-/// How a run ended: the exit status, or the number of the signal that ended it, and the captured output.
+/// How a run ended: the exit status, or the number of the signal that ended it, and what was captured.
 struct ChildResult {
   std::int32_t status = 0;
   std::string output;
+  std::string error = {};  ///< the first 64 KiB; the rest is read and dropped
 
   bool operator==(const ChildResult&) const = default;
 };
 
-/// Requests, from any thread, that a run end: politely (TERM), or at once (KILL, output no longer read).
+/// Requests, from any thread, that a run end: politely (TERM), or at once (KILL, nothing more is read).
 struct ChildEnding {
   std::stop_token terminate;
   std::stop_token kill;
@@ -40,8 +41,8 @@ class ChildProcesses {
  public:
   virtual ~ChildProcesses() = default;
 
-  /// Starts the child, reads its output to the end, waits for it and reaps it. Blocks; any thread. Fails when
-  /// the child cannot be started.
+  /// Starts the child, reads what is captured to the end, waits for it and reaps it. Blocks; any thread.
+  /// Fails when the child cannot be started.
   virtual std::expected<ChildResult, PlatformError> run(const ChildCommand& command,
                                                         const ChildEnding& ending = {}) = 0;
 };

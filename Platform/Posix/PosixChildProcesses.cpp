@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <span>
 #include <utility>
 
 #include "Platform/Posix/Descriptor.hpp"
@@ -19,7 +20,7 @@ namespace ostrel {
 struct PosixChildProcesses::Child {
   pid_t process = 0;
   pid_t target = 0;  ///< what signals go to: the process, or its group as a negative number
-  Pipe stop;         ///< readable when the output is no longer to be read; not open when none is
+  Pipe stop;         ///< readable when nothing more is to be read; not open when nothing is captured
 
   void terminate() const { ::kill(target, SIGTERM); }
 
@@ -51,22 +52,74 @@ class PosixChildProcesses::Attendance {
 
 namespace {
 
-/// Reads to the end, or until `stop` is readable; false when there was more than the limit.
-bool readOutput(int output, int stop, std::size_t limit, std::string& into) {
+constexpr std::size_t errorLimit = 65536;
+
+/// The pipes of a run; not open for what is not captured.
+struct Pipes {
+  Pipe output;
+  Pipe error;
+  Pipe stop;
+};
+
+std::expected<Pipes, PlatformError> pipesFor(const ChildCommand& command) {
+  const bool capturesOutput = command.output == ChildStream::captured;
+  const bool capturesError = command.error == ChildStream::captured;
+  Pipes pipes;
+  for (const auto& [isWanted, pipe] :
+       {std::pair(capturesOutput, &pipes.output), std::pair(capturesError, &pipes.error),
+        std::pair(capturesOutput || capturesError, &pipes.stop)}) {
+    if (!isWanted) continue;
+    auto made = makePipe();
+    if (!made) return std::unexpected(std::move(made.error()));
+    *pipe = std::move(*made);
+  }
+  return pipes;
+}
+
+/// One captured stream of a child: what is read of it, up to a limit.
+class CapturedStream {
+ public:
+  /// Reads nothing where the descriptor is none.
+  CapturedStream(int descriptor, std::size_t limit, std::string& into)
+      : descriptor_(descriptor), limit_(limit), into_(into) {}
+
+  /// What to wait for; a stream that has ended waits for nothing.
+  pollfd watched() const { return {descriptor_, POLLIN, 0}; }
+  bool hasEnded() const { return descriptor_ < 0; }
+  bool isWithinLimit() const { return isWithinLimit_; }
+
+  /// Reads once, without waiting when the descriptor is ready.
+  void read(std::span<char> buffer) {
+    const auto count = ::read(descriptor_, buffer.data(), buffer.size());
+    if (count < 0 && errno == EINTR) return;
+    if (count <= 0) {
+      descriptor_ = -1;
+      return;
+    }
+    const auto room = limit_ - into_.size();
+    into_.append(buffer.data(), std::min(room, static_cast<std::size_t>(count)));
+    if (static_cast<std::size_t>(count) > room) isWithinLimit_ = false;
+  }
+
+ private:
+  int descriptor_;
+  std::size_t limit_;
+  std::string& into_;
+  bool isWithinLimit_ = true;
+};
+
+/// Reads both streams to their ends, or until `stop` is readable or there is more output than its limit.
+void readStreams(CapturedStream& output, CapturedStream& error, int stop) {
   std::array<char, 65536> buffer;
-  std::array<pollfd, 2> watched = {{{output, POLLIN, 0}, {stop, POLLIN, 0}}};
-  while (true) {
+  while (output.isWithinLimit() && !(output.hasEnded() && error.hasEnded())) {
+    std::array<pollfd, 3> watched = {pollfd{stop, POLLIN, 0}, output.watched(), error.watched()};
     if (::poll(watched.data(), watched.size(), -1) < 0) {
       if (errno == EINTR) continue;
-      return true;
+      return;
     }
-    if (watched[1].revents != 0) return true;
-    const auto count = ::read(output, buffer.data(), buffer.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return true;
-    const auto room = limit - into.size();
-    into.append(buffer.data(), std::min(room, static_cast<std::size_t>(count)));
-    if (static_cast<std::size_t>(count) > room) return false;
+    if (watched[0].revents != 0) return;
+    if (watched[1].revents != 0) output.read(buffer);
+    if (watched[2].revents != 0) error.read(buffer);
   }
 }
 
@@ -117,38 +170,36 @@ std::expected<ChildResult, PlatformError> PosixChildProcesses::runChild(const Ch
                                                                         const ChildEnding& ending) {
   if (ending.kill.stop_requested()) return ChildResult{SIGKILL, {}};
   if (ending.terminate.stop_requested()) return ChildResult{SIGTERM, {}};
-  Pipe output;
-  Pipe stop;
-  if (command.output == ChildStream::captured) {
-    auto first = makePipe();
-    if (!first) return std::unexpected(std::move(first.error()));
-    auto second = makePipe();
-    if (!second) return std::unexpected(std::move(second.error()));
-    output = std::move(*first);
-    stop = std::move(*second);
-  }
-  const auto process = spawnChild(realPath_(command.executable), command, output.writing.number());
+  auto pipes = pipesFor(command);
+  if (!pipes) return std::unexpected(std::move(pipes.error()));
+  auto& [output, error, stop] = *pipes;
+  const CaptureDescriptors captured{output.writing.number(), error.writing.number()};
+  const auto process = spawnChild(realPath_(command.executable), command, captured);
   if (!process) return std::unexpected(process.error());
   (void)output.writing.close();
+  (void)error.writing.close();
   const bool leadsGroup = command.output != ChildStream::inherited;
   const Child child{*process, leadsGroup ? -*process : *process, std::move(stop)};
-  auto result = attend(child, std::move(output.reading), ending);
+  auto result = attend(child, std::move(output.reading), std::move(error.reading), ending);
   (void)waitFor(*process, 0);
   return result;
 }
 
-ChildResult PosixChildProcesses::attend(const Child& child, Descriptor output, const ChildEnding& ending) {
+ChildResult PosixChildProcesses::attend(const Child& child, Descriptor output, Descriptor error,
+                                        const ChildEnding& ending) {
   const Attendance attendance(*this, child);
   const std::stop_callback terminating(ending.terminate, [&child] { child.terminate(); });
   const std::stop_callback killing(ending.kill, [&child] { child.kill(); });
   ChildResult result;
-  const bool isWithinLimit =
-      !output || readOutput(output.number(), child.stop.reading.number(), outputLimit_, result.output);
-  if (!isWithinLimit) child.kill();
+  CapturedStream outputStream(output.number(), outputLimit_, result.output);
+  CapturedStream errorStream(error.number(), errorLimit, result.error);
+  readStreams(outputStream, errorStream, child.stop.reading.number());
+  if (!outputStream.isWithinLimit()) child.kill();
   (void)output.close();
+  (void)error.close();
   // The child stays a zombie until all that may signal it is gone, so that no signal meets a recycled number.
   const auto end = waitFor(child.process, WNOWAIT);
-  result.status = isWithinLimit ? end.si_status : SIGKILL;
+  result.status = outputStream.isWithinLimit() ? end.si_status : SIGKILL;
   return result;
 }
 

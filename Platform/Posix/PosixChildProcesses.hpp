@@ -36,7 +36,7 @@ class PosixChildProcesses final : public ChildProcesses {
   class Attendance;
 
   std::expected<ChildResult, PlatformError> runChild(const ChildCommand& command, const ChildEnding& ending);
-  ChildResult attend(const Child& child, Descriptor output, const ChildEnding& ending);
+  ChildResult attend(const Child& child, Descriptor output, Descriptor error, const ChildEnding& ending);
 
   const PathMap realPath_;
   const std::size_t outputLimit_;

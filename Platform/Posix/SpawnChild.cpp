@@ -46,14 +46,11 @@ class SpawnAttributes {
 
 class SpawnStreams {
  public:
-  SpawnStreams(const ChildCommand& command, int output) {
+  SpawnStreams(const ChildCommand& command, CaptureDescriptors captured) {
     posix_spawn_file_actions_init(&value_);
     if (command.output != ChildStream::inherited) open(STDIN_FILENO, O_RDONLY);
-    if (command.output == ChildStream::discarded) open(STDOUT_FILENO, O_WRONLY);
-    if (command.output == ChildStream::captured) {
-      posix_spawn_file_actions_adddup2(&value_, output, STDOUT_FILENO);
-    }
-    if (command.error != ChildStream::inherited) open(STDERR_FILENO, O_WRONLY);
+    lead(STDOUT_FILENO, command.output, captured.output);
+    lead(STDERR_FILENO, command.error, captured.error);
   }
   SpawnStreams(const SpawnStreams&) = delete;
   SpawnStreams& operator=(const SpawnStreams&) = delete;
@@ -62,6 +59,11 @@ class SpawnStreams {
   const posix_spawn_file_actions_t* get() const { return &value_; }
 
  private:
+  void lead(int number, ChildStream to, int captured) {
+    if (to == ChildStream::discarded) open(number, O_WRONLY);
+    if (to == ChildStream::captured) posix_spawn_file_actions_adddup2(&value_, captured, number);
+  }
+
   void open(int number, int mode) { posix_spawn_file_actions_addopen(&value_, number, nowhere, mode, 0); }
 
   posix_spawn_file_actions_t value_{};
@@ -78,9 +80,9 @@ std::vector<char*> argumentList(const ChildCommand& command) {
 }  // namespace
 
 std::expected<pid_t, PlatformError> spawnChild(const std::string& realPath, const ChildCommand& command,
-                                               int output) {
+                                               CaptureDescriptors captured) {
   const SpawnAttributes attributes(command.output != ChildStream::inherited);
-  const SpawnStreams streams(command, output);
+  const SpawnStreams streams(command, captured);
   const auto arguments = argumentList(command);
   pid_t child = 0;
   const int failure =

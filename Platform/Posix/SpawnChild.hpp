@@ -9,10 +9,16 @@
 
 namespace ostrel {
 
-/// Starts the command's child from the executable at the real path; `output` is where captured output goes.
+/// Descriptors that take the captured streams of a child.
+struct CaptureDescriptors {
+  int output = -1;
+  int error = -1;
+};
+
+/// Starts the command's child from the executable at the real path.
 /// The child has every signal at its default and none blocked, and leads a process group unless it inherits
 /// the output.
 std::expected<pid_t, PlatformError> spawnChild(const std::string& realPath, const ChildCommand& command,
-                                               int output);
+                                               CaptureDescriptors captured);
 
 }  // namespace ostrel

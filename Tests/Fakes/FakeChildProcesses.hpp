@@ -21,6 +21,18 @@ class FakeChildProcesses final : public ChildProcesses {
     commands.push_back(command);
     if (ending.kill.stop_requested()) return ChildResult{SIGKILL, ""};
     if (ending.terminate.stop_requested()) return ChildResult{SIGTERM, ""};
+    auto result = next(command);
+    if (result && command.error != ChildStream::captured) result->error.clear();
+    return result;
+  }
+
+  std::deque<Result> script;  ///< what the next runs give
+  std::function<Result(const ChildCommand&)>
+      answer;                          ///< what every run gives for which the script has nothing
+  std::vector<ChildCommand> commands;  ///< every command that was run, in order
+
+ private:
+  Result next(const ChildCommand& command) {
     if (script.empty() && answer) return answer(command);
     if (script.empty()) {
       ADD_FAILURE() << "no script for a run of " << command.executable;
@@ -30,11 +42,6 @@ class FakeChildProcesses final : public ChildProcesses {
     script.pop_front();
     return result;
   }
-
-  std::deque<Result> script;  ///< what the next runs give
-  std::function<Result(const ChildCommand&)>
-      answer;                          ///< what every run gives for which the script has nothing
-  std::vector<ChildCommand> commands;  ///< every command that was run, in order
 };
 
 }  // namespace ostrel

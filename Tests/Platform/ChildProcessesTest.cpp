@@ -124,6 +124,35 @@ TEST_F(PosixChildProcessesTest, ReadsFiveMegabytesAndReportsAChildThatWritesMore
   for (const auto& [script, result] : rows) EXPECT_EQ(limited.run(shell(script)), result) << script;
 }
 
+TEST_F(PosixChildProcessesTest, CapturesTheFirst64KiBOfStandardErrorAndReadsTheRest) {
+  struct Row {
+    const char* script;
+    ChildStream output;
+    ChildResult result;
+  };
+  const std::string most(65536, '\0');
+  const Row rows[] = {
+      {"printf out; printf err >&2; exit 3", ChildStream::captured, {3, "out", "err"}},
+      {"printf lost; printf err >&2; exit 3", ChildStream::discarded, {3, "", "err"}},
+      {"printf err >&2; exit 4", ChildStream::inherited, {4, "", "err"}},
+      {"exec 2>&-; sleep 0.05; printf out", ChildStream::captured, {0, "out", ""}},
+      {"exec >&-; sleep 0.05; printf err >&2", ChildStream::captured, {0, "", "err"}},
+      {"head -c 65536 /dev/zero >&2", ChildStream::discarded, {0, "", most}},
+      {"head -c 65537 /dev/zero >&2", ChildStream::discarded, {0, "", most}},
+      {"head -c 5000000 /dev/zero >&2; printf end", ChildStream::captured, {0, "end", most}},
+      {"timeout 0.2 cat /dev/zero >&2; exit 5", ChildStream::discarded, {5, "", most}},
+  };
+  for (const auto& row : rows) {
+    auto command = shell(row.script, row.output);
+    command.error = ChildStream::captured;
+    EXPECT_TRUE(children.run(command) == row.result) << row.script;
+  }
+  PosixChildProcesses limited(unmapped, 1000);
+  auto command = shell("printf err >&2; cat /dev/zero");
+  command.error = ChildStream::captured;
+  EXPECT_EQ(limited.run(command), (ChildResult{SIGKILL, std::string(1000, '\0'), "err"}));
+}
+
 TEST_F(PosixChildProcessesTest, EndsARunOnRequest) {
   struct Row {
     std::string script;
@@ -234,6 +263,13 @@ TEST(ChildProcessesContract, ARunTellsItsOutputUnlessItsEndIsAskedForBeforeItsSt
        {static_cast<ChildProcesses*>(&fake), static_cast<ChildProcesses*>(&real)}) {
     fake.script.emplace_back(ChildResult{7, "hello"});
     EXPECT_EQ(children->run(shell("printf hello; exit 7")), (ChildResult{7, "hello"}));
+    for (const auto error : {ChildStream::captured, ChildStream::discarded}) {
+      fake.script.emplace_back(ChildResult{1, "", "why"});
+      const auto result =
+          children->run({"/bin/sh", {"-c", "printf why >&2; exit 1"}, ChildStream::discarded, error});
+      EXPECT_EQ(result, (ChildResult{1, "", error == ChildStream::captured ? "why" : ""}));
+    }
+    fake.script.clear();
     EXPECT_EQ(children->run(shell("sleep 100"), {stop.get_token(), {}}), (ChildResult{SIGTERM, ""}));
     EXPECT_EQ(children->run(shell("sleep 100"), {{}, stop.get_token()}), (ChildResult{SIGKILL, ""}));
   }
