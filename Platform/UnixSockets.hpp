@@ -22,8 +22,9 @@ class UnixSocket {
  public:
   virtual ~UnixSocket() = default;
 
-  /// Limits every later read and write (and a connect that has to wait). A failure changes nothing.
-  virtual void setTimeouts(std::chrono::seconds receive, std::chrono::seconds send) = 0;
+  /// Limits every later read and write, and a connect that has to wait; what takes longer fails. A limit that
+  /// cannot be set is left out.
+  virtual void setTimeouts(std::chrono::milliseconds receive, std::chrono::milliseconds send) = 0;
 
   virtual std::expected<void, ErrorNumber> connect(const std::string& path) = 0;
 

@@ -1,6 +1,5 @@
 #include "Platform/Posix/PosixUnixSockets.hpp"
 
-#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <sys/un.h>
@@ -11,29 +10,32 @@
 #include <iterator>
 #include <utility>
 
-#include "Platform/Posix/Descriptor.hpp"
+#include "Platform/Posix/StreamSocket.hpp"
 
 namespace ostrel {
 
 namespace {
 
+using Connected = std::expected<void, ErrorNumber>;
+
 std::unexpected<ErrorNumber> failure(int number) { return std::unexpected(ErrorNumber{number}); }
 
-int connectTo(int socket, const std::string& path) {
+bool fitsAnAddress(const std::string& path) { return path.size() < sizeof sockaddr_un::sun_path; }
+
+Connected connectTo(int socket, const std::string& path) {
+  if (!fitsAnAddress(path)) return failure(ENAMETOOLONG);
   sockaddr_un address{};
-  if (path.size() >= sizeof address.sun_path) return ENAMETOOLONG;
   address.sun_family = AF_UNIX;
   std::ranges::copy(path, std::begin(address.sun_path));
   const auto* generic = reinterpret_cast<const sockaddr*>(&address);
-  return ::connect(socket, generic, sizeof address) == 0 ? 0 : errno;
+  if (::connect(socket, generic, sizeof address) != 0) return failure(errno);
+  return {};
 }
 
-/// Connects by way of the folder's descriptor, whose path is short however deep the folder lies.
-int connectThroughFolder(int socket, const std::filesystem::path& path) {
-  const Descriptor folder(::open(path.parent_path().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-  if (!folder) return errno;
-  const auto name = path.filename().string();
-  return connectTo(socket, "/proc/self/fd/" + std::to_string(folder.number()) + "/" + name);
+Connected connectThroughFolder(int socket, const std::filesystem::path& path) {
+  const auto folder = openFolder(path.parent_path());
+  if (!folder) return std::unexpected(folder.error());
+  return connectTo(socket, folder->shortPath + "/" + path.filename().string());
 }
 
 class PosixUnixSocket final : public UnixSocket {
@@ -41,17 +43,15 @@ class PosixUnixSocket final : public UnixSocket {
   PosixUnixSocket(Descriptor socket, const PathMap& realPath)
       : socket_(std::move(socket)), realPath_(realPath) {}
 
-  void setTimeouts(std::chrono::seconds receive, std::chrono::seconds send) override {
+  void setTimeouts(std::chrono::milliseconds receive, std::chrono::milliseconds send) override {
     setTimeout(SO_RCVTIMEO, receive);
     setTimeout(SO_SNDTIMEO, send);
   }
 
-  std::expected<void, ErrorNumber> connect(const std::string& path) override {
+  Connected connect(const std::string& path) override {
     const auto real = realPath_(path);
-    const bool fits = real.size() < sizeof sockaddr_un::sun_path;
-    const int error = fits ? connectTo(socket_.number(), real) : connectThroughFolder(socket_.number(), real);
-    if (error != 0) return failure(error);
-    return {};
+    return fitsAnAddress(real) ? connectTo(socket_.number(), real)
+                               : connectThroughFolder(socket_.number(), real);
   }
 
   std::expected<std::size_t, ErrorNumber> write(std::string_view bytes) override {
@@ -67,9 +67,11 @@ class PosixUnixSocket final : public UnixSocket {
   }
 
  private:
-  void setTimeout(int option, std::chrono::seconds limit) {
+  void setTimeout(int option, std::chrono::milliseconds limit) {
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(limit);
     timeval value{};
-    value.tv_sec = limit.count();
+    value.tv_sec = static_cast<time_t>(seconds.count());
+    value.tv_usec = static_cast<suseconds_t>(std::chrono::microseconds(limit - seconds).count());
     (void)::setsockopt(socket_.number(), SOL_SOCKET, option, &value, sizeof value);
   }
 
@@ -82,9 +84,9 @@ class PosixUnixSocket final : public UnixSocket {
 PosixUnixSockets::PosixUnixSockets(PathMap realPath) : realPath_(std::move(realPath)) {}
 
 std::expected<std::unique_ptr<UnixSocket>, ErrorNumber> PosixUnixSockets::open() {
-  Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-  if (!socket) return failure(errno);
-  return std::make_unique<PosixUnixSocket>(std::move(socket), realPath_);
+  auto socket = openStreamSocket();
+  if (!socket) return std::unexpected(socket.error());
+  return std::make_unique<PosixUnixSocket>(std::move(*socket), realPath_);
 }
 
 }  // namespace ostrel

@@ -11,6 +11,7 @@
 #include "Tests/Fakes/FakeStandardStreams.hpp"
 #include "Tests/Fakes/FakeStatusItem.hpp"
 #include "Tests/Fakes/FakeTimeFormat.hpp"
+#include "Tests/Fakes/FakeUnixSockets.hpp"
 
 namespace ostrel {
 
@@ -25,6 +26,7 @@ struct FakeHost {
   FakeBundle bundle;
   FakeTimeFormat timeFormat;
   FakeStandardStreams standardStreams;
+  FakeUnixSockets unixSockets;
   FakeNetworkPreferences networkPreferences;
   FakeShell shell;
   FakeStatusItem statusItem;

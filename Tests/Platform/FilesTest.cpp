@@ -76,9 +76,11 @@ TEST_F(PosixFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
   const rlimit tight{1000, before.rlim_max};
   ::setrlimit(RLIMIT_FSIZE, &tight);
   const auto written = files.writeAtomically("/file", std::string(5000, 'x'));
+  const auto created = files.createPrivately("/new", std::string(5000, 'x'));
   ::setrlimit(RLIMIT_FSIZE, &before);
   (void)std::signal(SIGXFSZ, signal);
   EXPECT_EQ(codeOf(written), EFBIG);
+  EXPECT_EQ(codeOf(created), EFBIG);
   EXPECT_EQ(codeOf(files.writeAtomically("/" + std::string(300, 'n'), "new")), ENAMETOOLONG);
   EXPECT_EQ(folder.read("file"), "old");
   const std::string longest = "/" + std::string(255, 'n');
@@ -98,6 +100,24 @@ TEST_F(PosixFilesTest, AFileIsPrivateAndALinkToItStaysALink) {
             std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
   std::filesystem::create_symlink(folder / "gone", folder / "dangling");
   EXPECT_EQ(codeOf(files.writeAtomically("/dangling", "new")), ENOENT);
+}
+
+TEST_F(FilesContract, AFileThatIsCreatedPrivatelyIsNeverOneThatWasThere) {
+  FakeFiles fake;
+  for (Files* each : {static_cast<Files*>(&files), static_cast<Files*>(&fake)}) {
+    ASSERT_EQ(codeOf(each->makeFolders("/a")), 0);
+    EXPECT_EQ(codeOf(each->createPrivately("/a/file", "first")), 0);
+    EXPECT_EQ(codeOf(each->createPrivately("/a/file", "second")), EEXIST);
+    EXPECT_EQ(each->read("/a/file"), "first");
+    EXPECT_EQ(codeOf(each->createPrivately("/a", "")), EEXIST);
+    EXPECT_EQ(codeOf(each->createPrivately("/missing/file", "")), ENOENT);
+  }
+  std::filesystem::create_symlink(folder / "elsewhere", folder / "link");
+  EXPECT_EQ(codeOf(files.createPrivately("/link", "")), EEXIST);
+  EXPECT_FALSE(files.exists("/elsewhere"));
+  struct stat status {};
+  ASSERT_EQ(::stat((folder / "a/file").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0600U);
 }
 
 TEST_F(PosixFilesTest, TellsExecutablesModificationTimesAndWhatIsBelowAFile) {
