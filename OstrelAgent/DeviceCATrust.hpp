@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "OstrelAgent/ControlSocket.hpp"
+#include "Platform/ChildProcesses.hpp"
+#include "Platform/Files.hpp"
+#include "Platform/UserAccount.hpp"
+
+namespace ostrel {
+
+/// Has the person trust this Mac's device certificate, which the daemon holds. A copy may be used on another
+/// thread.
+class DeviceCATrust {
+ public:
+  struct Outcome {
+    enum class Case {
+      failed,
+      trusted,
+      cancelled  ///< the person declined the system's question; nothing is to be shown
+    };
+
+    Case kind = Case::failed;
+    std::string message = {};  ///< of `failed`: the sentence to show
+
+    bool operator==(const Outcome&) const = default;
+  };
+
+  DeviceCATrust(ControlSocket socket, Files& files, ChildProcesses& childProcesses,
+                const UserAccount& account);
+
+  /// Asks the daemon, then the person, then the daemon again. Blocks for as long as the person thinks about
+  /// it.
+  Outcome ensureTrusted() const;
+
+ private:
+  Outcome write(std::string_view certPEM) const;
+  Outcome runTool(const std::string& stagedFile) const;
+
+  ControlSocket socket_;
+  Files& files_;
+  ChildProcesses& childProcesses_;
+  const UserAccount& account_;
+};
+
+/// What a run of the system's security tool came to: its exit status, and what it wrote when the person
+/// declined.
+DeviceCATrust::Outcome outcomeOfSecurityTool(const ChildResult& result);
+
+}  // namespace ostrel
