@@ -54,6 +54,11 @@ std::vector<CanvasPath> badgeMark(MenuBarBadge badge, const CanvasRect& rect) {
   return {cross};
 }
 
+void drawBadge(Canvas& canvas, const CanvasRect& rect, MenuBarBadge badge, MenuBarPalette palette) {
+  canvas.fill(badgePath(badge, rect), palette.color(badge), Compositing::sourceOver);
+  for (const auto& part : badgeMark(badge, rect)) canvas.fill(part, black, Compositing::destinationOut);
+}
+
 }  // namespace
 
 ProtectionVerdict ProtectionVerdict::fromWire(std::string_view wire, std::int64_t offByPolicy) {
@@ -140,7 +145,7 @@ std::string_view MenuBarPalette::glyphName() const {
 MenuBarIcon MenuBarIcon::of(const ProtectionVerdict& verdict, MenuBarPalette palette, bool hasGlyph,
                             bool hasSymbol) {
   const auto sign = MenuBarSign::of(verdict);
-  MenuBarIcon icon{menubarpicture::Title{sign.emoji}, verdict.menuBarDescription()};
+  MenuBarIcon icon{menubarpicture::Title{sign.emoji, sign.badge, palette}, verdict.menuBarDescription()};
   if (hasSymbol) icon.picture = menubarpicture::Symbol{sign.symbol};
   if (hasGlyph) icon.picture = menubarpicture::Glyph{sign.badge, palette};
   return icon;
@@ -179,8 +184,13 @@ void drawMenuBarImage(Canvas& canvas, double width, double height, MenuBarBadge 
   // A gap around the badge keeps it apart from the glyph.
   canvas.fill(path, black, Compositing::destinationOut);
   canvas.stroke(path, 3.2 * unit, black, Compositing::destinationOut);
-  canvas.fill(path, palette.color(badge), Compositing::sourceOver);
-  for (const auto& part : badgeMark(badge, rect)) canvas.fill(part, black, Compositing::destinationOut);
+  drawBadge(canvas, rect, badge, palette);
+}
+
+void drawMenuBarTitle(Canvas& canvas, double side, const menubarpicture::Title& title) {
+  const CanvasRect whole{0, 0, side, side};
+  if (canvas.drawText(title.emoji, whole, title.palette.color(title.badge))) return;
+  drawBadge(canvas, whole, title.badge, title.palette);
 }
 
 }  // namespace ostrel

@@ -74,8 +74,11 @@ struct Symbol {
   std::string_view name;
   bool operator==(const Symbol&) const = default;
 };
+/// Plain text, and what stands for it where no font has the emoji.
 struct Title {
   std::string_view emoji;
+  MenuBarBadge badge = MenuBarBadge::square;
+  MenuBarPalette palette = {};
   bool operator==(const Title&) const = default;
 };
 }  // namespace menubarpicture
@@ -101,5 +104,9 @@ CanvasPath badgePath(MenuBarBadge badge, const CanvasRect& rect);
 /// lower right corner the badge with its mark.
 void drawMenuBarImage(Canvas& canvas, double width, double height, MenuBarBadge badge,
                       MenuBarPalette palette);
+
+/// Draws a square image of that many points for a title, where the menu bar shows no text: the emoji or,
+/// where no font has it, the badge alone.
+void drawMenuBarTitle(Canvas& canvas, double side, const menubarpicture::Title& title);
 
 }  // namespace ostrel

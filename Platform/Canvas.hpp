@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -75,6 +76,10 @@ class Canvas {
   /// Strokes the outline, half of the width on either side of it.
   virtual void stroke(const CanvasPath& path, double lineWidth, CanvasColor color,
                       Compositing compositing) = 0;
+
+  /// Draws a text as large as it fits into the rectangle, in that colour where it has none of its own. False
+  /// when no font has it; then nothing is drawn.
+  virtual bool drawText(std::string_view text, const CanvasRect& rect, CanvasColor color) = 0;
 };
 
 }  // namespace ostrel

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QColor>
+#include <QGuiApplication>
 #include <utility>
 
 #include "Tests/Fakes/TemporaryFolder.hpp"
@@ -89,6 +90,27 @@ TEST(IconImage, GivesEachBadgeItsOwnOutlineAndMark) {
     expectPixel(octagon, x, y, {}, 0);
   }
   expectPixel(octagon, 43, 37, color(MenuBarBadge::octagon), 255);
+}
+
+TEST(IconImage, DrawsATitleAsLargeAsItFitsOrItsBadgeForWantOfAFont) {
+  char name[] = "test";
+  char* arguments[] = {name, nullptr};
+  int count = 1;
+  const QGuiApplication application(count, arguments);
+  const auto draw = [](const char* text) { return titleImage({text, MenuBarBadge::octagon, dark}, 54); };
+  const auto color = dark.color(MenuBarBadge::octagon);
+  // A full block, which leaves out what is beside it, since it is higher than wide.
+  const auto block = draw("\u2588");
+  expectPixel(block, 27, 27, color, 255);
+  expectPixel(block, 27, 2, color, 255);
+  expectPixel(block, 27, 51, color, 255);
+  expectPixel(block, 2, 27, {}, 0);
+  EXPECT_EQ(draw("\u2588\uFE0F"), block) << "a choice of shape needs no shape";
+  const auto badge = draw("\U000F0000");
+  expectPixel(badge, 27, 5, color, 255);
+  expectPixel(badge, 5, 27, color, 255);
+  expectPixel(badge, 27, 27, {}, 0);
+  EXPECT_EQ(draw("\u2588\U000F0000"), badge);
 }
 
 TEST(IconImage, LoadsTheBundlesGlyphsBlackOnTransparent) {

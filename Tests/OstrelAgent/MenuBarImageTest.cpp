@@ -40,6 +40,14 @@ class RecordingCanvas : public Canvas {
     lines.push_back(line.str());
     paths.push_back(path);
   }
+  bool drawText(std::string_view text, const CanvasRect& rect, CanvasColor color) override {
+    if (!hasFont) return false;
+    lines.push_back(std::string(text) + " in " + this->text(rect) +
+                    this->text(color, Compositing::sourceOver));
+    return true;
+  }
+
+  bool hasFont = true;
 
  private:
   static std::string text(const CanvasRect& rect) {
@@ -124,6 +132,19 @@ TEST(MenuBarImage, IsGlyphThenTintThenGapThenBadgeThenMark) {
     EXPECT_EQ(canvas.paths[0], canvas.paths[1]);
     EXPECT_EQ(canvas.paths[0], canvas.paths[2]);
   }
+}
+
+TEST(MenuBarImage, IsTheEmojiForWantOfTheGlyphOrTheBadgeForWantOfAFont) {
+  RecordingCanvas canvas;
+  const menubarpicture::Title title{"!", MenuBarBadge::square, dark};
+  drawMenuBarTitle(canvas, 36, title);
+  EXPECT_EQ(canvas.lines, std::vector<std::string>{"! in 0,0 36x36 #E3A83A over"});
+  canvas = {};
+  canvas.hasFont = false;
+  drawMenuBarTitle(canvas, 36, title);
+  EXPECT_EQ(canvas.lines,
+            (std::vector<std::string>{"fill #E3A83A over", "fill #000000 out", "fill #000000 out"}));
+  EXPECT_EQ(canvas.paths[0], badgePath(MenuBarBadge::square, {0, 0, 36, 36}));
 }
 
 TEST(MenuBarImage, PlacesTheBadgeByTheGlyphsHeight) {

@@ -53,7 +53,8 @@ TEST(Verdict, ShowsTheBestPictureThatTheMenuBarHas) {
   EXPECT_EQ(picture(true, true), glyph);
   EXPECT_EQ(picture(true, false), glyph);
   EXPECT_EQ(picture(false, true), MenuBarPicture(menubarpicture::Symbol{"exclamationmark.shield.fill"}));
-  EXPECT_EQ(picture(false, false), MenuBarPicture(menubarpicture::Title{warning}));
+  EXPECT_EQ(picture(false, false),
+            MenuBarPicture(menubarpicture::Title{warning, MenuBarBadge::octagon, dark}));
   EXPECT_EQ(MenuBarIcon::of(verdict, dark, false, false).text, "Ostrel Agent: not protected");
   EXPECT_EQ(MenuBarPalette::matching(std::nullopt), MenuBarPalette::matching(Appearance::light));
 }

@@ -31,6 +31,12 @@ std::optional<QImage> readPicture(const QString& path) {
   return picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
+QImage transparentImage(QSize size) {
+  QImage image(size, QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::transparent);
+  return image;
+}
+
 }  // namespace
 
 std::optional<QImage> loadGlyph(const std::string& resources, std::string_view name, int scale) {
@@ -47,11 +53,19 @@ bool hasGlyph(const std::string& resources, std::string_view name) {
 }
 
 QImage iconImage(const QImage& glyph, MenuBarBadge badge, MenuBarPalette palette) {
-  QImage image(glyph.size(), QImage::Format_ARGB32_Premultiplied);
-  image.fill(Qt::transparent);
+  auto image = transparentImage(glyph.size());
   {
     PainterCanvas canvas(image, glyph);
     drawMenuBarImage(canvas, image.width(), image.height(), badge, palette);
+  }
+  return image;
+}
+
+QImage titleImage(const menubarpicture::Title& title, int side) {
+  auto image = transparentImage({side, side});
+  {
+    PainterCanvas canvas(image);
+    drawMenuBarTitle(canvas, side, title);
   }
   return image;
 }

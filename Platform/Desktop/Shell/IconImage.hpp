@@ -19,4 +19,7 @@ bool hasGlyph(const std::string& resources, std::string_view name);
 /// The menu-bar image in the pixels of the glyph.
 QImage iconImage(const QImage& glyph, MenuBarBadge badge, MenuBarPalette palette);
 
+/// The title as a square image of that many pixels.
+QImage titleImage(const menubarpicture::Title& title, int side);
+
 }  // namespace ostrel

@@ -1,10 +1,15 @@
 #include "Platform/Desktop/Shell/PainterCanvas.hpp"
 
 #include <QColor>
+#include <QFont>
+#include <QFontMetricsF>
 #include <QPainterPath>
 #include <QPen>
 #include <QPolygonF>
 #include <QRectF>
+#include <QString>
+#include <algorithm>
+#include <utility>
 #include <variant>
 
 namespace ostrel {
@@ -49,10 +54,18 @@ QPainterPath pathOf(const CanvasPath& path) {
   return result;
 }
 
+bool hasText(const QFontMetricsF& font, const QString& text) {
+  const auto characters = text.toUcs4();
+  return std::ranges::all_of(characters, [&](char32_t character) {
+    // What only chooses the shape of the character before it needs no shape of its own.
+    return QChar::category(character) == QChar::Mark_NonSpacing || font.inFontUcs4(character);
+  });
+}
+
 }  // namespace
 
-PainterCanvas::PainterCanvas(QImage& image, const QImage& glyph)
-    : glyph_(glyph), flip_(1, 0, 0, -1, 0, image.height()), painter_(&image) {
+PainterCanvas::PainterCanvas(QImage& image, QImage glyph)
+    : glyph_(std::move(glyph)), flip_(1, 0, 0, -1, 0, image.height()), painter_(&image) {
   painter_.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
 }
 
@@ -78,6 +91,26 @@ void PainterCanvas::stroke(const CanvasPath& path, double lineWidth, CanvasColor
   painter_.setCompositionMode(modeOf(compositing));
   painter_.strokePath(flip_.map(pathOf(path)),
                       QPen(colorOf(color), lineWidth, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
+}
+
+bool PainterCanvas::drawText(std::string_view text, const CanvasRect& rect, CanvasColor color) {
+  const auto string = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+  const auto target = flip_.mapRect(rectOf(rect));
+  QFont font;
+  font.setPixelSize(std::max(1, static_cast<int>(target.height())));
+  const QFontMetricsF metrics(font);
+  const auto ink = metrics.tightBoundingRect(string);
+  if (ink.isEmpty() || !hasText(metrics, string)) return false;
+  const double scale = std::min(target.width() / ink.width(), target.height() / ink.height());
+  painter_.save();
+  painter_.setCompositionMode(QPainter::CompositionMode_SourceOver);
+  painter_.translate(target.center());
+  painter_.scale(scale, scale);
+  painter_.setFont(font);
+  painter_.setPen(colorOf(color));
+  painter_.drawText(-ink.center(), string);
+  painter_.restore();
+  return true;
 }
 
 }  // namespace ostrel

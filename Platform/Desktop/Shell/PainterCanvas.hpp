@@ -11,16 +11,17 @@ namespace ostrel {
 /// Draws into an image of the toolkit, one pixel a point. The image is complete once the canvas is gone.
 class PainterCanvas : public Canvas {
  public:
-  /// The image has an alpha channel; it and the glyph outlive the canvas.
-  PainterCanvas(QImage& image, const QImage& glyph);
+  /// The image has an alpha channel and outlives the canvas.
+  explicit PainterCanvas(QImage& image, QImage glyph = {});
 
   void drawGlyph(const CanvasRect& rect, double opacity) override;
   void fillRect(const CanvasRect& rect, CanvasColor color, Compositing compositing) override;
   void fill(const CanvasPath& path, CanvasColor color, Compositing compositing) override;
   void stroke(const CanvasPath& path, double lineWidth, CanvasColor color, Compositing compositing) override;
+  bool drawText(std::string_view text, const CanvasRect& rect, CanvasColor color) override;
 
  private:
-  const QImage& glyph_;
+  QImage glyph_;
   QTransform flip_;  ///< to the image's pixels, which are counted from above
   QPainter painter_;
 };
