@@ -2,12 +2,12 @@
 
 #include <utility>
 
-#include "OstrelAgent/Verdict.hpp"
 #include "Platform/Console/ConsoleScreens.hpp"
 #include "Platform/Console/ConsoleStatusItem.hpp"
 #include "Tests/Fakes/FakeScreens.hpp"
 #include "Tests/Fakes/FakeStandardStreams.hpp"
 #include "Tests/Fakes/FakeStatusItem.hpp"
+#include "Tests/Fakes/ShellContract.hpp"
 
 namespace ostrel {
 namespace {
@@ -26,37 +26,14 @@ struct ConsoleHost {
   ConsoleStatusItem statusItem{streams};
 };
 
-struct FakedHost {
+TEST(ConsoleScreens, KeepTheContractAsTheFakesDo) {
+  ConsoleHost host;
   FakeScreens screens;
   FakeStatusItem statusItem;
-};
-
-template <class Host>
-struct PanelContract : testing::Test {
-  Host host;
-};
-using Hosts = testing::Types<FakedHost, ConsoleHost>;
-TYPED_TEST_SUITE(PanelContract, Hosts);
-
-TYPED_TEST(PanelContract, ThePanelIsShownFromOpeningToClosing) {
-  Screens& screens = this->host.screens;
-  EXPECT_FALSE(screens.isPanelShown());
-  for (int round = 0; round < 2; ++round) {
-    screens.openPanel(contentWith("Protected"));
-    screens.updatePanel(contentWith("Not protected"));
-    EXPECT_TRUE(screens.isPanelShown());
-    screens.closePanel();
-    EXPECT_FALSE(screens.isPanelShown());
-  }
-}
-
-TYPED_TEST(PanelContract, EveryClickOnTheItemIsTold) {
-  int clicks = 0;
-  this->host.statusItem.install({[&] { ++clicks; }, [] {}, [](const PanelButton&) {}});
-  this->host.statusItem.show(MenuBarIcon{});
-  this->host.statusItem.click();
-  this->host.statusItem.click();
-  EXPECT_EQ(clicks, 2);
+  expectShownFromOpeningToClosing(host.screens);
+  expectShownFromOpeningToClosing(screens);
+  expectEveryClickIsTold(host.statusItem, [&] { host.statusItem.click(); });
+  expectEveryClickIsTold(statusItem, [&] { statusItem.click(); });
 }
 
 TEST(ConsoleScreens, PrintsThePanelWhenItOpensAndOnlyWhenItChanges) {

@@ -1,5 +1,6 @@
 #include "Tests/Desktop/EmbeddingTrayPeer.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -111,6 +112,19 @@ int DisplayPeer::depthOf(xcb_window_t window) const {
   const auto reply =
       owned(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
   return reply ? reply->depth : 0;
+}
+
+bool DisplayPeer::showsWindowOf(const std::string& windowClass) const {
+  const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
+  const auto tree = owned(xcb_query_tree_reply(connection_, xcb_query_tree(connection_, root), nullptr));
+  if (!tree) return false;
+  const auto* windows = xcb_query_tree_children(tree.get());
+  return std::any_of(windows, windows + xcb_query_tree_children_length(tree.get()), [&](xcb_window_t window) {
+    const auto cookie = xcb_get_window_attributes(connection_, window);
+    const auto attributes = owned(xcb_get_window_attributes_reply(connection_, cookie, nullptr));
+    return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
+           property(window, "WM_CLASS").ends_with(windowClass + '\0');
+  });
 }
 
 std::string DisplayPeer::property(xcb_window_t window, const std::string& name) const {

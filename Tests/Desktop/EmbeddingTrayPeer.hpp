@@ -56,6 +56,9 @@ class DisplayPeer {
   int depthOf(xcb_window_t window) const;
   std::string property(xcb_window_t window, const std::string& name) const;
 
+  /// Whether a window of that class can be seen, beside those in trays.
+  bool showsWindowOf(const std::string& windowClass) const;
+
  private:
   xcb_connection_t* connection_ = xcb_connect(nullptr, nullptr);
 };

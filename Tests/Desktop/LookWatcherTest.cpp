@@ -27,7 +27,8 @@ struct LookWatcherTest : DesktopTest {
   /// What the watcher has asked for or was told before has come when a call after it is answered.
   void settle() {
     for (int round = 0; round < 2; ++round) {
-      answerTo(program, callOf("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId", {}));
+      answerTo(program.connection(),
+               callOf("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId", {}));
       answerTo(desktop, callOf("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId", {}));
     }
     QCoreApplication::processEvents();
@@ -37,8 +38,6 @@ struct LookWatcherTest : DesktopTest {
     return spinUntil([&] { return watcher->look() == look; });
   }
 
-  QDBusConnection program = bus.connect();
-  QDBusConnection desktop = bus.connect();
   std::vector<DesktopLook> looks;
   std::unique_ptr<LookWatcher> watcher;
 };

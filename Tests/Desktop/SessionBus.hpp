@@ -5,6 +5,7 @@
 #include <QDBusMessage>
 #include <QDeadlineTimer>
 #include <QTimer>
+#include <csignal>
 #include <string>
 #include <vector>
 
@@ -38,6 +39,11 @@ class SessionBus {
 
   /// A connection of its own, as another program has it.
   QDBusConnection connect();
+
+  /// Takes connections, but is silent until it is resumed.
+  void pause() const { daemon_.signal(SIGSTOP); }
+  void resume() const { daemon_.signal(SIGCONT); }
+  void kill() const { daemon_.signal(SIGKILL); }
 
  private:
   TemporaryFolder folder_;

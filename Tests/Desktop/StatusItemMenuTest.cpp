@@ -30,7 +30,7 @@ struct StatusItemMenuTest : DesktopTest {
   StatusItemMenuTest() { menu.setButtons({check, open, quit}); }
 
   QDBusMessage callMenu(const QString& method, const QVariantList& takes, const QString& of = interface) {
-    return answerTo(desktop, callOf(program.baseService(), StatusItemMenu::path, of, method, takes));
+    return answerTo(desktop, callOf(programName, StatusItemMenu::path, of, method, takes));
   }
 
   QDBusMessage event(int id, const char* name = "clicked") {
@@ -49,11 +49,13 @@ struct StatusItemMenuTest : DesktopTest {
     return qdbus_cast<QList<DBusMenuProperties>>(answer.arguments().value(0));
   }
 
-  QDBusConnection program = bus.connect();
-  QDBusConnection desktop = bus.connect();
   std::vector<PanelButton> pressed;
+  bool isEmptiedByPress = false;
   SignalRecorder signalsOfMenu{desktop, StatusItemMenu::path, interface};
-  StatusItemMenu menu{program, [this](const PanelButton& button) { pressed.push_back(button); }};
+  StatusItemMenu menu{program, [this](const PanelButton& button) {
+                        if (isEmptiedByPress) menu.setButtons({});
+                        pressed.push_back(button);
+                      }};
 };
 
 TEST_F(StatusItemMenuTest, GivesItsLayoutAsHostsReadIt) {
@@ -109,6 +111,18 @@ TEST_F(StatusItemMenuTest, GivesThePropertiesOfTheItemsAskedFor) {
   const auto own = callMenu("GetAll", {interface}, properties);
   EXPECT_EQ(qdbus_cast<QVariantMap>(own.arguments().value(0)).keys(),
             QStringList({"IconThemePath", "Status", "TextDirection", "Version"}));
+}
+
+TEST_F(StatusItemMenuTest, RunsAsTheTextsOfItsLanguageDo) {
+  const auto direction = [&] {
+    const auto answer = callMenu("Get", {interface, "TextDirection"}, properties);
+    return answer.arguments().value(0).value<QDBusVariant>().variant();
+  };
+  EXPECT_EQ(direction(), "ltr");
+  menu.setButtons({{.title = "إنهاء", .action = PanelAction::quitStatusIcon}});
+  EXPECT_EQ(direction(), "rtl");
+  menu.setButtons({});
+  EXPECT_EQ(direction(), "ltr");
 }
 
 TEST_F(StatusItemMenuTest, HandsOverTheButtonThatWasClicked) {
@@ -171,17 +185,9 @@ TEST_F(StatusItemMenuTest, TellsOfANewLayoutWhenItIsOne) {
 }
 
 TEST_F(StatusItemMenuTest, MayChangeWhileOneOfItsItemsIsPressed) {
-  StatusItemMenu* other = nullptr;
-  auto connection = bus.connect();
-  StatusItemMenu changing(connection, [&](const PanelButton& button) {
-    other->setButtons({});
-    pressed.push_back(button);
-  });
-  other = &changing;
-  changing.setButtons({quit, check});
-  const QList<DBusMenuEvent> events = {{1, "clicked"}, {2, "clicked"}};
-  answerTo(desktop, callOf(connection.baseService(), StatusItemMenu::path, interface, "EventGroup",
-                           {QVariant::fromValue(events)}));
+  isEmptiedByPress = true;
+  const QList<DBusMenuEvent> events = {{3, "clicked"}, {1, "clicked"}};
+  callMenu("EventGroup", {QVariant::fromValue(events)});
   EXPECT_EQ(pressed, std::vector{quit});
 }
 

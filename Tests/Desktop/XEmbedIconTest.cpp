@@ -9,7 +9,6 @@
 #include "Tests/Desktop/DesktopTest.hpp"
 #include "Tests/Desktop/EmbeddingTrayPeer.hpp"
 #include "Tests/Desktop/TrayWatcher.hpp"
-#include "Tests/Fakes/FakeLog.hpp"
 
 namespace ostrel {
 namespace {
@@ -139,20 +138,21 @@ TEST_F(XEmbedIconTest, TellsOfAClickAtTheIconsEdgeTowardsTheMiddle) {
 }
 
 TEST_F(XEmbedIconTest, LeavesTheTrayToAStatusNotifierItem) {
-  const QDBusConnection program = bus.connect();
-  QDBusConnection desktop = bus.connect();
-  FakeLog log;
   const LookWatcher looks{program, [] {}};
   EmbeddingTrayPeer tray;
   std::optional<TrayWatcher> watcher(desktop);
   DesktopStatusItem item(program, RESOURCES, looks, log, [](QPoint) {});
-  const MenuBarPalette palette{MenuBarPalette::Case::light};
-  item.show({menubarpicture::Glyph{MenuBarBadge::dot, palette}, "t"});
+  const menubarpicture::Title withoutFont{"\U000F0000", MenuBarBadge::dot, {MenuBarPalette::Case::light}};
+  item.show({withoutFont, "t"});
   ASSERT_TRUE(spinUntil([&] { return !watcher->items.isEmpty(); }));
   EXPECT_FALSE(tray.hasEmbedded(22, 22));
   for (int times = 0; times < 2; ++times) {
     watcher.reset();
     ASSERT_TRUE(docks(tray));
+    EXPECT_TRUE(spinUntil([&] {
+      const auto picture = tray.picture(22, 22);
+      return !picture.isNull() && picture.pixel(11, 11) == qRgb(0x1E, 0x7A, 0x46);
+    })) << "the badge stands for what no font has";
     watcher.emplace(desktop);
     EXPECT_TRUE(goes(tray.icon()));
   }

@@ -1,22 +1,17 @@
-#include <gtest/gtest.h>
+#include "Tests/EndToEnd/DesktopShell.hpp"
 
-#include <QCoreApplication>
 #include <QDBusConnectionInterface>
-#include <QDBusVariant>
 #include <algorithm>
 #include <csignal>
 #include <fstream>
 #include <functional>
-#include <string>
+#include <iterator>
 
 #include "Platform/Desktop/Shell/DBusTypes.hpp"
-#include "Tests/Desktop/SessionBus.hpp"
-#include "Tests/Desktop/TrayWatcher.hpp"
 
 namespace ostrel {
 namespace {
 
-namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
 constexpr const char* shellName = "OstrelAgent.app/Contents/PlugIns/Shell.so";
@@ -32,74 +27,22 @@ std::string platformOf(pid_t process) {
   return {};
 }
 
+/// Whether a process has that file in its memory.
+bool hasLoaded(const Process& process, std::string_view name) {
+  std::ifstream file("/proc/" + std::to_string(process.number()) + "/maps");
+  const std::string maps{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  return maps.find(name) != std::string::npos;
+}
+
 std::string platformOf(const Process::Environment& environment) {
   const auto chosen = environment.find("QT_QPA_PLATFORM");
   return chosen == environment.end() ? "" : "QT_QPA_PLATFORM=" + chosen->second;
 }
 
-/// The program with a display that shows nothing, over a host root and a session bus of its own.
-struct DesktopShell : testing::Test {
-  void TearDown() override { EXPECT_TRUE(processesWith(place.path()).empty()) << "a child is left"; }
-
-  void control(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), CONTROL);
-    const auto ran = run(arguments, environment);
-    ASSERT_EQ(ran.status, 0) << ran.error;
-  }
-
-  Process menuBar(std::string_view lines = {}) { return Process({agent, "menubar"}, environment, lines); }
-
-  /// Puts the program into a bundle of the test's own.
-  void copyBundle() {
-    fs::copy(fs::path(AGENT).parent_path().parent_path().parent_path(), place / "OstrelAgent.app",
-             fs::copy_options::recursive);
-    agent = place / "OstrelAgent.app/Contents/MacOS/OstrelAgent";
-  }
-
-  static QString itemOf(const Process& process) {
-    return QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(process.number());
-  }
-
-  bool isRegistered(const Process& process) {
-    return spinUntil([&] { return watcher.items.contains(itemOf(process)); });
-  }
-
-  QVariant property(const Process& process, const char* name) {
-    const auto answer =
-        answerTo(desktop, callOf(itemOf(process), "/StatusNotifierItem", "org.freedesktop.DBus.Properties",
-                                 "Get", {"org.kde.StatusNotifierItem", name}));
-    return answer.arguments().value(0).value<QDBusVariant>().variant();
-  }
-
-  bool becomesLabelled(const Process& process, const char* label) {
-    return spinUntil([&] { return property(process, "IconAccessibleDesc") == label; });
-  }
-
-  QDBusMessage click(const Process& process) {
-    return answerTo(desktop, callOf(itemOf(process), "/StatusNotifierItem", "org.kde.StatusNotifierItem",
-                                    "Activate", {640, 10}));
-  }
-
-  int count = 1;
-  char word[5] = "test";
-  char* words[2] = {word, nullptr};
-  QCoreApplication application{count, words};
-  SessionBus bus;
-  QDBusConnection desktop = bus.connect();
-  TrayWatcher watcher{desktop};
-  TemporaryFolder place;
-  std::string agent = AGENT;
-  Process::Environment environment{{"HOME", "/Users/robin"},
-                                   {"LC_ALL", "C.UTF-8"},
-                                   {"OSTREL_HOST_ROOT", place / "root"},
-                                   {"XDG_RUNTIME_DIR", place.path()},
-                                   {"DBUS_SESSION_BUS_ADDRESS", bus.address()},
-                                   {"QT_QPA_PLATFORM", "offscreen"}};
-};
-
 TEST_F(DesktopShell, ShowsTheVerdictAsIconAndQuitsByItsMenu) {
+  watcher.isAnswering = false;
   auto process = menuBar();
-  ASSERT_TRUE(isRegistered(process));
+  ASSERT_TRUE(isRegistered(process)) << "at a watcher that never answers";
   EXPECT_TRUE(becomesLabelled(process, "Ostrel Agent: protected"));
   EXPECT_EQ(qdbus_cast<QList<DBusPixmap>>(property(process, "IconPixmap")).size(), 3);
   control({"scenario", "daemon-down"});
@@ -136,9 +79,11 @@ TEST_F(DesktopShell, TakesAClickBeforeTheFirstReport) {
   control({"scenario", "helper-hangs"});
   auto process = menuBar();
   ASSERT_TRUE(isRegistered(process));
+  EXPECT_FALSE(hasLoaded(process, viewsName));
   for (int again = 0; again < 3; ++again) {
     EXPECT_EQ(click(process).type(), QDBusMessage::ReplyMessage);
   }
+  EXPECT_TRUE(hasLoaded(process, viewsName)) << "the panel has not opened";
   EXPECT_EQ(property(process, "IconAccessibleDesc"), "Ostrel Agent: status not reported");
   control({"scenario", "protected"});
   EXPECT_TRUE(becomesLabelled(process, "Ostrel Agent: protected"));
@@ -147,15 +92,39 @@ TEST_F(DesktopShell, TakesAClickBeforeTheFirstReport) {
   EXPECT_EQ(process.error(), "");
 }
 
-TEST_F(DesktopShell, LivesWithoutASessionBus) {
-  environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + place / "nothing";
-  auto process = menuBar();
+TEST_F(DesktopShell, LivesWithoutASessionBusOrWithASilentOne) {
+  const SessionBus silent;
+  silent.pause();
   control({"scenario", "helper-hangs"});
-  EXPECT_TRUE(becomesTrue([&] { return processesWith(place.path()).size() == 2; }));
+  for (const auto& address : {"unix:path=" + place / "nothing", silent.address()}) {
+    environment["DBUS_SESSION_BUS_ADDRESS"] = address;
+    auto process = menuBar();
+    EXPECT_TRUE(becomesTrue([&] { return processesWith(place.path()).size() == 2; }));
+    // By then a silent bus is given up for the time being.
+    std::this_thread::sleep_for(1500ms);
+    process.signal(SIGTERM);
+    EXPECT_EQ(process.end(4s), 128 + SIGTERM);
+    EXPECT_TRUE(process.error().starts_with("ostrel: the session bus cannot be reached: "))
+        << process.error();
+    EXPECT_EQ(std::ranges::count(process.error(), '\n'), 1) << process.error();
+  }
+}
+
+TEST_F(DesktopShell, ShowsTheEmojiWithoutItsGlyphImages) {
+  copyBundle();
+  for (const char* name : {"ostrel-menubar-light", "ostrel-menubar-dark"}) {
+    for (const char* scale : {"", "@2x", "@3x"}) {
+      EXPECT_TRUE(fs::remove(place / "OstrelAgent.app/Contents/Resources/" + name + scale + ".png"));
+    }
+  }
+  auto process = menuBar();
+  ASSERT_TRUE(isRegistered(process));
+  ASSERT_TRUE(becomesLabelled(process, "Ostrel Agent: protected"));
+  EXPECT_EQ(property(process, "Title"), "\U0001F6E1");
+  EXPECT_EQ(qdbus_cast<QList<DBusPixmap>>(property(process, "IconPixmap")).size(), 3);
   process.signal(SIGTERM);
   EXPECT_EQ(process.end(), 128 + SIGTERM);
-  EXPECT_TRUE(process.error().starts_with("ostrel: the icon cannot be shown: ")) << process.error();
-  EXPECT_EQ(std::ranges::count(process.error(), '\n'), 1) << process.error();
+  EXPECT_EQ(process.error(), "");
 }
 
 TEST_F(DesktopShell, FallsBackToTheConsoleWithALineInTheLogWhenItsPlugInIsOfNoUse) {
@@ -170,7 +139,7 @@ TEST_F(DesktopShell, FallsBackToTheConsoleWithALineInTheLogWhenItsPlugInIsOfNoUs
       [&] { place.write(shellName, ""); },
       [&] { fs::remove(path), fs::create_directory(path); },
       [&] { fs::remove_all(path), fs::copy_file(place / viewsName, path); },
-      [&] { fs::remove(path), fs::copy_file(OTHER_SHELL, path); },
+      [&] { fs::remove(path), fs::copy_file(OTHER_PLUG_IN, path); },
   };
   for (const auto& arrange : rows) {
     arrange();
@@ -185,15 +154,24 @@ TEST_F(DesktopShell, FallsBackToTheConsoleWithALineInTheLogWhenItsPlugInIsOfNoUs
 
 TEST_F(DesktopShell, TellsOnceWhenTheViewsAreOfNoUse) {
   copyBundle();
-  place.write(viewsName, "no plug-in");
-  auto process = menuBar();
-  ASSERT_TRUE(isRegistered(process));
-  ASSERT_TRUE(becomesLabelled(process, "Ostrel Agent: protected"));
-  for (int again = 0; again < 3; ++again) click(process);
-  process.signal(SIGTERM);
-  EXPECT_EQ(process.end(), 128 + SIGTERM);
-  EXPECT_TRUE(process.error().starts_with("ostrel: the panel cannot be shown: ")) << process.error();
-  EXPECT_EQ(std::ranges::count(process.error(), '\n'), 1) << process.error();
+  const auto path = place / viewsName;
+  const std::function<void()> rows[] = {
+      [&] { place.write(viewsName, "no plug-in"); },
+      [&] { fs::remove(path); },
+      [&] { fs::copy_file(OTHER_PLUG_IN, path); },
+  };
+  for (const auto& arrange : rows) {
+    arrange();
+    auto process = menuBar();
+    ASSERT_TRUE(isRegistered(process));
+    for (int again = 0; again < 3; ++again) click(process);
+    EXPECT_TRUE(becomesLabelled(process, "Ostrel Agent: protected"));
+    process.signal(SIGTERM);
+    EXPECT_EQ(process.end(), 128 + SIGTERM);
+    EXPECT_TRUE(process.error().starts_with("ostrel: the panel cannot be shown: the plug-in " + path))
+        << process.error();
+    EXPECT_EQ(std::ranges::count(process.error(), '\n'), 1) << process.error();
+  }
 }
 
 TEST_F(DesktopShell, FallsBackToTheConsoleWithoutADisplay) {

@@ -10,6 +10,7 @@ namespace ostrel {
 
 namespace {
 
+constexpr int points = 18;
 constexpr std::array scales = {1, 2, 3};  // for 18, 36 and 54 pixels
 
 DBusPixmap pixmapOf(const QImage& image) {
@@ -20,13 +21,21 @@ DBusPixmap pixmapOf(const QImage& image) {
   return pixmap;
 }
 
+std::optional<QImage> imageOf(const std::string& resources, const MenuBarPicture& picture, int scale) {
+  // Trays show no titles.
+  if (const auto* title = std::get_if<menubarpicture::Title>(&picture))
+    return titleImage(*title, points * scale);
+  const auto* glyph = std::get_if<menubarpicture::Glyph>(&picture);
+  if (glyph == nullptr) return std::nullopt;
+  const auto image = loadGlyph(resources, glyph->palette.glyphName(), scale);
+  if (!image) return std::nullopt;
+  return iconImage(*image, glyph->badge, glyph->palette);
+}
+
 std::vector<QImage> imagesOf(const std::string& resources, const MenuBarPicture& picture) {
   std::vector<QImage> images;
-  const auto* glyph = std::get_if<menubarpicture::Glyph>(&picture);
-  if (glyph == nullptr) return images;
   for (const int scale : scales) {
-    const auto image = loadGlyph(resources, glyph->palette.glyphName(), scale);
-    if (image) images.push_back(iconImage(*image, glyph->badge, glyph->palette));
+    if (auto image = imageOf(resources, picture, scale)) images.push_back(std::move(*image));
   }
   return images;
 }
@@ -39,11 +48,11 @@ QList<DBusPixmap> pixmapsOf(const std::vector<QImage>& images) {
 
 }  // namespace
 
-DesktopStatusItem::DesktopStatusItem(const QDBusConnection& connection, std::string resources,
-                                     const LookWatcher& looks, Log& log, std::function<void(QPoint)> clicked)
+DesktopStatusItem::DesktopStatusItem(DesktopBus& bus, std::string resources, const LookWatcher& looks,
+                                     Log& log, std::function<void(QPoint)> clicked)
     : resources_(std::move(resources)),
       looks_(looks),
-      menu_(connection,
+      menu_(bus,
             [this](const PanelButton& button) {
               if (events_.menuPressed) events_.menuPressed(button);
             }),
@@ -52,7 +61,7 @@ DesktopStatusItem::DesktopStatusItem(const QDBusConnection& connection, std::str
                                       [this] {
                                         if (events_.appearanceChanged) events_.appearanceChanged();
                                       }})),
-      item_(connection, QLatin1String(StatusItemMenu::path), log, std::move(clicked)) {
+      item_(bus, QLatin1String(StatusItemMenu::path), log, std::move(clicked)) {
   if (!embedded_) return;
   // A tray that knows both ways is to show one icon.
   item_.onWatched([this](bool isWatched) { embedded_->setWanted(!isWatched); });

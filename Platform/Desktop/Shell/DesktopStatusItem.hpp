@@ -16,8 +16,8 @@ namespace ostrel {
 class DesktopStatusItem final : public StatusItem {
  public:
   /// Each click is told to `clicked` with its place in the screens' pixels.
-  DesktopStatusItem(const QDBusConnection& connection, std::string resources, const LookWatcher& looks,
-                    Log& log, std::function<void(QPoint)> clicked);
+  DesktopStatusItem(DesktopBus& bus, std::string resources, const LookWatcher& looks, Log& log,
+                    std::function<void(QPoint)> clicked);
 
   void install(Events events) override { events_ = std::move(events); }
   std::optional<Appearance> appearance() const override;

@@ -32,29 +32,31 @@ void take(std::optional<Value>& setting, const QVariant& value) {
 
 }  // namespace
 
-LookWatcher::LookWatcher(QDBusConnection connection, std::function<void()> changed)
-    : connection_(std::move(connection)),
-      portals_(portal, connection_, QDBusServiceWatcher::WatchForOwnerChange),
-      changed_(std::move(changed)) {
+LookWatcher::LookWatcher(DesktopBus& bus, std::function<void()> changed)
+    : bus_(bus), changed_(std::move(changed)) {
   takeToolkit();
   look_ = desktopLook(settings_);
   QCoreApplication::instance()->installEventFilter(this);
   registerDBusTypes();
   // By any name: to learn who has the portal's now, the toolkit would wait for the bus.
-  connection_.connect({}, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
-                      SLOT(settingChanged(QString, QString, QDBusVariant)));
-  connect(&portals_, &QDBusServiceWatcher::serviceOwnerChanged, this,
-          [this](const QString& /*name*/, const QString& /*before*/, const QString& owner) {
-            if (!owner.isEmpty()) askPortal();
-          });
-  askPortal();
+  bus_.connection().connect({}, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
+                            SLOT(settingChanged(QString, QString, QDBusVariant)));
+  connect(&bus_, &DesktopBus::ownerChanged, this, [this](const QString& name, const QString& owner) {
+    if (name == portal && !owner.isEmpty()) askPortal();
+  });
+  bus_.whenJoined(this, [this] {
+    bus_.subscribe(QStringLiteral("type='signal',path='%1',interface='%2',member='SettingChanged'")
+                       .arg(portalPath, settingsInterface));
+    bus_.watchOwner(portal);
+    askPortal();
+  });
 }
 
 void LookWatcher::askPortal() {
   auto call =
       QDBusMessage::createMethodCall(portal, portalPath, settingsInterface, QStringLiteral("ReadAll"));
   call << QStringList{appearanceGroup, interfaceGroup};
-  auto* reply = new QDBusPendingCallWatcher(connection_.asyncCall(call), this);
+  auto* reply = new QDBusPendingCallWatcher(bus_.connection().asyncCall(call), this);
   connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply] {
     reply->deleteLater();
     if (reply->isError() || reply->reply().signature() != QLatin1String("a{sa{sv}}")) return;

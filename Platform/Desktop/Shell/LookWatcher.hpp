@@ -1,12 +1,11 @@
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QObject>
 #include <functional>
 
 #include "Platform/Desktop/DesktopSettings.hpp"
+#include "Platform/Desktop/Shell/DesktopBus.hpp"
 
 namespace ostrel {
 
@@ -16,7 +15,7 @@ class LookWatcher final : public QObject {
   Q_OBJECT
 
  public:
-  LookWatcher(QDBusConnection connection, std::function<void()> changed);
+  LookWatcher(DesktopBus& bus, std::function<void()> changed);
 
   const DesktopLook& look() const { return look_; }
 
@@ -28,8 +27,7 @@ class LookWatcher final : public QObject {
   void takeToolkit();
   void publish();
 
-  QDBusConnection connection_;
-  QDBusServiceWatcher portals_;
+  DesktopBus& bus_;
   std::function<void()> changed_;
   DesktopSettings settings_;
   DesktopLook look_;

@@ -1,11 +1,10 @@
 #include "Platform/Desktop/Shell/QtDesktop.hpp"
 
 #include <QBuffer>
-#include <QDBusConnection>
-#include <QDBusError>
 #include <QGuiApplication>
 #include <utility>
 
+#include "Platform/Desktop/Shell/DesktopBus.hpp"
 #include "Platform/Desktop/Shell/DesktopScreens.hpp"
 #include "Platform/Desktop/Shell/DesktopStatusItem.hpp"
 #include "Platform/Desktop/Shell/IconImage.hpp"
@@ -76,9 +75,6 @@ class QtDesktop final : public Desktop {
  public:
   explicit QtDesktop(std::unique_ptr<Application> application, DesktopServices services)
       : application_(std::move(application)), services_(std::move(services)) {
-    if (!bus_.isConnected()) {
-      services_.log.line("ostrel: the icon cannot be shown: " + bus_.lastError().message().toStdString());
-    }
     screens_.setLook(looks_.look());
   }
 
@@ -94,6 +90,12 @@ class QtDesktop final : public Desktop {
     if (hasOther && statusItem_.events().appearanceChanged) statusItem_.events().appearanceChanged();
   }
 
+  std::expected<const ViewsPlugIn*, std::string> loadViews() {
+    // With its first view the toolkit asks the session bus for those who read the screen.
+    bus_.spareToolkit();
+    return services_.loadViews();
+  }
+
   void click(QPoint place) {
     if (screens_.takeClosingClick() || !statusItem_.events().clicked) return;
     screens_.setClick(place);
@@ -102,10 +104,10 @@ class QtDesktop final : public Desktop {
 
   std::unique_ptr<Application> application_;
   DesktopServices services_;
-  QDBusConnection bus_ = QDBusConnection::sessionBus();
+  DesktopBus bus_{sessionBusAddress(), services_.log};
   LookWatcher looks_{bus_, [this] { changeLook(); }};
   Appearance appearance_ = looks_.look().appearance;
-  DesktopScreens screens_{services_.loadViews, services_.log};
+  DesktopScreens screens_{[this] { return loadViews(); }, services_.log};
   DesktopStatusItem statusItem_{bus_, services_.resources, looks_, services_.log,
                                 [this](QPoint place) { click(place); }};
   QtShell shell_{services_};

@@ -4,6 +4,7 @@
 #include <QDBusVariant>
 #include <utility>
 
+#include "OstrelAgent/TextDirection.hpp"
 #include "Platform/Desktop/Shell/VirtualObject.hpp"
 
 namespace ostrel {
@@ -18,30 +19,38 @@ QString menuLabel(const std::string& title) {
   return QString::fromStdString(title).replace(QLatin1Char('_'), QLatin1String("__"));
 }
 
-const QVariantMap& menuProperties() {
-  static const QVariantMap properties = {{QStringLiteral("Version"), 3U},
-                                         {QStringLiteral("TextDirection"), QStringLiteral("ltr")},
-                                         {QStringLiteral("Status"), QStringLiteral("normal")},
-                                         {QStringLiteral("IconThemePath"), QStringList()}};
-  return properties;
+/// All titles are of one language.
+QString directionName(const std::vector<PanelButton>& buttons) {
+  const bool isRightToLeft =
+      !buttons.empty() && directionOf(buttons.front().title) == TextDirection::rightToLeft;
+  return isRightToLeft ? QStringLiteral("rtl") : QStringLiteral("ltr");
+}
+
+QVariantMap menuProperties(const std::vector<PanelButton>& buttons) {
+  return {{QStringLiteral("Version"), 3U},
+          {QStringLiteral("TextDirection"), directionName(buttons)},
+          {QStringLiteral("Status"), QStringLiteral("normal")},
+          {QStringLiteral("IconThemePath"), QStringList()}};
 }
 
 }  // namespace
 
-StatusItemMenu::StatusItemMenu(QDBusConnection connection, std::function<void(const PanelButton&)> pressed)
-    : connection_(std::move(connection)), pressed_(std::move(pressed)) {
+StatusItemMenu::StatusItemMenu(DesktopBus& bus, std::function<void(const PanelButton&)> pressed)
+    : bus_(bus), pressed_(std::move(pressed)) {
   registerDBusTypes();
-  connection_.registerVirtualObject(QLatin1String(path), this);
+  bus_.connection().registerVirtualObject(QLatin1String(path), this);
 }
 
-StatusItemMenu::~StatusItemMenu() { connection_.unregisterObject(QLatin1String(path)); }
+StatusItemMenu::~StatusItemMenu() { bus_.connection().unregisterObject(QLatin1String(path)); }
 
 void StatusItemMenu::setButtons(std::vector<PanelButton> buttons) {
   if (buttons == buttons_) return;
   buttons_ = std::move(buttons);
+  ++revision_;
+  if (!bus_.isJoined()) return;
   auto signal = QDBusMessage::createSignal(QLatin1String(path), QLatin1String(interface),
                                            QStringLiteral("LayoutUpdated"));
-  connection_.send(signal << ++revision_ << root);
+  bus_.connection().send(signal << revision_ << root);
 }
 
 QString StatusItemMenu::introspect(const QString& /*path*/) const {
@@ -82,7 +91,7 @@ QString StatusItemMenu::introspect(const QString& /*path*/) const {
 }
 
 bool StatusItemMenu::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
-  if (answerProperties(message, connection, QLatin1String(interface), menuProperties())) return true;
+  if (answerProperties(message, connection, QLatin1String(interface), menuProperties(buttons_))) return true;
   if (message.interface() != QLatin1String(interface)) return false;
   const auto signature = message.signature();
   const std::pair<const char*, const char*> methods[] = {

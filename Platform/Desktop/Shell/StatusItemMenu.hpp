@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDBusConnection>
 #include <QDBusVirtualObject>
 #include <functional>
 #include <optional>
@@ -8,6 +7,7 @@
 
 #include "OstrelAgent/StatusPanelActions.hpp"
 #include "Platform/Desktop/Shell/DBusTypes.hpp"
+#include "Platform/Desktop/Shell/DesktopBus.hpp"
 
 namespace ostrel {
 
@@ -16,7 +16,7 @@ class StatusItemMenu final : public QDBusVirtualObject {
  public:
   static constexpr const char* path = "/StatusItemMenu";
 
-  StatusItemMenu(QDBusConnection connection, std::function<void(const PanelButton&)> pressed);
+  StatusItemMenu(DesktopBus& bus, std::function<void(const PanelButton&)> pressed);
   StatusItemMenu(const StatusItemMenu&) = delete;
   StatusItemMenu& operator=(const StatusItemMenu&) = delete;
   ~StatusItemMenu() override;
@@ -33,7 +33,7 @@ class StatusItemMenu final : public QDBusVirtualObject {
   void handleEvent(int id, const QString& name);
   std::optional<QVariantList> answer(const QString& method, const QVariantList& arguments);
 
-  QDBusConnection connection_;
+  DesktopBus& bus_;
   std::function<void(const PanelButton&)> pressed_;
   std::vector<PanelButton> buttons_;
   uint revision_ = 1;

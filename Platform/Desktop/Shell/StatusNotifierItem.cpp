@@ -20,34 +20,30 @@ QString serviceName() {
   return QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid());
 }
 
-QDBusMessage busCall(const char* method) {
-  return QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"),
-                                        QStringLiteral("org.freedesktop.DBus"), QLatin1String(method));
-}
-
 }  // namespace
 
-StatusNotifierItem::StatusNotifierItem(QDBusConnection connection, const QString& menuPath, Log& log,
+StatusNotifierItem::StatusNotifierItem(DesktopBus& bus, const QString& menuPath, Log& log,
                                        std::function<void(QPoint)> activated)
-    : connection_(std::move(connection)),
-      watchers_(QLatin1String(watcher), connection_, QDBusServiceWatcher::WatchForOwnerChange),
-      menuPath_(menuPath),
-      log_(log),
-      activated_(std::move(activated)) {
+    : bus_(bus), menuPath_(menuPath), log_(log), activated_(std::move(activated)) {
   registerDBusTypes();
-  connection_.registerVirtualObject(QLatin1String(path), this);
+  bus_.connection().registerVirtualObject(QLatin1String(path), this);
   // A watcher may also take the name over from another, so that it is never free.
-  QObject::connect(&watchers_, &QDBusServiceWatcher::serviceOwnerChanged, this,
-                   [this](const QString& /*name*/, const QString& /*before*/, const QString& owner) {
-                     if (!owner.isEmpty()) return registerAtWatcher();
-                     tellWatched(false);
-                   });
+  QObject::connect(&bus_, &DesktopBus::ownerChanged, this, [this](const QString& name, const QString& owner) {
+    if (name != QLatin1String(watcher)) return;
+    if (!owner.isEmpty()) return registerAtWatcher();
+    tellWatched(false);
+  });
+  QObject::connect(&bus_, &DesktopBus::missed, this, [this] { tellWatched(false); });
+  bus_.whenJoined(this, [this] {
+    bus_.watchOwner(QLatin1String(watcher));
+    enterBus();
+  });
 }
 
 StatusNotifierItem::~StatusNotifierItem() {
-  connection_.unregisterObject(QLatin1String(path));
+  bus_.connection().unregisterObject(QLatin1String(path));
   // Hosts take the item away when its name goes.
-  if (isShown_) connection_.send(busCall("ReleaseName") << serviceName());
+  if (isShown_ && bus_.isJoined()) bus_.connection().send(busCall("ReleaseName") << serviceName());
 }
 
 void StatusNotifierItem::setPixmaps(QList<DBusPixmap> pixmaps) {
@@ -70,20 +66,24 @@ void StatusNotifierItem::setToolTip(const QString& text) {
 
 void StatusNotifierItem::show() {
   if (std::exchange(isShown_, true)) return;
+  if (bus_.isMissing()) tellWatched(false);
+  enterBus();
+}
+
+void StatusNotifierItem::enterBus() {
+  if (!isShown_ || !bus_.isJoined()) return;
   // The bus handles calls in their order, so the name is there when the watcher hears of it.
-  connection_.send(busCall("RequestName") << serviceName() << 0U);
+  bus_.connection().send(busCall("RequestName") << serviceName() << 0U);
   registerAtWatcher();
 }
 
 void StatusNotifierItem::registerAtWatcher() {
   if (!isShown_) return;
-  // No answer would come, not even an error.
-  if (!connection_.isConnected()) return tellWatched(false);
   const auto call =
       QDBusMessage::createMethodCall(QLatin1String(watcher), QStringLiteral("/StatusNotifierWatcher"),
                                      QLatin1String(watcher), QStringLiteral("RegisterStatusNotifierItem"))
       << serviceName();
-  auto* reply = new QDBusPendingCallWatcher(connection_.asyncCall(call), this);
+  auto* reply = new QDBusPendingCallWatcher(bus_.connection().asyncCall(call), this);
   QObject::connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply] {
     reply->deleteLater();
     if (!reply->isError()) return tellWatched(true);
@@ -99,8 +99,8 @@ void StatusNotifierItem::tellWatched(bool isWatched) {
 }
 
 void StatusNotifierItem::emitChange(const char* signal) {
-  if (!isShown_) return;
-  connection_.send(
+  if (!isShown_ || !bus_.isJoined()) return;
+  bus_.connection().send(
       QDBusMessage::createSignal(QLatin1String(path), QLatin1String(interface), QLatin1String(signal)));
 }
 

@@ -1,24 +1,23 @@
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusServiceWatcher>
 #include <QDBusVirtualObject>
 #include <QPoint>
 #include <functional>
 
 #include "Platform/Desktop/Shell/DBusTypes.hpp"
+#include "Platform/Desktop/Shell/DesktopBus.hpp"
 #include "Platform/Log.hpp"
 
 namespace ostrel {
 
-/// An icon in the desktop's tray (org.kde.StatusNotifierItem). Registers with the tray's watcher, and again
-/// with every watcher that appears later; never waits for one.
+/// An icon in the desktop's tray (org.kde.StatusNotifierItem). Registers with the tray's watcher once the bus
+/// is joined, and again with every watcher that appears later; never waits for one.
 class StatusNotifierItem final : public QDBusVirtualObject {
  public:
   static constexpr const char* path = "/StatusNotifierItem";
 
   /// A click calls `activated` with its place in the screens' pixels; (0, 0) when the host does not tell it.
-  StatusNotifierItem(QDBusConnection connection, const QString& menuPath, Log& log,
+  StatusNotifierItem(DesktopBus& bus, const QString& menuPath, Log& log,
                      std::function<void(QPoint)> activated);
   StatusNotifierItem(const StatusNotifierItem&) = delete;
   StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
@@ -29,8 +28,8 @@ class StatusNotifierItem final : public QDBusVirtualObject {
   void setTitle(const QString& title);
   void setToolTip(const QString& text);
 
-  /// Tells whether a watcher has the item, whenever that becomes known after `show`. A watcher that does not
-  /// answer may have it.
+  /// Tells whether a watcher has the item, whenever that becomes known after `show`. None has it while the
+  /// bus is missing; one that does not answer may have it.
   void onWatched(std::function<void(bool)> told) { watched_ = std::move(told); }
 
   /// Puts the item into the tray. Call once everything is set.
@@ -40,13 +39,13 @@ class StatusNotifierItem final : public QDBusVirtualObject {
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
  private:
+  void enterBus();
   void registerAtWatcher();
   void tellWatched(bool isWatched);
   void emitChange(const char* signal);
   QVariantMap properties() const;
 
-  QDBusConnection connection_;
-  QDBusServiceWatcher watchers_;
+  DesktopBus& bus_;
   QString menuPath_;
   Log& log_;
   std::function<void(QPoint)> activated_;

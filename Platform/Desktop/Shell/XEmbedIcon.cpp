@@ -152,8 +152,11 @@ void XEmbedIcon::createWindow() {
   writeTitle();
 }
 
+/// For whoever tells icons apart by their names; trays that embed windows take no tooltips.
 void XEmbedIcon::writeTitle() {
-  setProperty(name_, utf8_, 8, static_cast<std::size_t>(title_.size()), title_.constData());
+  for (const xcb_atom_t name : {name_, xcb_atom_t{XCB_ATOM_WM_NAME}}) {
+    setProperty(name, utf8_, 8, static_cast<std::size_t>(title_.size()), title_.constData());
+  }
 }
 
 void XEmbedIcon::draw() {

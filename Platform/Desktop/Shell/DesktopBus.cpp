@@ -1,0 +1,97 @@
+#include "Platform/Desktop/Shell/DesktopBus.hpp"
+
+#include <QByteArray>
+#include <QDBusError>
+#include <QDBusPendingCallWatcher>
+#include <chrono>
+#include <limits>
+#include <utility>
+
+namespace ostrel {
+
+namespace {
+
+constexpr std::chrono::seconds longestSilence{1};         // a bus that is well answers within milliseconds
+constexpr int endless = std::numeric_limits<int>::max();  // DBUS_TIMEOUT_INFINITE of the bus's library
+
+QString nameOf(const DesktopBus* bus) {
+  return QStringLiteral("ostrel-%1").arg(reinterpret_cast<quintptr>(bus));
+}
+
+}  // namespace
+
+// The bus's library looks for it in the same way, but only where it then waits for the bus.
+QString sessionBusAddress() {
+  const auto address = qgetenv("DBUS_SESSION_BUS_ADDRESS").trimmed();
+  if (!address.isEmpty()) return QString::fromLocal8Bit(address);
+  const auto folder = qgetenv("XDG_RUNTIME_DIR");
+  if (folder.isEmpty()) return QStringLiteral("autolaunch:");
+  return QStringLiteral("unix:path=%1/bus;autolaunch:")
+      .arg(QString::fromLatin1(folder.toPercentEncoding("/", "~")));
+}
+
+QDBusMessage busCall(const char* method) {
+  return QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
+                                        QStringLiteral("/org/freedesktop/DBus"),
+                                        QStringLiteral("org.freedesktop.DBus"), QLatin1String(method));
+}
+
+// Connected as to a peer, for which the toolkit does not wait; what makes the peer a bus is said by hand.
+DesktopBus::DesktopBus(const QString& address, Log& log)
+    : log_(log), connection_(QDBusConnection::connectToPeer(address, nameOf(this))) {
+  if (connection_.isConnected()) {
+    join();
+  } else {
+    miss(connection_.lastError().message());
+  }
+}
+
+DesktopBus::~DesktopBus() { QDBusConnection::disconnectFromPeer(connection_.name()); }
+
+void DesktopBus::join() {
+  connection_.connect({}, {}, QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameOwnerChanged"),
+                      this, SLOT(takeOwner(QString, QString, QString)));
+  patience_.setSingleShot(true);
+  connect(&patience_, &QTimer::timeout, this, [this] { miss(QStringLiteral("it does not answer")); });
+  patience_.start(longestSilence);
+  auto* reply = new QDBusPendingCallWatcher(connection_.asyncCall(busCall("Hello"), endless), this);
+  connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply] {
+    reply->deleteLater();
+    if (reply->isError()) return miss(reply->error().message());
+    patience_.stop();
+    isJoined_ = true;
+    isMissing_ = false;
+    Q_EMIT joined();
+  });
+}
+
+void DesktopBus::miss(const QString& reason) {
+  patience_.stop();
+  if (std::exchange(isMissing_, true)) return;
+  log_.line("ostrel: the session bus cannot be reached: " + reason.toStdString());
+  Q_EMIT missed();
+}
+
+void DesktopBus::whenJoined(const QObject* receiver, const std::function<void()>& act) {
+  if (isJoined_) return act();
+  connect(this, &DesktopBus::joined, receiver, act);
+}
+
+void DesktopBus::subscribe(const QString& rule) { connection_.send(busCall("AddMatch") << rule); }
+
+void DesktopBus::watchOwner(const QString& name) {
+  subscribe(QStringLiteral("type='signal',sender='org.freedesktop.DBus',member='NameOwnerChanged',arg0='%1'")
+                .arg(name));
+}
+
+void DesktopBus::spareToolkit() const {
+  // By that name the toolkit looks for a connection before it makes one.
+  if (!isJoined_)
+    QDBusConnection::connectToBus(QStringLiteral("none:"), QStringLiteral("qt_default_session_bus"));
+}
+
+void DesktopBus::takeOwner(const QString& name, const QString& /*before*/, const QString& owner) {
+  Q_EMIT ownerChanged(name, owner);
+}
+
+}  // namespace ostrel

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <functional>
+
+#include "Platform/Log.hpp"
+
+namespace ostrel {
+
+/// Where the environment says that the session bus is.
+QString sessionBusAddress();
+
+/// A call of the bus itself.
+QDBusMessage busCall(const char* method);
+
+/// A connection to the session bus that never waits for it: nothing may be called by it before the bus has
+/// let the program join. Main thread.
+class DesktopBus final : public QObject {
+  Q_OBJECT
+
+ public:
+  DesktopBus(const QString& address, Log& log);
+  DesktopBus(const DesktopBus&) = delete;
+  DesktopBus& operator=(const DesktopBus&) = delete;
+  ~DesktopBus() override;
+
+  QDBusConnection& connection() { return connection_; }
+
+  bool isJoined() const { return isJoined_; }
+
+  /// There is no bus, or it has been silent for a second; in that case it may still be joined.
+  bool isMissing() const { return isMissing_; }
+
+  /// Acts when the bus is joined: at once, or once it is, unless the receiver is gone by then.
+  void whenJoined(const QObject* receiver, const std::function<void()>& act);
+
+  /// Has the bus deliver the signals of that rule. Call once it is joined.
+  void subscribe(const QString& rule);
+
+  /// Has `ownerChanged` tell of that name. Call once the bus is joined.
+  void watchOwner(const QString& name);
+
+  /// Unless the bus is joined, lets the toolkit's own connection to it fail, for good: it would wait for the
+  /// bus.
+  void spareToolkit() const;
+
+  Q_SIGNAL void joined();
+  Q_SIGNAL void missed();
+
+  /// The owner is empty when the name has none any longer.
+  Q_SIGNAL void ownerChanged(const QString& name, const QString& owner);
+
+ private:
+  Q_SLOT void takeOwner(const QString& name, const QString& before, const QString& owner);
+  void join();
+  void miss(const QString& reason);
+
+  Log& log_;
+  QDBusConnection connection_;
+  QTimer patience_;
+  bool isJoined_ = false;
+  bool isMissing_ = false;
+};
+
+}  // namespace ostrel
