@@ -1,5 +1,9 @@
 #include <QColor>
+#include <QGuiApplication>
 #include <QImage>
+#include <QScreen>
+
+#include <set>
 
 #include "Platform/Desktop/Views/PanelPicture.hpp"
 #include "Tests/OstrelAgent/Readings.hpp"
@@ -32,6 +36,14 @@ std::vector<std::string> outside(const QQuickItem& item) {
     found.insert(found.end(), more.begin(), more.end());
   }
   return found;
+}
+
+std::set<double> hairlineHeights(const QQuickItem& item) {
+  if (QLatin1String(item.metaObject()->className()).startsWith(QLatin1String("Hairline")))
+    return {item.height()};
+  std::set<double> heights;
+  for (const auto* child : item.childItems()) heights.merge(hairlineHeights(*child));
+  return heights;
 }
 
 PanelContent withLongTexts() {
@@ -92,6 +104,18 @@ TEST_F(PanelLook, GrowsWithTheTextSize) {
   frames();
   EXPECT_NEAR(place("Egress lock, enforcing").height(), 2 * usual, 2);
   EXPECT_EQ(window().height(), static_cast<int>(window().contentItem()->childItems()[0]->height()));
+}
+
+TEST_F(PanelLook, HasLinesOfOnePixelOnEveryScreen) {
+  const auto screens = QGuiApplication::screens();
+  ASSERT_NE(screens[0]->devicePixelRatio(), screens[1]->devicePixelRatio());
+  for (const auto* screen : screens) {
+    const auto room = screen->availableGeometry();
+    anchor = {{room.center().x(), room.top()}, {room.x(), room.y(), room.width(), room.height()}};
+    open(protectedContent());
+    EXPECT_EQ(hairlineHeights(*window().contentItem()), std::set{1 / screen->devicePixelRatio()});
+    panel->close();
+  }
 }
 
 TEST_F(PanelLook, IsMirroredInALanguageFromRightToLeft) {

@@ -251,7 +251,7 @@ TEST_F(StatusPanel, ScrollsNoFurtherThanThePersonDoes) {
     const auto before = place("Install…").top();
     byWheel ? turnWheel() : drag();
     const auto after = place("Install…").top();
-    EXPECT_LT(after, before - 20);
+    EXPECT_LT(after, before - 20) << byWheel;
     frames();
     EXPECT_EQ(place("Install…").top(), after);
   }

@@ -28,7 +28,10 @@ int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   const ostrel::TemporaryFolder folder;
   setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
-  setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  const auto screens = folder.write("screens.json", R"({"screens":[
+    {"name":"left","x":0,"y":0,"width":2000,"height":2000,"logicalDpi":96,"logicalBaseDpi":96,"dpr":1},
+    {"name":"right","x":2000,"y":0,"width":2000,"height":2000,"logicalDpi":96,"logicalBaseDpi":96,"dpr":2}]})");
+  setenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + screens).c_str(), 1);
   setenv("QT_SCALE_FACTOR", "2", 1);
   const QGuiApplication application(argc, argv);
   qInstallMessageHandler(ostrel::note);

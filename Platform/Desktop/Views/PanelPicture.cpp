@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QQuickRenderControl>
 #include <QQuickRenderTarget>
+#include <QScreen>
 
 #include "Platform/Desktop/Views/PanelScene.hpp"
 
@@ -34,7 +35,7 @@ std::expected<std::string, std::string> panelPicture(const PanelContent& content
   QQuickRenderControl control;
   QQuickWindow window(&control);
   window.setColor(Qt::transparent);
-  const double pixelsPerPoint = qGuiApp->devicePixelRatio();
+  const double pixelsPerPoint = QGuiApplication::primaryScreen()->devicePixelRatio();
   PanelScene scene(log);
   scene.state().show(content);
   if (auto filled = scene.fill(window); !filled) return std::unexpected(filled.error());

@@ -70,10 +70,10 @@ std::expected<void, std::string> PanelScene::fill(QQuickWindow& window) {
   std::unique_ptr<QObject> object(component.createWithInitialProperties(
       {{QStringLiteral("panel"), QVariant::fromValue(&state_)},
        {QStringLiteral("parent"), QVariant::fromValue(window.contentItem())}}));
-  auto* item = qobject_cast<QQuickItem*>(object.get());
-  if (!item) return std::unexpected(component.errorString().trimmed().toStdString());
-  object.release();
-  root_.reset(item);
+  if (!qobject_cast<QQuickItem*>(object.get())) {
+    return std::unexpected(component.errorString().trimmed().toStdString());
+  }
+  root_.reset(static_cast<QQuickItem*>(object.release()));
   return {};
 }
 
