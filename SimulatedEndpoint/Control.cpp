@@ -1,34 +1,70 @@
 #include "SimulatedEndpoint/Control.hpp"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <string_view>
+#include <utility>
+
+#include "SimulatedEndpoint/ControlOrders.hpp"
+#include "SimulatedEndpoint/Daemon.hpp"
+#include "SimulatedEndpoint/EndpointReport.hpp"
+#include "SimulatedEndpoint/ExtensionSettings.hpp"
+#include "SimulatedEndpoint/LaunchJobs.hpp"
+#include "SimulatedEndpoint/TimeOffset.hpp"
 
 namespace ostrel::simulated {
 
 namespace {
 
 constexpr const char* help =
-    "simulated-endpoint decides what the simulated Mac's endpoint reports.\n"
+    "simulated-endpoint decides what the simulated Mac's endpoint reports, and plays the person at it.\n"
     "\n"
-    "  simulated-endpoint list             the scenarios; a star marks the current one\n"
-    "  simulated-endpoint scenario NAME    switch to a scenario\n"
-    "  simulated-endpoint set KEY VALUE    change one value of the current scenario, for example\n"
-    "                                        set report.health.verdict degraded\n"
-    "                                        set helper.exit 3\n"
-    "                                        set network.content_filter.enabled false\n"
-    "  simulated-endpoint show             print the current scenario\n"
-    "  simulated-endpoint root             print the folder of the simulated Mac\n"
-    "  simulated-endpoint help             print this text\n";
+    "What the endpoint reports:\n"
+    "  list                       the scenarios; a star marks the current one\n"
+    "  scenario NAME              switch to a scenario\n"
+    "  set KEY VALUE              change one value of the current scenario, for example\n"
+    "                               set report.health.verdict degraded\n"
+    "                               set helper.exit 3\n"
+    "                               set network.content_filter.enabled false\n"
+    "  show                       print the current scenario\n"
+    "\n"
+    "The endpoint itself:\n"
+    "  install [--without-token]  install it as root does: enrolled and trusted, or neither\n"
+    "  serve                      run its daemon until Ctrl+C\n"
+    "  upgrade VERSION            bring endpoint and application to another version\n"
+    "\n"
+    "The person in System Settings:\n"
+    "  approve                    approve what waits for approval\n"
+    "  deny                       decline it\n"
+    "\n"
+    "Orders, which stay until they are taken back:\n"
+    "  approval new|always|never        which requests for the extension need approval\n"
+    "  result completed|after-reboot    how they end\n"
+    "  callbacks once|twice             how often the system tells the end\n"
+    "  trust accept|cancel|refuse       what comes of trusting a certificate\n"
+    "  misbehave slow MILLISECONDS|torn|silent|close-early|garbage|huge|array|refuse [REASON]|none\n"
+    "                                   how the daemon answers\n"
+    "  fail-requests N DOMAIN CODE [TEXT]   the next N requests for the extension fail; so do with\n"
+    "      fail-loads, fail-saves, fail-start, fail-removals         those of the transparent proxy\n"
+    "      fail-filter-loads, fail-filter-saves                      those of the content filter\n"
+    "  orders                     print them\n"
+    "  clear-orders               take all back\n"
+    "\n"
+    "  agent                      print the process number of the menu-bar agent that launchd runs\n"
+    "  root                       print the folder of the simulated Mac\n"
+    "  help                       print this text\n";
 
-ControlResult usageFault(const std::string& sentence) {
-  return {2, "simulated-endpoint: " + sentence + "\n"};
-}
+constexpr const char* menuBarJob = "tech.brenn.ostrel-agent.menubar";
 
-ControlResult failed(const std::string& sentence) { return {1, "simulated-endpoint: " + sentence + "\n"}; }
-
-ControlResult list(const ScenarioFolder& folder, const SimulatedState& state) {
+ControlResult list(const ControlPlace& place) {
+  const auto& folder = place.folder;
   const auto names = folder.names();
   if (names.empty()) return failed("there are no scenario files beside this program");
-  const auto current = state.scenario();
+  const auto current = place.state.scenario();
   const auto width = std::ranges::max(names, {}, &std::string::size).size();
   std::string text;
   for (const auto& name : names) {
@@ -40,29 +76,29 @@ ControlResult list(const ScenarioFolder& folder, const SimulatedState& state) {
   return {0, text};
 }
 
-ControlResult chooseScenario(const std::string& name, const ScenarioFolder& folder,
-                             const SimulatedState& state, const std::string& profilesTool) {
-  if (!std::ranges::binary_search(folder.names(), name)) {
-    const auto closest = folder.closestName(name);
+ControlResult chooseScenario(const std::string& name, const ControlPlace& place) {
+  if (!std::ranges::binary_search(place.folder.names(), name)) {
+    const auto closest = place.folder.closestName(name);
     return failed("there is no scenario " + inQuotes(name) +
                   (closest ? "; did you mean " + inQuotes(*closest) + "? " : "; ") +
                   "`simulated-endpoint list` shows all");
   }
-  const auto scenario = folder.load(name);
+  const auto scenario = place.folder.load(name);
   if (!scenario) return failed(scenario.error());
-  if (auto chosen = state.choose(*scenario, ""); !chosen) return failed(chosen.error());
-  if (auto linked = state.linkProfilesTool(profilesTool); !linked) return failed(linked.error());
+  if (auto chosen = place.state.choose(*scenario, ""); !chosen) return failed(chosen.error());
+  if (auto linked = place.state.linkTools(place.toolFolder); !linked) return failed(linked.error());
   return {0, "Now simulating " + name + ": " + scenario->description() + "\n"};
 }
 
 ControlResult setValue(const std::string& path, const std::string& text, const SimulatedState& state) {
-  const auto current = state.scenario();
-  if (!current) return failed(current.error() + "\nChoose a scenario anew to mend it.");
+  if (const auto current = state.scenario(); !current) {
+    return failed(current.error() + "\nChoose a scenario anew to mend it.");
+  }
   const auto value = jsonOrText(text);
   if (!value) return failed(value.error());
-  const auto changed = current->with(path, *value);
+  const auto changed =
+      state.change([&](const Scenario& current) { return current.with(path, *value); }, path);
   if (!changed) return failed(changed.error());
-  if (auto chosen = state.choose(*changed, path); !chosen) return failed(chosen.error());
   return {0, path + " is now " + value->dump() + "\n"};
 }
 
@@ -72,26 +108,109 @@ ControlResult show(const SimulatedState& state) {
   return {0, printJson(current->document())};
 }
 
+std::expected<void, std::string> enrol(const SimulatedState& state) {
+  const auto now = rfc3339(std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()));
+  return state.changeReport([&now](Json report) {
+    return reportAfterEnrolment(reportAfterTrust(std::move(report)), "zq_org_…4f21", now);
+  });
+}
+
+ControlResult install(bool hasToken, const ControlPlace& place) {
+  auto done = place.state.install();
+  if (done && hasToken) done = enrol(place.state);
+  if (done) done = place.state.linkTools(place.toolFolder);
+  if (!done) return failed(done.error());
+  return {0, hasToken ? "The endpoint is installed and enrolled\n" : "The endpoint is installed\n"};
+}
+
+ControlResult upgradeTo(const std::string& version, const ControlPlace& place) {
+  const auto done = upgrade(place.files, place.state, version);
+  if (!done) return failed(done.error());
+  return {0, "Endpoint and application are now of version " + version + "\n"};
+}
+
+ControlResult answered(const std::expected<SystemExtensionAction, std::string>& action, const char* word) {
+  if (!action) return failed(action.error());
+  const bool isActivation = *action == SystemExtensionAction::activation;
+  return {0,
+          std::string("The extension's ") + (isActivation ? "activation" : "removal") + " is " + word + "\n"};
+}
+
+ControlResult agent(const ControlPlace& place) {
+  const LaunchJobs jobs(place.files, place.state.root());
+  const auto process = jobs.process("gui/" + std::to_string(::getuid()) + "/" + menuBarJob);
+  if (process == 0) return failed("launchd runs no menu-bar agent");
+  return {0, std::to_string(process) + "\n"};
+}
+
+using Arguments = std::span<const std::string>;
+
+struct Command {
+  std::string_view name;
+  std::size_t arguments;  ///< their number behind the name
+  ControlResult (*run)(Arguments arguments, const ControlPlace& place);
+  const char* takes;
+};
+
+constexpr const char* nothing = "nothing more";
+
+constexpr std::array commands = {
+    Command{"help", 0,
+            [](Arguments, const ControlPlace&) {
+              return ControlResult{0, help};
+            },
+            nothing},
+    Command{"--help", 0,
+            [](Arguments, const ControlPlace&) {
+              return ControlResult{0, help};
+            },
+            nothing},
+    Command{"list", 0, [](Arguments, const ControlPlace& place) { return list(place); }, nothing},
+    Command{"show", 0, [](Arguments, const ControlPlace& place) { return show(place.state); }, nothing},
+    Command{"root", 0,
+            [](Arguments, const ControlPlace& place) {
+              return ControlResult{0, place.state.hostRoot() + "\n"};
+            },
+            nothing},
+    Command{"scenario", 1,
+            [](Arguments words, const ControlPlace& place) { return chooseScenario(words[0], place); },
+            "one name; `simulated-endpoint list` shows all"},
+    Command{
+        "set", 2,
+        [](Arguments words, const ControlPlace& place) { return setValue(words[0], words[1], place.state); },
+        "a key and a value, as in `set report.health.verdict degraded`"},
+    Command{"install", 0, [](Arguments, const ControlPlace& place) { return install(true, place); },
+            "nothing more, or --without-token"},
+    Command{"upgrade", 1,
+            [](Arguments words, const ControlPlace& place) { return upgradeTo(words[0], place); },
+            "a version"},
+    Command{"approve", 0,
+            [](Arguments, const ControlPlace& place) {
+              return answered(ExtensionSettings(place.files, place.state.root()).approve(), "approved");
+            },
+            nothing},
+    Command{"deny", 0,
+            [](Arguments, const ControlPlace& place) {
+              return answered(ExtensionSettings(place.files, place.state.root()).deny(), "declined");
+            },
+            nothing},
+    Command{"agent", 0, [](Arguments, const ControlPlace& place) { return agent(place); }, nothing},
+};
+
 }  // namespace
 
-ControlResult runControl(std::span<const std::string> arguments, const ScenarioFolder& folder,
-                         const SimulatedState& state, const std::string& profilesTool) {
-  const auto command = arguments.empty() ? std::string() : arguments.front();
-  const auto count = arguments.size();
-  if (command.empty()) return {2, help};
-  if (command == "help" || command == "--help") return {0, help};
-  if (command == "list" && count == 1) return list(folder, state);
-  if (command == "show" && count == 1) return show(state);
-  if (command == "root" && count == 1) return {0, state.hostRoot() + "\n"};
-  if (command == "scenario" && count == 2) return chooseScenario(arguments[1], folder, state, profilesTool);
-  if (command == "scenario")
-    return usageFault("scenario takes one name; `simulated-endpoint list` shows all");
-  if (command == "set" && count == 3) return setValue(arguments[1], arguments[2], state);
-  if (command == "set")
-    return usageFault("set takes a key and a value, as in `set report.health.verdict degraded`");
-  if (command == "list" || command == "show" || command == "root")
-    return usageFault(command + " takes nothing more");
-  return usageFault("there is no command " + inQuotes(command) + "; `simulated-endpoint help` shows all");
+ControlResult runControl(Arguments arguments, const ControlPlace& place) {
+  if (arguments.empty()) return {2, help};
+  if (auto ordered = runOrder(arguments, Orders(place.files, place.state.root()))) return *std::move(ordered);
+  const auto& name = arguments.front();
+  const auto words = arguments.subspan(1);
+  if (name == "install" && words.size() == 1 && words[0] == "--without-token") return install(false, place);
+  const auto command = std::ranges::find(commands, name, &Command::name);
+  if (command == commands.end()) {
+    return usageFault("there is no command " + inQuotes(name) + "; `simulated-endpoint help` shows all");
+  }
+  if (words.size() != command->arguments) return usageFault(name + " takes " + command->takes);
+  return command->run(words, place);
 }
 
 }  // namespace ostrel::simulated

@@ -3,20 +3,21 @@
 #include <span>
 #include <string>
 
+#include "SimulatedEndpoint/ControlResult.hpp"
 #include "SimulatedEndpoint/ScenarioFolder.hpp"
 #include "SimulatedEndpoint/SimulatedState.hpp"
 
 namespace ostrel::simulated {
 
-/// What a command line of the control program comes to: exit status 0 with text for the standard output, else
-/// text for the standard error.
-struct ControlResult {
-  int status = 0;
-  std::string text;
+/// What the commands work on.
+struct ControlPlace {
+  Files& files;  ///< told real paths
+  const ScenarioFolder& folder;
+  const SimulatedState& state;
+  std::string toolFolder;  ///< holds the stand-ins of the system's tools
 };
 
-/// Runs one command line without the program's name; the profiles tool is the stand-in to be linked.
-ControlResult runControl(std::span<const std::string> arguments, const ScenarioFolder& folder,
-                         const SimulatedState& state, const std::string& profilesTool);
+/// Runs one command line without the program's name; "serve" is none of its commands.
+ControlResult runControl(std::span<const std::string> arguments, const ControlPlace& place);
 
 }  // namespace ostrel::simulated

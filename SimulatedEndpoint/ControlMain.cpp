@@ -5,6 +5,7 @@
 
 #include "Platform/Posix/PosixFiles.hpp"
 #include "SimulatedEndpoint/Control.hpp"
+#include "SimulatedEndpoint/Serve.hpp"
 
 int main(int argc, char** argv) {
   using namespace ostrel;
@@ -17,8 +18,11 @@ int main(int argc, char** argv) {
   }
   const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
   PosixFiles files([](std::string_view path) { return std::string(path); });
-  const auto result = runControl(arguments, ScenarioFolder(files, folder / "Scenarios"),
-                                 SimulatedState(files, HostRoot::fromEnvironment("")), folder / "profiles");
+  const ScenarioFolder scenarios(files, folder / "Scenarios");
+  const SimulatedState state(files, HostRoot::fromEnvironment(""));
+  if (arguments == std::vector<std::string>{"serve"}) return serve(files, state, folder);
+  const auto result =
+      runControl(arguments, {.files = files, .folder = scenarios, .state = state, .toolFolder = folder});
   std::fputs(result.text.c_str(), result.status == 0 ? stdout : stderr);
   return result.status;
 }

@@ -9,7 +9,9 @@
 #include <vector>
 
 #include "Platform/Posix/PosixFiles.hpp"
+#include "SimulatedEndpoint/EndpointFiles.hpp"
 #include "SimulatedEndpoint/HelperAnswers.hpp"
+#include "SimulatedEndpoint/ServiceLock.hpp"
 #include "SimulatedEndpoint/SimulatedState.hpp"
 
 namespace {
@@ -48,9 +50,9 @@ int failed(const std::string& sentence) {
   return 1;
 }
 
-std::expected<std::string, std::string> uninstallAnswer(const SimulatedState& state,
-                                                        const Scenario& scenario) {
-  const auto removed = state.uninstall(scenario);
+std::expected<std::string, std::string> uninstallAnswer(const SimulatedState& state) {
+  endService(state.root().realPath(endpointfiles::serviceLock));
+  const auto removed = state.uninstall();
   if (!removed) return std::unexpected(removed.error());
   std::string text =
       "==> Stopping the background service\n"
@@ -71,7 +73,7 @@ std::expected<std::string, std::string> answer(const HelperRequest& request, con
     case HelperCommand::sendDiagnostics:
       return sendAnswer(behaviour.sending, now);
     case HelperCommand::uninstall:
-      return uninstallAnswer(state, scenario);
+      return uninstallAnswer(state);
   }
   return std::unexpected("unknown command");
 }
@@ -102,7 +104,7 @@ int main(int argc, char** argv) {
   }
   PosixFiles files([](std::string_view path) { return std::string(path); });
   const SimulatedState state(files, HostRoot::fromEnvironment(""));
-  const auto scenario = state.scenario();
+  const auto scenario = state.observed();
   if (!scenario) return failed(scenario.error());
   const auto behaviour = helperBehaviour(scenario->helper(), helperCommandWord(request->command));
   if (behaviour.ignoresTermination) std::signal(SIGTERM, SIG_IGN);

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "Platform/SimulatedMac/SystemExtensionFile.hpp"
 #include "SimulatedEndpoint/CompiledScenarios.hpp"
 #include "SimulatedEndpoint/DottedPath.hpp"
 #include "SimulatedEndpoint/HelperBehaviour.hpp"
@@ -22,6 +23,8 @@ Json emptyScenario() {
           {"network",
            {{"transparent_proxies", Json::array()},
             {"content_filter", {{"provider", false}, {"enabled", false}}}}},
+          {"extension",
+           {{"installed", nullptr}, {"enabled", false}, {"bundled", "4.12.0"}, {"awaiting", nullptr}}},
           {"mdm_enrolled", false}};
 }
 
@@ -59,6 +62,13 @@ std::optional<std::string> networkFault(const Json& network) {
   return flagsFault("network.content_filter", network["content_filter"], model["content_filter"]);
 }
 
+std::optional<std::string> extensionFault(const Json& extension) {
+  if (auto fault = keyFault("extension", extension, emptyScenario()["extension"])) return fault;
+  if (systemExtensionOfFile(extension.dump())) return std::nullopt;
+  return "\"extension\" takes \"installed\", a version or null; \"enabled\", true or false; \"bundled\", a "
+         "version; \"awaiting\", null, \"activation\" or \"deactivation\"";
+}
+
 std::optional<std::string> scenarioFault(const Json& document) {
   if (!isShallow(document)) return "the scenario is nested too deeply";
   for (const auto* key : {"name", "description"}) {
@@ -70,6 +80,7 @@ std::optional<std::string> scenarioFault(const Json& document) {
     return inQuotes(*time) + " is no offset from now, as \"@+10m\" or \"@-1h30m\" is";
   }
   if (auto fault = helperFault(document["helper"])) return fault;
+  if (auto fault = extensionFault(document["extension"])) return fault;
   return networkFault(document["network"]);
 }
 
@@ -79,7 +90,7 @@ std::expected<Scenario, std::string> Scenario::fromJson(const Json& document) {
   auto whole = emptyScenario();
   if (auto fault = keyFault("scenario", document, whole)) return std::unexpected(*fault);
   for (const auto& [key, value] : document.items()) {
-    if (key == "network" && value.is_object()) {
+    if ((key == "network" || key == "extension") && value.is_object()) {
       whole[key].update(value);
     } else {
       whole[key] = value;
@@ -100,6 +111,12 @@ std::expected<Scenario, std::string> Scenario::initial() { return fromText(compi
 std::expected<Scenario, std::string> Scenario::uninstalled() const {
   auto after = fromText(compiledUninstalledScenario);
   if (after) after->document_["helper"] = helper();
+  return after;
+}
+
+Scenario Scenario::withReport(Json report) const {
+  auto after = *this;
+  after.document_["report"] = std::move(report);
   return after;
 }
 

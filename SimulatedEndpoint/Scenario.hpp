@@ -22,6 +22,9 @@ class Scenario {
   /// This scenario after the endpoint was removed from the Mac; the helper behaves as before.
   [[nodiscard]] std::expected<Scenario, std::string> uninstalled() const;
 
+  /// This scenario with another report, an object.
+  Scenario withReport(Json report) const;
+
   /// This scenario with the value at a dotted path ("report.health.verdict") replaced.
   [[nodiscard]] std::expected<Scenario, std::string> with(std::string_view path, Json value) const;
 
@@ -29,6 +32,8 @@ class Scenario {
   std::string name() const { return document_.at("name"); }
   std::string description() const { return document_.at("description"); }
   const Json& report() const { return document_.at("report"); }
+  const Json& network() const { return document_.at("network"); }
+  const Json& extension() const { return document_.at("extension"); }
   const Json& helper() const { return document_.at("helper"); }
 
  private:

@@ -5,7 +5,10 @@
 #include <system_error>
 #include <utility>
 
+#include "Platform/SimulatedMac/StateLock.hpp"
 #include "SimulatedEndpoint/DottedPath.hpp"
+#include "SimulatedEndpoint/EndpointFiles.hpp"
+#include "SimulatedEndpoint/EndpointReport.hpp"
 #include "SimulatedEndpoint/JsonFile.hpp"
 
 namespace ostrel::simulated {
@@ -18,21 +21,35 @@ struct Preference {
   Json (*content)(const Json& document);
 };
 
-constexpr std::array<Preference, 3> preferences = {{
+constexpr std::array<Preference, 4> preferences = {{
     {"network.transparent_proxies", simulatedstate::transparentProxies,
      [](const Json& document) -> Json { return document["network"]["transparent_proxies"]; }},
     {"network.content_filter", simulatedstate::contentFilter,
      [](const Json& document) -> Json { return document["network"]["content_filter"]; }},
+    {"extension", simulatedstate::systemExtension,
+     [](const Json& document) -> Json { return document["extension"]; }},
     {"mdm_enrolled", simulatedstate::deviceManagement,
      [](const Json& document) -> Json {
        return {{"enrolled", document["mdm_enrolled"]}};
      }},
 }};
 
-constexpr std::array<const char*, 2> endpointFiles = {
-    "/Library/LaunchDaemons/tech.brenn.ostrel-agent-endpoint.plist",
-    "/Library/Application Support/ostrel-agent-endpoint-trust/bundle.pem",
-};
+constexpr std::array<const char*, 3> tools = {"/usr/bin/profiles", "/usr/bin/security", "/bin/launchctl"};
+
+std::expected<void, std::string> linkTool(const std::filesystem::path& link, const std::string& tool) {
+  namespace fs = std::filesystem;
+  std::error_code error;
+  const auto kind = fs::symlink_status(link, error).type();
+  if (kind == fs::file_type::symlink && fs::read_symlink(link, error) == tool) return {};
+  if (kind != fs::file_type::symlink && kind != fs::file_type::not_found) return {};
+  const auto fresh = link.string() + ".new";
+  fs::create_directories(link.parent_path(), error);
+  fs::remove(fresh, error);
+  fs::create_symlink(tool, fresh, error);
+  if (!error) fs::rename(fresh, link, error);
+  if (error) return std::unexpected("cannot link " + link.string() + ": " + error.message());
+  return {};
+}
 
 }  // namespace
 
@@ -46,8 +63,57 @@ std::expected<Scenario, std::string> SimulatedState::scenario() const {
   return current;
 }
 
+Json SimulatedState::preference(const char* file, const Json& otherwise) const {
+  const auto value = readJsonFile(files_, root_.realPath(file));
+  return !value || value->is_null() ? otherwise : *value;
+}
+
+std::expected<Scenario, std::string> SimulatedState::observed() const {
+  const auto current = scenario();
+  if (!current) return current;
+  const auto& network = current->network();
+  const auto extension = preference(simulatedstate::systemExtension, current->extension());
+  const auto chosen =
+      SystemFacts::of(current->extension(), network["transparent_proxies"], network["content_filter"]);
+  const auto facts = SystemFacts::of(
+      extension, preference(simulatedstate::transparentProxies, network["transparent_proxies"]),
+      preference(simulatedstate::contentFilter, network["content_filter"]));
+  if (facts == chosen) return current;
+  return current->withReport(
+      reportAfterSystemChange(current->report(), facts, extension.value("bundled", "")));
+}
+
 std::expected<void, std::string> SimulatedState::choose(const Scenario& scenario,
                                                         std::string_view changedPath) const {
+  const StateLock lock(root_.realPath(simulatedstate::lock));
+  return write(scenario, changedPath);
+}
+
+std::expected<Scenario, std::string> SimulatedState::changed(const Change& change) const {
+  const auto current = scenario();
+  return current ? change(*current) : current;
+}
+
+std::expected<void, std::string> SimulatedState::change(const Change& change,
+                                                        std::string_view changedPath) const {
+  // What cannot be done leaves no trace, not even the lock's file.
+  if (const auto planned = changed(change); !planned) return std::unexpected(planned.error());
+  const StateLock lock(root_.realPath(simulatedstate::lock));
+  const auto after = changed(change);
+  if (!after) return std::unexpected(after.error());
+  return write(*after, changedPath);
+}
+
+std::expected<void, std::string> SimulatedState::changeReport(const std::function<Json(Json)>& change) const {
+  return this->change(
+      [&change](const Scenario& current) -> std::expected<Scenario, std::string> {
+        return current.withReport(change(current.report()));
+      },
+      "report");
+}
+
+std::expected<void, std::string> SimulatedState::write(const Scenario& scenario,
+                                                       std::string_view changedPath) const {
   for (const auto& preference : preferences) {
     if (!pathsTouch(preference.path, changedPath)) continue;
     auto written =
@@ -57,14 +123,21 @@ std::expected<void, std::string> SimulatedState::choose(const Scenario& scenario
   return writeJsonFile(files_, root_.realPath(simulatedstate::scenario), scenario.document());
 }
 
-std::expected<std::vector<std::string>, std::string> SimulatedState::uninstall(
-    const Scenario& current) const {
-  const auto after = current.uninstalled();
-  if (!after) return std::unexpected(after.error());
-  auto written = writeJsonFile(files_, root_.realPath(simulatedstate::scenario), after->document());
-  if (!written) return std::unexpected(written.error());
+std::expected<void, std::string> SimulatedState::install() const {
+  const auto path = root_.realPath(endpointfiles::launchFile);
+  if (files_.exists(path)) return {};
+  if (auto changed = changeReport(reportAfterInstall); !changed) return changed;
+  auto written = files_.makeFolders(path.substr(0, path.rfind('/')));
+  if (written) written = files_.writeAtomically(path, endpointfiles::launchFileText);
+  if (!written) return std::unexpected("cannot write " + path + ": " + written.error().description);
+  return {};
+}
+
+std::expected<std::vector<std::string>, std::string> SimulatedState::uninstall() const {
+  auto changed = change([](const Scenario& current) { return current.uninstalled(); }, "report");
+  if (!changed) return std::unexpected(changed.error());
   std::vector<std::string> removed;
-  for (const auto* file : endpointFiles) {
+  for (const auto* file : endpointfiles::all) {
     const auto path = root_.realPath(file);
     if (!files_.exists(path)) continue;
     if (auto gone = files_.remove(path); !gone) {
@@ -86,19 +159,11 @@ std::expected<bool, std::string> SimulatedState::isDeviceManaged() const {
   return std::unexpected(path + " must hold \"enrolled\", true or false");
 }
 
-std::expected<void, std::string> SimulatedState::linkProfilesTool(const std::string& tool) const {
-  namespace fs = std::filesystem;
-  const fs::path link = root_.realPath("/usr/bin/profiles");
-  std::error_code error;
-  const auto kind = fs::symlink_status(link, error).type();
-  if (kind == fs::file_type::symlink && fs::read_symlink(link, error) == tool) return {};
-  if (kind != fs::file_type::symlink && kind != fs::file_type::not_found) return {};
-  const auto fresh = link.string() + ".new";
-  fs::create_directories(link.parent_path(), error);
-  fs::remove(fresh, error);
-  fs::create_symlink(tool, fresh, error);
-  if (!error) fs::rename(fresh, link, error);
-  if (error) return std::unexpected("cannot link " + link.string() + ": " + error.message());
+std::expected<void, std::string> SimulatedState::linkTools(const std::string& folder) const {
+  for (const std::string tool : tools) {
+    auto linked = linkTool(root_.realPath(tool), folder + tool.substr(tool.rfind('/')));
+    if (!linked) return linked;
+  }
   return {};
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <expected>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,7 @@ class SimulatedState {
   /// The files are told real paths.
   SimulatedState(Files& files, HostRoot root) : files_(files), root_(std::move(root)) {}
 
+  const HostRoot& root() const { return root_; }
   /// The folder that stands for "/" of the simulated Mac.
   const std::string& hostRoot() const { return root_.path(); }
 
@@ -24,22 +26,44 @@ class SimulatedState {
   /// file.
   [[nodiscard]] std::expected<Scenario, std::string> scenario() const;
 
+  /// The current scenario with the report that the endpoint prints now: where the agent has changed the
+  /// system since the scenario was chosen, the report tells what became of it.
+  [[nodiscard]] std::expected<Scenario, std::string> observed() const;
+
   /// Makes the scenario the current one and writes the preferences that the path touches; the empty path
   /// touches all.
   [[nodiscard]] std::expected<void, std::string> choose(const Scenario& scenario,
                                                         std::string_view changedPath) const;
 
+  using Change = std::function<std::expected<Scenario, std::string>(const Scenario&)>;
+
+  /// Puts what the change makes of the current scenario in its place; no other process changes it meanwhile.
+  [[nodiscard]] std::expected<void, std::string> change(const Change& change,
+                                                        std::string_view changedPath) const;
+
+  /// Changes the current report alone.
+  [[nodiscard]] std::expected<void, std::string> changeReport(const std::function<Json(Json)>& change) const;
+
+  /// Writes the daemon's launch file, and that the daemon runs, where the file is missing.
+  [[nodiscard]] std::expected<void, std::string> install() const;
+
   /// Makes the scenario of this Mac without endpoint the current one and removes the endpoint's own files.
   /// Gives the Mac paths of those that were there.
-  [[nodiscard]] std::expected<std::vector<std::string>, std::string> uninstall(const Scenario& current) const;
+  [[nodiscard]] std::expected<std::vector<std::string>, std::string> uninstall() const;
 
   /// Whether device management manages this Mac; a missing file says no.
   [[nodiscard]] std::expected<bool, std::string> isDeviceManaged() const;
 
-  /// Links the stand-in at /usr/bin/profiles; a file that is no link stays as it is.
-  [[nodiscard]] std::expected<void, std::string> linkProfilesTool(const std::string& tool) const;
+  /// Links the stand-ins of a folder in the places of the system's tools; a file that is no link stays as it
+  /// is.
+  [[nodiscard]] std::expected<void, std::string> linkTools(const std::string& folder) const;
 
  private:
+  [[nodiscard]] std::expected<Scenario, std::string> changed(const Change& change) const;
+  Json preference(const char* file, const Json& otherwise) const;
+  [[nodiscard]] std::expected<void, std::string> write(const Scenario& scenario,
+                                                       std::string_view changedPath) const;
+
   Files& files_;
   HostRoot root_;
 };

@@ -2,35 +2,10 @@
 
 #include <filesystem>
 
-#include "Platform/SimulatedMac/HostRoot.hpp"
-#include "SimulatedEndpoint/Json.hpp"
-#include "Tests/EndToEnd/Process.hpp"
-#include "Tests/Fakes/TemporaryFolder.hpp"
+#include "Tests/SimulatedEndpoint/Programs.hpp"
 
 namespace ostrel::simulated {
 namespace {
-
-using Arguments = std::vector<std::string>;
-
-/// The programs over a host root of their own.
-struct Programs : testing::Test {
-  Ran run(const std::string& program, Arguments arguments) const {
-    arguments.insert(arguments.begin(), program);
-    return ostrel::run(arguments, {{"OSTREL_HOST_ROOT", root}});
-  }
-
-  Ran status() const { return run(HELPER, {"status", "--json"}); }
-
-  void control(Arguments arguments) const {
-    const auto ran = run(CONTROL, std::move(arguments));
-    ASSERT_EQ(ran.status, 0) << ran.error;
-  }
-
-  Json state(const char* macPath) const { return Json::parse(place.read("root" + std::string(macPath))); }
-
-  TemporaryFolder place;
-  const std::string root = place / "root";
-};
 
 TEST_F(Programs, AnEmptyHostRootIsProtectedAndStaysEmpty) {
   const auto report = Json::parse(status().output);
@@ -135,11 +110,17 @@ TEST_F(Programs, TheControlProgramSaysWhatIsWrong) {
     const char* named;
   };
   const Row rows[] = {
-      {{}, 2, "simulated-endpoint list"},
+      {{}, 2, "  serve "},
       {{"scenario", "setling"}, 1, "\"settling\""},
       {{"scenario", "../protected"}, 1, "there is no scenario"},
       {{"set", "helper.exit"}, 2, "a key and a value"},
       {{"set", "helper.exti", "3"}, 1, "\"exti\""},
+      {{"set", "extension.awaiting", "tea"}, 1, "\"awaiting\""},
+      {{"approve"}, 1, "nothing waits"},
+      {{"agent"}, 1, "no menu-bar agent"},
+      {{"trust", "perhaps"}, 2, "accept, cancel, refuse"},
+      {{"fail-saves", "2", "D", "x"}, 2, "a code"},
+      {{"fail-tea", "2", "D", "4"}, 2, "no command"},
       {{"set", "report.version", "\xff"}, 1, "UTF-8"},
   };
   for (const auto& row : rows) {

@@ -1,0 +1,101 @@
+#include "SimulatedEndpoint/ControlOrders.hpp"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <string_view>
+
+#include "Platform/SimulatedMac/SimulatedOrders.hpp"
+#include "SimulatedEndpoint/Misbehaviour.hpp"
+
+namespace ostrel::simulated {
+
+namespace {
+
+/// An order that is one of a few words; the first is how the system behaves without an order.
+struct Choice {
+  std::string_view name;
+  std::array<std::string_view, 3> words;
+};
+
+constexpr std::array choices = {
+    Choice{"approval", {"new", "always", "never"}},
+    Choice{"result", {"completed", "after-reboot"}},
+    Choice{"callbacks", {"once", "twice"}},
+    Choice{"trust", {"accept", "cancel", "refuse"}},
+};
+
+std::string listed(const Choice& choice) {
+  std::string list;
+  for (const auto& word : choice.words) {
+    if (word.empty()) continue;
+    if (!list.empty()) list += ", ";
+    list += word;
+  }
+  return list;
+}
+
+ControlResult give(const Orders& orders, const std::string& name, const Json& order,
+                   const std::string& text) {
+  const auto given = orders.give(name, order);
+  return given ? ControlResult{0, text + "\n"} : failed(given.error());
+}
+
+ControlResult choose(const Choice& choice, std::span<const std::string> words, const Orders& orders) {
+  const std::string name(choice.name);
+  if (words.size() != 1 || words[0].empty() || std::ranges::count(choice.words, words[0]) == 0) {
+    return usageFault(name + " takes one of: " + listed(choice));
+  }
+  const auto order = words[0] == choice.words[0] ? Json() : Json(words[0]);
+  return give(orders, name, order, name + " is now " + words[0]);
+}
+
+std::optional<int> numberOf(const std::string& word) {
+  int number = 0;
+  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
+  const bool isWhole = error == std::errc() && end == word.data() + word.size();
+  return isWhole ? std::optional(number) : std::nullopt;
+}
+
+ControlResult failCalls(const std::string& name, std::span<const std::string> words, const Orders& orders) {
+  const auto count = words.empty() ? std::nullopt : numberOf(words[0]);
+  if (words.size() == 1 && count == 0) return give(orders, name, Json(), name + " is taken back");
+  const auto code = words.size() < 3 ? std::nullopt : numberOf(words[2]);
+  if (words.size() > 4 || !count || *count <= 0 || !code) {
+    return usageFault(name + " takes how often, a domain, a code and perhaps a text, as in `" + name +
+                      " 11 NEVPNErrorDomain 4`; or 0");
+  }
+  Json order = {{"count", *count}, {"domain", words[1]}, {"code", *code}};
+  if (words.size() == 4) order["description"] = words[3];
+  return give(orders, name, order, name + ": " + words[0] + " times " + words[1] + " " + words[2]);
+}
+
+ControlResult misbehave(std::span<const std::string> words, const Orders& orders) {
+  const auto order = misbehaviourOrder(words);
+  if (!order) return usageFault(order.error());
+  return give(orders, "misbehave", *order, "misbehave is now " + words[0]);
+}
+
+ControlResult clear(const Orders& orders) {
+  const auto cleared = orders.clear();
+  return cleared ? ControlResult{0, "Nothing is ordered any more\n"} : failed(cleared.error());
+}
+
+}  // namespace
+
+std::optional<ControlResult> runOrder(std::span<const std::string> arguments, const Orders& orders) {
+  if (arguments.empty()) return std::nullopt;
+  const auto& name = arguments.front();
+  const auto words = arguments.subspan(1);
+  const auto choice = std::ranges::find(choices, name, &Choice::name);
+  if (choice != choices.end()) return choose(*choice, words, orders);
+  if (std::ranges::count(faultyCallNames, name, &FaultyCallName::name) > 0) {
+    return failCalls(name, words, orders);
+  }
+  if (name == "misbehave") return misbehave(words, orders);
+  if (name == "orders" && words.empty()) return ControlResult{0, printJson(orders.all())};
+  if (name == "clear-orders" && words.empty()) return clear(orders);
+  return std::nullopt;
+}
+
+}  // namespace ostrel::simulated

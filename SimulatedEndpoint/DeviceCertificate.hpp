@@ -1,0 +1,18 @@
+#pragma once
+
+#include <expected>
+#include <string>
+
+#include "Platform/Files.hpp"
+#include "Platform/SimulatedMac/HostRoot.hpp"
+
+namespace ostrel::simulated {
+
+/// The CA certificate of the simulated Mac in PEM form. The system's openssl makes it when it is first asked
+/// for; its key is never kept.
+[[nodiscard]] std::expected<std::string, std::string> deviceCertificate(Files& files, const HostRoot& root);
+
+/// Whether the text is one certificate in PEM form, as far as its armour and its outermost length tell.
+bool isCertificate(std::string_view pem);
+
+}  // namespace ostrel::simulated
