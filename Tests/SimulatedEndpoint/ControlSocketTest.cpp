@@ -83,7 +83,7 @@ TEST_F(ControlSocketTest, EnrollingKeepsNoTokenAndShowsInTheNextReport) {
   EXPECT_EQ(reported()["health"]["credential"]["state"], "ok");
   EXPECT_EQ(answer({{"action", "status"}})["enrolled"], true);
   for (const auto& entry : fs::recursive_directory_iterator(root)) {
-    if (!entry.is_regular_file()) continue;
+    if (entry.is_symlink() || !entry.is_regular_file()) continue;
     std::ifstream file(entry.path(), std::ios::binary);
     const std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     EXPECT_EQ(bytes.find("secret"), std::string::npos) << entry.path();
@@ -159,7 +159,7 @@ TEST_F(ControlSocketTest, MisbehavesAsOrdered) {
       {{"torn"}, [&](const auto& bytes) { return bytes == good.substr(0, good.size() / 2); }},
       {{"garbage"}, [](const auto& bytes) { return bytes.ends_with('\n') && !Json::accept(bytes); }},
       {{"array"}, [](const auto& bytes) { return Json::parse(bytes).is_array(); }},
-      {{"huge"}, [](const auto& bytes) { return bytes.size() > 8'000'000 && Json::accept(bytes); }},
+      {{"huge"}, [](const auto& bytes) { return bytes.size() > 8'000'000 && bytes.ends_with("x\"}\n"); }},
       {{"refuse"}, [](const auto& bytes) { return !Json::parse(bytes).contains("reason"); }},
       {{"refuse", "x"}, [](const auto& bytes) { return Json::parse(bytes)["reason"] == "x"; }},
       {{"none"}, [&](const auto& bytes) { return bytes == good; }},
