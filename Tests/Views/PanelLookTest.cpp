@@ -104,6 +104,10 @@ TEST_F(PanelLook, GrowsWithTheTextSize) {
   frames();
   EXPECT_NEAR(place("Egress lock, enforcing").height(), 2 * usual, 2);
   EXPECT_EQ(window().height(), static_cast<int>(window().contentItem()->childItems()[0]->height()));
+  EXPECT_GT(place("Protected").left(), 60);
+  look.textScale = 3;
+  panel->setLook(look);
+  EXPECT_EQ(place("Protected").left(), 16) << "beside the shield the word would be torn";
 }
 
 TEST_F(PanelLook, HasLinesOfOnePixelOnEveryScreen) {

@@ -7,9 +7,13 @@ Text {
     function lineWidth(): real {
         return Math.ceil(Look.widthOf(text, font)) + 1;
     }
+    function widestWord(): real {
+        return Math.max(...text.split(" ").map(word => Math.ceil(Look.widthOf(word, font)) + 1));
+    }
 
     textFormat: Text.PlainText
     wrapMode: Text.Wrap
+    horizontalAlignment: Text.AlignLeft // as the panel runs, whichever way the text does
     color: Tokens.ink
     font.pixelSize: Tokens.bodySize
     Accessible.ignored: true

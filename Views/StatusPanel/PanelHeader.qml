@@ -1,22 +1,27 @@
 import QtQuick
 import Ostrel.Views
 
-/// The verdict, with its buttons beside it or, where they have no room, below it.
+/// The verdict, with its buttons beside it or, where they have no room, below it. A shield that leaves no room for one
+/// of its words stands above it.
 Item {
     id: header
 
     required property PanelState panel
-    readonly property real textWidth: width - 2 * 16 - shield.width - 12
-    readonly property bool isStacked: word.lineWidth() + 12 + buttons.width > textWidth
-    readonly property real lineHeight: Math.ceil(Math.max(shield.height, texts.height, isStacked ? 0 : buttons.height))
+    readonly property real besideShield: 16 + shield.width + 12
+    readonly property bool isNarrow: word.widestWord() > width - besideShield - 16
+    readonly property real textLeft: isNarrow ? 16 : besideShield
+    readonly property real textTop: isNarrow ? 16 + shield.height + 8 : 16
+    readonly property real textWidth: width - textLeft - 16
+    readonly property bool isStacked: isNarrow || word.lineWidth() + 12 + buttons.width > textWidth
+    readonly property real lineHeight: Math.ceil(Math.max(isNarrow ? 0 : shield.height, texts.height, isStacked ? 0 : buttons.height))
 
-    implicitHeight: 16 + lineHeight + (isStacked ? Math.ceil(buttons.height) + 8 : 0) + 12
+    implicitHeight: textTop + lineHeight + (isStacked ? Math.ceil(buttons.height) + 8 : 0) + 12
 
     Shield {
         id: shield
         anchors.left: parent.left
         anchors.leftMargin: 16
-        y: 16 + Math.round((header.lineHeight - height) / 2)
+        y: header.isNarrow ? 16 : 16 + Math.round((header.lineHeight - height) / 2)
         width: Math.round(34 * Tokens.textScale)
         height: Math.round(38 * Tokens.textScale)
         kind: header.panel.header.kind
@@ -25,9 +30,9 @@ Item {
     }
     Column {
         id: texts
-        anchors.left: shield.right
-        anchors.leftMargin: 12
-        y: 16 + Math.round((header.lineHeight - height) / 2)
+        anchors.left: parent.left
+        anchors.leftMargin: header.textLeft
+        y: header.textTop + Math.round((header.lineHeight - height) / 2)
         width: header.textWidth - (header.isStacked ? 0 : buttons.width + 12)
         spacing: 2
         Accessible.role: Accessible.Heading
@@ -54,7 +59,7 @@ Item {
         id: buttons
         anchors.right: parent.right
         anchors.rightMargin: header.isStacked ? 16 + header.textWidth - width : 16
-        y: header.isStacked ? 16 + header.lineHeight + 8 : 16 + Math.round((header.lineHeight - height) / 2)
+        y: header.isStacked ? header.textTop + header.lineHeight + 8 : 16 + Math.round((header.lineHeight - height) / 2)
         spacing: 5
 
         Repeater {
