@@ -9,6 +9,7 @@
 #include "Benchmarks/BenchTable.hpp"
 #include "Benchmarks/Process.hpp"
 #include "Benchmarks/ReportBenchmark.hpp"
+#include "Benchmarks/SocketBenchmark.hpp"
 
 namespace ostrel {
 
@@ -17,6 +18,7 @@ namespace {
 constexpr int refreshes = 36;
 constexpr int quickRefreshes = 4;
 constexpr int starts = 400;
+constexpr int exchanges = 4000;
 
 void compare(const char* what, const char* unit, double measured, double reference, const char* bar) {
   const auto format = std::string("%.1f ") + unit;
@@ -32,6 +34,9 @@ void run(bool isQuick) {
   const auto help = medianRunMicroseconds({OSTREL_AGENT, "help"}, starts);
   const auto trueTime = medianRunMicroseconds({"/bin/true"}, starts);
   compare("`OstrelAgent help`; reference: `/bin/true`", "µs", help, trueTime, "3 times");
+  const auto socket = measureSocket(exchanges);
+  compare("request of 1 KB and its answer; reference: a bare connect, write, read, close", "µs",
+          socket.controlSocketMicroseconds, socket.bareMicroseconds, "2 times");
   const auto agent = measureAgent(isQuick ? quickRefreshes : refreshes);
   compare("CPU of one refresh, median; reference: a bare loop", "µs", agent.agent.refreshMicroseconds,
           agent.bareLoop.refreshMicroseconds, "1.5 times");
