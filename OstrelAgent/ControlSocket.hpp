@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <expected>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <variant>
