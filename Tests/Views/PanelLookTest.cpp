@@ -59,19 +59,22 @@ PanelContent withLongTexts() {
   content.cards[0].button = PanelButton{words, PanelAction::trustDeviceCA};
   content.cards[1].state.text = word;
   content.cards[1].action = word;
-  content.protection->guard.label = word;
-  content.protection->egressLock.state.text = word;
-  content.protection->egressLock.note = word;
-  content.protection->containers.label = words;
-  content.protection->containers.state.text = words;
-  content.protection->offNote = word;
+  auto protection = content.protection.value_or(PanelContent::Protection());
+  protection.guard.label = word;
+  protection.egressLock.state.text = word;
+  protection.egressLock.note = word;
+  protection.containers.label = words;
+  protection.containers.state.text = words;
+  protection.offNote = word;
   for (int i = 0; i < 60; ++i) {
-    content.protection->ecosystems.push_back(
-        {"ecosystem" + std::to_string(i), RowState::warn("not covered")});
+    protection.ecosystems.push_back({"ecosystem" + std::to_string(i), RowState::warn("not covered")});
   }
-  content.protection->ecosystems.push_back({word, RowState::off(word)});
-  content.health->rollup.state.text = words;
-  content.health->components[0].note = word;
+  protection.ecosystems.push_back({word, RowState::off(word)});
+  content.protection = std::move(protection);
+  auto health = content.health.value_or(PanelContent::Health());
+  health.rollup.state.text = words;
+  health.components.at(0).note = word;
+  content.health = std::move(health);
   content.facts[0].value = word;
   content.facts[1].label = words;
   for (auto* buttons : {&content.footerButtons, &content.moreButtons}) {

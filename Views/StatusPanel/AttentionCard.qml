@@ -8,7 +8,7 @@ Item {
 
     signal pressed
 
-    implicitHeight: content.height + 20
+    implicitHeight: Math.ceil(content.height) + 20
     Accessible.role: Accessible.Grouping
     Accessible.name: value.spoken
     Accessible.description: value.spokenDetail
