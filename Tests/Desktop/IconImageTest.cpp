@@ -163,9 +163,7 @@ TEST(IconImage, TakesTheNextSmallerGlyphForOneThatCannotBeRead) {
   QImage(36, 36, QImage::Format_ARGB32).save(QString::fromStdString(folder / "glyph@2x.png"));
   folder.write("glyph@3x.png", "damaged");
   for (const auto& [scale, side] : {std::pair{0, 18}, {1, 18}, {2, 36}, {3, 36}, {4, 36}}) {
-    const auto picture = loadGlyph(folder.path(), "glyph", scale);
-    ASSERT_TRUE(picture) << scale;
-    EXPECT_EQ(picture->width(), side) << scale;
+    EXPECT_EQ(loadGlyph(folder.path(), "glyph", scale).value_or(QImage()).width(), side) << scale;
   }
 }
 

@@ -26,7 +26,7 @@ std::optional<QImage> readPicture(const QString& path) {
   QImageReader reader(path, "png");
   reader.setAutoDetectImageFormat(false);
   if (!isOfUse(reader.size())) return std::nullopt;
-  QImage picture = reader.read();
+  const QImage picture = reader.read();
   if (picture.isNull()) return std::nullopt;
   return picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
