@@ -24,7 +24,7 @@ void loadNetworkState(NetworkPreferences& preferences, const std::shared_ptr<Sna
 
 }  // namespace
 
-MenuBarController::MenuBarController(Services services, Controller helper)
+MenuBarController::MenuBarController(Services services, HelperRunner helper)
     : services_(services),
       helper_(helper),
       statusRuns_(services.mainQueue),

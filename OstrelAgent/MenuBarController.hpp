@@ -4,7 +4,7 @@
 #include <memory>
 #include <optional>
 
-#include "OstrelAgent/Controller.hpp"
+#include "OstrelAgent/HelperRunner.hpp"
 #include "OstrelAgent/PanelContent.hpp"
 #include "OstrelAgent/StatusPanelActions.hpp"
 #include "OstrelAgent/StatusPanelModel.hpp"
@@ -42,7 +42,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
     Screens& screens;
   };
 
-  MenuBarController(Services services, Controller helper);
+  MenuBarController(Services services, HelperRunner helper);
 
   /// Shows the icon, starts the first refresh and the timer. Call once.
   void start();
@@ -61,7 +61,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   PanelContent content() const;
 
   Services services_;
-  Controller helper_;
+  HelperRunner helper_;
   StatusRuns statusRuns_;
   TimeTexts times_;
   StatusPanelModel model_;

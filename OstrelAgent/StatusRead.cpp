@@ -19,8 +19,8 @@ Snapshot snapshotOfStatus(std::int32_t status, std::string_view standardOutput) 
   return snapshot;
 }
 
-Snapshot readStatus(const Controller& controller, const ChildEnding& ending) {
-  const auto output = controller.runHelperCapturingStdout({"status", "--json"}, ending);
+Snapshot readStatus(const HelperRunner& helper, const ChildEnding& ending) {
+  const auto output = helper.runHelperCapturingStdout({"status", "--json"}, ending);
   return snapshotOfStatus(output.status, output.standardOutput);
 }
 

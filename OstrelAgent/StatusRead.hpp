@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "OstrelAgent/Controller.hpp"
+#include "OstrelAgent/HelperRunner.hpp"
 #include "OstrelAgent/Snapshot.hpp"
 #include "Platform/NetworkPreferences.hpp"
 
@@ -14,7 +14,7 @@ namespace ostrel {
 Snapshot snapshotOfStatus(std::int32_t status, std::string_view standardOutput);
 
 /// Runs the helper for its status report. Blocks.
-Snapshot readStatus(const Controller& controller, const ChildEnding& ending = {});
+Snapshot readStatus(const HelperRunner& helper, const ChildEnding& ending = {});
 
 /// Adds what the network preferences say. A failed load leaves the defaults.
 void addTransparentProxies(Snapshot& snapshot, const NetworkPreferences::TransparentProxies& loaded);

@@ -29,7 +29,7 @@ int runMenuBar() {
           .statusItem = host.statusItem,
           .screens = host.screens,
       },
-      Controller(host.bundle, host.files, host.childProcesses, host.standardStreams));
+      HelperRunner(host.bundle, host.files, host.childProcesses, host.standardStreams));
   controller->start();
   return host.shell.run();
 }

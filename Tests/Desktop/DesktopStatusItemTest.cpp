@@ -90,7 +90,7 @@ TEST_F(DesktopStatusItemTest, IsSilentWhenARefreshChangesNothing) {
       MenuBarController::Services{host.mainQueue, host.backgroundQueue, host.statusQueue, host.clock,
                                   host.childProcesses, host.networkPreferences, host.timeFormat, host.shell,
                                   item, host.screens},
-      Controller(host.bundle, host.files, host.childProcesses, host.standardStreams));
+      HelperRunner(host.bundle, host.files, host.childProcesses, host.standardStreams));
   const auto refresh = [&] {
     host.mainQueue.advance(5s);
     host.statusQueue.runAll();

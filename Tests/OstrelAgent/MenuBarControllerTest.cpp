@@ -54,7 +54,7 @@ struct MenuBarControllerTest : testing::Test {
       MenuBarController::Services{host.mainQueue, host.backgroundQueue, host.statusQueue, host.clock,
                                   host.childProcesses, host.networkPreferences, host.timeFormat, host.shell,
                                   host.statusItem, host.screens},
-      Controller(host.bundle, host.files, host.childProcesses, host.standardStreams));
+      HelperRunner(host.bundle, host.files, host.childProcesses, host.standardStreams));
 };
 
 TEST_F(MenuBarControllerTest, ShowsAnIconBeforeAnyDataAndTouchesItOnlyForAChangeEveryFiveSeconds) {

@@ -1,4 +1,4 @@
-#include "OstrelAgent/Controller.hpp"
+#include "OstrelAgent/HelperRunner.hpp"
 
 #include <gtest/gtest.h>
 
@@ -9,17 +9,17 @@ namespace {
 
 constexpr const char* helperPath = "/Applications/OstrelAgent.app/Contents/Helpers/ostrel-agent-endpoint";
 
-struct ControllerTest : testing::Test {
+struct HelperRunnerTest : testing::Test {
   FakeHost host;
-  Controller controller{host.bundle, host.files, host.childProcesses, host.standardStreams};
+  HelperRunner helper{host.bundle, host.files, host.childProcesses, host.standardStreams};
 };
 
-TEST_F(ControllerTest, AHelperThatIsNoExecutableFileIsNamedAndNotStarted) {
+TEST_F(HelperRunnerTest, AHelperThatIsNoExecutableFileIsNamedAndNotStarted) {
   host.files.put(helperPath, "#!/bin/sh\n");
   for (int round = 0; round < 2; ++round) {
     host.standardStreams.error.clear();
-    EXPECT_EQ(controller.runHelper({"uninstall"}), 127);
-    const auto captured = controller.runHelperCapturingStdout({"status", "--json"});
+    EXPECT_EQ(helper.runHelper({"uninstall"}), 127);
+    const auto captured = helper.runHelperCapturingStdout({"status", "--json"});
     EXPECT_EQ(captured.status, 127);
     EXPECT_EQ(captured.standardOutput, "");
     const auto line = "embedded ostrel-agent-endpoint not found at " + std::string(helperPath) + "\n";
@@ -29,30 +29,30 @@ TEST_F(ControllerTest, AHelperThatIsNoExecutableFileIsNamedAndNotStarted) {
   EXPECT_TRUE(host.childProcesses.commands.empty());
 }
 
-TEST_F(ControllerTest, AHelperThatCannotBeStartedIsToldWithTheReason) {
+TEST_F(HelperRunnerTest, AHelperThatCannotBeStartedIsToldWithTheReason) {
   host.files.putExecutable(helperPath);
   const PlatformError error{posixErrorDomain, 8, "Exec format error"};
   host.childProcesses.script.emplace_back(std::unexpected(error));
   host.childProcesses.script.emplace_back(std::unexpected(error));
-  EXPECT_EQ(controller.runHelper({}), 126);
-  const auto captured = controller.runHelperCapturingStdout({});
+  EXPECT_EQ(helper.runHelper({}), 126);
+  const auto captured = helper.runHelperCapturingStdout({});
   EXPECT_EQ(captured.status, 126);
   EXPECT_EQ(captured.standardOutput, "");
   const std::string line = "failed to run helper: Exec format error\n";
   EXPECT_EQ(host.standardStreams.error, line + line);
 }
 
-TEST_F(ControllerTest, StatusArgumentsAndEveryByteOfTheHelperPassThrough) {
+TEST_F(HelperRunnerTest, StatusArgumentsAndEveryByteOfTheHelperPassThrough) {
   host.files.putExecutable(helperPath);
   const std::vector<std::string> arguments = {"diagnostics", "", "{\"a b\":\"$HOME\"}"};
   const std::string bytes = std::string(5'000'000, 'x') + std::string("\0\xff\r\n", 4);
   for (const std::int32_t status : {0, 3, 9, 126, 127, 255}) {
     host.childProcesses.script.emplace_back(ChildResult{status, bytes});
-    const auto output = controller.runHelperCapturingStdout(arguments);
+    const auto output = helper.runHelperCapturingStdout(arguments);
     EXPECT_EQ(output.status, status);
     EXPECT_TRUE(output.standardOutput == bytes);
     host.childProcesses.script.emplace_back(ChildResult{status, ""});
-    EXPECT_EQ(controller.runHelper(arguments), status);
+    EXPECT_EQ(helper.runHelper(arguments), status);
   }
   EXPECT_EQ(host.standardStreams.error, "");
   const auto commands = host.childProcesses.commands;

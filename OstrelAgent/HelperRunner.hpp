@@ -13,7 +13,7 @@ namespace ostrel {
 
 /// Runs the endpoint helper that ships inside the bundle. Every call blocks until the helper has ended; a
 /// copy may be used on another thread.
-class Controller {
+class HelperRunner {
  public:
   /// The runner's own exit statuses; the helper's pass through.
   static constexpr std::int32_t helperNotFound = 127;
@@ -24,8 +24,11 @@ class Controller {
     std::string standardOutput;
   };
 
-  Controller(const Bundle& bundle, const Files& files, ChildProcesses& childProcesses,
-             StandardStreams& streams);
+  HelperRunner(const Bundle& bundle, const Files& files, ChildProcesses& childProcesses,
+               StandardStreams& streams);
+
+  /// Absolute path of the helper, whether it is there or not.
+  std::string helperPath() const;
 
   /// Runs the helper on the program's own standard streams; gives its exit status.
   std::int32_t runHelper(const std::vector<std::string>& arguments) const;

@@ -1,0 +1,39 @@
+#include "OstrelAgent/HelperRunner.hpp"
+
+#include <utility>
+
+namespace ostrel {
+
+HelperRunner::HelperRunner(const Bundle& bundle, const Files& files, ChildProcesses& childProcesses,
+                           StandardStreams& streams)
+    : bundle_(&bundle), files_(&files), childProcesses_(&childProcesses), streams_(&streams) {}
+
+std::string HelperRunner::helperPath() const {
+  return bundle_->path() + "/Contents/Helpers/ostrel-agent-endpoint";
+}
+
+std::int32_t HelperRunner::runHelper(const std::vector<std::string>& arguments) const {
+  return run(arguments, ChildStream::inherited, {}).status;
+}
+
+HelperRunner::HelperOutput HelperRunner::runHelperCapturingStdout(const std::vector<std::string>& arguments,
+                                                                  const ChildEnding& ending) const {
+  return run(arguments, ChildStream::captured, ending);
+}
+
+HelperRunner::HelperOutput HelperRunner::run(const std::vector<std::string>& arguments, ChildStream output,
+                                             const ChildEnding& ending) const {
+  const auto path = helperPath();
+  if (!files_->isExecutableFile(path)) {
+    streams_->writeError("embedded ostrel-agent-endpoint not found at " + path + "\n");
+    return {helperNotFound, ""};
+  }
+  auto result = childProcesses_->run({path, arguments, output, ChildStream::inherited}, ending);
+  if (!result) {
+    streams_->writeError("failed to run helper: " + result.error().description + "\n");
+    return {helperNotStarted, ""};
+  }
+  return {result->status, std::move(result->output)};
+}
+
+}  // namespace ostrel
