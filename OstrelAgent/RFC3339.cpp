@@ -1,5 +1,7 @@
 #include "OstrelAgent/RFC3339.hpp"
 
+#include <algorithm>
+
 namespace ostrel {
 
 namespace {
@@ -65,6 +67,13 @@ std::chrono::minutes readZone(Reader& reader) {
   return std::chrono::minutes(sign * (hours * 60 + reader.number(2, 0, 59)));
 }
 
+/// The number with zeros before it, up to the digits asked for.
+template <class Number>
+std::string padded(Number number, std::size_t digits) {
+  const auto text = std::to_string(number);
+  return std::string(digits - std::min(digits, text.size()), '0') + text;
+}
+
 }  // namespace
 
 std::optional<Date> parseRFC3339(std::string_view text) {
@@ -86,6 +95,17 @@ std::optional<Date> parseRFC3339(std::string_view text) {
   const year_month_day date(year(y), month(static_cast<unsigned>(m)), day(static_cast<unsigned>(d)));
   if (!reader.isDone() || !date.ok()) return std::nullopt;
   return Date(sys_days(date)) + hour + minute + second + fraction - offset;
+}
+
+std::string formatRFC3339(Date date) {
+  using namespace std::chrono;
+  const auto whole = floor<seconds>(date);
+  const auto midnight = floor<days>(whole);
+  const year_month_day day(midnight);
+  const hh_mm_ss time(whole - midnight);
+  return padded(static_cast<int>(day.year()), 4) + "-" + padded(static_cast<unsigned>(day.month()), 2) + "-" +
+         padded(static_cast<unsigned>(day.day()), 2) + "T" + padded(time.hours().count(), 2) + ":" +
+         padded(time.minutes().count(), 2) + ":" + padded(time.seconds().count(), 2) + "Z";
 }
 
 }  // namespace ostrel

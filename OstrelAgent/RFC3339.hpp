@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "Platform/Date.hpp"
@@ -10,5 +11,8 @@ namespace ostrel {
 /// The time of an internet date-time such as "2025-01-02T03:04:05.678Z": a real date, upper-case T and Z or
 /// ±hh:mm, digits of a fraction cut to milliseconds. Nothing for any other text.
 std::optional<Date> parseRFC3339(std::string_view text);
+
+/// The time as an internet date-time in UTC, fractions of a second cut off: "2025-01-02T03:04:05Z".
+std::string formatRFC3339(Date date);
 
 }  // namespace ostrel

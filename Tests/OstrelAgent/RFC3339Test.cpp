@@ -30,6 +30,19 @@ TEST(RFC3339, IsReadToTheMillisecond) {
   for (const auto& [text, date] : rows) EXPECT_EQ(parseRFC3339(text), date) << text;
 }
 
+TEST(RFC3339, IsWrittenInUtcWithoutFraction) {
+  const std::pair<Date, const char*> rows[] = {
+      {sys_days(year(2024) / 2 / 29) + 3h + 4min + 5s + 999ms, "2024-02-29T03:04:05Z"},
+      {Date(-1ms), "1969-12-31T23:59:59Z"},
+      {sys_days(year(9999) / 12 / 31) + 24h - 1ms, "9999-12-31T23:59:59Z"},
+      {sys_days(year(7) / 1 / 1), "0007-01-01T00:00:00Z"},
+  };
+  for (const auto& [date, text] : rows) {
+    EXPECT_EQ(formatRFC3339(date), text);
+    EXPECT_EQ(parseRFC3339(text), floor<seconds>(date));
+  }
+}
+
 TEST(RFC3339, IsNoTimeInAnyOtherForm) {
   std::istringstream texts(
       "|tomorrow|2025-01-02|2025-01-02T03:04Z|2025-01-02T03:04:05|2025-02-29T00:00:00Z|1900-02-29T00:00:00Z|"
