@@ -1,15 +1,18 @@
 #pragma once
 
+#include "Platform/UserAccount.hpp"
 #include "Tests/Fakes/FakeBackgroundQueue.hpp"
 #include "Tests/Fakes/FakeBundle.hpp"
 #include "Tests/Fakes/FakeChildProcesses.hpp"
 #include "Tests/Fakes/FakeFiles.hpp"
+#include "Tests/Fakes/FakeLog.hpp"
 #include "Tests/Fakes/FakeMainQueue.hpp"
 #include "Tests/Fakes/FakeNetworkPreferences.hpp"
 #include "Tests/Fakes/FakeScreens.hpp"
 #include "Tests/Fakes/FakeShell.hpp"
 #include "Tests/Fakes/FakeStandardStreams.hpp"
 #include "Tests/Fakes/FakeStatusItem.hpp"
+#include "Tests/Fakes/FakeSystemExtensions.hpp"
 #include "Tests/Fakes/FakeTimeFormat.hpp"
 #include "Tests/Fakes/FakeUnixSockets.hpp"
 
@@ -25,8 +28,11 @@ struct FakeHost {
   FakeFiles files;
   FakeBundle bundle;
   FakeTimeFormat timeFormat;
+  FakeLog log;
   FakeStandardStreams standardStreams;
   FakeUnixSockets unixSockets;
+  UserAccount userAccount{"/Users/robin", "/tmp", 501};
+  FakeSystemExtensions systemExtensions;
   FakeNetworkPreferences networkPreferences;
   FakeShell shell;
   FakeStatusItem statusItem;

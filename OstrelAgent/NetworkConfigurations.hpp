@@ -1,0 +1,60 @@
+#pragma once
+
+#include <expected>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "OstrelAgent/CaptureConfig.hpp"
+#include "OstrelAgent/Records.hpp"
+#include "Platform/Log.hpp"
+#include "Platform/MainQueue.hpp"
+#include "Platform/NetworkPreferences.hpp"
+
+namespace ostrel {
+
+inline constexpr const char* systemExtensionIdentifier = "tech.brenn.ostrel-agent.sysext";
+
+/// Points the system at the extension: capture by a transparent proxy, egress lock by a content filter. Main
+/// thread; completions run there once, never inside the call. Copies are equal.
+class NetworkConfigurations {
+ public:
+  /// Where setting up the proxy ended: "load proxy prefs", "save proxy prefs" or "start proxy".
+  struct ProxyFailure {
+    std::string_view stage;
+    PlatformError error;
+  };
+
+  using ProxySaved = std::expected<void, ProxyFailure>;
+  using LockSaved = std::expected<void, PlatformError>;
+
+  NetworkConfigurations(NetworkPreferences& preferences, MainQueue& mainQueue, Log& log, Records records);
+
+  /// Saves and starts the first transparent proxy, made when there is none, and records what was applied.
+  void saveTransparentProxyConfiguration(const CaptureConfig& captureConfig,
+                                         std::function<void(ProxySaved)> completion) const;
+
+  /// Removes every transparent proxy. What cannot be removed is told in the log.
+  void removeTransparentProxies(std::function<void()> completion) const;
+
+  /// Saves the content filter that denies ways around the proxy.
+  void saveEgressLockConfiguration(std::function<void(LockSaved)> completion) const;
+
+ private:
+  using Proxies = std::vector<TransparentProxyConfiguration>;
+
+  template <class Result>
+  std::function<void(Result)> onMain(std::function<void(Result)> next) const;
+  void saveProxy(const TransparentProxyConfiguration& proxy,
+                 std::function<void(ProxySaved)> completion) const;
+  void startProxy(const std::string& identifier, std::function<void(ProxySaved)> completion) const;
+  void removeNext(Proxies remaining, std::function<void()> completion) const;
+
+  NetworkPreferences* preferences_;
+  MainQueue* mainQueue_;
+  Log* log_;
+  Records records_;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,60 @@
+#include "OstrelAgent/Records.hpp"
+
+#include <nlohmann/json.hpp>
+
+#include "OstrelAgent/RFC3339.hpp"
+
+namespace ostrel {
+
+namespace {
+
+constexpr const char* reactivatedVersionName = "reactivated-version";
+
+std::string trimmed(const std::string& text) {
+  constexpr const char* whiteSpace = " \t\n\v\f\r";
+  const auto first = text.find_first_not_of(whiteSpace);
+  if (first == std::string::npos) return {};
+  return text.substr(first, text.find_last_not_of(whiteSpace) - first + 1);
+}
+
+}  // namespace
+
+std::string NetworkExtensionAssertion::record(Date observedAt) const {
+  nlohmann::json object = {{"configuration_exists", egressLockExists},
+                           {"enabled", egressLockEnabled},
+                           {"observed_at", formatRFC3339(observedAt)}};
+  if (mdmEnrolled) object["mdm_enrolled"] = *mdmEnrolled;
+  if (transparentProxy) {
+    object["transparent_proxy_approved"] = transparentProxy->approved;
+    object["transparent_proxy_enabled"] = transparentProxy->enabled;
+  }
+  return object.dump();
+}
+
+Records::Records(Files& files, const Clock& clock, const UserAccount& account)
+    : files_(&files),
+      clock_(&clock),
+      folder_(account.homeFolder + "/Library/Application Support/ostrel-agent-endpoint") {}
+
+void Records::recordAppliedCapture(const CaptureConfig& captureConfig) const {
+  write("applied-capture.json", captureConfig.appliedRecord(clock_->now()));
+}
+
+void Records::recordNetworkExtensionAssertion(const NetworkExtensionAssertion& assertion) const {
+  write("egress-lock-configuration.json", assertion.record(clock_->now()));
+}
+
+std::string Records::reactivatedVersion() const {
+  const auto text = files_->read(folder_ + "/" + reactivatedVersionName);
+  return text ? trimmed(*text) : "";
+}
+
+void Records::recordReactivated(std::string_view version) const { write(reactivatedVersionName, version); }
+
+/// Best effort: nothing that the person asked for depends on a record.
+void Records::write(const std::string& name, std::string_view bytes) const {
+  if (!files_->makeFolders(folder_)) return;
+  (void)files_->writeAtomically(folder_ + "/" + name, bytes);
+}
+
+}  // namespace ostrel
