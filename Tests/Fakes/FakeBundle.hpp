@@ -11,7 +11,7 @@ namespace ostrel {
 class FakeBundle final : public Bundle {
  public:
   std::string path() const override { return "/Applications/OstrelAgent.app"; }
-  std::string executablePath() const override { return path() + "/Contents/MacOS/OstrelAgent"; }
+  std::string executablePath() const override { return executable; }
 
   std::expected<std::optional<std::string>, PlatformError> localizedTable(
       const std::string& name) const override {
@@ -26,6 +26,7 @@ class FakeBundle final : public Bundle {
     return std::unexpected(PlatformError{posixErrorDomain, ENOENT, "No such file or directory"});
   }
 
+  std::string executable = path() + "/Contents/MacOS/OstrelAgent";
   std::map<std::string, std::string> tables;
   std::map<std::string, std::string> resources;
   std::optional<PlatformError> tableError;
