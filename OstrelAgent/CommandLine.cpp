@@ -13,8 +13,10 @@ struct Row {
 };
 
 constexpr Row rows[] = {
-    {"activate", Role::activate}, {"deactivate", Role::deactivate}, {"reactivate", Role::reactivate},
-    {"menubar", Role::menuBar},   {"onboarding", Role::onboarding}, {"repair", Role::repair},
+    {"relaunch", Role::relaunch},
+    {"menubar", Role::menuBar},
+    {"onboarding", Role::onboarding},
+    {"repair", Role::repair},
 };
 
 }  // namespace
@@ -31,6 +33,13 @@ std::optional<Role> roleOf(std::string_view command) {
   const auto* row = std::ranges::find(rows, command, &Row::command);
   if (row == std::end(rows)) return std::nullopt;
   return row->role;
+}
+
+std::string commandByNeed(const NeedQuestions& questions) {
+  if (questions.isTrustPending()) return "onboarding";
+  if (!questions.isEnrolled()) return "onboarding";
+  if (questions.hasMenuBarAgent()) return "relaunch";
+  return "activate";
 }
 
 }  // namespace ostrel

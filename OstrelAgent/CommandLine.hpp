@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -7,8 +8,8 @@
 
 namespace ostrel {
 
-/// What one process of the program is.
-enum class Role { activate, deactivate, reactivate, menuBar, onboarding, repair };
+/// What a process is that shows itself or restarts what does; the extension commands are `Controller`'s.
+enum class Role { relaunch, menuBar, onboarding, repair };
 
 /// The program's arguments, its own name left out.
 struct CommandLine {
@@ -22,6 +23,16 @@ struct CommandLine {
 
 /// The role of a command word, or nothing for a word that is none.
 std::optional<Role> roleOf(std::string_view command);
+
+/// Questions about the Mac, each asked only when its answer matters.
+struct NeedQuestions {
+  std::function<bool()> isTrustPending;
+  std::function<bool()> isEnrolled;
+  std::function<bool()> hasMenuBarAgent;  ///< the file of the menu-bar agent's job is there
+};
+
+/// The command for what the person most needs, where no argument names one.
+std::string commandByNeed(const NeedQuestions& questions);
 
 inline constexpr std::string_view usageLine =
     "usage: OstrelAgent activate|deactivate|reactivate|menubar|onboarding|repair\n";

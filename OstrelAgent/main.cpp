@@ -3,13 +3,19 @@
 #include <string>
 
 #include "OstrelAgent/CommandLine.hpp"
+#include "OstrelAgent/Controller.hpp"
 #include "OstrelAgent/MenuBarController.hpp"
+#include "OstrelAgent/RelaunchController.hpp"
 #include "OstrelAgent/Translation.hpp"
 #include "Platform/Host.hpp"
 
 namespace ostrel {
 
 namespace {
+
+MenuBarAgent menuBarAgent(const Host& host) {
+  return {host.bundle, host.files, host.childProcesses, host.standardStreams, host.userAccount};
+}
 
 int runMenuBar() {
   const auto lifetime = makeHost(Presence::person);
@@ -39,12 +45,27 @@ int fail(int status, const std::string& sentence) {
   return status;
 }
 
+int runRelaunch() {
+  const auto lifetime = makeHost(Presence::unseen);
+  auto& host = lifetime->services();
+  host.shell.setActivationPolicy(ActivationPolicy::accessory);
+  const auto controller = std::make_shared<RelaunchController>(host.mainQueue, host.backgroundQueue,
+                                                               host.shell, menuBarAgent(host));
+  controller->applicationDidFinishLaunching();
+  return host.shell.run();
+}
+
+int missing(const std::string& command) {
+  return fail(1, "OstrelAgent: this build does not have the command " + command + ".\n");
+}
+
 int run(const CommandLine& line) {
   if (!line.command) return fail(1, "OstrelAgent: name a command; this build has menubar.\n");
   const auto role = roleOf(*line.command);
-  if (!role) return fail(2, std::string(usageLine));
-  if (*role == Role::menuBar) return runMenuBar();
-  return fail(1, "OstrelAgent: this build does not have the command " + *line.command + ".\n");
+  if (role == Role::relaunch) return runRelaunch();
+  if (role == Role::menuBar) return runMenuBar();
+  if (role || Controller::actionOf(*line.command)) return missing(*line.command);
+  return fail(2, std::string(usageLine));
 }
 
 }  // namespace

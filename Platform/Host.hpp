@@ -52,8 +52,12 @@ class HostLifetime {
   virtual Host& services() = 0;
 };
 
-/// Whom the process is there for: a shell that only serves the main queue, or one with a screen or console.
-enum class Presence { commandLine, person };
+/// How much of a shell the process needs.
+enum class Presence {
+  commandLine,  ///< one that only serves the main queue
+  unseen,       ///< that of the desktop, where there is one, with nothing to see and no commands to read
+  person,       ///< one with a screen or console
+};
 
 /// The host of this platform. Call once, on the main thread.
 std::unique_ptr<HostLifetime> makeHost(Presence presence);

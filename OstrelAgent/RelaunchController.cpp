@@ -1,0 +1,28 @@
+#include "OstrelAgent/RelaunchController.hpp"
+
+#include <utility>
+
+namespace ostrel {
+
+RelaunchController::RelaunchController(MainQueue& mainQueue, BackgroundQueue& backgroundQueue, Shell& shell,
+                                       MenuBarAgent menuBarAgent)
+    : mainQueue_(mainQueue),
+      backgroundQueue_(backgroundQueue),
+      shell_(shell),
+      menuBarAgent_(std::move(menuBarAgent)) {}
+
+void RelaunchController::applicationDidFinishLaunching() {
+  wait_ = mainQueue_.after(delay, [weak = weak_from_this()] {
+    if (const auto self = weak.lock()) self->restart();
+  });
+}
+
+/// In the background, so that a signal ends the process also while launchd takes its time.
+void RelaunchController::restart() {
+  backgroundQueue_.run(QualityOfService::userInitiated, [agent = menuBarAgent_, &shell = shell_] {
+    agent.restart();
+    shell.terminate();
+  });
+}
+
+}  // namespace ostrel
