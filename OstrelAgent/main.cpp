@@ -13,6 +13,10 @@ namespace ostrel {
 
 namespace {
 
+HelperRunner helperRunner(const Host& host) {
+  return {host.bundle, host.files, host.childProcesses, host.standardStreams};
+}
+
 MenuBarAgent menuBarAgent(const Host& host) {
   return {host.bundle, host.files, host.childProcesses, host.standardStreams, host.userAccount};
 }
@@ -35,7 +39,7 @@ int runMenuBar() {
           .statusItem = host.statusItem,
           .screens = host.screens,
       },
-      HelperRunner(host.bundle, host.files, host.childProcesses, host.standardStreams));
+      helperRunner(host));
   controller->start();
   return host.shell.run();
 }
@@ -55,17 +59,40 @@ int runRelaunch() {
   return host.shell.run();
 }
 
-int missing(const std::string& command) {
-  return fail(1, "OstrelAgent: this build does not have the command " + command + ".\n");
+int runController(Controller::Command command) {
+  const auto lifetime = makeHost(Presence::commandLine);
+  auto& host = lifetime->services();
+  const auto controller =
+      std::make_shared<Controller>(command,
+                                   Controller::Services{
+                                       .mainQueue = host.mainQueue,
+                                       .backgroundQueue = host.backgroundQueue,
+                                       .systemExtensions = host.systemExtensions,
+                                       .files = host.files,
+                                       .bundle = host.bundle,
+                                       .streams = host.standardStreams,
+                                       .shell = host.shell,
+                                   },
+                                   helperRunner(host),
+                                   NetworkConfigurations(host.networkPreferences, host.mainQueue, host.log,
+                                                         Records(host.files, host.clock, host.userAccount)),
+                                   menuBarAgent(host));
+  controller->run();
+  return host.shell.run();
+}
+
+int run(const std::string& command, bool extensionOnly) {
+  const auto role = roleOf(command);
+  if (role == Role::relaunch) return runRelaunch();
+  if (role == Role::menuBar) return runMenuBar();
+  if (role) return fail(1, "OstrelAgent: this build does not have the command " + command + ".\n");
+  if (const auto action = Controller::actionOf(command)) return runController({*action, extensionOnly});
+  return fail(2, std::string(usageLine));
 }
 
 int run(const CommandLine& line) {
-  if (!line.command) return fail(1, "OstrelAgent: name a command; this build has menubar.\n");
-  const auto role = roleOf(*line.command);
-  if (role == Role::relaunch) return runRelaunch();
-  if (role == Role::menuBar) return runMenuBar();
-  if (role || Controller::actionOf(*line.command)) return missing(*line.command);
-  return fail(2, std::string(usageLine));
+  if (line.command) return run(*line.command, line.extensionOnly);
+  return fail(1, "OstrelAgent: name a command.\n");
 }
 
 }  // namespace

@@ -54,12 +54,13 @@ class HostLifetime {
 
 /// How much of a shell the process needs.
 enum class Presence {
+  questions,    ///< none: a signal that would end a main loop ends the process at once
   commandLine,  ///< one that only serves the main queue
   unseen,       ///< that of the desktop, where there is one, with nothing to see and no commands to read
   person,       ///< one with a screen or console
 };
 
-/// The host of this platform. Call once, on the main thread.
+/// The host of this platform. One at a time, of those with a desktop one a process; on the main thread.
 std::unique_ptr<HostLifetime> makeHost(Presence presence);
 
 }  // namespace ostrel

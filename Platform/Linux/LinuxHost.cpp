@@ -66,7 +66,8 @@ class LinuxHost final : public HostLifetime {
   /// Nothing without a display, and, with a line in the log, where the desktop's plug-in is not as it should
   /// be.
   std::unique_ptr<Desktop> makeDesktop() {
-    if (presence_ == Presence::commandLine || !namesDisplay()) return nullptr;
+    const bool needsDesktop = presence_ == Presence::unseen || presence_ == Presence::person;
+    if (!needsDesktop || !namesDisplay()) return nullptr;
     auto services = desktopServices(bundle_, log_);
     services.queueDescriptor = mainQueue_.descriptor();
     services.runDue = [this] { mainQueue_.runDue(); };
@@ -83,7 +84,8 @@ class LinuxHost final : public HostLifetime {
 
   const Presence presence_;
   PosixStandardStreams streams_;
-  TerminationSignals signals_;
+  TerminationSignals signals_{presence_ == Presence::questions ? SignalHandling::system
+                                                               : SignalHandling::mainLoop};
   PosixLog log_;
   PosixClock clock_;
   std::vector<std::string> languages_ = languagesOfEnvironment();

@@ -24,7 +24,7 @@ void handleSignal(int signal) {
 
 }  // namespace
 
-TerminationSignals::TerminationSignals() {
+TerminationSignals::TerminationSignals(SignalHandling handling) {
   auto pipe = makePipe();
   if (!pipe) throw std::system_error(pipe.error().code, std::generic_category(), "signal pipe");
   pipe_ = std::move(*pipe);
@@ -36,7 +36,8 @@ TerminationSignals::TerminationSignals() {
   sigemptyset(&action.sa_mask);
   for (std::size_t i = 0; i < handled.size(); ++i) {
     ::sigaction(handled[i], nullptr, &before_[i]);
-    if (before_[i].sa_handler != SIG_IGN) ::sigaction(handled[i], &action, nullptr);
+    const bool isTaken = handling == SignalHandling::mainLoop && before_[i].sa_handler != SIG_IGN;
+    if (isTaken) ::sigaction(handled[i], &action, nullptr);
   }
 }
 

@@ -8,12 +8,15 @@
 
 namespace ostrel {
 
-/// Takes SIGINT, SIGTERM and SIGHUP while it lives, so that a main loop can end in order. A signal that
-/// whoever started the program chose to ignore stays ignored. One at a time.
+/// Who acts on a signal that ends the program: its main loop, or the system at once.
+enum class SignalHandling { mainLoop, system };
+
+/// Takes SIGINT, SIGTERM and SIGHUP while it lives, so that a main loop can end in order, or leaves them to
+/// the system. A signal that whoever started the program chose to ignore stays ignored. One at a time.
 class TerminationSignals {
  public:
   /// Throws std::system_error when the system has no descriptor left.
-  TerminationSignals();
+  explicit TerminationSignals(SignalHandling handling = SignalHandling::mainLoop);
   ~TerminationSignals();
   TerminationSignals(const TerminationSignals&) = delete;
   TerminationSignals& operator=(const TerminationSignals&) = delete;

@@ -70,16 +70,24 @@ TEST_F(OstrelAgent, AnswersAnUnknownCommandWithTheUsageLine) {
 }
 
 TEST_F(OstrelAgent, SaysInOneSentenceWhatThisBuildDoesNotHave) {
-  for (const char* word : {"", "activate", "deactivate", "reactivate", "onboarding", "repair"}) {
-    std::vector<std::string> command = {agent};
-    if (*word != '\0') command.insert(command.end(), {word, "--extension-only"});
-    const auto ran = run(command, environment);
+  for (const char* word : {"onboarding", "repair"}) {
+    const auto ran = run({agent, word, "--extension-only"}, environment);
     EXPECT_EQ(ran.status, 1) << word;
     EXPECT_TRUE(ran.error.starts_with("OstrelAgent: ") && ran.error.ends_with(".\n")) << ran.error;
     EXPECT_NE(ran.error.find(word), std::string::npos) << ran.error;
     EXPECT_EQ(std::ranges::count(ran.error, '\n'), 1) << ran.error;
     EXPECT_EQ(ran.output, "");
   }
+}
+
+TEST_F(OstrelAgent, RelaunchRestartsTheMenuBarAgentAndTakesNoCommands) {
+  const auto launchctl = place.write("root/bin/launchctl", "#!/bin/sh\necho \"$@\" >>\"${0%/*}/asked\"\n");
+  fs::permissions(launchctl, fs::perms::owner_all);
+  const auto ran = run({agent, "relaunch"}, environment, "panel\nquit\n");
+  EXPECT_EQ(ran.status, 0);
+  EXPECT_EQ(ran.output + ran.error, "");
+  EXPECT_EQ(place.read("root/bin/asked"),
+            "kickstart -k gui/" + std::to_string(getuid()) + "/tech.brenn.ostrel-agent.menubar\n");
 }
 
 TEST_F(OstrelAgent, ServesTheCommandsOfTheConsole) {
