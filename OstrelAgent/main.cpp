@@ -3,6 +3,7 @@
 #include <string>
 
 #include "OstrelAgent/CommandLine.hpp"
+#include "OstrelAgent/ControlSocket.hpp"
 #include "OstrelAgent/Controller.hpp"
 #include "OstrelAgent/MenuBarController.hpp"
 #include "OstrelAgent/RelaunchController.hpp"
@@ -90,9 +91,18 @@ int run(const std::string& command, bool extensionOnly) {
   return fail(2, std::string(usageLine));
 }
 
+/// Asks what the person needs, on a host that is gone before that of the command is made.
+std::string commandOfPersonsNeed() {
+  const auto lifetime = makeHost(Presence::questions);
+  const auto& host = lifetime->services();
+  const ControlSocket daemon(host.unixSockets, host.files);
+  return commandByNeed({.isTrustPending = [&daemon] { return daemon.queryTrustPending(); },
+                        .isEnrolled = [&daemon] { return daemon.queryEnrolled(); },
+                        .hasMenuBarAgent = [&host] { return menuBarAgent(host).isInstalled(); }});
+}
+
 int run(const CommandLine& line) {
-  if (line.command) return run(*line.command, line.extensionOnly);
-  return fail(1, "OstrelAgent: name a command.\n");
+  return run(line.command ? *line.command : commandOfPersonsNeed(), line.extensionOnly);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <csignal>
 #include <fstream>
 #include <functional>
@@ -10,6 +11,7 @@
 
 #include "Tests/EndToEnd/Process.hpp"
 #include "Tests/Fakes/TemporaryFolder.hpp"
+#include "Tests/Fakes/UnixServer.hpp"
 
 namespace ostrel {
 namespace {
@@ -52,6 +54,13 @@ struct OstrelAgent : testing::Test {
     fs::copy_file(AGENT, agent, fs::copy_options::overwrite_existing);
   }
 
+  /// The daemon's socket, in a folder that is there.
+  std::string socketPath() const {
+    const auto folder = place / "root/Library/Application Support";
+    fs::create_directories(folder);
+    return folder + "/ostrel-agent-endpoint.control.sock";
+  }
+
   /// Starts the menu-bar role and gives it lines to read.
   Process menuBar(std::string_view lines = {}) { return Process({agent, "menubar"}, environment, lines); }
 
@@ -78,6 +87,31 @@ TEST_F(OstrelAgent, SaysInOneSentenceWhatThisBuildDoesNotHave) {
     EXPECT_EQ(std::ranges::count(ran.error, '\n'), 1) << ran.error;
     EXPECT_EQ(ran.output, "");
   }
+}
+
+TEST_F(OstrelAgent, WithoutAnArgumentItDoesWhatTheDaemonsAnswersAskFor) {
+  constexpr const char* onboarding = "OstrelAgent: this build does not have the command onboarding.\n";
+  EXPECT_EQ(run({agent}, environment).error, onboarding) << "without a daemon";
+  std::string trust = R"({"ok":true,"trust_pending":true})";
+  const UnixServer daemon(socketPath(), [&trust](int connection) {
+    const bool isAboutTrust = UnixServer::readLine(connection).contains("catrust");
+    UnixServer::send(connection, (isAboutTrust ? trust : R"({"ok":true,"enrolled":true})") + "\n");
+  });
+  EXPECT_EQ(run({agent}, environment).error, onboarding);
+  trust = R"({"ok":true,"trust_pending":false})";
+  EXPECT_TRUE(run({agent}, environment).error.starts_with("no enforcement daemon installed")) << "activates";
+}
+
+TEST_F(OstrelAgent, ASignalEndsItWhileItWaitsForASilentDaemon) {
+  std::atomic<bool> isAsked = false;
+  const UnixServer daemon(socketPath(), [&isAsked](int connection) {
+    isAsked = true;
+    UnixServer::awaitClose(connection);
+  });
+  Process process({agent}, environment);
+  EXPECT_TRUE(becomesTrue([&isAsked] { return isAsked.load(); }));
+  process.signal(SIGTERM);
+  EXPECT_EQ(process.end(10s), -SIGTERM);
 }
 
 TEST_F(OstrelAgent, RelaunchRestartsTheMenuBarAgentAndTakesNoCommands) {
