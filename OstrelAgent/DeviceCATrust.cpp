@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <random>
+#include <tuple>
 #include <utility>
 
 #include "OstrelAgent/Copy.hpp"
@@ -41,7 +42,7 @@ class StagedFile {
   StagedFile(Files& files, const std::string& path) : files_(files), path_(path) {}
   StagedFile(const StagedFile&) = delete;
   StagedFile& operator=(const StagedFile&) = delete;
-  ~StagedFile() { (void)files_.remove(path_); }
+  ~StagedFile() { std::ignore = files_.remove(path_); }
 
  private:
   Files& files_;

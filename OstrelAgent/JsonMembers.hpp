@@ -22,7 +22,7 @@ class JsonMembers {
   /// The member when it is a text.
   std::optional<std::string> text(std::string_view name) const;
 
-  /// The JSON of the member whatever it is, or nothing when it is missing.
+  /// The JSON of the member whatever it is, or nothing when it is missing. The view lasts as long as this.
   std::optional<std::string_view> json(std::string_view name) const;
 
  private:

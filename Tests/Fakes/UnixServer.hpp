@@ -66,6 +66,7 @@ class UnixServer {
     std::ranges::copy(shortPath, std::begin(address.sun_path));
     const int listening = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     const bool isListening =
+        listening >= 0 &&
         ::bind(listening, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
         ::listen(listening, 8) == 0;
     if (!isListening) ADD_FAILURE() << "no socket at " << path;

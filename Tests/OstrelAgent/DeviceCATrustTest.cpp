@@ -148,19 +148,19 @@ TEST(DeviceCATrust, WithoutRoomForTheFileNoToolRuns) {
 
 TEST(DeviceCATrust, OnlyTheWordsOfACancelledQuestionAreACancellation) {
   struct Row {
-    std::int32_t status;
     std::string error;
+    std::int32_t status;
     Kind kind;
   };
   const Row rows[] = {
-      {0, "The authorization was canceled by the user.", Kind::trusted},
-      {1, "SecTrustSettingsSetTrustSettings: The authorization was CANCELED by the User.\n", Kind::cancelled},
-      {1, "\n cancelled by the user \n", Kind::cancelled},
-      {128, "\xff\xfe User canceled", Kind::cancelled},
-      {1, "The authorization was canceled.", Kind::failed},
-      {1, "user cancelled", Kind::failed},
-      {1, "", Kind::failed},
-      {9, "", Kind::failed},
+      {"The authorization was canceled by the user.", 0, Kind::trusted},
+      {"SecTrustSettingsSetTrustSettings: The authorization was CANCELED by the User.\n", 1, Kind::cancelled},
+      {"\n cancelled by the user \n", 1, Kind::cancelled},
+      {"\xff\xfe User canceled", 128, Kind::cancelled},
+      {"The authorization was canceled.", 1, Kind::failed},
+      {"user cancelled", 1, Kind::failed},
+      {"", 1, Kind::failed},
+      {"", 9, Kind::failed},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(outcomeOfSecurityTool({row.status, "", row.error}).kind, row.kind) << row.error;
