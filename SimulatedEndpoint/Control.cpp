@@ -11,9 +11,11 @@
 
 #include "SimulatedEndpoint/ControlOrders.hpp"
 #include "SimulatedEndpoint/Daemon.hpp"
+#include "SimulatedEndpoint/EndpointFiles.hpp"
 #include "SimulatedEndpoint/EndpointReport.hpp"
 #include "SimulatedEndpoint/ExtensionSettings.hpp"
 #include "SimulatedEndpoint/LaunchJobs.hpp"
+#include "SimulatedEndpoint/ServiceLock.hpp"
 #include "SimulatedEndpoint/TimeOffset.hpp"
 
 namespace ostrel::simulated {
@@ -35,6 +37,7 @@ constexpr const char* help =
     "The endpoint itself:\n"
     "  install [--without-token]  install it as root does: enrolled and trusted, or neither\n"
     "  serve                      run its daemon until Ctrl+C\n"
+    "  stop                       end its daemon\n"
     "  upgrade VERSION            bring endpoint and application to another version\n"
     "\n"
     "The person in System Settings:\n"
@@ -108,16 +111,18 @@ ControlResult show(const SimulatedState& state) {
   return {0, printJson(current->document())};
 }
 
-std::expected<void, std::string> enrol(const SimulatedState& state) {
+std::expected<void, std::string> changeReportByInstall(bool hasToken, const SimulatedState& state) {
+  if (!hasToken) return state.changeReport(reportAfterInstall);
   const auto now = rfc3339(std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()));
   return state.changeReport([&now](Json report) {
-    return reportAfterEnrolment(reportAfterTrust(std::move(report)), "zq_org_…4f21", now);
+    report = reportAfterTrust(reportAfterInstall(std::move(report)));
+    return reportAfterEnrolment(std::move(report), "zq_org_…4f21", now);
   });
 }
 
 ControlResult install(bool hasToken, const ControlPlace& place) {
-  auto done = place.state.install();
-  if (done && hasToken) done = enrol(place.state);
+  auto done = place.state.writeLaunchFile();
+  if (done) done = changeReportByInstall(hasToken, place.state);
   if (done) done = place.state.linkTools(place.toolFolder);
   if (!done) return failed(done.error());
   return {0, hasToken ? "The endpoint is installed and enrolled\n" : "The endpoint is installed\n"};
@@ -127,6 +132,11 @@ ControlResult upgradeTo(const std::string& version, const ControlPlace& place) {
   const auto done = upgrade(place.files, place.state, version);
   if (!done) return failed(done.error());
   return {0, "Endpoint and application are now of version " + version + "\n"};
+}
+
+ControlResult stop(const ControlPlace& place) {
+  endService(place.state.root().realPath(endpointfiles::serviceLock));
+  return {};
 }
 
 ControlResult answered(const std::expected<SystemExtensionAction, std::string>& action, const char* word) {
@@ -181,6 +191,7 @@ constexpr std::array commands = {
         "a key and a value, as in `set report.health.verdict degraded`"},
     Command{"install", 0, [](Arguments, const ControlPlace& place) { return install(true, place); },
             "nothing more, or --without-token"},
+    Command{"stop", 0, [](Arguments, const ControlPlace& place) { return stop(place); }, nothing},
     Command{"upgrade", 1,
             [](Arguments words, const ControlPlace& place) { return upgradeTo(words[0], place); },
             "a version"},

@@ -32,7 +32,7 @@ int serve(Files& files, const SimulatedState& state, const std::string& toolFold
   const TerminationSignals signals;
   const auto lock = ServiceLock::take(state.root().realPath(endpointfiles::serviceLock));
   if (!lock) return failed(lock.error());
-  auto installed = state.install();
+  auto installed = state.writeLaunchFile();
   if (installed) installed = state.linkTools(toolFolder);
   if (!installed) return failed(installed.error());
   const auto socket = ListeningSocket::at(state.root().realPath(endpointfiles::controlSocket));

@@ -123,10 +123,8 @@ std::expected<void, std::string> SimulatedState::write(const Scenario& scenario,
   return writeJsonFile(files_, root_.realPath(simulatedstate::scenario), scenario.document());
 }
 
-std::expected<void, std::string> SimulatedState::install() const {
+std::expected<void, std::string> SimulatedState::writeLaunchFile() const {
   const auto path = root_.realPath(endpointfiles::launchFile);
-  if (files_.exists(path)) return {};
-  if (auto changed = changeReport(reportAfterInstall); !changed) return changed;
   auto written = files_.makeFolders(path.substr(0, path.rfind('/')));
   if (written) written = files_.writeAtomically(path, endpointfiles::launchFileText);
   if (!written) return std::unexpected("cannot write " + path + ": " + written.error().description);

@@ -44,8 +44,8 @@ class SimulatedState {
   /// Changes the current report alone.
   [[nodiscard]] std::expected<void, std::string> changeReport(const std::function<Json(Json)>& change) const;
 
-  /// Writes the daemon's launch file, and that the daemon runs, where the file is missing.
-  [[nodiscard]] std::expected<void, std::string> install() const;
+  /// Writes the file by which the system starts the daemon.
+  [[nodiscard]] std::expected<void, std::string> writeLaunchFile() const;
 
   /// Makes the scenario of this Mac without endpoint the current one and removes the endpoint's own files.
   /// Gives the Mac paths of those that were there.
