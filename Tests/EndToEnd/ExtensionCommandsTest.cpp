@@ -1,0 +1,353 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "Platform/SimulatedMac/HostRoot.hpp"
+#include "Tests/EndToEnd/Process.hpp"
+#include "Tests/Fakes/TemporaryFolder.hpp"
+
+namespace ostrel {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using Json = nlohmann::json;
+
+constexpr const char* records = "root/Users/robin/Library/Application Support/ostrel-agent-endpoint/";
+constexpr const char* jobFile = "root/Users/robin/Library/LaunchAgents/tech.brenn.ostrel-agent.menubar.plist";
+
+const std::string activating = "==> activating the System Extension…\n";
+const std::string activationApproval =
+    "approval required → open System Settings ▸ General ▸ Login Items & Extensions (older macOS: Privacy & "
+    "Security) and Allow the Ostrel Guard system extension. Leave this running: the moment you approve, "
+    "setup "
+    "finishes on its own — no need to re-run activate.\n";
+const std::string activated = "system extension activate: result=0\n";
+const std::string locked =
+    "egress lock enabled — reaching a captured registry any way other than through Ostrel Guard is now "
+    "denied.\n";
+const std::string atNextLogin = "menu bar:    LaunchAgent written; the status UI starts at next login\n";
+const std::string atOnce = "menu bar:    status UI running (now and at every login)\n";
+const std::string flows =
+    "transparent proxy enabled — npm registry traffic now flows through Ostrel Guard.\n";
+const std::string reactivating = "==> re-activating the System Extension (post-upgrade)…\n";
+const std::string reactivated = "system extension reactivate: result=0\n" + locked +
+                                "System Extension re-activated — Ostrel Guard is now on the new version.\n";
+const std::string deactivating = "==> deactivating the System Extension…\n";
+const std::string deactivated = "system extension deactivate: result=0\n";
+const std::string helperRemoval =
+    "==> Stopping the background service\n"
+    "==> Removing the device certificate and its trust\n"
+    "==> Removing the enrollment of this Mac\n";
+
+std::string retry(int next) {
+  return "save proxy prefs: stale — sysext/NE registration still settling, retry " + std::to_string(next) +
+         "/12 in 1.5s\n";
+}
+
+/// The program over a simulated Mac of its own, which no process outlives.
+class Mac {
+ public:
+  /// The bundle is a copy without the desktop's plug-ins: what launchd starts has the console.
+  Mac() {
+    for (const auto* part : {"MacOS/OstrelAgent", "Helpers/ostrel-agent-endpoint"}) {
+      fs::copy_file(bundleOfBuild / part, place.write(std::string("OstrelAgent.app/Contents/") + part, ""),
+                    fs::copy_options::overwrite_existing);
+    }
+    fs::copy(bundleOfBuild / "Resources", place / "OstrelAgent.app/Contents/Resources",
+             fs::copy_options::recursive);
+  }
+  ~Mac() { EXPECT_TRUE(processesWith(place.path()).empty()) << "a process is left"; }
+
+  std::string control(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), CONTROL);
+    const auto ran = ostrel::run(arguments, environment);
+    EXPECT_EQ(ran.status, 0) << ran.error;
+    return ran.output;
+  }
+
+  std::vector<std::string> command(const std::string& words) const {
+    std::vector<std::string> command = {place / "OstrelAgent.app/Contents/MacOS/OstrelAgent"};
+    for (std::size_t start = 0; start < words.size();) {
+      const auto end = std::min(words.find(' ', start), words.size());
+      command.push_back(words.substr(start, end - start));
+      start = end + 1;
+    }
+    return command;
+  }
+
+  Ran run(const std::string& words) const { return ostrel::run(command(words), environment); }
+
+  /// Runs the command and approves what it asks for.
+  Ran runApproved(const std::string& words) const {
+    Process process(command(words), environment);
+    process.awaitOutput("approval required");
+    control({"approve"});
+    const int status = process.end();
+    return {status, process.output(), process.error()};
+  }
+
+  Json json(const std::string& name) const { return Json::parse(place.read(name)); }
+  Json state(const char* macPath) const { return json("root" + std::string(macPath)); }
+
+  Json report() const {
+    const auto ran = ostrel::run({helper, "status", "--json"}, environment);
+    return Json::parse(ran.output);
+  }
+  Json verdict() const { return report()["health"]["verdict"]; }
+
+  TemporaryFolder place;
+  const fs::path bundleOfBuild = fs::path(AGENT).parent_path().parent_path();
+  const std::string helper = place / "OstrelAgent.app/Contents/Helpers/ostrel-agent-endpoint";
+  Process::Environment environment{{"HOME", "/Users/robin"}, {"OSTREL_HOST_ROOT", place / "root"}};
+};
+
+void expectRan(const Ran& ran, int status, const std::string& output, const std::string& error) {
+  EXPECT_EQ(ran.status, status);
+  EXPECT_EQ(ran.output, output);
+  EXPECT_EQ(ran.error, error);
+}
+
+TEST(ExtensionCommands, ActivateWithoutADaemonSaysHowToInstallOneAndAsksForNothing) {
+  const Mac mac;
+  mac.control({"scenario", "fresh-install"});
+  expectRan(mac.run("activate"), 1, "",
+            "no enforcement daemon installed — activate wires the System Extension onto the root daemon but "
+            "never installs one. Install it first as root:\n  sudo \"" +
+                mac.helper +
+                "\" install --system --token zq_org_…\n(or deploy via MDM), then re-run: OstrelAgent "
+                "activate\n");
+  EXPECT_TRUE(mac.state(simulatedstate::systemExtension)["awaiting"].is_null());
+}
+
+TEST(ExtensionCommands, AnInstallationLivesFromActivationToRemoval) {
+  Mac mac;
+  mac.environment["DISPLAY"] = ":7";
+  mac.control({"scenario", "fresh-install"});
+  mac.control({"install"});
+  expectRan(mac.runApproved("activate"), 0,
+            activating + activationApproval + activated + locked + atOnce + flows, "");
+  EXPECT_EQ(mac.verdict(), "protected");
+  EXPECT_EQ(mac.json(std::string(records) + "applied-capture.json")["captured_hosts"].size(), 19U);
+  const auto first = mac.control({"agent"});
+  EXPECT_TRUE(becomesTrue([&] {
+    const auto log = "root/Users/robin/Library/Logs/tech.brenn.ostrel-agent.menubar.log";
+    return mac.place.read(log).contains("Ostrel Agent: protected\n");
+  }));
+
+  mac.control({"upgrade", "4.13.0"});
+  EXPECT_EQ(mac.report()["reactivate_version"], "4.13.0");
+  expectRan(mac.run("reactivate"), 0, reactivating + reactivated, "");
+  EXPECT_EQ(mac.verdict(), "protected");
+  EXPECT_EQ(mac.control({"agent"}), first) << "a re-activation leaves the agent alone";
+
+  expectRan(mac.run("activate"), 0, activating + activated + locked + atOnce + flows, "");
+  EXPECT_NE(mac.control({"agent"}), first) << "an activation starts it anew";
+
+  mac.control({"approval", "always"});
+  const auto removed = mac.runApproved("deactivate");
+  EXPECT_EQ(removed.status, 0);
+  EXPECT_TRUE(removed.output.starts_with(deactivating + "approval required → macOS is asking you to approve "
+                                                        "REMOVING the Ostrel Agent system extension. Open "));
+  EXPECT_TRUE(removed.output.ends_with(
+      deactivated + helperRemoval +
+      "==> Removing /Library/LaunchDaemons/tech.brenn.ostrel-agent-endpoint.plist\n"
+      "The endpoint is removed.\n"
+      "transparent proxy + daemon removed — see the helper output above for any manual step still owed\n"))
+      << removed.output;
+  EXPECT_EQ(mac.verdict(), "not_protected");
+  EXPECT_EQ(mac.state(simulatedstate::transparentProxies), Json::array());
+  EXPECT_FALSE(fs::exists(mac.place / jobFile));
+}
+
+TEST(ExtensionCommands, ARequestEndsAsTheSystemAnswersIt) {
+  struct Row {
+    const char* scenario;
+    std::vector<std::string> order;
+    const char* command;
+    int status;
+    std::string output;
+    std::string error;
+  };
+  const std::string activation = activating + activated + locked + atNextLogin + flows;
+  const Row rows[] = {
+      {"protected", {"callbacks", "twice"}, "activate", 0, activation, ""},
+      {"protected",
+       {"result", "after-reboot"},
+       "activate --extension-only",
+       0,
+       activating + "system extension activate: result=1\n" + locked + atNextLogin + flows,
+       ""},
+      {"protected",
+       {"fail-requests", "1", "OSSystemExtensionErrorDomain", "8", "not signed"},
+       "activate",
+       1,
+       activating,
+       "system extension activate failed: not signed\n"},
+      {"protected",
+       {"fail-saves", "1", "NEVPNErrorDomain", "5", "no room"},
+       "activate",
+       1,
+       activating + activated,
+       "save proxy prefs: no room\n"},
+      {"protected",
+       {"fail-saves", "1", "NEFilterErrorDomain", "4", "other domain"},
+       "reactivate",
+       1,
+       reactivating + "system extension reactivate: result=0\n",
+       "save proxy prefs: other domain\n"},
+      {"protected",
+       {"fail-loads", "1", "D", "4", "locked"},
+       "activate",
+       1,
+       activating + activated,
+       "load proxy prefs: locked\n"},
+      {"protected",
+       {"fail-start", "1", "D", "1", "no"},
+       "activate",
+       1,
+       activating + activated,
+       "start proxy: no\n"},
+      {"protected",
+       {"fail-filter-saves", "1", "NEFilterErrorDomain", "1", "asleep"},
+       "activate",
+       0,
+       activating + activated +
+           "egress lock NOT enabled (asleep) — direct egress to captured registries stays possible; capture "
+           "itself is unaffected\n" +
+           atNextLogin + flows,
+       ""},
+      {"extension-too-old",
+       {"approval", "always"},
+       "reactivate",
+       1,
+       reactivating,
+       "re-activation needs approval that has not propagated yet — deferring (sysext stays on the old "
+       "version)\n"},
+      {"protected",
+       {"approval", "new"},
+       "deactivate --extension-only",
+       0,
+       deactivating + deactivated +
+           "system extension + proxy configuration removed — the root uninstall that dispatched this owns "
+           "the "
+           "rest\n",
+       ""},
+      {"protected",
+       {"set", "helper", R"({"only": "uninstall", "exit": 4})"},
+       "deactivate",
+       1,
+       deactivating + deactivated + helperRemoval +
+           "==> Removing /Library/LaunchDaemons/tech.brenn.ostrel-agent-endpoint.plist\n"
+           "The endpoint is removed.\n"
+           "proxy removed; ostrel-agent-endpoint uninstall exited 4\n",
+       ""},
+      {"fresh-install",
+       {"approval", "new"},
+       "deactivate",
+       1,
+       deactivating,
+       "system extension deactivate failed: The extension is not installed.\n"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.order.front() + " " + row.command);
+    const Mac mac;
+    mac.control({"scenario", row.scenario});
+    mac.control({"install"});
+    mac.control(row.order);
+    expectRan(mac.run(row.command), row.status, row.output, row.error);
+  }
+}
+
+TEST(ExtensionCommands, ADeniedActivationFailsAndAnApprovalAfterTheEndStillHolds) {
+  const Mac mac;
+  mac.control({"scenario", "fresh-install"});
+  mac.control({"install"});
+  Process denied(mac.command("activate"), mac.environment);
+  denied.awaitOutput(activationApproval);
+  mac.control({"deny"});
+  EXPECT_EQ(denied.end(), 1);
+  EXPECT_EQ(denied.output(), activating + activationApproval);
+  EXPECT_EQ(denied.error(), "system extension activate failed: The request was not authorized.\n");
+
+  Process ended(mac.command("activate"), mac.environment);
+  ended.awaitOutput(activationApproval);
+  ended.signal(SIGINT);
+  EXPECT_EQ(ended.end(), 128 + SIGINT);
+  EXPECT_EQ(mac.report()["health"]["sysext"]["code"], "SYSEXT_WAITING_APPROVAL");
+  mac.control({"approve"});
+  expectRan(mac.run("activate"), 0, activating + activated + locked + atNextLogin + flows, "");
+}
+
+TEST(ExtensionCommands, ElevenRacesOfTheRegistrationAreWaitedOutATwelfthIsAnError) {
+  const Mac eleven;
+  const Mac twelve;
+  for (const auto* mac : {&eleven, &twelve}) {
+    mac->control({"scenario", "protected"});
+    mac->control({"install"});
+    mac->control({"fail-saves", mac == &eleven ? "11" : "12", "NEVPNErrorDomain", "4", "stale"});
+  }
+  std::string retries = activating + activated;
+  for (int next = 2; next <= 12; ++next) retries += retry(next);
+  Process good(eleven.command("activate"), eleven.environment);
+  Process bad(twelve.command("activate"), twelve.environment);
+  EXPECT_EQ(good.end(60s), 0);
+  EXPECT_EQ(good.output(), retries + locked + atNextLogin + flows);
+  EXPECT_EQ(good.error(), "");
+  EXPECT_EQ(bad.end(60s), 1);
+  EXPECT_EQ(bad.output(), retries);
+  EXPECT_EQ(bad.error(), "save proxy prefs: stale\n");
+}
+
+TEST(ExtensionCommands, TwoActivationsAtOnceBothEndWell) {
+  Mac mac;
+  mac.environment["DISPLAY"] = ":7";
+  mac.control({"scenario", "fresh-install"});
+  mac.control({"install"});
+  Process first(mac.command("activate"), mac.environment);
+  Process second(mac.command("activate"), mac.environment);
+  first.awaitOutput("approval required");
+  second.awaitOutput("approval required");
+  mac.control({"approve"});
+  EXPECT_EQ(first.end(), 0) << first.error();
+  EXPECT_EQ(second.end(), 0) << second.error();
+  EXPECT_EQ(mac.verdict(), "protected");
+  EXPECT_EQ(mac.json(std::string(records) + "applied-capture.json")["captured_hosts"].size(), 19U);
+  EXPECT_TRUE(fs::exists(mac.place / jobFile));
+  EXPECT_TRUE(becomesTrue([&] { return processesWith(mac.place.path()).size() == 1; })) << "one agent";
+  EXPECT_EQ(mac.run("deactivate").status, 0);
+}
+
+TEST(ExtensionCommands, WithoutAnArgumentItActivatesOnceAndThenRelaunchesTheAgent) {
+  Mac mac;
+  mac.environment["DISPLAY"] = ":7";
+  mac.control({"scenario", "fresh-install"});
+  Process daemon({CONTROL, "serve"}, mac.environment);
+  daemon.awaitOutput("Serving");
+  EXPECT_EQ(mac.run("").error, "OstrelAgent: this build does not have the command onboarding.\n");
+  mac.control({"install"});
+  expectRan(mac.runApproved(""), 0, activating + activationApproval + activated + locked + atOnce + flows,
+            "");
+  for (const bool isLoaded : {true, false}) {
+    const auto before = mac.control({"agent"});
+    if (!isLoaded) {
+      const auto job = "gui/" + std::to_string(::getuid()) + "/tech.brenn.ostrel-agent.menubar";
+      EXPECT_EQ(run({mac.place / "root/bin/launchctl", "bootout", job}, mac.environment).status, 0);
+    }
+    const auto start = std::chrono::steady_clock::now();
+    const auto ran = mac.run("");
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_EQ(ran.output, "");
+    EXPECT_GE(std::chrono::steady_clock::now() - start, 5s);
+    EXPECT_NE(mac.control({"agent"}), before);
+  }
+  EXPECT_EQ(mac.run("deactivate").status, 0);
+  EXPECT_EQ(daemon.end(), 0) << "the uninstallation ends it";
+}
+
+}  // namespace
+}  // namespace ostrel
