@@ -130,6 +130,7 @@ TEST_F(StatusPanel, KeepsFocusAndFoldingOverAnUpdate) {
   press(Qt::Key_Space);
   ASSERT_TRUE(isSpoken("Device CA, trusted"));
   content.facts[1].value = "6 min ago";
+  if (!content.protection) FAIL();
   content.protection->ecosystems.insert(content.protection->ecosystems.begin(), {"cargo", RowState::ok("")});
   panel->update(content);
   EXPECT_EQ(focused(), rollup);
@@ -158,6 +159,7 @@ TEST_F(StatusPanel, UnfoldsComponentsThatNeedAttentionUntilThePersonFoldsThem) {
   open(content);
   EXPECT_FALSE(isSpoken("Capture, active"));
   const auto folded = height();
+  if (!content.health) FAIL();
   content.health->unfolds = true;
   panel->update(content);
   EXPECT_TRUE(isSpoken("Capture, active"));
@@ -226,7 +228,7 @@ TEST_F(StatusPanel, ShowsEveryPartOnALowScreen) {
     open(content);
     EXPECT_EQ(height(), row.height);
     press(Qt::Key_Tab);
-    for (const auto first = focused(); focused() != more; press(Qt::Key_Tab)) {
+    for (; focused() != more; press(Qt::Key_Tab)) {
       EXPECT_TRUE(isInside(focused(), 0, height())) << row.scale << focused();
       ASSERT_NE(focused(), "");
     }
@@ -299,6 +301,7 @@ TEST_F(StatusPanel, TellsWhyThereAreNoRows) {
 TEST_F(StatusPanel, SpeaksVerdictRowsAndButtons) {
   auto content = unprotectedContent();
   content.headerButtons = withChecking(content).headerButtons;
+  if (!content.protection || !content.health) FAIL();
   content.protection->containers.note = "Restart it.";
   open(content);
   std::vector<std::string> texts;
