@@ -76,19 +76,19 @@ void Controller::run() {
     return fail(missingDaemon(helper_.helperPath()));
   }
   if (command_.action == Action::deactivate) return submit();
-  auto config = staticCaptureConfig();
+  // Before anything is asked of the system: without hosts there is nothing to set up.
+  auto config = staticCaptureConfig(services_.bundle);
   if (!config) return fail(config.error());
   captureConfig_ = std::move(*config);
   submit();
 }
 
-/// Read before anything is asked of the system: without hosts there is nothing to set up.
-std::expected<CaptureConfig, std::string> Controller::staticCaptureConfig() const {
+std::expected<CaptureConfig, std::string> Controller::staticCaptureConfig(const Bundle& bundle) {
   const auto refusal = [](const std::string& reason) {
     return std::unexpected("captured-hosts.json of the application cannot be used (" + reason +
                            ") — install the application again");
   };
-  const auto bytes = services_.bundle.resource("captured-hosts.json");
+  const auto bytes = bundle.resource("captured-hosts.json");
   if (!bytes) return refusal(bytes.error().description);
   auto config = CaptureConfig::ofHostList(*bytes);
   if (!config) return refusal(config.error());

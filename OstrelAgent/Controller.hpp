@@ -53,6 +53,9 @@ class Controller final : public SystemExtensionDelegate, public std::enable_shar
   /// True for errors that the system gives while an extension that was just approved is being registered.
   static bool isTransientNEConfigRace(const PlatformError& error);
 
+  /// What the application ships for the proxy; a sentence when its file cannot be used.
+  static std::expected<CaptureConfig, std::string> staticCaptureConfig(const Bundle& bundle);
+
   /// Starts the command. Call once.
   void run();
 
@@ -64,7 +67,6 @@ class Controller final : public SystemExtensionDelegate, public std::enable_shar
  private:
   enum class State { idle, submitted, awaitingApproval, configuring, ended };
 
-  std::expected<CaptureConfig, std::string> staticCaptureConfig() const;
   bool isRequestOpen() const;
   void submit();
   void configureProxy(int attempt);

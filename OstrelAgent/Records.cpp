@@ -3,19 +3,13 @@
 #include <nlohmann/json.hpp>
 
 #include "OstrelAgent/RFC3339.hpp"
+#include "OstrelAgent/Whitespace.hpp"
 
 namespace ostrel {
 
 namespace {
 
 constexpr const char* reactivatedVersionName = "reactivated-version";
-
-std::string trimmed(const std::string& text) {
-  constexpr const char* whiteSpace = " \t\n\v\f\r";
-  const auto first = text.find_first_not_of(whiteSpace);
-  if (first == std::string::npos) return {};
-  return text.substr(first, text.find_last_not_of(whiteSpace) - first + 1);
-}
 
 }  // namespace
 
@@ -46,7 +40,7 @@ void Records::recordNetworkExtensionAssertion(const NetworkExtensionAssertion& a
 
 std::string Records::reactivatedVersion() const {
   const auto text = files_->read(folder_ + "/" + reactivatedVersionName);
-  return text ? trimmed(*text) : "";
+  return std::string(text ? trimmed(*text) : "");
 }
 
 void Records::recordReactivated(std::string_view version) const { write(reactivatedVersionName, version); }

@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <expected>
+#include <functional>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Platform/PlatformError.hpp"
@@ -35,6 +37,9 @@ struct ChildEnding {
   std::stop_token kill;
 };
 
+/// Takes captured output piece by piece as it comes, on the thread of the run.
+using ChildOutput = std::function<void(std::string_view)>;
+
 /// Child processes (Process with pipes). A child whose output is captured or discarded reads an empty input
 /// and is the head of a process group that is ended with it; one that inherits shares the terminal.
 class ChildProcesses {
@@ -42,9 +47,10 @@ class ChildProcesses {
   virtual ~ChildProcesses() = default;
 
   /// Starts the child, reads what is captured to the end, waits for it and reaps it. Blocks; any thread.
-  /// Fails when the child cannot be started.
+  /// Fails when the child cannot be started. Where `received` is given, the result has no output.
   virtual std::expected<ChildResult, PlatformError> run(const ChildCommand& command,
-                                                        const ChildEnding& ending = {}) = 0;
+                                                        const ChildEnding& ending = {},
+                                                        const ChildOutput& received = {}) = 0;
 };
 
 }  // namespace ostrel

@@ -22,6 +22,7 @@ ConsoleCommand parseConsoleCommand(std::string_view line) {
   if (text == "panel") return consolecommand::ShowPanel{};
   if (text == "close") return consolecommand::ClosePanel{};
   if (text == "quit") return consolecommand::Quit{};
+  if (text.starts_with("token ")) return consolecommand::Token{std::string(trimmed(text.substr(6)))};
   if (!text.starts_with("press ")) return consolecommand::Unknown{};
   const auto digits = trimmed(text.substr(6));
   consolecommand::Press press;

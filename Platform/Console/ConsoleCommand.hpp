@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <variant>
 
@@ -18,6 +19,10 @@ struct Press {
   std::size_t number = 0;  ///< from 1
   bool operator==(const Press&) const = default;
 };
+struct Token {
+  std::string text;
+  bool operator==(const Token&) const = default;
+};
 struct Quit {
   bool operator==(const Quit&) const = default;
 };
@@ -29,11 +34,11 @@ struct Unknown {
 };
 }  // namespace consolecommand
 
-using ConsoleCommand =
-    std::variant<consolecommand::ShowPanel, consolecommand::ClosePanel, consolecommand::Press,
-                 consolecommand::Quit, consolecommand::Nothing, consolecommand::Unknown>;
+using ConsoleCommand = std::variant<consolecommand::ShowPanel, consolecommand::ClosePanel,
+                                    consolecommand::Press, consolecommand::Token, consolecommand::Quit,
+                                    consolecommand::Nothing, consolecommand::Unknown>;
 
-/// "panel", "close", "press N" or "quit", with blanks around; `Nothing` for an empty line.
+/// "panel", "close", "press N", "token TEXT" or "quit", with blanks around; `Nothing` for an empty line.
 ConsoleCommand parseConsoleCommand(std::string_view line);
 
 }  // namespace ostrel

@@ -14,14 +14,14 @@ void ConsoleScreens::updatePanel(const PanelContent& content) {
   openPanel(content);
 }
 
-ConsoleScreens::Press ConsoleScreens::press(std::size_t number) const {
-  if (!shown_) return Press::noPanel;
+ConsolePress ConsoleScreens::press(std::size_t number) const {
+  if (!shown_) return ConsolePress::nothingOpen;
   const auto buttons = shown_->buttons();
-  if (number < 1 || number > buttons.size()) return Press::noSuchButton;
+  if (number < 1 || number > buttons.size()) return ConsolePress::noSuchButton;
   const auto& button = buttons[number - 1];
-  if (!button.isEnabled) return Press::disabled;
+  if (!button.isEnabled) return ConsolePress::disabled;
   if (pressed_) pressed_(button);
-  return Press::done;
+  return ConsolePress::done;
 }
 
 void ConsoleScreens::reprint() const {

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "OstrelAgent/PanelContent.hpp"
+#include "Platform/Console/ConsolePress.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/StandardStreams.hpp"
 
@@ -24,10 +25,8 @@ class ConsoleScreens final : public Screens {
   void closePanel() override { shown_.reset(); }
   std::optional<double> visibleHeight() const override { return std::nullopt; }
 
-  enum class Press { done, noPanel, noSuchButton, disabled };
-
   /// Presses the button with that number, from 1, of the open panel.
-  Press press(std::size_t number) const;
+  ConsolePress press(std::size_t number) const;
 
   /// Prints the open panel once more.
   void reprint() const;

@@ -13,7 +13,8 @@ namespace ostrel {
 
 namespace {
 
-constexpr std::size_t longestLine = 4096;
+// An enrolment token may be long.
+constexpr std::size_t longestLine = std::size_t{1} << 20;
 
 template <class... Functions>
 struct Overloaded : Functions... {
@@ -69,31 +70,50 @@ bool ConsoleShell::readInput() {
 }
 
 void ConsoleShell::perform(std::string_view line) {
-  std::visit(
-      Overloaded{
-          [&](consolecommand::ShowPanel) {
-            screens_.isPanelShown() ? screens_.reprint() : statusItem_.click();
-          },
-          [&](consolecommand::ClosePanel) {
-            if (screens_.isPanelShown()) statusItem_.click();
-          },
-          [&](consolecommand::Press command) { press(command.number); },
-          [&](consolecommand::Quit) { terminate(0); },
-          [](consolecommand::Nothing) {},
-          [&](consolecommand::Unknown) { streams_.writeOutput("commands: panel, press N, close, quit\n"); },
-      },
-      parseConsoleCommand(line));
+  auto command = parseConsoleCommand(line);
+  std::visit(Overloaded{
+                 [&](consolecommand::ShowPanel) { showPanel(); },
+                 [&](consolecommand::ClosePanel) {
+                   if (screens_.isPanelShown()) statusItem_.click();
+                 },
+                 [&](consolecommand::Press command) {
+                   tell(window_.isOpen() ? window_.press(command.number) : screens_.press(command.number),
+                        command.number);
+                 },
+                 [&](consolecommand::Token& command) { enterToken(std::move(command.text)); },
+                 [&](consolecommand::Quit) { window_.isOpen() ? window_.close() : terminate(0); },
+                 [](consolecommand::Nothing) {},
+                 [&](consolecommand::Unknown) { tellCommands(); },
+             },
+             command);
 }
 
-void ConsoleShell::press(std::size_t number) {
-  switch (screens_.press(number)) {
-    case ConsoleScreens::Press::done:
+void ConsoleShell::showPanel() {
+  if (window_.isOpen()) return window_.reprint();
+  screens_.isPanelShown() ? screens_.reprint() : statusItem_.click();
+}
+
+void ConsoleShell::enterToken(std::string token) {
+  const auto press = window_.enterToken(std::move(token));
+  if (press == ConsolePress::nothingOpen) return tellCommands();
+  if (press != ConsolePress::done) streams_.writeOutput("no token is asked for now\n");
+}
+
+void ConsoleShell::tellCommands() {
+  streams_.writeOutput(window_.isOpen() ? "commands: token TEXT, press N, quit\n"
+                                        : "commands: panel, press N, close, quit\n");
+}
+
+void ConsoleShell::tell(ConsolePress press, std::size_t number) {
+  switch (press) {
+    case ConsolePress::done:
       return;
-    case ConsoleScreens::Press::noPanel:
+    case ConsolePress::nothingOpen:
       return streams_.writeOutput("open the panel first: panel\n");
-    case ConsoleScreens::Press::noSuchButton:
-      return streams_.writeOutput("the panel has no button " + std::to_string(number) + "\n");
-    case ConsoleScreens::Press::disabled:
+    case ConsolePress::noSuchButton:
+      return streams_.writeOutput(std::string(window_.isOpen() ? "the window" : "the panel") +
+                                  " has no button " + std::to_string(number) + "\n");
+    case ConsolePress::disabled:
       return streams_.writeOutput("this button is at work\n");
   }
 }

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <string>
 
+#include "Platform/Console/ConsoleOnboardingWindow.hpp"
 #include "Platform/Console/ConsoleScreens.hpp"
 #include "Platform/Console/ConsoleStatusItem.hpp"
 #include "Platform/Posix/PosixMainQueue.hpp"
@@ -20,13 +21,15 @@ enum class ConsoleInput { commands, ignored };
 class ConsoleShell final : public Shell {
  public:
   ConsoleShell(ConsoleInput input, const TerminationSignals& signals, PosixMainQueue& queue,
-               StandardStreams& streams, ConsoleStatusItem& statusItem, ConsoleScreens& screens)
+               StandardStreams& streams, ConsoleStatusItem& statusItem, ConsoleScreens& screens,
+               ConsoleOnboardingWindow& window)
       : inputKind_(input),
         signals_(signals),
         queue_(queue),
         streams_(streams),
         statusItem_(statusItem),
-        screens_(screens) {}
+        screens_(screens),
+        window_(window) {}
 
   void setActivationPolicy(ActivationPolicy) override {}
   int run() override;
@@ -36,7 +39,10 @@ class ConsoleShell final : public Shell {
  private:
   bool readInput();
   void perform(std::string_view line);
-  void press(std::size_t number);
+  void showPanel();
+  void enterToken(std::string token);
+  void tell(ConsolePress press, std::size_t number);
+  void tellCommands();
 
   const ConsoleInput inputKind_;
   const TerminationSignals& signals_;
@@ -44,6 +50,7 @@ class ConsoleShell final : public Shell {
   StandardStreams& streams_;
   ConsoleStatusItem& statusItem_;
   ConsoleScreens& screens_;
+  ConsoleOnboardingWindow& window_;
   std::string input_;  ///< what has been read of the line at hand
   std::atomic<bool> isTerminated_ = false;
   std::atomic<int> status_ = 0;

@@ -4,12 +4,12 @@
 #include <string_view>
 
 #include "Platform/Console/PrintableText.hpp"
+#include "Platform/Console/TextLines.hpp"
 
 namespace ostrel {
 
 namespace {
 
-constexpr std::size_t lineColumns = 80;
 constexpr std::string_view buttonGap = "   ";
 
 std::string_view markOf(RowState::Case kind) {
@@ -26,18 +26,6 @@ std::string_view markOf(RowState::Case kind) {
       return "–";
   }
   return " ";
-}
-
-/// Columns a text takes, a code point each.
-std::size_t columns(std::string_view text) {
-  return static_cast<std::size_t>(
-      std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-}
-
-std::string padded(std::string_view text, std::size_t width) {
-  std::string field(text);
-  field.append(width - std::min(width, columns(text)), ' ');
-  return field;
 }
 
 /// Writes one panel from top to bottom.
@@ -64,8 +52,8 @@ class PanelPrinter {
     if (content_.health) health(*content_.health);
     facts();
     footer();
-    for (const auto& notice : content_.notices) paragraph(2, notice);
-    return std::move(text_);
+    for (const auto& notice : content_.notices) lines_.paragraph(2, notice);
+    return lines_.take();
   }
 
  private:
@@ -73,48 +61,6 @@ class PanelPrinter {
 
   void widen(std::string_view label, std::size_t indent) {
     labelColumns_ = std::max(labelColumns_, indent + columns(label));
-  }
-
-  void line(std::string_view text) {
-    text.remove_suffix(text.size() - std::min(text.find_last_not_of(' ') + 1, text.size()));
-    text_ += text;
-    text_ += '\n';
-  }
-  void blank() { text_ += '\n'; }
-
-  /// Writes words in lines, each indented; nothing for an empty text.
-  void paragraph(std::size_t indent, std::string_view words) {
-    if (!words.empty()) hanging(std::string(indent, ' '), words);
-  }
-
-  /// Writes words behind a prefix, the lines that follow indented by its width.
-  void hanging(std::string_view prefix, std::string_view words) {
-    const auto printable = printableText(words);
-    std::vector<std::string> pieces;
-    for (std::string_view rest = printable; !rest.empty();) {
-      const auto end = std::min(rest.find(' '), rest.size());
-      if (end > 0) pieces.emplace_back(rest.substr(0, end));
-      rest.remove_prefix(std::min(end + 1, rest.size()));
-    }
-    flow(prefix, pieces, " ");
-  }
-
-  /// Writes pieces behind a prefix with a gap between them, in as many lines as they need.
-  void flow(std::string_view prefix, const std::vector<std::string>& pieces, std::string_view gap) {
-    const std::string indent(columns(prefix), ' ');
-    std::string current(prefix);
-    bool isStart = true;
-    for (const auto& piece : pieces) {
-      if (!isStart && columns(current) + gap.size() + columns(piece) > lineColumns) {
-        line(current);
-        current = indent;
-        isStart = true;
-      }
-      if (!isStart) current += gap;
-      current += piece;
-      isStart = false;
-    }
-    line(current);
   }
 
   std::string mark(const PanelButton& button) {
@@ -128,45 +74,45 @@ class PanelPrinter {
     const auto& header = content_.header;
     std::vector<std::string> pieces = {printableText(header.word)};
     for (const auto& button : content_.headerButtons) pieces.push_back(mark(button));
-    flow(prefix(header.tint), pieces, buttonGap);
-    if (header.deadlineLine) paragraph(2, *header.deadlineLine);
-    if (content_.statusError) paragraph(2, content_.statusError->text);
-    blank();
+    lines_.flow(prefix(header.tint), pieces, buttonGap);
+    if (header.deadlineLine) lines_.paragraph(2, *header.deadlineLine);
+    if (content_.statusError) lines_.paragraph(2, content_.statusError->text);
+    lines_.blank();
   }
 
   void update(const PanelContent::Update& update) {
     auto title = update.state.text;
     if (!update.version.empty()) title += " " + update.version;
     if (!update.belowMinimum.empty()) title += " (" + update.belowMinimum + ")";
-    hanging(prefix(update.state.kind), title);
-    if (!update.installing.empty()) paragraph(2, update.installing + " " + update.protectionStaysOn);
-    if (update.button) line("  " + mark(*update.button));
-    blank();
+    lines_.hanging(prefix(update.state.kind), title);
+    if (!update.installing.empty()) lines_.paragraph(2, update.installing + " " + update.protectionStaysOn);
+    if (update.button) lines_.line("  " + mark(*update.button));
+    lines_.blank();
   }
 
   void card(const AttentionItem& item) {
     auto title = item.title;
     if (const auto state = item.stateText(); !state.empty()) title.append(": ").append(state);
-    hanging(prefix(item.state.kind), title);
-    paragraph(2, item.detail);
-    paragraph(2, item.action);
-    if (item.button) line("  " + mark(*item.button));
-    blank();
+    lines_.hanging(prefix(item.state.kind), title);
+    lines_.paragraph(2, item.detail);
+    lines_.paragraph(2, item.action);
+    if (item.button) lines_.line("  " + mark(*item.button));
+    lines_.blank();
   }
 
   void row(const PanelContent::Row& row, std::size_t indent) {
     const auto label = padded(row.label, labelColumns_ - indent);
-    hanging(std::string(indent, ' ') + prefix(row.state.kind) + label + "  ", row.state.text);
+    lines_.hanging(std::string(indent, ' ') + prefix(row.state.kind) + label + "  ", row.state.text);
   }
 
   void protection(const PanelContent::Protection& protection) {
     row(protection.guard, 0);
     ecosystems(protection.ecosystems);
-    paragraph(4, protection.noEcosystems);
-    paragraph(4, protection.offNote);
+    lines_.paragraph(4, protection.noEcosystems);
+    lines_.paragraph(4, protection.offNote);
     row(protection.egressLock, 0);
     row(protection.containers, 0);
-    blank();
+    lines_.blank();
   }
 
   void ecosystems(const std::vector<PanelContent::Ecosystem>& ecosystems) {
@@ -176,18 +122,18 @@ class PanelPrinter {
       if (!ecosystem.state.text.empty()) chip += ": " + ecosystem.state.text;
       chips.push_back(printableText(chip));
     }
-    if (!chips.empty()) flow("    ", chips, "   ");
+    if (!chips.empty()) lines_.flow("    ", chips, "   ");
   }
 
   void health(const PanelContent::Health& health) {
     row(health.rollup, 0);
     for (const auto& component : health.components) row(component, componentIndent);
-    blank();
+    lines_.blank();
   }
 
   void facts() {
     for (const auto& fact : content_.facts)
-      hanging("  " + padded(fact.label, labelColumns_) + "  ", fact.value);
+      lines_.hanging("  " + padded(fact.label, labelColumns_) + "  ", fact.value);
   }
 
   void footer() {
@@ -196,15 +142,15 @@ class PanelPrinter {
       for (const auto& button : *group) buttons.push_back(mark(button));
     }
     if (buttons.empty()) return;
-    blank();
-    flow("  ", buttons, buttonGap);
+    lines_.blank();
+    lines_.flow("  ", buttons, buttonGap);
   }
 
   const PanelContent& content_;
   ButtonMarks marks_;
   std::size_t labelColumns_ = 0;
   std::size_t buttonNumber_ = 0;
-  std::string text_;
+  TextLines lines_;
 };
 
 }  // namespace

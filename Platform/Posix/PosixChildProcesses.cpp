@@ -83,6 +83,9 @@ class CapturedStream {
   CapturedStream(int descriptor, std::size_t limit, std::string& into)
       : descriptor_(descriptor), limit_(limit), into_(into) {}
 
+  /// Hands on what is read, in place of keeping it.
+  void handTo(const ChildOutput& receiver) { receiver_ = &receiver; }
+
   /// What to wait for; a stream that has ended waits for nothing.
   pollfd watched() const { return {descriptor_, POLLIN, 0}; }
   bool hasEnded() const { return descriptor_ < 0; }
@@ -96,6 +99,7 @@ class CapturedStream {
       descriptor_ = -1;
       return;
     }
+    if (receiver_ != nullptr) return (*receiver_)({buffer.data(), static_cast<std::size_t>(count)});
     const auto room = limit_ - into_.size();
     into_.append(buffer.data(), std::min(room, static_cast<std::size_t>(count)));
     if (static_cast<std::size_t>(count) > room) isWithinLimit_ = false;
@@ -105,6 +109,7 @@ class CapturedStream {
   int descriptor_;
   std::size_t limit_;
   std::string& into_;
+  const ChildOutput* receiver_ = nullptr;
   bool isWithinLimit_ = true;
 };
 
@@ -153,13 +158,14 @@ void PosixChildProcesses::endAll() {
 }
 
 std::expected<ChildResult, PlatformError> PosixChildProcesses::run(const ChildCommand& command,
-                                                                   const ChildEnding& ending) {
+                                                                   const ChildEnding& ending,
+                                                                   const ChildOutput& received) {
   {
     const std::lock_guard lock(mutex_);
     if (ended_) return ChildResult{SIGKILL, {}};
     ++runs_;
   }
-  auto result = runChild(command, ending);
+  auto result = runChild(command, ending, received);
   const std::lock_guard lock(mutex_);
   --runs_;
   left_.notify_all();
@@ -167,7 +173,8 @@ std::expected<ChildResult, PlatformError> PosixChildProcesses::run(const ChildCo
 }
 
 std::expected<ChildResult, PlatformError> PosixChildProcesses::runChild(const ChildCommand& command,
-                                                                        const ChildEnding& ending) {
+                                                                        const ChildEnding& ending,
+                                                                        const ChildOutput& received) {
   if (ending.kill.stop_requested()) return ChildResult{SIGKILL, {}};
   if (ending.terminate.stop_requested()) return ChildResult{SIGTERM, {}};
   auto pipes = pipesFor(command);
@@ -180,18 +187,19 @@ std::expected<ChildResult, PlatformError> PosixChildProcesses::runChild(const Ch
   (void)error.writing.close();
   const bool leadsGroup = command.output != ChildStream::inherited;
   const Child child{*process, leadsGroup ? -*process : *process, std::move(stop)};
-  auto result = attend(child, std::move(output.reading), std::move(error.reading), ending);
+  auto result = attend(child, std::move(output.reading), std::move(error.reading), ending, received);
   (void)waitFor(*process, 0);
   return result;
 }
 
 ChildResult PosixChildProcesses::attend(const Child& child, Descriptor output, Descriptor error,
-                                        const ChildEnding& ending) {
+                                        const ChildEnding& ending, const ChildOutput& received) {
   const Attendance attendance(*this, child);
   const std::stop_callback terminating(ending.terminate, [&child] { child.terminate(); });
   const std::stop_callback killing(ending.kill, [&child] { child.kill(); });
   ChildResult result;
   CapturedStream outputStream(output.number(), outputLimit_, result.output);
+  if (received) outputStream.handTo(received);
   CapturedStream errorStream(error.number(), errorLimit, result.error);
   readStreams(outputStream, errorStream, child.stop.reading.number());
   if (!outputStream.isWithinLimit()) child.kill();

@@ -24,8 +24,8 @@ class PosixChildProcesses final : public ChildProcesses {
   /// Ends every run as `endAll` does, and waits for the last to return.
   ~PosixChildProcesses() override;
 
-  std::expected<ChildResult, PlatformError> run(const ChildCommand& command,
-                                                const ChildEnding& ending = {}) override;
+  std::expected<ChildResult, PlatformError> run(const ChildCommand& command, const ChildEnding& ending = {},
+                                                const ChildOutput& received = {}) override;
 
   /// Kills the child of every run and starts no more: a later run is one that was killed. Call it before the
   /// queues on which runs block are joined. Any thread.
@@ -35,8 +35,10 @@ class PosixChildProcesses final : public ChildProcesses {
   struct Child;
   class Attendance;
 
-  std::expected<ChildResult, PlatformError> runChild(const ChildCommand& command, const ChildEnding& ending);
-  ChildResult attend(const Child& child, Descriptor output, Descriptor error, const ChildEnding& ending);
+  std::expected<ChildResult, PlatformError> runChild(const ChildCommand& command, const ChildEnding& ending,
+                                                     const ChildOutput& received);
+  ChildResult attend(const Child& child, Descriptor output, Descriptor error, const ChildEnding& ending,
+                     const ChildOutput& received);
 
   const PathMap realPath_;
   const std::size_t outputLimit_;

@@ -48,11 +48,11 @@ TEST(ConsoleScreens, PrintsThePanelWhenItOpensAndOnlyWhenItChanges) {
 }
 
 TEST(ConsoleScreens, PressesTheButtonOfThatNumberWhenItCanBePressed) {
-  using enum ConsoleScreens::Press;
+  using enum ConsolePress;
   ConsoleHost host;
   std::vector<PanelButton> pressed;
   host.screens.onPanelButton([&](const PanelButton& button) { pressed.push_back(button); });
-  EXPECT_EQ(host.screens.press(1), noPanel);
+  EXPECT_EQ(host.screens.press(1), nothingOpen);
   host.screens.openPanel(contentWith("Protected"));
   EXPECT_EQ(host.screens.press(0), noSuchButton);
   EXPECT_EQ(host.screens.press(1), disabled);

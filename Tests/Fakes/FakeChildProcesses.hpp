@@ -17,12 +17,14 @@ class FakeChildProcesses final : public ChildProcesses {
  public:
   using Result = std::expected<ChildResult, PlatformError>;
 
-  Result run(const ChildCommand& command, const ChildEnding& ending = {}) override {
+  Result run(const ChildCommand& command, const ChildEnding& ending = {},
+             const ChildOutput& received = {}) override {
     commands.push_back(command);
     if (ending.kill.stop_requested()) return ChildResult{SIGKILL, ""};
     if (ending.terminate.stop_requested()) return ChildResult{SIGTERM, ""};
     auto result = next(command);
     if (result && command.error != ChildStream::captured) result->error.clear();
+    if (result && received) received(std::exchange(result->output, {}));
     return result;
   }
 

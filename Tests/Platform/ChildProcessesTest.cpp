@@ -124,6 +124,20 @@ TEST_F(PosixChildProcessesTest, ReadsFiveMegabytesAndReportsAChildThatWritesMore
   for (const auto& [script, result] : rows) EXPECT_EQ(limited.run(shell(script)), result) << script;
 }
 
+TEST_F(PosixChildProcessesTest, HandsOutputOnWhileTheChildRuns) {
+  const TemporaryFolder place;
+  const auto answer = place / "answer";
+  std::string output;
+  const auto result = children.run(
+      shell(("printf first; until test -e " + answer + "; do sleep 0.01; done; printf second").c_str()), {},
+      [&](std::string_view bytes) {
+        output += bytes;
+        if (output == "first") place.write("answer", "");
+      });
+  EXPECT_EQ(result, (ChildResult{0, ""}));
+  EXPECT_EQ(output, "firstsecond");
+}
+
 TEST_F(PosixChildProcessesTest, CapturesTheFirst64KiBOfStandardErrorAndReadsTheRest) {
   struct Row {
     const char* script;

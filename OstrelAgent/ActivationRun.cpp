@@ -1,0 +1,33 @@
+#include "OstrelAgent/ActivationRun.hpp"
+
+#include <utility>
+
+#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/Utf8.hpp"
+
+namespace ostrel {
+
+ActivationRun::ActivationRun(Services services, const std::string& executable, Events listeners)
+    : events_(std::make_shared<Events>(std::move(listeners))) {
+  const auto onMain = [&queue = services.mainQueue, weak = std::weak_ptr(events_)](auto work) {
+    queue.post([weak, work = std::move(work)] {
+      if (const auto alive = weak.lock()) work(*alive);
+    });
+  };
+  const ChildOutput received = [onMain](std::string_view bytes) {
+    const auto progress = isUtf8(bytes) ? activationOfProgress(bytes) : std::nullopt;
+    if (progress) onMain([progress = *progress](const Events& events) { events.progressed(progress); });
+  };
+  const ChildCommand command{executable, {"activate"}, ChildStream::captured, ChildStream::captured};
+  services.backgroundQueue.run(
+      QualityOfService::userInitiated, [&children = services.childProcesses, command, received, onMain,
+                                        ending = ChildEnding{terminate_.get_token(), {}}] {
+        const auto ran = children.run(command, ending, received);
+        const auto state = ran ? activationAfterExit(ran->status, ran->error)
+                               : activationstate::Failed{
+                                     Copy::Onboarding::activationCouldNotStart.with(ran.error().description)};
+        onMain([state](const Events& events) { events.ended(state); });
+      });
+}
+
+}  // namespace ostrel

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <expected>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "OstrelAgent/ActivationRun.hpp"
+#include "OstrelAgent/CaptureConfig.hpp"
+#include "OstrelAgent/ControlSocket.hpp"
+#include "OstrelAgent/DeviceCATrust.hpp"
+#include "OstrelAgent/HelperRunner.hpp"
+#include "OstrelAgent/MenuBarAgent.hpp"
+#include "OstrelAgent/NetworkConfigurations.hpp"
+#include "OstrelAgent/OnboardingContent.hpp"
+#include "OstrelAgent/StatusRuns.hpp"
+#include "Platform/BackgroundQueue.hpp"
+#include "Platform/OnboardingWindow.hpp"
+#include "Platform/Shell.hpp"
+#include "Platform/UserDefaults.hpp"
+#include "Platform/UserNotifications.hpp"
+#include "Platform/Workspace.hpp"
+
+namespace ostrel {
+
+/// The onboarding and repair window: polls the Mac's setup, enrols, has the certificate trusted, runs the
+/// activation. Lives on the main thread until its window closes, which ends the program.
+class OnboardingFlowController : public std::enable_shared_from_this<OnboardingFlowController> {
+ public:
+  static constexpr std::chrono::milliseconds pollPeriod{5000};
+  /// Under this key stands the process's id while the window is open.
+  static constexpr const char* processIdentifierKey = "OnboardingFlowProcessID";
+
+  struct Services {
+    MainQueue& mainQueue;
+    BackgroundQueue& backgroundQueue;
+    BackgroundQueue& statusQueue;
+    ChildProcesses& childProcesses;
+    const Bundle& bundle;
+    Log& log;
+    UserDefaults& userDefaults;
+    NetworkPreferences& networkPreferences;
+    UserNotifications& notifications;
+    Workspace& workspace;
+    OnboardingWindow& window;
+    Shell& shell;
+  };
+
+  /// What the flow does things with.
+  struct Tools {
+    HelperRunner helper;
+    ControlSocket socket;
+    DeviceCATrust trust;
+    NetworkConfigurations configurations;
+    MenuBarAgent menuBarAgent;
+  };
+
+  OnboardingFlowController(OnboardingMode mode, std::int64_t processIdentifier, Services services,
+                           Tools tools);
+
+  /// Opens the window and starts. Call once.
+  void show();
+
+ private:
+  using EnrolmentAnswer = std::expected<JsonMembers, ControlSocketError>;
+
+  void perform(OnboardingAction action, const std::string& token);
+  void windowWillClose();
+
+  void refresh();
+  void finishRefresh(std::uint64_t run, const SetupObservation& observation);
+  void publish(const SetupObservation& observation);
+  void followEnrolment();
+  void askWhetherEnrolled();
+
+  void enrol(std::string_view typed);
+  void finishEnrolment(const EnrolmentAnswer& answer);
+  void startTrust(bool thenActivate);
+  void finishTrust(const DeviceCATrust::Outcome& outcome);
+  void deferTrust();
+
+  void startActivation();
+  void activationFinished(ActivationState state);
+  void showActivation(ActivationState state);
+  void openExtensionSettings();
+  void turnOnNetworkFilter();
+  void finishNetworkFilter(const NetworkConfigurations::ProxySaved& saved);
+
+  /// Runs the work in the background and hands its result to `next` on the main thread, while this lives.
+  template <class Work, class Next>
+  void inBackground(Work work, Next next);
+  void move(OnboardingEvent::Kind kind, std::string text = {});
+  void clearActionError(OnboardingChecklist::Step step);
+  void draw();
+
+  Services services_;
+  Tools tools_;
+  const std::int64_t processIdentifier_;
+  OnboardingFlowModel model_;
+  StatusRuns statusRuns_;
+  std::unique_ptr<ActivationRun> activation_;
+  ScheduledWork pollTimer_;
+  std::uint64_t pollGeneration_ = 0;
+  bool isTrusting_ = false;
+  bool trustThenActivate_ = false;
+  bool trustStepResolved_ = false;
+  bool isOpen_ = false;
+};
+
+}  // namespace ostrel

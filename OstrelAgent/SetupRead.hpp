@@ -1,0 +1,16 @@
+#pragma once
+
+#include "OstrelAgent/HelperRunner.hpp"
+#include "OstrelAgent/OnboardingFlow.hpp"
+#include "Platform/NetworkPreferences.hpp"
+
+namespace ostrel {
+
+/// What the helper's status report says of the setup; nothing read when it fails or does not decode. Blocks.
+SetupObservation readSetup(const HelperRunner& helper, const ChildEnding& ending = {});
+
+/// The observation with what the network preferences say; a failed load leaves it as it was.
+SetupObservation withTransparentProxies(SetupObservation observation,
+                                        const NetworkPreferences::TransparentProxies& loaded);
+
+}  // namespace ostrel
