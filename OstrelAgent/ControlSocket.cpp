@@ -14,6 +14,11 @@ namespace {
 using Case = ControlSocketError::Case;
 using Bytes = std::expected<std::string, ControlSocketError>;
 
+// They stand where a daemon's own sentence would, which no table translates either.
+constexpr std::string_view refusedSilently =
+    "The Ostrel Agent background service refused the request without saying why.";
+constexpr std::string_view notSerialised = "The request contains characters that can't be sent.";
+
 std::unexpected<ControlSocketError> failed(Case kind) { return std::unexpected(ControlSocketError{kind}); }
 
 std::unexpected<ControlSocketError> ioFailed(std::string detail) {
@@ -104,7 +109,7 @@ std::string ControlSocketError::userMessage(std::string_view operation) const {
     case Case::malformedResponse:
       return std::string(Copy::socketMalformedResponse.text());
     case Case::requestNotSerialised:
-      return std::string(Copy::socketRequestNotSerialised.text());
+      return std::string(notSerialised);
   }
   return {};
 }
@@ -135,7 +140,7 @@ bool ControlSocket::queryTrustPending() const {
 }
 
 ControlSocketError ControlSocket::failure(const JsonMembers& response) {
-  auto message = response.text("error").value_or(std::string(Copy::socketRefusedSilently.text()));
+  auto message = response.text("error").value_or(std::string(refusedSilently));
   auto reason = response.text("reason").value_or("");
   const auto kind = reason.empty() ? Case::requestFailed : Case::refused;
   return {.kind = kind, .message = std::move(message), .reason = std::move(reason)};

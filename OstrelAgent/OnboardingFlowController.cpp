@@ -22,10 +22,9 @@ std::string settingsUrl(int systemMajorVersion) {
 }
 
 std::string enrolmentError(const ControlSocketError& error) {
-  if (error.kind != ControlSocketError::Case::requestNotSerialised) {
-    return error.userMessage(Copy::socketOpEnrolDevice.text());
-  }
-  return Texts::errorEnrollment.with(error.detail);
+  auto message = error.userMessage(Copy::socketOpEnrolDevice.text());
+  if (error.kind != ControlSocketError::Case::requestNotSerialised) return message;
+  return Texts::errorEnrollment.with(message);
 }
 
 bool isApproved(const SetupObservation& observation) {
