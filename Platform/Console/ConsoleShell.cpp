@@ -76,11 +76,11 @@ void ConsoleShell::perform(std::string_view line) {
                  [&](consolecommand::ClosePanel) {
                    if (screens_.isPanelShown()) statusItem_.click();
                  },
-                 [&](consolecommand::Press command) {
-                   tell(window_.isOpen() ? window_.press(command.number) : screens_.press(command.number),
-                        command.number);
+                 [&](consolecommand::Press press) {
+                   tell(window_.isOpen() ? window_.press(press.number) : screens_.press(press.number),
+                        press.number);
                  },
-                 [&](consolecommand::Token& command) { enterToken(std::move(command.text)); },
+                 [&](consolecommand::Token& token) { enterToken(std::move(token.text)); },
                  [&](consolecommand::Quit) { window_.isOpen() ? window_.close() : terminate(0); },
                  [](consolecommand::Nothing) {},
                  [&](consolecommand::Unknown) { tellCommands(); },

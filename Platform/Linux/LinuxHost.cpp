@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 
+#include "Platform/Console/ConsoleOnboardingWindow.hpp"
 #include "Platform/Console/ConsoleScreens.hpp"
 #include "Platform/Console/ConsoleShell.hpp"
 #include "Platform/Console/ConsoleStatusItem.hpp"
@@ -103,12 +104,14 @@ class LinuxHost final : public HostLifetime {
   SimulatedSystemExtensions systemExtensions_{files_, mainQueue_, hostRoot_.realPath(simulatedstate::lock)};
   ConsoleStatusItem consoleStatusItem_{streams_};
   ConsoleScreens consoleScreens_{streams_};
+  ConsoleOnboardingWindow consoleOnboardingWindow_{streams_};
   ConsoleShell consoleShell_{presence_ == Presence::person ? ConsoleInput::commands : ConsoleInput::ignored,
                              signals_,
                              mainQueue_,
                              streams_,
                              consoleStatusItem_,
-                             consoleScreens_};
+                             consoleScreens_,
+                             consoleOnboardingWindow_};
   std::unique_ptr<Desktop> desktop_ = makeDesktop();
   PosixBackgroundQueue backgroundQueue_{backgroundThreads};
   PosixBackgroundQueue statusQueue_{statusThreads};
