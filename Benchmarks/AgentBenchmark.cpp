@@ -60,4 +60,9 @@ AgentFigures measureAgent(int refreshes) {
   return {agentWatch.figures(), bareWatch.figures()};
 }
 
+double activationMilliseconds(int rounds) {
+  const HostRootFolder hostRoot;
+  return medianRunCpuMilliseconds({OSTREL_AGENT, "activate"}, rounds);
+}
+
 }  // namespace ostrel

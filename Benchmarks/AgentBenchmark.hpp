@@ -20,4 +20,7 @@ struct AgentFigures {
 };
 AgentFigures measureAgent(int refreshes);
 
+/// Milliseconds of CPU of `activate` and its children where everything is approved, the median of the rounds.
+double activationMilliseconds(int rounds);
+
 }  // namespace ostrel

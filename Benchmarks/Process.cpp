@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -95,6 +96,22 @@ double medianRunMicroseconds(const std::vector<std::string>& command, int rounds
     ::waitpid(spawn(command), nullptr, 0);
     times.push_back(
         std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count());
+  }
+  std::ranges::sort(times);
+  return times[times.size() / 2];
+}
+
+double medianRunCpuMilliseconds(const std::vector<std::string>& command, int rounds) {
+  const auto milliseconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) * 1000 + static_cast<double>(time.tv_usec) / 1000;
+  };
+  std::vector<double> times;
+  for (int i = 0; i < rounds; ++i) {
+    int status = 0;
+    rusage usage{};
+    ::wait4(spawn(command), &status, 0, &usage);
+    if (status != 0) throw std::runtime_error(command.front() + " failed");
+    times.push_back(milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime));
   }
   std::ranges::sort(times);
   return times[times.size() / 2];

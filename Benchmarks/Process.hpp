@@ -37,4 +37,8 @@ class Process {
 /// Microseconds from start to end of a short command, the median of the rounds. Its output is discarded.
 double medianRunMicroseconds(const std::vector<std::string>& command, int rounds);
 
+/// Milliseconds of CPU of a short command and the children it has waited for, the median of the rounds.
+/// Throws std::runtime_error when it fails.
+double medianRunCpuMilliseconds(const std::vector<std::string>& command, int rounds);
+
 }  // namespace ostrel

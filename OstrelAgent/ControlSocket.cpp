@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/Whitespace.hpp"
 
 namespace ostrel {
 
@@ -72,11 +73,12 @@ Bytes exchanged(UnixSocket& socket, const std::string& action, const ControlSock
   return readAnswer(socket);
 }
 
-/// The text with dots in place of the secret. One too short to be a secret is left alone, because it may be
+/// The text with dots in place of the secret, or the other text where the secret is so short that it may be
 /// part of any word.
-std::string without(std::string_view secret, std::string text) {
+std::string without(std::string_view secret, std::string text, std::string_view other) {
   constexpr std::size_t shortestSecret = 8;
-  if (secret.size() < shortestSecret) return text;
+  if (secret.empty() || !text.contains(secret)) return text;
+  if (secret.size() < shortestSecret) return std::string(other);
   for (auto at = text.find(secret); at != std::string::npos; at = text.find(secret, at)) {
     text.replace(at, secret.size(), "…");
   }
@@ -88,8 +90,8 @@ ControlSocketError withoutToken(ControlSocketError error, const ControlSocket::E
   const auto member = extra.find("enrollment_token");
   const auto* token = member == extra.end() ? nullptr : std::get_if<std::string>(&member->second);
   if (token == nullptr) return error;
-  error.message = without(*token, std::move(error.message));
-  error.reason = without(*token, std::move(error.reason));
+  error.message = without(trimmed(*token), std::move(error.message), refusedSilently);
+  error.reason = without(trimmed(*token), std::move(error.reason), "…");
   return error;
 }
 

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "OstrelAgent/RFC3339.hpp"
+#include "OstrelAgent/Utf8.hpp"
 #include "OstrelAgent/Whitespace.hpp"
 
 namespace ostrel {
@@ -40,7 +41,7 @@ void Records::recordNetworkExtensionAssertion(const NetworkExtensionAssertion& a
 
 std::string Records::reactivatedVersion() const {
   const auto text = files_->read(folder_ + "/" + reactivatedVersionName);
-  return std::string(text ? trimmed(*text) : "");
+  return text && isUtf8(*text) ? std::string(trimmed(*text)) : "";
 }
 
 void Records::recordReactivated(std::string_view version) const { write(reactivatedVersionName, version); }

@@ -162,6 +162,11 @@ std::expected<void, std::string> SimulatedState::linkTools(const std::string& fo
     auto linked = linkTool(root_.realPath(tool), folder + tool.substr(tool.rfind('/')));
     if (!linked) return linked;
   }
+  // A Mac has it before any program starts.
+  const auto temporaryFolder = root_.realPath(root_.temporaryFolder());
+  std::error_code error;
+  std::filesystem::create_directories(temporaryFolder, error);
+  if (error) return std::unexpected("cannot make " + temporaryFolder + ": " + error.message());
   return {};
 }
 

@@ -24,6 +24,11 @@ struct PosixChildProcesses::Child {
 
   void terminate() const { ::kill(target, SIGTERM); }
 
+  /// One that shares the terminal is the person's to end: in the middle it might leave things half done.
+  void endWithProgram() const {
+    if (target < 0) kill();
+  }
+
   void kill() const {
     ::kill(target, SIGKILL);
     if (stop.writing) (void)writeAll(stop.writing.number(), "k");
@@ -36,7 +41,7 @@ class PosixChildProcesses::Attendance {
   Attendance(PosixChildProcesses& owner, const Child& child) : owner_(owner), child_(child) {
     const std::lock_guard lock(owner_.mutex_);
     owner_.children_.insert(&child_);
-    if (owner_.ended_) child_.kill();
+    if (owner_.ended_) child_.endWithProgram();
   }
   Attendance(const Attendance&) = delete;
   Attendance& operator=(const Attendance&) = delete;
@@ -128,9 +133,13 @@ void readStreams(CapturedStream& output, CapturedStream& error, int stop) {
   }
 }
 
+/// A child that cannot be waited for, since somebody else has reaped it, did not end well.
 siginfo_t waitFor(pid_t process, int options) {
   siginfo_t info{};
-  while (::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | options) != 0 && errno == EINTR) {
+  while (::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | options) != 0) {
+    if (errno == EINTR) continue;
+    info.si_status = SIGKILL;
+    break;
   }
   return info;
 }
@@ -154,7 +163,7 @@ PosixChildProcesses::~PosixChildProcesses() {
 void PosixChildProcesses::endAll() {
   const std::lock_guard lock(mutex_);
   ended_ = true;
-  for (const auto* child : children_) child->kill();
+  for (const auto* child : children_) child->endWithProgram();
 }
 
 std::expected<ChildResult, PlatformError> PosixChildProcesses::run(const ChildCommand& command,

@@ -27,7 +27,8 @@ class PosixChildProcesses final : public ChildProcesses {
   std::expected<ChildResult, PlatformError> run(const ChildCommand& command, const ChildEnding& ending = {},
                                                 const ChildOutput& received = {}) override;
 
-  /// Kills the child of every run and starts no more: a later run is one that was killed. Call it before the
+  /// Kills the child of every run, but for one that shares the terminal, and starts no more: a later run is
+  /// one that was killed. Call it before the
   /// queues on which runs block are joined. Any thread.
   void endAll();
 

@@ -44,6 +44,12 @@ Configurations::iterator find(Configurations& all, const std::string& identifier
 /// Puts the configuration among the others; gives it its identifier and the state of its connection.
 NetworkPreferences::Done keep(TransparentProxyConfiguration& configuration, Configurations& all) {
   if (configuration.identifier.empty()) {
+    // Another process was first: what this one has loaded is no longer so.
+    const auto& provider = configuration.providerBundleIdentifier;
+    const bool isTaken =
+        !provider.empty() &&
+        std::ranges::count(all, provider, &TransparentProxyConfiguration::providerBundleIdentifier) > 0;
+    if (isTaken) return refusal(ErrorCode::stale);
     configuration.identifier = freshIdentifier(all);
     configuration.connected = false;
     all.push_back(configuration);

@@ -4,7 +4,6 @@
 
 #include <fstream>
 #include <iterator>
-#include <set>
 
 namespace ostrel {
 namespace {
@@ -14,11 +13,28 @@ TEST(CaptureConfig, TheBundlesListHasNineteenHosts) {
   const std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   const auto config = CaptureConfig::ofHostList(bytes);
   ASSERT_TRUE(config) << config.error();
-  const auto& hosts = config->capturedHosts;
-  EXPECT_EQ(hosts.size(), 19U);
-  EXPECT_EQ(std::set(hosts.begin(), hosts.end()).size(), 19U);
-  EXPECT_EQ(hosts.front(), "registry.npmjs.org");
-  EXPECT_EQ(hosts.back(), "public.ecr.aws");
+  const std::vector<std::string> hosts = {
+      "registry.npmjs.org",
+      "registry.yarnpkg.com",
+      "npm.pkg.github.com",
+      "pypi.org",
+      "files.pythonhosted.org",
+      "rubygems.org",
+      "index.rubygems.org",
+      "proxy.golang.org",
+      "sum.golang.org",
+      "repo.packagist.org",
+      "packagist.org",
+      "registry-1.docker.io",
+      "auth.docker.io",
+      "production.cloudflare.docker.com",
+      "ghcr.io",
+      "quay.io",
+      "gcr.io",
+      "mcr.microsoft.com",
+      "public.ecr.aws",
+  };
+  EXPECT_EQ(config->capturedHosts, hosts);
 }
 
 TEST(CaptureConfig, IsCompactJsonWithSortedKeysAndTheHostsInTheirOrder) {

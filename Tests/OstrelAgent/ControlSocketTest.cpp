@@ -222,7 +222,10 @@ TEST(ControlSocket, NoErrorRepeatsTheEnrolmentToken) {
   }
   Daemon daemon;
   daemon.answer({R"({"error":"The token e is short."})"});
-  EXPECT_EQ(daemon.errorOf({{"enrollment_token", "e"}}).message, "The token e is short.");
+  EXPECT_EQ(daemon.errorOf({{"enrollment_token", "e"}}).message,
+            "The Ostrel Agent background service refused the request without saying why.");
+  daemon.answer({R"({"error":"No token ost_12345."})"});
+  EXPECT_EQ(daemon.errorOf({{"enrollment_token", " ost_12345\n"}}).message, "No token ….");
 }
 
 }  // namespace

@@ -207,6 +207,16 @@ TEST_F(PosixChildProcessesTest, KillsTheGroupOfAChildAndStartsNoneAfterTheEndOfA
   EXPECT_EQ(children.run(shell("exit 0")), (ChildResult{SIGKILL, ""}));
 }
 
+TEST_F(PosixChildProcessesTest, TheEndOfAllLeavesAChildOfTheTerminalToEndByItself) {
+  const auto script = ready() + "until test -e " + (folder / "go") + "; do sleep 0.01; done; exit 4";
+  auto run =
+      std::async(std::launch::async, [&] { return children.run(shell(script, ChildStream::inherited)); });
+  ASSERT_TRUE(becomesTrue([&] { return std::filesystem::exists(folder / "ready"); }));
+  children.endAll();
+  folder.write("go", "");
+  EXPECT_EQ(run.get(), (ChildResult{4, ""}));
+}
+
 TEST_F(PosixChildProcessesTest, TwoHundredRunsOfFourThreadsKeepTheirResultsApart) {
   std::vector<std::jthread> threads;
   threads.reserve(4);

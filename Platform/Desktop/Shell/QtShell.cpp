@@ -19,6 +19,7 @@ int QtShell::run() { return QCoreApplication::exec(); }
 
 // Posted, so that it also ends a loop that starts later.
 void QtShell::terminate(int status) {
+  if (isTerminated_.exchange(true)) return;
   QMetaObject::invokeMethod(
       QCoreApplication::instance(), [status] { QCoreApplication::exit(status); }, Qt::QueuedConnection);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QSocketNotifier>
+#include <atomic>
 
 #include "Platform/Desktop/ShellPlugIn.hpp"
 
@@ -23,6 +24,7 @@ class QtShell final : public Shell {
   const DesktopServices& services_;
   QSocketNotifier queue_;
   QSocketNotifier signals_;
+  std::atomic<bool> isTerminated_ = false;
 };
 
 }  // namespace ostrel
