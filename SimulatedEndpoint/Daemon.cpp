@@ -12,7 +12,7 @@ namespace ostrel::simulated {
 
 namespace {
 
-constexpr std::string_view tokenPrefix = "zq_org_";
+constexpr std::string_view tokenPrefix = "zq_enroll_";
 
 Json success() { return {{"ok", true}}; }
 

@@ -73,13 +73,13 @@ TEST_F(ControlSocketTest, EnrollingKeepsNoTokenAndShowsInTheNextReport) {
   control({"scenario", "not-enrolled"});
   auto daemon = serve();
   EXPECT_EQ(answer({{"action", "checkin"}})["skipped"], "this device is not enrolled");
-  for (const auto* token : {"", "zq_org_", "zq_user_secret-secret"}) {
+  for (const auto* token : {"", "zq_enroll_", "zq_user_secret-secret"}) {
     const auto refused = answer({{"action", "enroll"}, {"enrollment_token", token}});
     EXPECT_EQ(refused["reason"], "invalid_token") << token;
   }
   EXPECT_EQ(reported()["enrolled"], false);
-  EXPECT_EQ(answer({{"action", "enroll"}, {"enrollment_token", "zq_org_secret-secret-4f21"}})["ok"], true);
-  EXPECT_EQ(reported()["token_masked"], "zq_org_…4f21");
+  EXPECT_EQ(answer({{"action", "enroll"}, {"enrollment_token", "zq_enroll_secret-secret-4f21"}})["ok"], true);
+  EXPECT_EQ(reported()["token_masked"], "zq_enroll_…4f21");
   EXPECT_EQ(reported()["health"]["credential"]["state"], "ok");
   EXPECT_EQ(answer({{"action", "status"}})["enrolled"], true);
   for (const auto& entry : fs::recursive_directory_iterator(root)) {
