@@ -224,6 +224,9 @@ TEST_F(QtDesktopTest, ServesTheMainQueueUntilItIsToldToEnd) {
   EXPECT_TRUE(std::ranges::is_permutation(order, std::vector{1, 2}));
   desktop->shell().terminate();
   EXPECT_EQ(desktop->shell().run(), 0) << "told before the loop started";
+  desktop->shell().terminate(3);
+  desktop->shell().terminate(4);
+  EXPECT_EQ(desktop->shell().run(), 3) << "the first status counts";
 }
 
 TEST_F(QtDesktopTest, EndsBySignalsWithTheirStatus) {

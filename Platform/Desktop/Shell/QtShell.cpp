@@ -15,7 +15,11 @@ QtShell::QtShell(const DesktopServices& services)
   });
 }
 
-int QtShell::run() { return QCoreApplication::exec(); }
+int QtShell::run() {
+  const int status = QCoreApplication::exec();
+  isTerminated_ = false;
+  return status;
+}
 
 // Posted, so that it also ends a loop that starts later.
 void QtShell::terminate(int status) {
