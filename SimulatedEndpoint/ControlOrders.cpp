@@ -58,14 +58,14 @@ std::optional<int> numberOf(const std::string& word) {
 }
 
 ControlResult failCalls(const std::string& name, std::span<const std::string> words, const Orders& orders) {
-  const auto count = words.empty() ? std::nullopt : numberOf(words[0]);
+  const int count = words.empty() ? -1 : numberOf(words[0]).value_or(-1);
   if (words.size() == 1 && count == 0) return give(orders, name, Json(), name + " is taken back");
   const auto code = words.size() < 3 ? std::nullopt : numberOf(words[2]);
-  if (words.size() > 4 || !count || *count <= 0 || !code) {
+  if (words.size() > 4 || count <= 0 || !code) {
     return usageFault(name + " takes how often, a domain, a code and perhaps a text, as in `" + name +
                       " 11 NEVPNErrorDomain 4`; or 0");
   }
-  Json order = {{"count", *count}, {"domain", words[1]}, {"code", *code}};
+  Json order = {{"count", count}, {"domain", words[1]}, {"code", code.value_or(0)}};
   if (words.size() == 4) order["description"] = words[3];
   return give(orders, name, order, name + ": " + words[0] + " times " + words[1] + " " + words[2]);
 }
