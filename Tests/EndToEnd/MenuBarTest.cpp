@@ -92,13 +92,15 @@ TEST_F(OstrelAgent, SaysInOneSentenceWhatThisBuildDoesNotHave) {
 TEST_F(OstrelAgent, WithoutAnArgumentItDoesWhatTheDaemonsAnswersAskFor) {
   constexpr const char* onboarding = "OstrelAgent: this build does not have the command onboarding.\n";
   EXPECT_EQ(run({agent}, environment).error, onboarding) << "without a daemon";
-  std::string trust = R"({"ok":true,"trust_pending":true})";
-  const UnixServer daemon(socketPath(), [&trust](int connection) {
+  std::atomic<bool> isPending = true;
+  const UnixServer daemon(socketPath(), [&isPending](int connection) {
     const bool isAboutTrust = UnixServer::readLine(connection).contains("catrust");
+    const std::string trust =
+        isPending ? R"({"ok":true,"trust_pending":true})" : R"({"ok":true,"trust_pending":false})";
     UnixServer::send(connection, (isAboutTrust ? trust : R"({"ok":true,"enrolled":true})") + "\n");
   });
   EXPECT_EQ(run({agent}, environment).error, onboarding);
-  trust = R"({"ok":true,"trust_pending":false})";
+  isPending = false;
   EXPECT_TRUE(run({agent}, environment).error.starts_with("no enforcement daemon installed")) << "activates";
 }
 
