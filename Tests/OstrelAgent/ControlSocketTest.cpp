@@ -99,7 +99,7 @@ TEST(ControlSocket, TellsWhichCallFailedWithItsErrnoAndTriesNothingTwice) {
 }
 
 TEST(ControlSocket, APathOfUpTo103BytesIsConnectedTo) {
-  for (const std::size_t length : {103, 104}) {
+  for (const std::size_t length : {103U, 104U}) {
     Daemon daemon;
     const auto path = "/" + std::string(length - 3, 'p') + "ü";
     daemon.files.put(path, "");
