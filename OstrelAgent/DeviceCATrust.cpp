@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/IgnoringCase.hpp"
 
 namespace ostrel {
 
@@ -49,17 +50,11 @@ class StagedFile {
   const std::string& path_;
 };
 
-std::string lowerCase(std::string text) {
-  std::ranges::transform(text, text.begin(),
-                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-  return text;
-}
-
 bool tellsCancellation(const std::string& standardError) {
   constexpr std::array<std::string_view, 3> marks = {"canceled by the user", "cancelled by the user",
                                                      "user canceled"};
-  const auto text = lowerCase(standardError);
-  return std::ranges::any_of(marks, [&](std::string_view mark) { return text.contains(mark); });
+  return std::ranges::any_of(
+      marks, [&](std::string_view mark) { return containsIgnoringCase(standardError, mark); });
 }
 
 }  // namespace

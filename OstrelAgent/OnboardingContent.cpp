@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/Overloaded.hpp"
 
 namespace ostrel {
 
@@ -13,13 +14,6 @@ using Texts = Copy::Onboarding;
 using Step = OnboardingChecklist::Step;
 using Tint = OnboardingContent::Tint;
 namespace stages = onboardingstage;
-
-template <class... Functions>
-struct Overloaded : Functions... {
-  using Functions::operator()...;
-};
-template <class... Functions>
-Overloaded(Functions...) -> Overloaded<Functions...>;
 
 OnboardingButton button(const Message& title, OnboardingAction action) {
   return {.title = std::string(title.text()), .action = action};

@@ -5,6 +5,7 @@
 #include <span>
 
 #include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/IgnoringCase.hpp"
 #include "OstrelAgent/Utf8.hpp"
 #include "OstrelAgent/Whitespace.hpp"
 
@@ -107,13 +108,6 @@ constexpr StepRow stepRows[] = {
 
 const StepRow& rowOf(Step step) { return *std::ranges::find(stepRows, step, &StepRow::step); }
 
-char lowerCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool asksForApproval(std::string_view line) {
-  constexpr std::string_view sign = "approval required";
-  return std::ranges::search(line, sign, {}, lowerCase).begin() != line.end();
-}
-
 }  // namespace
 
 std::string_view nameOf(OnboardingMode mode) { return mode == OnboardingMode::repair ? "repair" : "onboard"; }
@@ -177,7 +171,8 @@ std::optional<ActivationState> activationOfProgress(std::string_view chunk) {
     if (!isBlank(line)) last = line;
   }
   if (!last) return std::nullopt;
-  if (asksForApproval(*last)) return activationstate::AwaitingApproval{std::string(*last)};
+  if (containsIgnoringCase(*last, "approval required"))
+    return activationstate::AwaitingApproval{std::string(*last)};
   return activationstate::Running{std::string(*last)};
 }
 

@@ -2,19 +2,9 @@
 
 #include <charconv>
 
+#include "OstrelAgent/Whitespace.hpp"
+
 namespace ostrel {
-
-namespace {
-
-constexpr std::string_view blanks = " \t\r";
-
-std::string_view trimmed(std::string_view text) {
-  const auto first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
-}  // namespace
 
 ConsoleCommand parseConsoleCommand(std::string_view line) {
   const auto text = trimmed(line);

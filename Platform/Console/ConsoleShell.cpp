@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "OstrelAgent/Overloaded.hpp"
 #include "Platform/Console/ConsoleCommand.hpp"
 
 namespace ostrel {
@@ -15,13 +16,6 @@ namespace {
 
 // An enrolment token may be long.
 constexpr std::size_t longestLine = std::size_t{1} << 20;
-
-template <class... Functions>
-struct Overloaded : Functions... {
-  using Functions::operator()...;
-};
-template <class... Functions>
-Overloaded(Functions...) -> Overloaded<Functions...>;
 
 }  // namespace
 
