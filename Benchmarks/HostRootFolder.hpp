@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string>
+#include "Tests/Fakes/TemporaryFolder.hpp"
 
 namespace ostrel {
 
@@ -9,14 +9,11 @@ namespace ostrel {
 class HostRootFolder {
  public:
   HostRootFolder();
-  ~HostRootFolder();
-  HostRootFolder(const HostRootFolder&) = delete;
-  HostRootFolder& operator=(const HostRootFolder&) = delete;
 
-  const std::string& path() const { return path_; }
+  const std::string& path() const { return folder_.path(); }
 
  private:
-  std::string path_ = "/tmp/ostrel-bench-XXXXXX";
+  TemporaryFolder folder_;
 };
 
 }  // namespace ostrel

@@ -6,8 +6,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
-#include <filesystem>
 #include <iterator>
 #include <stdexcept>
 #include <string>
@@ -17,6 +15,7 @@
 #include "OstrelAgent/ControlSocket.hpp"
 #include "Platform/Posix/PosixFiles.hpp"
 #include "Platform/Posix/PosixUnixSockets.hpp"
+#include "Tests/Fakes/TemporaryFolder.hpp"
 
 namespace ostrel {
 
@@ -32,8 +31,6 @@ const std::string requestStart = R"({"action":"checkin","reason":")";
 const std::string request = filledUp(requestStart, "\"}\n");
 const std::string reason(messageSize - requestStart.size() - 3, 'x');
 const std::string answer = filledUp(R"({"ok":true,"checked_in":true,"skipped":")", "\"}\n");
-
-std::string pathIn(const std::string& folder) { return folder + "/control.sock"; }
 
 sockaddr_un addressOf(const std::string& path) {
   sockaddr_un address{};
@@ -61,8 +58,7 @@ bool writeWhole(int socket, const std::string& message) {
 class Server {
  public:
   Server() {
-    if (::mkdtemp(folder_.data()) == nullptr) throw std::runtime_error("no folder for the socket");
-    const auto address = addressOf(pathIn(folder_));
+    const auto address = addressOf(path());
     const bool isListening =
         ::bind(listening_, generic(address), sizeof address) == 0 && ::listen(listening_, 8) == 0;
     if (!isListening) throw std::runtime_error("no socket");
@@ -74,11 +70,9 @@ class Server {
     ::shutdown(listening_, SHUT_RDWR);
     if (thread_.joinable()) thread_.join();
     ::close(listening_);
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
   }
 
-  std::string path() const { return pathIn(folder_); }
+  std::string path() const { return folder_ / "control.sock"; }
 
  private:
   void run() const {
@@ -88,7 +82,7 @@ class Server {
     }
   }
 
-  std::string folder_ = "/tmp/ostrel-bench-XXXXXX";
+  TemporaryFolder folder_;
   const int listening_ = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
   std::thread thread_;
 };

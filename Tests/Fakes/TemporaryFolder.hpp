@@ -1,21 +1,20 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace ostrel {
 
-/// A folder of one test, gone with it.
+/// A folder of one test or figure, gone with it.
 class TemporaryFolder {
  public:
   TemporaryFolder() : path_((std::filesystem::temp_directory_path() / "ostrel-test-XXXXXX").string()) {
-    if (::mkdtemp(path_.data()) == nullptr) ADD_FAILURE() << "no temporary folder at " << path_;
+    if (::mkdtemp(path_.data()) == nullptr) throw std::runtime_error("no temporary folder at " + path_);
   }
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
