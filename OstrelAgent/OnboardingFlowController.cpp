@@ -5,6 +5,7 @@
 #include "OstrelAgent/Controller.hpp"
 #include "OstrelAgent/Copy.hpp"
 #include "OstrelAgent/RedNotifier.hpp"
+#include "OstrelAgent/RepairFlow.hpp"
 #include "OstrelAgent/SetupRead.hpp"
 
 namespace ostrel {
@@ -33,17 +34,13 @@ bool isApproved(const SetupObservation& observation) {
 
 }  // namespace
 
-OnboardingFlowController::OnboardingFlowController(OnboardingMode mode, std::int64_t processIdentifier,
-                                                   Services services, Tools tools)
-    : services_(services),
-      tools_(std::move(tools)),
-      processIdentifier_(processIdentifier),
-      model_(mode),
-      statusRuns_(services.mainQueue) {}
+OnboardingFlowController::OnboardingFlowController(OnboardingMode mode, Services services, Tools tools)
+    : services_(services), tools_(std::move(tools)), model_(mode), statusRuns_(services.mainQueue) {}
 
 void OnboardingFlowController::show() {
   const auto weak = weak_from_this();
-  (void)services_.userDefaults.set(processIdentifierKey, processIdentifier_);
+  (void)services_.userDefaults.set(onboardingFlowProcessIdentifierKey,
+                                   services_.workspace.processIdentifier());
   isOpen_ = true;
   services_.window.open(onboardingContent(model_, false),
                         {.pressed =
@@ -84,7 +81,7 @@ void OnboardingFlowController::perform(OnboardingAction action, const std::strin
 
 void OnboardingFlowController::windowWillClose() {
   isOpen_ = false;
-  (void)services_.userDefaults.remove(processIdentifierKey);
+  (void)services_.userDefaults.remove(onboardingFlowProcessIdentifierKey);
   pollTimer_ = nullptr;
   activation_ = nullptr;
   services_.shell.terminate();

@@ -30,8 +30,6 @@ namespace ostrel {
 class OnboardingFlowController : public std::enable_shared_from_this<OnboardingFlowController> {
  public:
   static constexpr std::chrono::milliseconds pollPeriod{5000};
-  /// Under this key stands the process's id while the window is open.
-  static constexpr const char* processIdentifierKey = "OnboardingFlowProcessID";
 
   struct Services {
     MainQueue& mainQueue;
@@ -57,8 +55,7 @@ class OnboardingFlowController : public std::enable_shared_from_this<OnboardingF
     MenuBarAgent menuBarAgent;
   };
 
-  OnboardingFlowController(OnboardingMode mode, std::int64_t processIdentifier, Services services,
-                           Tools tools);
+  OnboardingFlowController(OnboardingMode mode, Services services, Tools tools);
 
   /// Opens the window and starts. Call once.
   void show();
@@ -97,7 +94,6 @@ class OnboardingFlowController : public std::enable_shared_from_this<OnboardingF
 
   Services services_;
   Tools tools_;
-  const std::int64_t processIdentifier_;
   OnboardingFlowModel model_;
   StatusRuns statusRuns_;
   std::unique_ptr<ActivationRun> activation_;

@@ -5,8 +5,11 @@
 #include "OstrelAgent/CommandLine.hpp"
 #include "OstrelAgent/ControlSocket.hpp"
 #include "OstrelAgent/Controller.hpp"
+#include "OstrelAgent/EditMenu.hpp"
 #include "OstrelAgent/MenuBarController.hpp"
+#include "OstrelAgent/OnboardingFlowController.hpp"
 #include "OstrelAgent/RelaunchController.hpp"
+#include "OstrelAgent/RepairFlow.hpp"
 #include "OstrelAgent/Translation.hpp"
 #include "Platform/Host.hpp"
 
@@ -20,6 +23,11 @@ HelperRunner helperRunner(const Host& host) {
 
 MenuBarAgent menuBarAgent(const Host& host) {
   return {host.bundle, host.files, host.childProcesses, host.standardStreams, host.userAccount};
+}
+
+NetworkConfigurations networkConfigurations(const Host& host) {
+  return {host.networkPreferences, host.mainQueue, host.log,
+          Records(host.files, host.clock, host.userAccount)};
 }
 
 int runMenuBar() {
@@ -60,6 +68,53 @@ int runRelaunch() {
   return host.shell.run();
 }
 
+/// True when the window of another process is open and comes to the front, on a host that is gone before that
+/// of the window is made.
+bool isShownByAnother() {
+  const auto lifetime = makeHost(Presence::questions);
+  const auto& host = lifetime->services();
+  const auto other = runningRepairFlow(host.userDefaults, host.workspace);
+  if (!other) return false;
+  if (host.workspace.bringToFront(*other)) return true;
+  host.log.line("ostrel: the repair flow is running but could not be brought to the front");
+  return false;
+}
+
+int runOnboarding(OnboardingMode mode) {
+  if (isShownByAnother()) return 0;
+  const auto lifetime = makeHost(Presence::person);
+  auto& host = lifetime->services();
+  installTranslation(host.bundle, host.log);
+  host.shell.setActivationPolicy(ActivationPolicy::regular);
+  host.shell.setMainMenu(mainMenuForEditing());
+  const ControlSocket daemon(host.unixSockets, host.files);
+  const auto controller = std::make_shared<OnboardingFlowController>(
+      mode,
+      OnboardingFlowController::Services{
+          .mainQueue = host.mainQueue,
+          .backgroundQueue = host.backgroundQueue,
+          .statusQueue = host.statusQueue,
+          .childProcesses = host.childProcesses,
+          .bundle = host.bundle,
+          .log = host.log,
+          .userDefaults = host.userDefaults,
+          .networkPreferences = host.networkPreferences,
+          .notifications = host.userNotifications,
+          .workspace = host.workspace,
+          .window = host.onboardingWindow,
+          .shell = host.shell,
+      },
+      OnboardingFlowController::Tools{
+          .helper = helperRunner(host),
+          .socket = daemon,
+          .trust = DeviceCATrust(daemon, host.files, host.childProcesses, host.userAccount),
+          .configurations = networkConfigurations(host),
+          .menuBarAgent = menuBarAgent(host),
+      });
+  controller->show();
+  return host.shell.run();
+}
+
 int runController(Controller::Command command) {
   const auto lifetime = makeHost(Presence::commandLine);
   auto& host = lifetime->services();
@@ -74,10 +129,7 @@ int runController(Controller::Command command) {
                                        .streams = host.standardStreams,
                                        .shell = host.shell,
                                    },
-                                   helperRunner(host),
-                                   NetworkConfigurations(host.networkPreferences, host.mainQueue, host.log,
-                                                         Records(host.files, host.clock, host.userAccount)),
-                                   menuBarAgent(host));
+                                   helperRunner(host), networkConfigurations(host), menuBarAgent(host));
   controller->run();
   return host.shell.run();
 }
@@ -86,7 +138,8 @@ int run(const std::string& command, bool extensionOnly) {
   const auto role = roleOf(command);
   if (role == Role::relaunch) return runRelaunch();
   if (role == Role::menuBar) return runMenuBar();
-  if (role) return fail(1, "OstrelAgent: this build does not have the command " + command + ".\n");
+  if (role == Role::onboarding) return runOnboarding(OnboardingMode::onboard);
+  if (role == Role::repair) return runOnboarding(OnboardingMode::repair);
   if (const auto action = Controller::actionOf(command)) return runController({*action, extensionOnly});
   return fail(2, std::string(usageLine));
 }

@@ -10,6 +10,7 @@
 #include "Platform/Log.hpp"
 #include "Platform/MainQueue.hpp"
 #include "Platform/NetworkPreferences.hpp"
+#include "Platform/OnboardingWindow.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/Shell.hpp"
 #include "Platform/StandardStreams.hpp"
@@ -19,6 +20,8 @@
 #include "Platform/UnixSockets.hpp"
 #include "Platform/UserAccount.hpp"
 #include "Platform/UserDefaults.hpp"
+#include "Platform/UserNotifications.hpp"
+#include "Platform/Workspace.hpp"
 
 namespace ostrel {
 
@@ -40,9 +43,12 @@ struct Host {
   const UserAccount& userAccount;
   SystemExtensions& systemExtensions;
   NetworkPreferences& networkPreferences;
+  UserNotifications& userNotifications;
+  Workspace& workspace;
   Shell& shell;
   StatusItem& statusItem;
   Screens& screens;
+  OnboardingWindow& onboardingWindow;
 };
 
 /// Keeps a host's services alive. Its end ends every child and thread of the host.

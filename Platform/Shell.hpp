@@ -1,6 +1,8 @@
 #pragma once
 
-#include <string>
+#include <vector>
+
+#include "Platform/MainMenu.hpp"
 
 namespace ostrel {
 
@@ -13,6 +15,9 @@ class Shell {
 
   /// Regular applications show in the Dock and have a menu bar; accessory ones do not.
   virtual void setActivationPolicy(ActivationPolicy policy) = 0;
+
+  /// The menu bar of a regular application. A system without one gives its text fields their keys itself.
+  virtual void setMainMenu(const std::vector<Menu>& menus) = 0;
 
   /// Serves the main queue and the person until `terminate`; gives the exit status of the process.
   virtual int run() = 0;

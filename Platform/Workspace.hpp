@@ -1,10 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace ostrel {
 
-/// The person's session beyond this program (NSWorkspace, ProcessInfo). Main thread.
+/// The person's session beyond this program (NSWorkspace, NSRunningApplication, ProcessInfo). Main thread.
 class Workspace {
  public:
   virtual ~Workspace() = default;
@@ -14,6 +15,15 @@ class Workspace {
 
   /// Opens the URL with the program that is there for it; false when it cannot be opened.
   virtual bool openUrl(const std::string& url) = 0;
+
+  /// The id of this process.
+  virtual std::int64_t processIdentifier() const = 0;
+
+  /// True while another process of this program has that id.
+  virtual bool isRunning(std::int64_t processIdentifier) const = 0;
+
+  /// Brings that process of this program to the front; false when it cannot be reached.
+  virtual bool bringToFront(std::int64_t processIdentifier) = 0;
 };
 
 }  // namespace ostrel

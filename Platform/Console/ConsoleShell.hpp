@@ -32,6 +32,7 @@ class ConsoleShell final : public Shell {
         window_(window) {}
 
   void setActivationPolicy(ActivationPolicy) override {}
+  void setMainMenu(const std::vector<Menu>& /*menus*/) override {}
   int run() override;
   void terminate(int status) override;
   void activate() override {}

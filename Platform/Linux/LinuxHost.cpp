@@ -7,10 +7,13 @@
 #include "Platform/Console/ConsoleScreens.hpp"
 #include "Platform/Console/ConsoleShell.hpp"
 #include "Platform/Console/ConsoleStatusItem.hpp"
+#include "Platform/Console/ConsoleUserNotifications.hpp"
 #include "Platform/Desktop/ShellPlugIn.hpp"
 #include "Platform/Host.hpp"
 #include "Platform/Linux/DesktopPlugIns.hpp"
 #include "Platform/Linux/LinuxBundle.hpp"
+#include "Platform/Linux/LinuxWorkspace.hpp"
+#include "Platform/Posix/FrontSignal.hpp"
 #include "Platform/Posix/PosixBackgroundQueue.hpp"
 #include "Platform/Posix/PosixChildProcesses.hpp"
 #include "Platform/Posix/PosixClock.hpp"
@@ -102,6 +105,8 @@ class LinuxHost final : public HostLifetime {
   PosixChildProcesses childProcesses_{realPath()};
   PosixMainQueue mainQueue_;
   SimulatedSystemExtensions systemExtensions_{files_, mainQueue_, hostRoot_.realPath(simulatedstate::lock)};
+  ConsoleUserNotifications userNotifications_{mainQueue_};
+  LinuxWorkspace workspace_{bundle_.executablePath()};
   ConsoleStatusItem consoleStatusItem_{streams_};
   ConsoleScreens consoleScreens_{streams_};
   ConsoleOnboardingWindow consoleOnboardingWindow_{streams_};
@@ -131,10 +136,14 @@ class LinuxHost final : public HostLifetime {
       .userAccount = userAccount_,
       .systemExtensions = systemExtensions_,
       .networkPreferences = networkPreferences_,
+      .userNotifications = userNotifications_,
+      .workspace = workspace_,
       .shell = desktop_ ? desktop_->shell() : consoleShell_,
       .statusItem = desktop_ ? desktop_->statusItem() : consoleStatusItem_,
       .screens = desktop_ ? desktop_->screens() : consoleScreens_,
+      .onboardingWindow = consoleOnboardingWindow_,
   };
+  FrontSignal frontSignal_{mainQueue_, [this] { services_.shell.activate(); }};
 };
 
 }  // namespace

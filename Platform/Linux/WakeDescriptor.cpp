@@ -9,24 +9,13 @@
 
 namespace ostrel {
 
-namespace {
-
-bool watch(const Descriptor& set, const Descriptor& member) {
-  epoll_event event{};
-  event.events = EPOLLIN;
-  return ::epoll_ctl(set.number(), EPOLL_CTL_ADD, member.number(), &event) == 0;
-}
-
-}  // namespace
-
 // What is due at once comes by an event: setting a clock's timer to now would cost an interrupt each time.
 // The timer stays set meanwhile, so that the usual turn of posted work does not touch it.
 WakeDescriptor::WakeDescriptor()
     : descriptor_(::epoll_create1(EPOLL_CLOEXEC)),
       event_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
       timer_(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)) {
-  const bool isMade =
-      descriptor_ && event_ && timer_ && watch(descriptor_, event_) && watch(descriptor_, timer_);
+  const bool isMade = descriptor_ && event_ && timer_ && watch(event_.number()) && watch(timer_.number());
   if (!isMade) throw std::system_error(errno, std::generic_category(), "wake descriptor");
 }
 
@@ -43,6 +32,16 @@ void WakeDescriptor::arm(std::chrono::steady_clock::time_point due) {
 void WakeDescriptor::disarm() {
   takeEvent();
   if (timerDue_) setTimer(std::nullopt);
+}
+
+bool WakeDescriptor::watch(int descriptor) {
+  epoll_event event{};
+  event.events = EPOLLIN;
+  return ::epoll_ctl(descriptor_.number(), EPOLL_CTL_ADD, descriptor, &event) == 0;
+}
+
+void WakeDescriptor::unwatch(int descriptor) {
+  (void)::epoll_ctl(descriptor_.number(), EPOLL_CTL_DEL, descriptor, nullptr);
 }
 
 // The steady clock of the standard library is CLOCK_MONOTONIC here, so its times need no conversion.

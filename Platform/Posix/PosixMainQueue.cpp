@@ -1,6 +1,10 @@
 #include "Platform/Posix/PosixMainQueue.hpp"
 
+#include <poll.h>
+
 #include <algorithm>
+#include <cerrno>
+#include <system_error>
 #include <utility>
 
 namespace ostrel {
@@ -45,7 +49,33 @@ ScheduledWork PosixMainQueue::schedule(Time due, std::shared_ptr<Timer> timer) {
   return timer;
 }
 
+ScheduledWork PosixMainQueue::watch(int descriptor, std::function<void()> work) {
+  forgetWatches();
+  if (!wake_.watch(descriptor)) throw std::system_error(errno, std::generic_category(), "watching");
+  auto token = std::make_shared<std::function<void()>>(std::move(work));
+  watches_.push_back({descriptor, token});
+  return token;
+}
+
+void PosixMainQueue::forgetWatches() {
+  std::erase_if(watches_, [this](const Watch& watch) {
+    if (watch.work.expired()) wake_.unwatch(watch.descriptor);
+    return watch.work.expired();
+  });
+}
+
+void PosixMainQueue::runReadable() {
+  forgetWatches();
+  // Its work may watch others.
+  for (const auto& watch : std::vector(watches_)) {
+    pollfd readable{watch.descriptor, POLLIN, 0};
+    const auto work = watch.work.lock();
+    if (work && ::poll(&readable, 1, 0) > 0) (*work)();
+  }
+}
+
 void PosixMainQueue::runDue() {
+  runReadable();
   const auto now = SteadyClock::now();
   for (auto posts = countPosts();;) {
     const auto oldest = posts > 0 ? oldestPostTime() : std::nullopt;

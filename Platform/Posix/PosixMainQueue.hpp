@@ -5,6 +5,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <vector>
 
 #include "Platform/MainQueue.hpp"
 #include "Platform/Posix/WakeDescriptor.hpp"
@@ -19,6 +20,10 @@ class PosixMainQueue final : public MainQueue {
   void postLazily(std::function<void()> work) override;
   [[nodiscard]] ScheduledWork after(std::chrono::milliseconds delay, std::function<void()> work) override;
   [[nodiscard]] ScheduledWork every(std::chrono::milliseconds period, std::function<void()> work) override;
+
+  /// Runs the work whenever the descriptor is readable; it must then read what has come. The descriptor stays
+  /// open as long as the token lives. Throws std::system_error when the system cannot watch it. Main thread.
+  [[nodiscard]] ScheduledWork watch(int descriptor, std::function<void()> work);
 
   /// Readable when work is due. Only to be watched: reading it would lose the wake.
   int descriptor() const { return wake_.number(); }
@@ -35,12 +40,19 @@ class PosixMainQueue final : public MainQueue {
     std::function<void()> work;
   };
 
+  struct Watch {
+    int descriptor;
+    std::weak_ptr<std::function<void()>> work;
+  };
+
   struct Post {
     Time time;
     std::function<void()> work;
   };
 
   ScheduledWork schedule(Time due, std::shared_ptr<Timer> timer);
+  void forgetWatches();
+  void runReadable();
   bool runTimerDue(Time limit);
   void runOldestPost();
   std::size_t countPosts();
@@ -50,6 +62,7 @@ class PosixMainQueue final : public MainQueue {
 
   // Main thread. The tokens own the timers; equal times keep the order of insertion.
   std::multimap<Time, std::weak_ptr<Timer>> timers_;
+  std::vector<Watch> watches_;
 
   std::mutex mutex_;  // guards what follows
   std::deque<Post> posts_;

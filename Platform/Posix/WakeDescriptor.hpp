@@ -7,8 +7,8 @@
 
 namespace ostrel {
 
-/// A descriptor that becomes readable at a given time and stays so until it is armed anew or disarmed. Any
-/// thread, one at a time.
+/// A descriptor that becomes readable at a given time and stays so until it is armed anew or disarmed, and
+/// while one that it watches is readable. Any thread, one at a time.
 class WakeDescriptor {
  public:
   /// Throws std::system_error when the system has no descriptor left: without one nothing can run.
@@ -20,6 +20,12 @@ class WakeDescriptor {
   void arm(std::chrono::steady_clock::time_point due);
 
   void disarm();
+
+  /// False when the system cannot watch that descriptor.
+  bool watch(int descriptor);
+
+  /// One that is closed is watched no more anyway.
+  void unwatch(int descriptor);
 
  private:
   void setTimer(std::optional<std::chrono::steady_clock::time_point> due);

@@ -12,6 +12,7 @@ namespace ostrel {
 class FakeShell final : public Shell {
  public:
   void setActivationPolicy(ActivationPolicy /*policy*/) override {}
+  void setMainMenu(const std::vector<Menu>& /*menus*/) override {}
   int run() override { return ADD_FAILURE() << "the test is the main loop", -1; }
   void terminate(int status) override {
     if (terminations++ == 0) exitStatus = status;

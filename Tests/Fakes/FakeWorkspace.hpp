@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <vector>
 
 #include "Platform/Workspace.hpp"
@@ -16,9 +17,18 @@ class FakeWorkspace final : public Workspace {
     return canOpenUrls;
   }
 
+  std::int64_t processIdentifier() const override { return 4242; }
+
+  bool isRunning(std::int64_t processIdentifier) const override {
+    return std::ranges::find(running, processIdentifier) != running.end();
+  }
+
+  bool bringToFront(std::int64_t processIdentifier) override { return isRunning(processIdentifier); }
+
   int majorVersion = 15;
   bool canOpenUrls = true;
   std::vector<std::string> urls;
+  std::vector<std::int64_t> running;  ///< other processes of the program
 };
 
 }  // namespace ostrel

@@ -53,7 +53,7 @@ struct OnboardingFlowControllerTest : testing::Test {
     const ControlSocket socket(host.unixSockets, host.files);
     const Records records(host.files, host.clock, account);
     controller = std::make_shared<OnboardingFlowController>(
-        mode, 4711,
+        mode,
         OnboardingFlowController::Services{
             host.mainQueue, host.backgroundQueue, host.statusQueue, host.childProcesses, host.bundle, log,
             defaults, host.networkPreferences, notifications, workspace, window, host.shell},
@@ -121,7 +121,7 @@ TEST_F(OnboardingFlowControllerTest, LeadsFromATokenToAnActivationThatAsksForApp
   runAll();
   EXPECT_EQ(title(), "Set up Ostrel Agent");
   EXPECT_EQ(notifications.requests, 1);
-  EXPECT_EQ(defaults.get<std::int64_t>("OnboardingFlowProcessID"), 4711);
+  EXPECT_EQ(defaults.get<std::int64_t>("OnboardingFlowProcessID"), 4242);
 
   window.typed = "wrong";
   press(enrol);

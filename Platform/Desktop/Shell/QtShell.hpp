@@ -13,6 +13,7 @@ class QtShell final : public Shell {
  public:
   explicit QtShell(const DesktopServices& services);
 
+  void setMainMenu(const std::vector<Menu>& /*menus*/) override {}
   void setActivationPolicy(ActivationPolicy) override {}
   int run() override;
   void terminate(int status) override;

@@ -1,0 +1,52 @@
+#include "Platform/Posix/FrontSignal.hpp"
+
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+namespace ostrel {
+
+namespace {
+
+// A signal handler reaches nothing but this.
+std::atomic<int> wakeNumber = -1;
+
+void handleSignal(int /*signal*/) {
+  const int error = errno;
+  const char wake = 0;
+  if (::write(wakeNumber, &wake, 1) < 0) errno = error;
+}
+
+/// Signals that have come together count as one.
+void takeAll(int descriptor) {
+  std::array<char, 64> wakes;
+  (void)!::read(descriptor, wakes.data(), wakes.size());
+}
+
+}  // namespace
+
+FrontSignal::FrontSignal(PosixMainQueue& queue, std::function<void()> asked) {
+  auto pipe = makePipe();
+  if (!pipe) throw std::system_error(pipe.error().code, std::generic_category(), "signal pipe");
+  pipe_ = std::move(*pipe);
+  watch_ = queue.watch(pipe_.reading.number(), [number = pipe_.reading.number(), asked = std::move(asked)] {
+    takeAll(number);
+    asked();
+  });
+  wakeNumber = pipe_.writing.number();
+  struct sigaction action = {};
+  action.sa_handler = handleSignal;
+  action.sa_flags = SA_RESTART;
+  sigemptyset(&action.sa_mask);
+  ::sigaction(SIGUSR1, &action, &before_);
+}
+
+FrontSignal::~FrontSignal() { ::sigaction(SIGUSR1, &before_, nullptr); }
+
+bool FrontSignal::send(pid_t process) { return ::kill(process, SIGUSR1) == 0; }
+
+}  // namespace ostrel
