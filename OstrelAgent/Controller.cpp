@@ -190,20 +190,27 @@ void Controller::removeProxyThenUninstall() {
 
 void Controller::removeAgentThenUninstall() {
   inBackground(
-      [agent = menuBarAgent_, helper = helper_, extensionOnly = command_.extensionOnly] {
+      [agent = menuBarAgent_] {
         agent.remove();
-        if (extensionOnly) return std::int32_t{0};
+        return 0;
+      },
+      [](Controller& self, std::int32_t) { self.uninstall(); });
+}
+
+void Controller::uninstall() {
+  if (command_.extensionOnly) {
+    return finish(
+        "system extension + proxy configuration removed — the root uninstall that dispatched this owns the "
+        "rest");
+  }
+  inBackground(
+      [helper = helper_] {
         return helper.runHelper({"uninstall", "--untrust-ca", "--removal-kind=app_deactivate"});
       },
       [](Controller& self, std::int32_t status) { self.finishUninstall(status); });
 }
 
 void Controller::finishUninstall(std::int32_t status) {
-  if (command_.extensionOnly) {
-    return finish(
-        "system extension + proxy configuration removed — the root uninstall that dispatched this owns the "
-        "rest");
-  }
   if (status == 0) return finish(textsOf(command_.action).done);
   print("proxy removed; ostrel-agent-endpoint uninstall exited " + std::to_string(status));
   end(1);

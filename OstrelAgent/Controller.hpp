@@ -75,6 +75,7 @@ class Controller final : public SystemExtensionDelegate, public std::enable_shar
   void finishProxyConfigured();
   void removeProxyThenUninstall();
   void removeAgentThenUninstall();
+  void uninstall();
   void finishUninstall(std::int32_t status);
   void inBackground(std::function<std::int32_t()> work, std::function<void(Controller&, std::int32_t)> next);
   void print(std::string_view line);

@@ -30,7 +30,9 @@ HelperRunner::HelperOutput HelperRunner::run(const std::vector<std::string>& arg
   }
   auto result = childProcesses_->run({path, arguments, output, ChildStream::inherited}, ending);
   if (!result) {
-    streams_->writeError("failed to run helper: " + result.error().description + "\n");
+    if (!isEndOfHost(result.error())) {
+      streams_->writeError("failed to run helper: " + result.error().description + "\n");
+    }
     return {helperNotStarted, ""};
   }
   return {result->status, std::move(result->output)};

@@ -63,30 +63,33 @@ void MenuBarAgent::install() const {
     return streams_->writeOutput("menu bar: could not write LaunchAgent (" + written.error().description +
                                  ") — skipped\n");
   }
-  (void)launchctl({"bootout", job_});
-  const bool isRunning = launchctl({"bootstrap", session_, path_}) == 0;
-  streams_->writeOutput(isRunning ? "menu bar:    status UI running (now and at every login)\n"
-                                  : "menu bar:    LaunchAgent written; the status UI starts at next login\n");
+  if (!launchctl({"bootout", job_})) return;
+  const auto status = launchctl({"bootstrap", session_, path_});
+  if (!status) return;
+  streams_->writeOutput(*status == 0
+                            ? "menu bar:    status UI running (now and at every login)\n"
+                            : "menu bar:    LaunchAgent written; the status UI starts at next login\n");
 }
 
 void MenuBarAgent::restart() const {
   const std::vector<std::string> kickstart = {"kickstart", "-k", job_};
-  if (launchctl(kickstart) == 0) return;
-  (void)launchctl({"bootstrap", session_, path_});
-  (void)launchctl(kickstart);
+  const auto status = launchctl(kickstart);
+  if (!status || *status == 0) return;
+  if (launchctl({"bootstrap", session_, path_})) (void)launchctl(kickstart);
 }
 
 void MenuBarAgent::remove() const {
-  (void)launchctl({"bootout", job_});
-  (void)files_->remove(path_);
+  if (launchctl({"bootout", job_})) (void)files_->remove(path_);
 }
 
-std::int32_t MenuBarAgent::launchctl(const std::vector<std::string>& arguments) const {
+std::optional<std::int32_t> MenuBarAgent::launchctl(const std::vector<std::string>& arguments) const {
   const auto result = childProcesses_->run({.executable = "/bin/launchctl",
                                             .arguments = arguments,
                                             .output = ChildStream::discarded,
                                             .error = ChildStream::discarded});
-  return result ? result->status : launchctlNotStarted;
+  if (result) return result->status;
+  if (isEndOfHost(result.error())) return std::nullopt;
+  return launchctlNotStarted;
 }
 
 bool MenuBarAgent::isInstalled() const { return files_->exists(path_); }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <expected>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,10 +16,10 @@
 namespace ostrel {
 
 /// The job of the person's launchd that runs the menu-bar role in every login session. Calls block; any
-/// thread. Copies are equal.
+/// thread. Copies are equal. With the end of the host they leave off, without a word.
 class MenuBarAgent {
  public:
-  /// Exit status for a launchctl that cannot be started; its own pass through.
+  /// Exit status for a launchctl that cannot be started; its own statuses pass through.
   static constexpr std::int32_t launchctlNotStarted = 126;
 
   MenuBarAgent(const Bundle& bundle, Files& files, ChildProcesses& childProcesses, StandardStreams& streams,
@@ -33,8 +34,8 @@ class MenuBarAgent {
   /// Ends the job and removes its file, when they are there. Silent.
   void remove() const;
 
-  /// Runs launchctl without its output; gives its exit status.
-  std::int32_t launchctl(const std::vector<std::string>& arguments) const;
+  /// Runs launchctl without its output; gives its exit status, nothing when the end of the host has ended it.
+  std::optional<std::int32_t> launchctl(const std::vector<std::string>& arguments) const;
 
   /// True when the job file is there.
   bool isInstalled() const;

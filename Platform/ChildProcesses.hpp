@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cerrno>
 #include <cstdint>
 #include <expected>
 #include <functional>
@@ -37,6 +38,12 @@ struct ChildEnding {
   std::stop_token kill;
 };
 
+/// True for the error of a run that the end of the host has ended, or kept from starting: nothing is to
+/// follow it, and nobody is to be told.
+inline bool isEndOfHost(const PlatformError& error) {
+  return error.domain == posixErrorDomain && error.code == ECANCELED;
+}
+
 /// Takes captured output piece by piece as it comes, on the thread of the run.
 using ChildOutput = std::function<void(std::string_view)>;
 
@@ -46,8 +53,10 @@ class ChildProcesses {
  public:
   virtual ~ChildProcesses() = default;
 
-  /// Starts the child, reads what is captured to the end, waits for it and reaps it. Blocks; any thread.
-  /// Fails when the child cannot be started. Where `received` is given, the result has no output.
+  /// Starts the child, reads its output to the end, waits for it and reaps it. Of its standard error it reads
+  /// what has come when the child ends: children of its own may keep that open. Blocks; any thread. Fails
+  /// when the child cannot be started, or by `isEndOfHost`. Where `received` is given, the result has no
+  /// output.
   virtual std::expected<ChildResult, PlatformError> run(const ChildCommand& command,
                                                         const ChildEnding& ending = {},
                                                         const ChildOutput& received = {}) = 0;

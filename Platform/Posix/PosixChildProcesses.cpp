@@ -1,6 +1,7 @@
 #include "Platform/Posix/PosixChildProcesses.hpp"
 
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -11,6 +12,7 @@
 #include <span>
 #include <utility>
 
+#include "Platform/Posix/ChildEnd.hpp"
 #include "Platform/Posix/Descriptor.hpp"
 #include "Platform/Posix/PosixError.hpp"
 #include "Platform/Posix/SpawnChild.hpp"
@@ -21,12 +23,15 @@ struct PosixChildProcesses::Child {
   pid_t process = 0;
   pid_t target = 0;  ///< what signals go to: the process, or its group as a negative number
   Pipe stop;         ///< readable when nothing more is to be read; not open when nothing is captured
+  bool isEndedWithProgram = false;
 
   void terminate() const { ::kill(target, SIGTERM); }
 
   /// One that shares the terminal is the person's to end: in the middle it might leave things half done.
-  void endWithProgram() const {
-    if (target < 0) kill();
+  void endWithProgram() {
+    if (target >= 0) return;
+    isEndedWithProgram = true;
+    kill();
   }
 
   void kill() const {
@@ -38,7 +43,7 @@ struct PosixChildProcesses::Child {
 /// A child's place among those that `endAll` ends, held until just before it is reaped.
 class PosixChildProcesses::Attendance {
  public:
-  Attendance(PosixChildProcesses& owner, const Child& child) : owner_(owner), child_(child) {
+  Attendance(PosixChildProcesses& owner, Child& child) : owner_(owner), child_(child) {
     const std::lock_guard lock(owner_.mutex_);
     owner_.children_.insert(&child_);
     if (owner_.ended_) child_.endWithProgram();
@@ -52,7 +57,7 @@ class PosixChildProcesses::Attendance {
 
  private:
   PosixChildProcesses& owner_;
-  const Child& child_;
+  Child& child_;
 };
 
 namespace {
@@ -100,17 +105,28 @@ class CapturedStream {
   void read(std::span<char> buffer) {
     const auto count = ::read(descriptor_, buffer.data(), buffer.size());
     if (count < 0 && errno == EINTR) return;
-    if (count <= 0) {
-      descriptor_ = -1;
-      return;
-    }
+    if (count <= 0) return end();
     if (receiver_ != nullptr) return (*receiver_)({buffer.data(), static_cast<std::size_t>(count)});
     const auto room = limit_ - into_.size();
     into_.append(buffer.data(), std::min(room, static_cast<std::size_t>(count)));
     if (static_cast<std::size_t>(count) > room) isWithinLimit_ = false;
   }
 
+  /// Reads what has come by now, and then no more, though others may hold the stream open or write on.
+  void readRest(std::span<char> buffer) {
+    int waiting = 0;
+    if (::ioctl(descriptor_, FIONREAD, &waiting) != 0) waiting = 0;
+    for (auto left = static_cast<std::size_t>(waiting); left > 0 && !hasEnded();) {
+      const auto part = buffer.first(std::min(left, buffer.size()));
+      read(part);
+      left -= part.size();
+    }
+    end();
+  }
+
  private:
+  void end() { descriptor_ = -1; }
+
   int descriptor_;
   std::size_t limit_;
   std::string& into_;
@@ -118,18 +134,24 @@ class CapturedStream {
   bool isWithinLimit_ = true;
 };
 
-/// Reads both streams to their ends, or until `stop` is readable or there is more output than its limit.
-void readStreams(CapturedStream& output, CapturedStream& error, int stop) {
+/// Reads both streams to their ends, or until `stop` is readable or there is more output than its limit; the
+/// error's end is that of the child.
+void readStreams(CapturedStream& output, CapturedStream& error, int stop, int childEnd) {
   std::array<char, 65536> buffer;
   while (output.isWithinLimit() && !(output.hasEnded() && error.hasEnded())) {
-    std::array<pollfd, 3> watched = {pollfd{stop, POLLIN, 0}, output.watched(), error.watched()};
+    std::array<pollfd, 4> watched = {pollfd{stop, POLLIN, 0}, output.watched(), error.watched(),
+                                     pollfd{error.hasEnded() ? -1 : childEnd, POLLIN, 0}};
     if (::poll(watched.data(), watched.size(), -1) < 0) {
       if (errno == EINTR) continue;
       return;
     }
     if (watched[0].revents != 0) return;
     if (watched[1].revents != 0) output.read(buffer);
-    if (watched[2].revents != 0) error.read(buffer);
+    if (watched[3].revents != 0) {
+      error.readRest(buffer);
+    } else if (watched[2].revents != 0) {
+      error.read(buffer);
+    }
   }
 }
 
@@ -163,7 +185,7 @@ PosixChildProcesses::~PosixChildProcesses() {
 void PosixChildProcesses::endAll() {
   const std::lock_guard lock(mutex_);
   ended_ = true;
-  for (const auto* child : children_) child->endWithProgram();
+  for (auto* child : children_) child->endWithProgram();
 }
 
 std::expected<ChildResult, PlatformError> PosixChildProcesses::run(const ChildCommand& command,
@@ -171,7 +193,7 @@ std::expected<ChildResult, PlatformError> PosixChildProcesses::run(const ChildCo
                                                                    const ChildOutput& received) {
   {
     const std::lock_guard lock(mutex_);
-    if (ended_) return ChildResult{SIGKILL, {}};
+    if (ended_) return std::unexpected(posixError(ECANCELED));
     ++runs_;
   }
   auto result = runChild(command, ending, received);
@@ -195,22 +217,24 @@ std::expected<ChildResult, PlatformError> PosixChildProcesses::runChild(const Ch
   (void)output.writing.close();
   (void)error.writing.close();
   const bool leadsGroup = command.output != ChildStream::inherited;
-  const Child child{*process, leadsGroup ? -*process : *process, std::move(stop)};
+  Child child{*process, leadsGroup ? -*process : *process, std::move(stop)};
   auto result = attend(child, std::move(output.reading), std::move(error.reading), ending, received);
   (void)waitFor(*process, 0);
+  if (child.isEndedWithProgram) return std::unexpected(posixError(ECANCELED));
   return result;
 }
 
-ChildResult PosixChildProcesses::attend(const Child& child, Descriptor output, Descriptor error,
+ChildResult PosixChildProcesses::attend(Child& child, Descriptor output, Descriptor error,
                                         const ChildEnding& ending, const ChildOutput& received) {
   const Attendance attendance(*this, child);
+  const auto childEnd = error ? watchChildEnd(child.process) : Descriptor();
   const std::stop_callback terminating(ending.terminate, [&child] { child.terminate(); });
   const std::stop_callback killing(ending.kill, [&child] { child.kill(); });
   ChildResult result;
   CapturedStream outputStream(output.number(), outputLimit_, result.output);
   if (received) outputStream.handTo(received);
   CapturedStream errorStream(error.number(), errorLimit, result.error);
-  readStreams(outputStream, errorStream, child.stop.reading.number());
+  readStreams(outputStream, errorStream, child.stop.reading.number(), childEnd.number());
   if (!outputStream.isWithinLimit()) child.kill();
   (void)output.close();
   (void)error.close();

@@ -27,9 +27,8 @@ class PosixChildProcesses final : public ChildProcesses {
   std::expected<ChildResult, PlatformError> run(const ChildCommand& command, const ChildEnding& ending = {},
                                                 const ChildOutput& received = {}) override;
 
-  /// Kills the child of every run, but for one that shares the terminal, and starts no more: a later run is
-  /// one that was killed. Call it before the
-  /// queues on which runs block are joined. Any thread.
+  /// Kills the child of every run, but for one that shares the terminal, and starts no more. Those runs and
+  /// every later one fail. Call it before the queues on which runs block are joined. Any thread.
   void endAll();
 
  private:
@@ -38,14 +37,14 @@ class PosixChildProcesses final : public ChildProcesses {
 
   std::expected<ChildResult, PlatformError> runChild(const ChildCommand& command, const ChildEnding& ending,
                                                      const ChildOutput& received);
-  ChildResult attend(const Child& child, Descriptor output, Descriptor error, const ChildEnding& ending,
+  ChildResult attend(Child& child, Descriptor output, Descriptor error, const ChildEnding& ending,
                      const ChildOutput& received);
 
   const PathMap realPath_;
   const std::size_t outputLimit_;
   std::mutex mutex_;  // guards what follows
   std::condition_variable left_;
-  std::set<const Child*> children_;
+  std::set<Child*> children_;
   std::size_t runs_ = 0;
   bool ended_ = false;
 };

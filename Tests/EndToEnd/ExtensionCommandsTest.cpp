@@ -283,6 +283,32 @@ TEST(ExtensionCommands, ADeniedActivationFailsAndAnApprovalAfterTheEndStillHolds
   expectRan(mac.run("activate"), 0, activating + activated + locked + atNextLogin + flows, "");
 }
 
+TEST(ExtensionCommands, ASignalWhileLaunchdTakesItsTimeEndsTheCommandThereAndThen) {
+  const std::pair<const char*, std::string> rows[] = {
+      {"activate", activating + activated + locked},
+      {"deactivate", deactivating + deactivated},
+      {"relaunch", ""},
+  };
+  for (const auto& [command, output] : rows) {
+    SCOPED_TRACE(command);
+    const Mac mac;
+    mac.control({"scenario", "protected"});
+    mac.control({"install"});
+    const auto launchctl = mac.place / "root/bin/launchctl";
+    fs::remove(launchctl);
+    mac.place.write("root/bin/launchctl", "#!/bin/sh\n: > " + (mac.place / "asked") + "\nsleep 100\n");
+    fs::permissions(launchctl, fs::perms::owner_all);
+    mac.place.write(jobFile, "a job");
+    Process process(mac.command(command), mac.environment);
+    EXPECT_TRUE(becomesTrue([&] { return fs::exists(mac.place / "asked"); }));
+    process.signal(SIGTERM);
+    EXPECT_EQ(process.end(5s), 128 + SIGTERM);
+    EXPECT_EQ(process.output(), output);
+    EXPECT_EQ(process.error(), "");
+    EXPECT_TRUE(fs::exists(mac.place / jobFile));
+  }
+}
+
 TEST(ExtensionCommands, ElevenRacesOfTheRegistrationAreWaitedOutATwelfthIsAnError) {
   const Mac eleven;
   const Mac twelve;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <csignal>
 #include <deque>
 #include <functional>
@@ -12,13 +13,15 @@
 namespace ostrel {
 
 /// Child processes by script: each run takes the next result of it, or the standing answer; a run with
-/// neither fails the test. One that is ended before its start takes nothing.
+/// neither fails the test. One that is ended before its start takes nothing, nor does one after the host's
+/// end.
 class FakeChildProcesses final : public ChildProcesses {
  public:
   using Result = std::expected<ChildResult, PlatformError>;
 
   Result run(const ChildCommand& command, const ChildEnding& ending = {},
              const ChildOutput& received = {}) override {
+    if (hostHasEnded) return std::unexpected(endOfHost());
     commands.push_back(command);
     if (ending.kill.stop_requested()) return ChildResult{SIGKILL, ""};
     if (ending.terminate.stop_requested()) return ChildResult{SIGTERM, ""};
@@ -28,6 +31,9 @@ class FakeChildProcesses final : public ChildProcesses {
     return result;
   }
 
+  static PlatformError endOfHost() { return {posixErrorDomain, ECANCELED, "Operation canceled"}; }
+
+  bool hostHasEnded = false;
   std::deque<Result> script;  ///< what the next runs give
   std::function<Result(const ChildCommand&)>
       answer;                          ///< what every run gives for which the script has nothing

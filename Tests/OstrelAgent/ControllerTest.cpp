@@ -62,9 +62,11 @@ struct ControllerTest : testing::Test {
 
   /// Runs all that is at hand, without moving the clock.
   void settle() {
-    host.mainQueue.runAll();
-    host.backgroundQueue.runAll();
-    host.mainQueue.runAll();
+    do {
+      host.mainQueue.runAll();
+      host.backgroundQueue.runAll();
+      host.mainQueue.runAll();
+    } while (host.backgroundQueue.countWaiting() > 0);
   }
 
   void complete(SystemExtensionResult result = SystemExtensionResult::completed) {

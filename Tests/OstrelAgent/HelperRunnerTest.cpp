@@ -38,6 +38,8 @@ TEST_F(HelperRunnerTest, AHelperThatCannotBeStartedIsToldWithTheReason) {
   const auto captured = helper.runHelperCapturingStdout({});
   EXPECT_EQ(captured.status, 126);
   EXPECT_EQ(captured.standardOutput, "");
+  host.childProcesses.hostHasEnded = true;
+  EXPECT_EQ(helper.runHelper({}), 126) << "and without a word at the end of the host";
   const std::string line = "failed to run helper: Exec format error\n";
   EXPECT_EQ(host.standardStreams.error, line + line);
 }

@@ -68,6 +68,28 @@ TEST_F(MenuBarAgentTest, AJobThatDoesNotStartNowStartsAtTheNextLogin) {
   EXPECT_EQ(agent.launchctl({"print"}), 126);
 }
 
+TEST_F(MenuBarAgentTest, LeavesOffWithoutAWordWhereTheHostEndsInTheMiddle) {
+  const FakeChildProcesses::Result ended = std::unexpected(FakeChildProcesses::endOfHost());
+  const FakeChildProcesses::Result notLoaded = ChildResult{113, ""};
+  struct Row {
+    void (MenuBarAgent::*call)() const;
+    std::vector<FakeChildProcesses::Result> results;
+    std::vector<Arguments> asked;
+  };
+  const Row rows[] = {{&MenuBarAgent::install, {ended}, {bootout}},
+                      {&MenuBarAgent::install, {notLoaded, ended}, {bootout, bootstrap}},
+                      {&MenuBarAgent::restart, {ended}, {kickstart}},
+                      {&MenuBarAgent::restart, {notLoaded, ended}, {kickstart, bootstrap}},
+                      {&MenuBarAgent::remove, {ended}, {bootout}}};
+  for (const auto& row : rows) {
+    host.childProcesses.script = {row.results.begin(), row.results.end()};
+    (agent.*row.call)();
+    EXPECT_EQ(asked(), row.asked);
+    EXPECT_TRUE(agent.isInstalled());
+    EXPECT_EQ(host.standardStreams.output, "");
+  }
+}
+
 TEST_F(MenuBarAgentTest, AJobFileThatCannotBeWrittenIsToldAndNothingIsStarted) {
   const auto error = [](const char* reason) {
     return "menu bar: could not write LaunchAgent (" + std::string(reason) + ") — skipped\n";

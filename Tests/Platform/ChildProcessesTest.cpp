@@ -155,12 +155,19 @@ TEST_F(PosixChildProcessesTest, CapturesTheFirst64KiBOfStandardErrorAndReadsTheR
       {"head -c 65537 /dev/zero >&2", ChildStream::discarded, {0, "", most}},
       {"head -c 5000000 /dev/zero >&2; printf end", ChildStream::captured, {0, "end", most}},
       {"timeout 0.2 cat /dev/zero >&2; exit 5", ChildStream::discarded, {5, "", most}},
+      // What a grandchild holds open, or goes on to fill, is read for as long as the child lives.
+      {"sleep 20 & echo $! > $PID; printf err >&2; exit 6", ChildStream::discarded, {6, "", "err"}},
+      {"cat /dev/zero >&2 & sleep 0.2; exit 7", ChildStream::discarded, {7, "", most}},
+      {"(sleep 0.2; printf out) 2>&- & exit 8", ChildStream::captured, {8, "out", ""}},
   };
   for (const auto& row : rows) {
-    auto command = shell(row.script, row.output);
+    auto command = shell("PID=" + (folder / "pid") + "; " + row.script, row.output);
     command.error = ChildStream::captured;
+    const auto start = std::chrono::steady_clock::now();
     EXPECT_TRUE(children.run(command) == row.result) << row.script;
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 15s) << row.script;
   }
+  EXPECT_EQ(::kill(std::stoi(folder.read("pid")), SIGKILL), 0) << "the grandchild was not to be waited for";
   PosixChildProcesses limited(unmapped, 1000);
   auto command = shell("printf err >&2; cat /dev/zero");
   command.error = ChildStream::captured;
@@ -194,17 +201,19 @@ TEST_F(PosixChildProcessesTest, EndsARunOnRequest) {
   }
 }
 
-TEST_F(PosixChildProcessesTest, KillsTheGroupOfAChildAndStartsNoneAfterTheEndOfAll) {
-  const std::function<void()> ends[] = {[this] { kill.request_stop(); }, [this] { children.endAll(); }};
-  for (const auto& end : ends) {
+TEST_F(PosixChildProcessesTest, KillsTheGroupOfAChildOnRequestAndAtTheEndOfAll) {
+  const FakeChildProcesses::Result killed = ChildResult{SIGKILL, ""};
+  const std::pair<std::function<void()>, FakeChildProcesses::Result> ends[] = {
+      {[this] { kill.request_stop(); }, killed},
+      {[this] { children.endAll(); }, std::unexpected(FakeChildProcesses::endOfHost())}};
+  for (const auto& [end, expected] : ends) {
     std::filesystem::remove(folder / "ready");
     const auto result = runAndEnd("sleep 100 & echo $! > " + (folder / "pid") + "; " + ready() + "wait", end);
-    EXPECT_EQ(result, (ChildResult{SIGKILL, ""}));
+    EXPECT_EQ(result, expected);
     const auto grandchild = "/proc/" + std::to_string(std::stoi(folder.read("pid"))) + "/cmdline";
     EXPECT_TRUE(becomesTrue([&] { return std::ifstream(grandchild).peek() == EOF; })) << "it lives on";
     kill = {};
   }
-  EXPECT_EQ(children.run(shell("exit 0")), (ChildResult{SIGKILL, ""}));
 }
 
 TEST_F(PosixChildProcessesTest, TheEndOfAllLeavesAChildOfTheTerminalToEndByItself) {
@@ -278,7 +287,7 @@ TEST_F(PosixChildProcessesDeathTest, WorksWhereStandardStreamsAreClosedAndChildr
   EXPECT_EXIT(runBare(), testing::ExitedWithCode(0), "");
 }
 
-TEST(ChildProcessesContract, ARunTellsItsOutputUnlessItsEndIsAskedForBeforeItsStart) {
+TEST(ChildProcessesContract, ARunTellsItsOutputUnlessItsEndOrThatOfTheHostComesBeforeItsStart) {
   FakeChildProcesses fake;
   PosixChildProcesses real(unmapped);
   std::stop_source stop;
@@ -296,6 +305,12 @@ TEST(ChildProcessesContract, ARunTellsItsOutputUnlessItsEndIsAskedForBeforeItsSt
     fake.script.clear();
     EXPECT_EQ(children->run(shell("sleep 100"), {stop.get_token(), {}}), (ChildResult{SIGTERM, ""}));
     EXPECT_EQ(children->run(shell("sleep 100"), {{}, stop.get_token()}), (ChildResult{SIGKILL, ""}));
+  }
+  fake.hostHasEnded = true;
+  real.endAll();
+  for (ChildProcesses* children :
+       {static_cast<ChildProcesses*>(&fake), static_cast<ChildProcesses*>(&real)}) {
+    EXPECT_EQ(children->run(shell("exit 0")), std::unexpected(FakeChildProcesses::endOfHost()));
   }
 }
 
