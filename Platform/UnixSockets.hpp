@@ -17,7 +17,7 @@ struct ErrorNumber {
   bool operator==(const ErrorNumber&) const = default;
 };
 
-/// One Unix-domain stream socket. Each call is one system call, repeated by nobody; the end closes it.
+/// One Unix-domain stream socket. Each call is one of the system's, repeated by nobody; the end closes it.
 class UnixSocket {
  public:
   virtual ~UnixSocket() = default;

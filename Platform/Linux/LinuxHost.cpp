@@ -57,8 +57,11 @@ class LinuxHost final : public HostLifetime {
   LinuxHost(const LinuxHost&) = delete;
   LinuxHost& operator=(const LinuxHost&) = delete;
 
-  // The queues are joined next, as the last members; no child may keep their threads waiting.
-  ~LinuxHost() override { childProcesses_.endAll(); }
+  // The queues are joined next, as the last members; no child or daemon may keep their threads waiting.
+  ~LinuxHost() override {
+    childProcesses_.endAll();
+    unixSockets_.endAll();
+  }
 
   Host& services() override { return services_; }
 

@@ -5,9 +5,13 @@
 #include <sys/un.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <filesystem>
+#include <functional>
 #include <iterator>
+#include <mutex>
+#include <set>
 #include <utility>
 
 #include "Platform/Posix/StreamSocket.hpp"
@@ -38,35 +42,99 @@ Connected connectThroughFolder(int socket, const std::filesystem::path& path) {
   return connectTo(socket, folder->shortPath + "/" + path.filename().string());
 }
 
-class PosixUnixSocket final : public UnixSocket {
+}  // namespace
+
+/// What can be ended of the sockets that are open.
+class PosixUnixSockets::OpenSockets {
  public:
-  PosixUnixSocket(Descriptor socket, const PathMap& realPath)
-      : socket_(std::move(socket)), realPath_(realPath) {}
+  void add(int socket) {
+    const std::lock_guard lock(mutex_);
+    numbers_.insert(socket);
+    if (haveEnded_) ::shutdown(socket, SHUT_RDWR);
+  }
+
+  void remove(int socket) {
+    const std::lock_guard lock(mutex_);
+    numbers_.erase(socket);
+  }
+
+  void end() {
+    const std::lock_guard lock(mutex_);
+    haveEnded_ = true;
+    for (const int socket : numbers_) ::shutdown(socket, SHUT_RDWR);
+  }
+
+  bool haveEnded() const { return haveEnded_; }
+
+ private:
+  std::mutex mutex_;  // guards the numbers
+  std::set<int> numbers_;
+  std::atomic<bool> haveEnded_ = false;
+};
+
+class PosixUnixSockets::Socket final : public UnixSocket {
+ public:
+  Socket(Descriptor socket, const PathMap& realPath, std::shared_ptr<OpenSockets> all)
+      : socket_(std::move(socket)), realPath_(realPath), all_(std::move(all)) {
+    all_->add(socket_.number());
+  }
+  Socket(const Socket&) = delete;
+  Socket& operator=(const Socket&) = delete;
+  ~Socket() override { all_->remove(socket_.number()); }
 
   void setTimeouts(std::chrono::milliseconds receive, std::chrono::milliseconds send) override {
+    sendLimit_ = send;
     setTimeout(SO_RCVTIMEO, receive);
     setTimeout(SO_SNDTIMEO, send);
   }
 
   Connected connect(const std::string& path) override {
     const auto real = realPath_(path);
-    return fitsAnAddress(real) ? connectTo(socket_.number(), real)
-                               : connectThroughFolder(socket_.number(), real);
+    const auto connected = connectInTime([&] {
+      return fitsAnAddress(real) ? connectTo(socket_.number(), real)
+                                 : connectThroughFolder(socket_.number(), real);
+    });
+    return unlessEnded(connected);
   }
 
   std::expected<std::size_t, ErrorNumber> write(std::string_view bytes) override {
-    const auto count = ::send(socket_.number(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
-    if (count < 0) return failure(errno);
-    return static_cast<std::size_t>(count);
+    return unlessEnded(counted(::send(socket_.number(), bytes.data(), bytes.size(), MSG_NOSIGNAL)));
   }
 
   std::expected<std::size_t, ErrorNumber> read(std::span<char> buffer) override {
-    const auto count = ::recv(socket_.number(), buffer.data(), buffer.size(), 0);
+    return unlessEnded(counted(::recv(socket_.number(), buffer.data(), buffer.size(), 0)));
+  }
+
+ private:
+  using Count = std::expected<std::size_t, ErrorNumber>;
+
+  static Count counted(ssize_t count) {
     if (count < 0) return failure(errno);
     return static_cast<std::size_t>(count);
   }
 
- private:
+  template <class Result>
+  Result unlessEnded(const Result& result) const {
+    return all_->haveEnded() ? Result(failure(ECANCELED)) : result;
+  }
+
+  /// Waits for room in the peer's queue piece by piece, since nothing wakes a thread that waits for it.
+  Connected connectInTime(const std::function<Connected()>& connectOnce) {
+    using std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds piece(50);
+    const bool isLimited = sendLimit_ > std::chrono::milliseconds(0);
+    const auto deadline = steady_clock::now() + sendLimit_;
+    auto left = sendLimit_;
+    Connected connected;
+    do {
+      setTimeout(SO_SNDTIMEO, isLimited ? std::min(piece, left) : piece);
+      connected = connectOnce();
+      left = std::chrono::ceil<std::chrono::milliseconds>(deadline - steady_clock::now());
+    } while (connected == failure(EAGAIN) && !all_->haveEnded() && (!isLimited || left.count() > 0));
+    setTimeout(SO_SNDTIMEO, sendLimit_);
+    return connected;
+  }
+
   void setTimeout(int option, std::chrono::milliseconds limit) {
     const auto seconds = std::chrono::floor<std::chrono::seconds>(limit);
     timeval value{};
@@ -77,16 +145,20 @@ class PosixUnixSocket final : public UnixSocket {
 
   Descriptor socket_;
   const PathMap realPath_;
+  const std::shared_ptr<OpenSockets> all_;
+  std::chrono::milliseconds sendLimit_{0};
 };
 
-}  // namespace
-
-PosixUnixSockets::PosixUnixSockets(PathMap realPath) : realPath_(std::move(realPath)) {}
+PosixUnixSockets::PosixUnixSockets(PathMap realPath)
+    : realPath_(std::move(realPath)), open_(std::make_shared<OpenSockets>()) {}
 
 std::expected<std::unique_ptr<UnixSocket>, ErrorNumber> PosixUnixSockets::open() {
+  if (open_->haveEnded()) return failure(ECANCELED);
   auto socket = openStreamSocket();
   if (!socket) return std::unexpected(socket.error());
-  return std::make_unique<PosixUnixSocket>(std::move(*socket), realPath_);
+  return std::make_unique<Socket>(std::move(*socket), realPath_, open_);
 }
+
+void PosixUnixSockets::endAll() { open_->end(); }
 
 }  // namespace ostrel

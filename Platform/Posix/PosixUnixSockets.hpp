@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "Platform/Posix/PathMap.hpp"
 #include "Platform/UnixSockets.hpp"
 
@@ -13,8 +15,16 @@ class PosixUnixSockets final : public UnixSockets {
 
   std::expected<std::unique_ptr<UnixSocket>, ErrorNumber> open() override;
 
+  /// Ends what any socket waits for, and opens no more: from now on all fails with ECANCELED. Call it before
+  /// the queues on which calls block are joined. Any thread.
+  void endAll();
+
  private:
+  class OpenSockets;
+  class Socket;
+
   const PathMap realPath_;
+  const std::shared_ptr<OpenSockets> open_;
 };
 
 }  // namespace ostrel

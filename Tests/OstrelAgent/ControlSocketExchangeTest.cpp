@@ -2,6 +2,8 @@
 
 #include <cerrno>
 #include <csignal>
+#include <future>
+#include <latch>
 
 #include "OstrelAgent/ControlSocket.hpp"
 #include "Platform/Posix/PosixFiles.hpp"
@@ -131,6 +133,29 @@ TEST_F(ControlSocketExchange, APeerThatNeverAnswersOrNeverReadsIsATimeOut) {
   const auto unread = ask(impatient, UnixServer::awaitClose, {{"big", std::string(8 << 20, 'x')}});
   ASSERT_FALSE(unread);
   EXPECT_TRUE(unread.error().detail.starts_with("write() incomplete (errno ")) << unread.error().detail;
+}
+
+TEST_F(ControlSocketExchange, TheEndOfTheHostEndsTheWaitForAPeerThatIsSilentOrDrips) {
+  const auto drip = [](int connection) {
+    pollfd watched{connection, POLLRDHUP, 0};
+    while (::poll(&watched, 1, 1) == 0) UnixServer::send(connection, " ");
+  };
+  for (const UnixServer::Serve& serve :
+       {UnixServer::Serve(UnixServer::awaitClose), UnixServer::Serve(drip)}) {
+    PosixUnixSockets ending{[this](std::string_view path) { return map(path); }};
+    std::latch asked(1);
+    auto answer = std::async(std::launch::async, [&] {
+      return ask(ending, [&](int connection) {
+        UnixServer::readLine(connection);
+        asked.count_down();
+        serve(connection);
+      });
+    });
+    asked.wait();
+    ending.endAll();
+    EXPECT_EQ(answer.get().error(),
+              (ControlSocketError{Case::io, "read() errno " + std::to_string(ECANCELED)}));
+  }
 }
 
 TEST_F(ControlSocketExchange, APeerThatClosesAtOnceIsAnErrorAndNoSignal) {

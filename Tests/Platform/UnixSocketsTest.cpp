@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <csignal>
 #include <future>
+#include <latch>
 
 #include "Platform/Posix/PosixUnixSockets.hpp"
 #include "Tests/Fakes/FakeUnixSockets.hpp"
@@ -144,6 +145,44 @@ TEST_F(PosixUnixSocketsTest, WaitsNoLongerThanItsLimits) {
   EXPECT_LT(socket->write(big).value_or(big.size()), big.size());
   EXPECT_EQ(errnoOf(socket->write(big)), EAGAIN);
   over.set_value();
+}
+
+TEST_F(PosixUnixSocketsTest, TheEndOfAllEndsEveryWaitAndRefusesWhatIsNew) {
+  std::atomic<bool> isHeld = false;
+  const UnixServer server(folder / "socket", [&](int connection) {
+    isHeld = true;
+    isHeld.notify_all();
+    UnixServer::awaitClose(connection);
+  });
+  const auto held = connected();
+  isHeld.wait(false);
+  // The server serves one at a time: what fills its queue now stays there.
+  std::vector<std::unique_ptr<UnixSocket>> queued;
+  do {
+    queued.push_back(sockets.open().value());
+    queued.back()->setTimeouts(20s, 1ms);
+  } while (errnoOf(queued.back()->connect("/socket")) == 0);
+  const auto late = sockets.open().value();
+  for (auto* socket : {held.get(), queued.front().get(), late.get()}) socket->setTimeouts(20s, 20s);
+
+  const auto start = std::chrono::steady_clock::now();
+  const std::string big(8 << 20, 'x');
+  std::latch started(3);
+  const auto run = [&](auto call) {
+    return std::async(std::launch::async, [&started, call] {
+      started.count_down();
+      return call();
+    });
+  };
+  std::future<int> waits[] = {run([&] { return errnoOf(held->read(buffer)); }),
+                              run([&] { return errnoOf(queued.front()->write(big)); }),
+                              run([&] { return errnoOf(late->connect("/socket")); })};
+  started.wait();
+  sockets.endAll();
+  for (auto& wait : waits) EXPECT_EQ(wait.get(), ECANCELED);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 10s);
+  EXPECT_EQ(errnoOf(late->connect("/socket")), ECANCELED);
+  EXPECT_EQ(errnoOf(sockets.open()), ECANCELED);
 }
 
 TEST_F(PosixUnixSocketsTest, ASignalEndsTheWaiting) {
