@@ -6,11 +6,13 @@
 #include <optional>
 #include <string>
 
+#include "OstrelAgent/OnboardingContent.hpp"
 #include "OstrelAgent/PanelContent.hpp"
 #include "OstrelAgent/Verdict.hpp"
 #include "Platform/Desktop/DesktopLook.hpp"
 #include "Platform/Desktop/ViewsPlugIn.hpp"
 #include "Platform/Log.hpp"
+#include "Platform/OnboardingWindow.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/Shell.hpp"
 #include "Platform/StatusItem.hpp"
@@ -36,6 +38,7 @@ class Desktop {
   virtual Shell& shell() = 0;
   virtual StatusItem& statusItem() = 0;
   virtual Screens& screens() = 0;
+  virtual OnboardingWindow& onboardingWindow() = 0;
 };
 
 /// Draws what the desktop would show, without one.
@@ -47,6 +50,8 @@ class DesktopPictures {
   virtual std::expected<std::string, std::string> icon(const MenuBarIcon& icon, int scale) = 0;
   virtual std::expected<std::string, std::string> panel(const PanelContent& content,
                                                         const DesktopLook& look) = 0;
+  virtual std::expected<std::string, std::string> onboarding(const OnboardingContent& content,
+                                                             const DesktopLook& look) = 0;
 };
 
 /// The one symbol of the Shell plug-in, `ostrelShellPlugIn`.

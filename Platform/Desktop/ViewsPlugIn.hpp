@@ -5,10 +5,12 @@
 #include <memory>
 #include <string>
 
+#include "OstrelAgent/OnboardingContent.hpp"
 #include "OstrelAgent/PanelContent.hpp"
 #include "Platform/Desktop/DesktopLook.hpp"
 #include "Platform/Desktop/PanelPlace.hpp"
 #include "Platform/Log.hpp"
+#include "Platform/OnboardingWindow.hpp"
 
 namespace ostrel {
 
@@ -32,6 +34,26 @@ struct PanelViewEvents {
   std::function<void()> lostFocus;  ///< the window has closed because the person went elsewhere
 };
 
+/// The onboarding and repair window. Main thread, after the toolkit's application object.
+class OnboardingView {
+ public:
+  virtual ~OnboardingView() = default;
+
+  /// In the middle of the screen, with the focus.
+  virtual void open(const OnboardingContent& content, const DesktopLook& look) = 0;
+
+  /// Draws what differs from the content shown; nothing when it is closed.
+  virtual void update(const OnboardingContent& content) = 0;
+
+  /// Empties the token field, which no content touches.
+  virtual void clearToken() = 0;
+  virtual void setLook(const DesktopLook& look) = 0;
+
+  /// Brings the open window to the front and gives it the focus.
+  virtual void activate() = 0;
+  virtual void close() = 0;
+};
+
 /// The one symbol of the Views plug-in, `ostrelViewsPlugIn`.
 struct ViewsPlugIn {
   const char* build;  ///< the build it belongs to; stays the first member
@@ -42,6 +64,15 @@ struct ViewsPlugIn {
   /// The panel as a PNG file.
   std::expected<std::string, std::string> (*drawPanel)(const PanelContent& content, const DesktopLook& look,
                                                        Log& log);
+
+  /// A window that is not open yet; a sentence when the views cannot be loaded. Its `closed` comes once for
+  /// each time that it was open.
+  std::expected<std::unique_ptr<OnboardingView>, std::string> (*makeOnboardingView)(
+      Log& log, OnboardingWindowEvents events);
+
+  /// What the window holds as a PNG file.
+  std::expected<std::string, std::string> (*drawOnboarding)(const OnboardingContent& content,
+                                                            const DesktopLook& look, Log& log);
 };
 
 }  // namespace ostrel

@@ -17,7 +17,7 @@
 #include "Tests/Desktop/SettingsPortal.hpp"
 #include "Tests/Desktop/TrayWatcher.hpp"
 #include "Tests/Fakes/FakeLog.hpp"
-#include "Tests/Fakes/FakePanelView.hpp"
+#include "Tests/Fakes/FakeViews.hpp"
 #include "Tests/Fakes/ShellContract.hpp"
 
 namespace ostrel {
@@ -39,6 +39,7 @@ std::ptrdiff_t countEntries(const char* folder) {
 struct QtDesktopTest : testing::Test {
   QtDesktopTest() {
     FakePanelView::record() = {};
+    FakeOnboardingView::record() = {};
     ::setenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + folder.write("screens.json", screens)).c_str(), 1);
     EXPECT_EQ(::pipe(signalPipe), 0);
     ::setenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str(), 1);
@@ -57,7 +58,7 @@ struct QtDesktopTest : testing::Test {
                                .resources = RESOURCES,
                                .loadViews = [this]() -> std::expected<const ViewsPlugIn*, std::string> {
                                  if (!viewsFailure.empty()) return std::unexpected(viewsFailure);
-                                 return &FakePanelView::plugIn;
+                                 return &fakeViews;
                                },
                                .log = log});
     ASSERT_TRUE(made) << made.error();
@@ -102,6 +103,7 @@ struct QtDesktopTest : testing::Test {
   std::vector<std::optional<double>> heights;
   std::vector<PanelButton> pressed;
   FakePanelView::Record& panel = FakePanelView::record();
+  FakeOnboardingView::Record& onboarding = FakeOnboardingView::record();
 };
 
 TEST_F(QtDesktopTest, KeepsTheContractOfScreensAndStatusItem) {
@@ -194,6 +196,57 @@ TEST_F(QtDesktopTest, TellsOnceThatThePanelCannotBeShown) {
     EXPECT_FALSE(desktop->screens().isPanelShown());
     const std::string reason = isMissing ? "no plug-in" : "no window";
     EXPECT_EQ(std::ranges::count(log.lines, "ostrel: the panel cannot be shown: " + reason), 1);
+    desktop.reset();
+  }
+}
+
+TEST_F(QtDesktopTest, HandsTheOnboardingWindowWhatConcernsIt) {
+  make();
+  auto& window = desktop->onboardingWindow();
+  desktop->shell().activate();
+  window.update({});
+  EXPECT_TRUE(onboarding.contents.empty()) << "there is nothing to show it in";
+  int closings = 0;
+  std::string typed;
+  OnboardingContent content;
+  content.windowTitle = "title";
+  window.open(content, {.pressed = [&](OnboardingAction, const std::string& token) { typed = token; },
+                        .closed = [&] { ++closings; }});
+  desktop->shell().activate();
+  window.clearToken();
+  window.update({});
+  EXPECT_EQ(onboarding.contents, (std::vector{content, OnboardingContent()}));
+  EXPECT_EQ(onboarding.activations, 1);
+  EXPECT_EQ(onboarding.clearings, 1);
+  onboarding.events.pressed(OnboardingAction::enrol, "token");
+  EXPECT_EQ(typed, "token");
+  SettingsPortal portal(*peer, {{"org.freedesktop.appearance", {{"color-scheme", 1U}}}});
+  ASSERT_TRUE(spinUntil([&] { return onboarding.looks.size() == 2; }));
+  EXPECT_EQ(onboarding.looks[1].appearance, Appearance::dark);
+  window.close();
+  EXPECT_EQ(closings, 1);
+}
+
+TEST_F(QtDesktopTest, CountsAnOnboardingWindowThatCannotBeShownAsClosed) {
+  for (const bool isMissing : {true, false}) {
+    log.lines.clear();
+    viewsFailure = isMissing ? "no plug-in" : "";
+    onboarding.failure = "no window";
+    make();
+    bool isOpening = true;
+    int closings = 0;
+    desktop->onboardingWindow().open({}, {.pressed = {}, .closed = [&] {
+                                            EXPECT_FALSE(isOpening);
+                                            ++closings;
+                                            desktop->shell().terminate();
+                                          }});
+    isOpening = false;
+    desktop->onboardingWindow().update({});
+    desktop->onboardingWindow().close();
+    EXPECT_EQ(desktop->shell().run(), 0);
+    EXPECT_EQ(closings, 1);
+    const std::string reason = isMissing ? "no plug-in" : "no window";
+    EXPECT_EQ(std::ranges::count(log.lines, "ostrel: the window cannot be shown: " + reason), 1);
     desktop.reset();
   }
 }

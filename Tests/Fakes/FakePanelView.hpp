@@ -8,7 +8,7 @@
 
 namespace ostrel {
 
-/// A panel's window that remembers what it was told. The views' table hands out one at a time.
+/// A panel's window that remembers what it was told. There is one at a time.
 class FakePanelView final : public PanelView {
  public:
   /// What all windows of the test were told, and how the next is made. Each test starts with an empty one.
@@ -33,8 +33,6 @@ class FakePanelView final : public PanelView {
     record().windows += 1;
     return std::make_unique<FakePanelView>();
   }
-
-  static constexpr ViewsPlugIn plugIn = {.build = "", .makePanelView = make, .drawPanel = nullptr};
 
   ~FakePanelView() override { record().isShown = false; }
 

@@ -5,7 +5,7 @@
 
 #include <set>
 
-#include "Platform/Desktop/Views/PanelPicture.hpp"
+#include "Platform/Desktop/Views/Picture.hpp"
 #include "Tests/OstrelAgent/Readings.hpp"
 #include "Tests/Views/PanelTest.hpp"
 
@@ -17,26 +17,6 @@ class PanelLook : public PanelTest {
   /// Below the header's words, beside the cards.
   QColor background() const { return colorAt(5, 100); }
 };
-
-/// Texts and controls that reach out of the panel or of what holds them.
-std::vector<std::string> outside(const QQuickItem& item) {
-  std::vector<std::string> found;
-  if (!item.isVisible()) return found;
-  const auto place = item.mapRectToScene(item.boundingRect());
-  const auto text = item.property("text").toString();
-  const auto overflows = [&] {
-    return item.property("contentWidth").toDouble() > item.width() + 1 ||
-           item.y() + item.height() > item.parentItem()->height() + 1;
-  };
-  if (place.left() < -0.5 || place.right() > 360.5 || (!text.isEmpty() && overflows())) {
-    found.push_back(item.metaObject()->className() + (" " + text.left(40).toStdString()));
-  }
-  for (const auto* child : item.childItems()) {
-    auto more = outside(*child);
-    found.insert(found.end(), more.begin(), more.end());
-  }
-  return found;
-}
 
 std::set<double> hairlineHeights(const QQuickItem& item) {
   if (QLatin1String(item.metaObject()->className()).startsWith(QLatin1String("Hairline")))
@@ -93,7 +73,7 @@ TEST_F(PanelLook, KeepsLongTextsInside) {
       press(Qt::Key_Tab, Qt::ShiftModifier);
       press(Qt::Key_Space);
       frames();
-      EXPECT_EQ(outside(*window().contentItem()), std::vector<std::string>()) << scale << isRightToLeft;
+      EXPECT_EQ(outside(*window().contentItem(), 360), std::vector<std::string>()) << scale << isRightToLeft;
       panel->close();
     }
   }

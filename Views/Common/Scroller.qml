@@ -21,6 +21,26 @@ Flickable {
             scroll(Math.min(top, bottom - height) - contentY);
     }
 
+    /// True when the key is one that scrolls.
+    function scrollByKey(key: int): bool {
+        switch (key) {
+        case Qt.Key_Up:
+            scroll(-Tokens.rowHeight);
+            return true;
+        case Qt.Key_Down:
+            scroll(Tokens.rowHeight);
+            return true;
+        case Qt.Key_PageUp:
+            scroll(-height);
+            return true;
+        case Qt.Key_PageDown:
+            scroll(height);
+            return true;
+        default:
+            return false;
+        }
+    }
+
     interactive: contentHeight > height
     clip: interactive
     boundsBehavior: Flickable.StopAtBounds

@@ -29,6 +29,8 @@ QtObject {
 
     readonly property real paragraph: 1.18 // of a line's own height
     readonly property int panelWidth: 360
+    readonly property int windowWidth: Math.round(460 * Math.min(textScale, 1.6))
+    readonly property int windowMargin: 24
     readonly property int panelRadius: 13
     readonly property int margin: 12
     readonly property int cardRadius: 10

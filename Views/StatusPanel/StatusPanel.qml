@@ -20,17 +20,7 @@ FocusScope {
     LayoutMirroring.enabled: panel.isRightToLeft
     LayoutMirroring.childrenInherit: true
     Keys.onEscapePressed: panel.dismissed()
-    Keys.onUpPressed: scroller.scroll(-Tokens.rowHeight)
-    Keys.onDownPressed: scroller.scroll(Tokens.rowHeight)
-    Keys.onPressed: event => {
-        if (event.key === Qt.Key_PageUp)
-            scroller.scroll(-scroller.height);
-        else if (event.key === Qt.Key_PageDown)
-            scroller.scroll(scroller.height);
-        else
-            return;
-        event.accepted = true;
-    }
+    Keys.onPressed: event => event.accepted = scroller.scrollByKey(event.key)
 
     Connections {
         target: root.panel
@@ -151,19 +141,9 @@ FocusScope {
                 panel: root.panel
             }
         }
-        Rectangle {
-            readonly property real inset: root.scrollsAll ? root.cornerRadius : 0
-            readonly property real track: root.scroller.height - 2 * inset
-
-            visible: root.scroller.interactive
-            anchors.right: parent.right
-            anchors.rightMargin: 3
-            width: 4
-            radius: 2
-            y: root.scroller.y + inset + root.scroller.visibleArea.yPosition * track
-            height: root.scroller.visibleArea.heightRatio * track
-            color: Tokens.off
-            opacity: 0.6
+        ScrollMark {
+            scroller: root.scroller
+            inset: root.scrollsAll ? root.cornerRadius : 0
         }
     }
 }

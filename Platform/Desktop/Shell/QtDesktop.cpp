@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Platform/Desktop/Shell/DesktopBus.hpp"
+#include "Platform/Desktop/Shell/DesktopOnboardingWindow.hpp"
 #include "Platform/Desktop/Shell/DesktopScreens.hpp"
 #include "Platform/Desktop/Shell/DesktopStatusItem.hpp"
 #include "Platform/Desktop/Shell/IconImage.hpp"
@@ -76,16 +77,19 @@ class QtDesktop final : public Desktop {
   explicit QtDesktop(std::unique_ptr<Application> application, DesktopServices services)
       : application_(std::move(application)), services_(std::move(services)) {
     screens_.setLook(looks_.look());
+    onboardingWindow_.setLook(looks_.look());
   }
 
   Shell& shell() override { return shell_; }
   StatusItem& statusItem() override { return statusItem_; }
   Screens& screens() override { return screens_; }
+  OnboardingWindow& onboardingWindow() override { return onboardingWindow_; }
 
  private:
   void changeLook() {
     const auto look = looks_.look();
     screens_.setLook(look);
+    onboardingWindow_.setLook(look);
     const bool hasOther = std::exchange(appearance_, look.appearance) != look.appearance;
     if (hasOther && statusItem_.events().appearanceChanged) statusItem_.events().appearanceChanged();
   }
@@ -110,7 +114,8 @@ class QtDesktop final : public Desktop {
   DesktopScreens screens_{[this] { return loadViews(); }, services_.log};
   DesktopStatusItem statusItem_{bus_, services_.resources, looks_, services_.log,
                                 [this](QPoint place) { click(place); }};
-  QtShell shell_{services_};
+  DesktopOnboardingWindow onboardingWindow_{[this] { return loadViews(); }, services_.log};
+  QtShell shell_{services_, [this] { onboardingWindow_.activate(); }};
 };
 
 std::string pngOf(const QImage& image) {
@@ -139,6 +144,13 @@ class QtPictures final : public DesktopPictures {
     const auto views = services_.loadViews();
     if (!views) return std::unexpected(views.error());
     return (*views)->drawPanel(content, look, services_.log);
+  }
+
+  std::expected<std::string, std::string> onboarding(const OnboardingContent& content,
+                                                     const DesktopLook& look) override {
+    const auto views = services_.loadViews();
+    if (!views) return std::unexpected(views.error());
+    return (*views)->drawOnboarding(content, look, services_.log);
   }
 
  private:

@@ -1,11 +1,13 @@
 #include "Platform/Desktop/Shell/QtShell.hpp"
 
 #include <QCoreApplication>
+#include <utility>
 
 namespace ostrel {
 
-QtShell::QtShell(const DesktopServices& services)
+QtShell::QtShell(const DesktopServices& services, std::function<void()> activateWindow)
     : services_(services),
+      activateWindow_(std::move(activateWindow)),
       queue_(services.queueDescriptor, QSocketNotifier::Read),
       signals_(services.signalDescriptor, QSocketNotifier::Read) {
   QObject::connect(&queue_, &QSocketNotifier::activated, &queue_, [this] { services_.runDue(); });

@@ -2,6 +2,7 @@
 
 #include <QSocketNotifier>
 #include <atomic>
+#include <functional>
 
 #include "Platform/Desktop/ShellPlugIn.hpp"
 
@@ -11,18 +12,19 @@ namespace ostrel {
 /// status 128 + signal.
 class QtShell final : public Shell {
  public:
-  explicit QtShell(const DesktopServices& services);
+  QtShell(const DesktopServices& services, std::function<void()> activateWindow);
 
   void setMainMenu(const std::vector<Menu>& /*menus*/) override {}
   void setActivationPolicy(ActivationPolicy) override {}
   int run() override;
   void terminate(int status) override;
 
-  /// Desktops give the focus to the window that a click opens.
-  void activate() override {}
+  /// The panel needs none of it: desktops give the focus to the window that a click opens.
+  void activate() override { activateWindow_(); }
 
  private:
   const DesktopServices& services_;
+  std::function<void()> activateWindow_;
   QSocketNotifier queue_;
   QSocketNotifier signals_;
   std::atomic<bool> isTerminated_ = false;

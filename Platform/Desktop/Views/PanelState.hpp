@@ -32,6 +32,9 @@ class PanelState : public QObject {
   Q_PROPERTY(ostrel::ValueList* notices READ notices CONSTANT)
 
  public:
+  static constexpr auto screen = "StatusPanel/StatusPanel.qml";
+  static constexpr auto property = "panel";
+
   /// False when the content is the one shown.
   bool show(const PanelContent& content);
 

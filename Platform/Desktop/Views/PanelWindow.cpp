@@ -27,10 +27,11 @@ QRegion roundRegion(QSize size, int cornerRadius) {
 }  // namespace
 
 std::expected<std::unique_ptr<PanelView>, std::string> PanelWindow::make(Log& log, PanelViewEvents events) {
-  PanelScene::chooseRenderer();
+  Scene::chooseRenderer();
   std::unique_ptr<PanelWindow> panel(new PanelWindow(log, std::move(events)));
-  if (auto filled = panel->scene_.fill(panel->window_); !filled) return std::unexpected(filled.error());
-  QObject::connect(&panel->scene_.root(), &QQuickItem::heightChanged, &panel->scene_.state(),
+  auto filled = panel->scene_.fill(panel->window_, PanelState::screen, PanelState::property, panel->state_);
+  if (!filled) return std::unexpected(filled.error());
+  QObject::connect(&panel->scene_.root(), &QQuickItem::heightChanged, &panel->state_,
                    [view = panel.get()] { view->place(); });
   return panel;
 }
@@ -38,20 +39,19 @@ std::expected<std::unique_ptr<PanelView>, std::string> PanelWindow::make(Log& lo
 PanelWindow::PanelWindow(Log& log, PanelViewEvents events) : events_(std::move(events)), scene_(log) {
   window_.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
   window_.setColor(Qt::transparent);
-  auto& state = scene_.state();
-  QObject::connect(&state, &PanelState::pressed, &state, [this](const PanelButton& button) {
+  QObject::connect(&state_, &PanelState::pressed, &state_, [this](const PanelButton& button) {
     if (events_.pressed) events_.pressed(button);
   });
-  QObject::connect(&state, &PanelState::dismissed, &state, [this] { close(); });
-  QObject::connect(&state, &PanelState::folded, &state, [this] { scene_.layOut(); });
-  QObject::connect(&window_, &QWindow::activeChanged, &state, [this] { activityChanged(); });
+  QObject::connect(&state_, &PanelState::dismissed, &state_, [this] { close(); });
+  QObject::connect(&state_, &PanelState::folded, &state_, [this] { scene_.layOut(); });
+  QObject::connect(&window_, &QWindow::activeChanged, &state_, [this] { activityChanged(); });
 }
 
 void PanelWindow::open(const PanelContent& content, const PanelAnchor& anchor, const DesktopLook& look) {
   anchor_ = anchor;
   show(content);
   scene_.setLook(look);
-  emit scene_.state().opened(!look.reducesMotion);
+  emit state_.opened(!look.reducesMotion);
   scene_.layOut();
   place();
   keepOutOfTaskbar(window_);
@@ -77,7 +77,7 @@ void PanelWindow::close() {
 bool PanelWindow::show(const PanelContent& content) {
   // Assistive tools read the title when the window opens.
   window_.setTitle(textOf(content.header.word));
-  return scene_.state().show(content);
+  return state_.show(content);
 }
 
 void PanelWindow::activityChanged() {
@@ -92,7 +92,7 @@ void PanelWindow::place() {
   window_.setGeometry(corner.x, corner.y, size.width(), size.height());
   // Only there can be a desktop that draws no transparency.
   if (QGuiApplication::platformName() == QLatin1String("xcb")) {
-    window_.setMask(roundRegion(size, scene_.cornerRadius()));
+    window_.setMask(roundRegion(size, scene_.root().property("cornerRadius").toInt()));
   }
 }
 

@@ -2,7 +2,8 @@
 
 #include <QQuickWindow>
 
-#include "Platform/Desktop/Views/PanelScene.hpp"
+#include "Platform/Desktop/Views/PanelState.hpp"
+#include "Platform/Desktop/Views/Scene.hpp"
 #include "Platform/Desktop/ViewsPlugIn.hpp"
 
 namespace ostrel {
@@ -27,7 +28,8 @@ class PanelWindow final : public PanelView {
 
   PanelViewEvents events_;
   QQuickWindow window_;
-  PanelScene scene_;
+  PanelState state_;
+  Scene scene_;
   PanelAnchor anchor_;
 };
 

@@ -26,15 +26,29 @@ QPainterPath outline() {
 Shield::Shield(QQuickItem* parent) : QQuickPaintedItem(parent) {
   setAntialiasing(true);
   setImplicitSize(box.width(), box.height());
-  for (const auto changed : {&Shield::kindChanged, &Shield::fillChanged, &Shield::markChanged}) {
+  for (const auto changed : {&Shield::kindChanged, &Shield::formChanged, &Shield::isMarkedChanged,
+                             &Shield::fillChanged, &Shield::markChanged}) {
     connect(this, changed, this, [this] { update(); });
   }
 }
 
 void Shield::paint(QPainter* painter) {
   painter->scale(width() / box.width(), height() / box.height());
-  painter->fillPath(outline(), fill_);
-  paintMark(*painter);
+  paintBody(*painter);
+  if (isMarked_) paintMark(*painter);
+}
+
+void Shield::paintBody(QPainter& painter) const {
+  if (form_ == shieldform::Filled) return painter.fillPath(outline(), fill_);
+  if (form_ == shieldform::HalfFilled) {
+    painter.setClipRect(QRectF(0, 0, box.width() / 2, box.height()));
+    painter.fillPath(outline(), fill_);
+    painter.setClipping(false);
+  }
+  // Within the outline, so that every form is of one size.
+  painter.setClipPath(outline());
+  painter.strokePath(outline(), QPen(fill_, 5));
+  painter.setClipping(false);
 }
 
 void Shield::paintMark(QPainter& painter) const {

@@ -1,10 +1,11 @@
-#include "Platform/Desktop/Views/PanelScene.hpp"
+#include "Platform/Desktop/Views/Scene.hpp"
 
 #include <QtQml/qqml.h>
 #include <QFontInfo>
 #include <QGuiApplication>
 #include <QLibraryInfo>
 #include <QQmlComponent>
+#include <QStyleHints>
 
 #include <cmath>
 #include <mutex>
@@ -22,7 +23,7 @@ namespace ostrel {
 namespace {
 
 constexpr auto importPath = "qrc:/views";
-constexpr auto panelFile = "qrc:/views/Ostrel/Views/StatusPanel/StatusPanel.qml";
+constexpr auto screensPath = "qrc:/views/Ostrel/Views/";
 
 void registerTypes() {
   static const bool isDone = [] {
@@ -48,27 +49,30 @@ void polish(QQuickItem& item) {
 
 }  // namespace
 
-PanelScene::PanelScene(Log& log) : log_(log) {
+Scene::Scene(Log& log) {
   registerTypes();
   tellWithoutFont(log);
+  // A caret that blinks would draw for as long as its window is open.
+  QGuiApplication::styleHints()->setCursorFlashTime(0);
   engine_.setOutputWarningsToStandardError(false);
   // Nothing is looked for beside the program or where the environment says.
   engine_.setImportPathList({importPath, QLibraryInfo::path(QLibraryInfo::QmlImportsPath)});
-  QObject::connect(&engine_, &QQmlEngine::warnings, &state_, [this](const QList<QQmlError>& warnings) {
-    for (const auto& warning : warnings) log_.line("ostrel: " + warning.toString().toStdString());
+  QObject::connect(&engine_, &QQmlEngine::warnings, &engine_, [&log](const QList<QQmlError>& warnings) {
+    for (const auto& warning : warnings) log.line("ostrel: " + warning.toString().toStdString());
   });
 }
 
-void PanelScene::chooseRenderer() {
+void Scene::chooseRenderer() {
   static std::once_flag isChosen;
   std::call_once(isChosen, [] { QQuickWindow::setGraphicsApi(QSGRendererInterface::Software); });
 }
 
-std::expected<void, std::string> PanelScene::fill(QQuickWindow& window) {
-  QQmlComponent component(&engine_, QUrl(panelFile));
+std::expected<void, std::string> Scene::fill(QQuickWindow& window, const char* file, const char* property,
+                                             QObject& state) {
+  QQmlComponent component(&engine_, QUrl(QLatin1String(screensPath) + QLatin1String(file)));
   if (!component.isReady()) return std::unexpected(component.errorString().trimmed().toStdString());
   std::unique_ptr<QObject> object(component.createWithInitialProperties(
-      {{QStringLiteral("panel"), QVariant::fromValue(&state_)},
+      {{QLatin1String(property), QVariant::fromValue(&state)},
        {QStringLiteral("parent"), QVariant::fromValue(window.contentItem())}}));
   if (!qobject_cast<QQuickItem*>(object.get())) {
     return std::unexpected(component.errorString().trimmed().toStdString());
@@ -77,19 +81,17 @@ std::expected<void, std::string> PanelScene::fill(QQuickWindow& window) {
   return {};
 }
 
-void PanelScene::setLook(const DesktopLook& look) {
+void Scene::setLook(const DesktopLook& look) {
   engine_.singletonInstance<Look*>(qmlTypeId("Ostrel.Views", 1, 0, "Look"))->set(look);
 }
 
-void PanelScene::layOut() {
+void Scene::layOut() {
   // One part can change the room of another that is done already.
   for (int pass = 0; pass < 3; ++pass) polish(*root_);
 }
 
-QSize PanelScene::size() const {
+QSize Scene::size() const {
   return {static_cast<int>(std::ceil(root_->width())), static_cast<int>(std::ceil(root_->height()))};
 }
-
-int PanelScene::cornerRadius() const { return root_->property("cornerRadius").toInt(); }
 
 }  // namespace ostrel

@@ -3,6 +3,7 @@
 #include <expected>
 #include <string>
 
+#include "OstrelAgent/OnboardingContent.hpp"
 #include "OstrelAgent/PanelContent.hpp"
 #include "Platform/Desktop/DesktopLook.hpp"
 #include "Platform/Log.hpp"
@@ -12,5 +13,9 @@ namespace ostrel {
 /// The panel as a PNG file, in the pixels of the first screen; its corners are transparent.
 std::expected<std::string, std::string> panelPicture(const PanelContent& content, const DesktopLook& look,
                                                      Log& log);
+
+/// What the onboarding window holds, likewise, on a screen with room for it.
+std::expected<std::string, std::string> onboardingPicture(const OnboardingContent& content,
+                                                          const DesktopLook& look, Log& log);
 
 }  // namespace ostrel

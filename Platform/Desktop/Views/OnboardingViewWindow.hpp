@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QQuickWindow>
+
+#include "Platform/Desktop/Views/OnboardingState.hpp"
+#include "Platform/Desktop/Views/Scene.hpp"
+#include "Platform/Desktop/ViewsPlugIn.hpp"
+
+namespace ostrel {
+
+/// The onboarding and repair window, with a frame and a close box.
+class OnboardingViewWindow final : public OnboardingView {
+ public:
+  static std::expected<std::unique_ptr<OnboardingView>, std::string> make(Log& log,
+                                                                          OnboardingWindowEvents events);
+
+  void open(const OnboardingContent& content, const DesktopLook& look) override;
+  void update(const OnboardingContent& content) override;
+  void clearToken() override { emit state_.tokenCleared(); }
+  void setLook(const DesktopLook& look) override;
+  void activate() override;
+  void close() override { window_.close(); }
+
+ private:
+  OnboardingViewWindow(Log& log, OnboardingWindowEvents events);
+
+  void show(const OnboardingContent& content);
+  void fit();
+  void place(const QRect& available, const QMargins& frame);
+  void visibilityChanged();
+
+  OnboardingWindowEvents events_;
+  QQuickWindow window_;
+  OnboardingState state_;
+  Scene scene_;
+  bool isOpen_ = false;
+};
+
+}  // namespace ostrel

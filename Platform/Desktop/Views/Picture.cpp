@@ -1,0 +1,70 @@
+#include "Platform/Desktop/Views/Picture.hpp"
+
+#include <QBuffer>
+#include <QGuiApplication>
+#include <QImage>
+#include <QQuickRenderControl>
+#include <QQuickRenderTarget>
+#include <QScreen>
+
+#include "Platform/Desktop/Views/OnboardingState.hpp"
+#include "Platform/Desktop/Views/PanelState.hpp"
+#include "Platform/Desktop/Views/Scene.hpp"
+
+namespace ostrel {
+
+namespace {
+
+QImage rendered(QQuickRenderControl& control, QQuickWindow& window, QSize size, double pixelsPerPoint) {
+  QImage image(size * pixelsPerPoint, QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::transparent);
+  image.setDevicePixelRatio(pixelsPerPoint);
+  window.setGeometry(QRect(QPoint(), size));
+  auto target = QQuickRenderTarget::fromPaintDevice(&image);
+  target.setDevicePixelRatio(pixelsPerPoint);
+  window.setRenderTarget(target);
+  control.polishItems();
+  control.sync();
+  control.render();
+  return image;
+}
+
+/// The screen of that file, which shows the state, as a PNG file. What no item covers is transparent.
+std::expected<std::string, std::string> picture(const char* file, const char* property, QObject& state,
+                                                const DesktopLook& look, Log& log) {
+  Scene::chooseRenderer();
+  QQuickRenderControl control;
+  QQuickWindow window(&control);
+  window.setColor(Qt::transparent);
+  const double pixelsPerPoint = QGuiApplication::primaryScreen()->devicePixelRatio();
+  Scene scene(log);
+  if (auto filled = scene.fill(window, file, property, state); !filled) {
+    return std::unexpected(filled.error());
+  }
+  scene.setLook(look);
+  scene.layOut();
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  if (!rendered(control, window, scene.size(), pixelsPerPoint).save(&buffer, "PNG")) {
+    return std::unexpected("The picture cannot be written.");
+  }
+  return bytes.toStdString();
+}
+
+}  // namespace
+
+std::expected<std::string, std::string> panelPicture(const PanelContent& content, const DesktopLook& look,
+                                                     Log& log) {
+  PanelState state;
+  state.show(content);
+  return picture(PanelState::screen, PanelState::property, state, look, log);
+}
+
+std::expected<std::string, std::string> onboardingPicture(const OnboardingContent& content,
+                                                          const DesktopLook& look, Log& log) {
+  OnboardingState state;
+  state.show(content);
+  return picture(OnboardingState::screen, OnboardingState::property, state, look, log);
+}
+
+}  // namespace ostrel

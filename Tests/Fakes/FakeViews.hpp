@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Tests/Fakes/FakeOnboardingView.hpp"
+#include "Tests/Fakes/FakePanelView.hpp"
+
+namespace ostrel {
+
+/// The table of views that remember what they were told.
+inline constexpr ViewsPlugIn fakeViews{.build = "",
+                                       .makePanelView = FakePanelView::make,
+                                       .drawPanel = nullptr,
+                                       .makeOnboardingView = FakeOnboardingView::make,
+                                       .drawOnboarding = nullptr};
+
+}  // namespace ostrel
