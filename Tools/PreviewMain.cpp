@@ -10,6 +10,7 @@
 #include "OstrelAgent/PanelContent.hpp"
 #include "OstrelAgent/Translation.hpp"
 #include "OstrelAgent/Verdict.hpp"
+#include "Platform/Console/OnboardingText.hpp"
 #include "Platform/Console/PanelText.hpp"
 #include "Platform/Console/PrintableText.hpp"
 #include "Platform/Linux/LinuxBundle.hpp"
@@ -17,6 +18,7 @@
 #include "Platform/Posix/PosixFiles.hpp"
 #include "Platform/Posix/PosixLog.hpp"
 #include "Platform/Posix/PosixTimeFormat.hpp"
+#include "Tools/OnboardingStages.hpp"
 #include "Tools/PreviewDocument.hpp"
 #include "Tools/PreviewInput.hpp"
 #include "Tools/PreviewJson.hpp"
@@ -31,6 +33,8 @@ constexpr std::string_view usage =
     "usage: ostrel-preview [--text|--json] [--language CODE] [FILE]\n"
     "       ostrel-preview [--png PICTURE] [--icon PICTURE] [--dark] [--scale 1|2|3] [--language CODE] "
     "[FILE]\n"
+    "       ostrel-preview --onboarding STAGE|list [--png PICTURE] [--dark] [--scale 1|2|3] [--language "
+    "CODE]\n"
     "       ostrel-preview --export-strings\n";
 
 constexpr std::string_view help =
@@ -43,6 +47,8 @@ constexpr std::string_view help =
     "  --icon PICTURE    the menu-bar icon likewise\n"
     "  --dark            pictures as a dark desktop shows them\n"
     "  --scale N         pixels for a point of the pictures\n"
+    "  --onboarding STAGE\n"
+    "                    the onboarding window at that stage instead; list tells the stages\n"
     "  --language CODE   texts and times in a translation of the bundle, for example de\n"
     "  --export-strings  the English texts as a .strings table for translators\n"
     "\n"
@@ -90,6 +96,11 @@ std::string summaryLine(const Snapshot& snapshot, const PanelContent& content) {
   std::string line;
   for (const auto& clause : clauses) line += (line.empty() ? "" : " | ") + clause;
   return printableText(line) + "\n";
+}
+
+int complain(const std::string& reason) {
+  print(stderr, "ostrel-preview: " + printableText(reason) + "\n");
+  return 1;
 }
 
 class Preview {
@@ -148,11 +159,6 @@ class Preview {
     print(stdout, json.dump(isOneLine ? -1 : 2) + "\n");
   }
 
-  static int complain(const std::string& reason) {
-    print(stderr, "ostrel-preview: " + printableText(reason) + "\n");
-    return 1;
-  }
-
   static constexpr double unboundedHeight = 100'000;
 
   const PreviewOptions& options_;
@@ -177,6 +183,22 @@ void exportStrings() {
   for (const auto& [key, text] : Copy::english()) print(stdout, stringsLine(key, text));
 }
 
+int showOnboarding(const PreviewOptions& options, const Bundle& bundle, Log& log) {
+  const auto& stage = *options.onboarding;
+  if (stage == "list") {
+    for (const auto name : onboardingStageNames()) print(stdout, std::string(name) + "\n");
+    return 0;
+  }
+  const auto content = onboardingAt(stage);
+  if (!content) return complain("there is no stage " + stage);
+  if (!options.png) {
+    print(stdout, onboardingText(*content));
+    return 0;
+  }
+  const auto written = writeOnboardingPicture(options, *content, bundle, log);
+  return written ? 0 : complain(written.error());
+}
+
 int run(std::span<const char* const> arguments) {
   const auto options = PreviewOptions::parse(arguments);
   if (!options) return print(stderr, usage), 2;
@@ -196,6 +218,7 @@ int run(std::span<const char* const> arguments) {
   const LinuxBundle bundle(files, languageCandidates(options->language, "", ""), agentPath());
   PosixLog log;
   installTranslation(bundle, log);
+  if (options->onboarding) return showOnboarding(*options, bundle, log);
   return Preview(*options, bundle, log).run();
 }
 

@@ -16,7 +16,8 @@ constexpr std::pair<std::string_view, PreviewOptions::Mode> modes[] = {
 };
 
 bool takesValue(std::string_view argument) {
-  return argument == "--language" || argument == "--png" || argument == "--icon" || argument == "--scale";
+  return argument == "--language" || argument == "--png" || argument == "--icon" || argument == "--scale" ||
+         argument == "--onboarding";
 }
 
 }  // namespace
@@ -38,6 +39,10 @@ bool PreviewOptions::take(std::string_view argument, std::string_view value) {
     const bool isScale = value.size() == 1 && value >= "1" && value <= "3";
     if (isScale) scale = value[0] - '0';
     return isScale;
+  }
+  if (argument == "--onboarding") {
+    onboarding = value;
+    return !value.empty();
   }
   (argument == "--png" ? png : icon) = value;
   return !value.empty() && choose(Mode::pictures);
@@ -64,6 +69,8 @@ std::optional<PreviewOptions> PreviewOptions::parse(std::span<const char* const>
   }
   const bool isForPictures = options.isDark || options.scale != 1;
   if (isForPictures && options.mode != Mode::pictures) return std::nullopt;
+  const bool isOfReport = options.file || options.icon || options.mode == Mode::json;
+  if (options.onboarding && isOfReport) return std::nullopt;
   if (options.file == "-") options.file.reset();
   return options;
 }

@@ -20,6 +20,10 @@ std::expected<void, std::string> writeFile(const std::string& path, const Pictur
   return {};
 }
 
+DesktopLook lookOf(const PreviewOptions& options) {
+  return {.appearance = options.isDark ? Appearance::dark : Appearance::light, .reducesMotion = true};
+}
+
 }  // namespace
 
 std::expected<void, std::string> writePictures(const PreviewOptions& options,
@@ -28,17 +32,25 @@ std::expected<void, std::string> writePictures(const PreviewOptions& options,
   const auto plugIn = loadShellPlugIn(bundle);
   if (!plugIn) return std::unexpected(plugIn.error());
   const auto pictures = (*plugIn)->makePictures(desktopServices(bundle, log), options.scale);
-  const auto appearance = options.isDark ? Appearance::dark : Appearance::light;
+  const auto look = lookOf(options);
   std::expected<void, std::string> written;
   if (options.icon) {
-    const auto icon = MenuBarIcon::of(verdict, MenuBarPalette::matching(appearance), true, false);
+    const auto icon = MenuBarIcon::of(verdict, MenuBarPalette::matching(look.appearance), true, false);
     written = writeFile(*options.icon, pictures->icon(icon, options.scale));
   }
   if (written && options.png) {
-    written =
-        writeFile(*options.png, pictures->panel(content, {.appearance = appearance, .reducesMotion = true}));
+    written = writeFile(*options.png, pictures->panel(content, look));
   }
   return written;
+}
+
+std::expected<void, std::string> writeOnboardingPicture(const PreviewOptions& options,
+                                                        const OnboardingContent& content,
+                                                        const Bundle& bundle, Log& log) {
+  const auto plugIn = loadShellPlugIn(bundle);
+  if (!plugIn) return std::unexpected(plugIn.error());
+  const auto pictures = (*plugIn)->makePictures(desktopServices(bundle, log), options.scale);
+  return writeFile(options.png.value_or(""), pictures->onboarding(content, lookOf(options)));
 }
 
 }  // namespace ostrel

@@ -3,6 +3,7 @@
 #include <expected>
 #include <string>
 
+#include "OstrelAgent/OnboardingContent.hpp"
 #include "OstrelAgent/PanelContent.hpp"
 #include "OstrelAgent/Verdict.hpp"
 #include "Platform/Bundle.hpp"
@@ -16,5 +17,10 @@ namespace ostrel {
 std::expected<void, std::string> writePictures(const PreviewOptions& options,
                                                const ProtectionVerdict& verdict, const PanelContent& content,
                                                const Bundle& bundle, Log& log);
+
+/// Writes what the onboarding window would hold, likewise.
+std::expected<void, std::string> writeOnboardingPicture(const PreviewOptions& options,
+                                                        const OnboardingContent& content,
+                                                        const Bundle& bundle, Log& log);
 
 }  // namespace ostrel

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "OstrelAgent/OnboardingContent.hpp"
+
+namespace ostrel {
+
+/// The names of the stages that the onboarding window can be shown at, in the order of a setup.
+std::span<const std::string_view> onboardingStageNames();
+
+/// What the window shows at the stage of that name; nothing for an unknown one.
+std::optional<OnboardingContent> onboardingAt(std::string_view stage);
+
+}  // namespace ostrel
