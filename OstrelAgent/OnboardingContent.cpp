@@ -68,7 +68,7 @@ void addActivation(OnboardingContent::Row& row, const ActivationState& activatio
   std::visit(Overloaded{
                  [&](const activationstate::Running& running) { row.progress = running.line; },
                  [&](const activationstate::AwaitingApproval& awaiting) { row.progress = awaiting.line; },
-                 [&](const activationstate::Failed& failed) { row.error = failed.message; },
+                 [&](const activationstate::Failed& failed) { row.errors.push_back(failed.message); },
                  [](const activationstate::Idle&) {},
              },
              activation);
@@ -96,7 +96,7 @@ OnboardingContent::Row rowOf(Step step, ChecklistStepState state, const Onboardi
   row.title = OnboardingChecklist::title(step);
   row.note = OnboardingChecklist::note(step, state);
   if (step == Step::approval) addActivation(row, model.activation);
-  if (model.actionError && model.actionError->step == step) row.error = model.actionError->message;
+  if (model.actionError && model.actionError->step == step) row.errors.push_back(model.actionError->message);
   if (state != ChecklistStepState::satisfied) row.buttons = buttonsOf(step, isActivating);
   return row;
 }

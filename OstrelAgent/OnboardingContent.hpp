@@ -57,8 +57,8 @@ struct OnboardingContent {
     ChecklistStepState state = ChecklistStepState::unreadable;
     std::string title;
     std::string note;
-    std::string progress;  ///< how the step's action goes on; may be empty
-    std::string error;     ///< why it failed; may be empty
+    std::string progress;             ///< how the step's action goes on; may be empty
+    std::vector<std::string> errors;  ///< why actions of the step failed, a sentence each
     std::vector<OnboardingButton> buttons;
 
     bool operator==(const Row&) const = default;

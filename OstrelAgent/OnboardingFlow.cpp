@@ -110,8 +110,6 @@ const StepRow& rowOf(Step step) { return *std::ranges::find(stepRows, step, &Ste
 
 }  // namespace
 
-std::string_view nameOf(OnboardingMode mode) { return mode == OnboardingMode::repair ? "repair" : "onboard"; }
-
 OnboardingStage initialStage(OnboardingMode mode) {
   if (mode == OnboardingMode::repair) return stages::Checklist{};
   return stages::EnterToken{};

@@ -15,9 +15,6 @@ namespace ostrel {
 /// First setup, or what brings a Mac back that was set up before.
 enum class OnboardingMode { onboard, repair };
 
-/// The word of a mode: "onboard".
-std::string_view nameOf(OnboardingMode mode);
-
 namespace onboardingstage {
 struct EnterToken {
   std::optional<std::string> error;  ///< shown under the field
@@ -151,7 +148,7 @@ struct OnboardingFlowModel {
   SetupObservation observation;
   ActivationState activation;
   std::optional<OnboardingActionError> actionError;
-  std::string token;  ///< the last that was acceptable, trimmed
+  std::string token;  ///< the last that was acceptable, trimmed; empty once enrolled
 };
 
 /// The trimmed token, or why it cannot be one.

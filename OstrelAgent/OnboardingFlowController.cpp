@@ -61,6 +61,7 @@ void OnboardingFlowController::show() {
 }
 
 void OnboardingFlowController::perform(OnboardingAction action, const std::string& token) {
+  if (!isOpen_) return;
   switch (action) {
     case OnboardingAction::enrol:
       return enrol(token);
@@ -107,8 +108,11 @@ void OnboardingFlowController::refresh() {
 
 void OnboardingFlowController::finishRefresh(std::uint64_t run, const SetupObservation& observation) {
   const auto finish = statusRuns_.finish(run);
-  if (finish.startsWaiting && isOpen_) refresh();
-  if (run == pollGeneration_ && isOpen_) publish(observation);
+  if (!isOpen_) return;
+  // While the helper hangs no run is ever the newest that ends, and what was true before must not stand.
+  const bool tellsOfHang = finish.wasEnded && finish.mayPublish;
+  if (run == pollGeneration_ || tellsOfHang) publish(observation);
+  if (finish.startsWaiting) refresh();
 }
 
 void OnboardingFlowController::publish(const SetupObservation& observation) {
@@ -129,6 +133,7 @@ void OnboardingFlowController::publish(const SetupObservation& observation) {
 /// Goes on with the trust when the Mac turns out to be enrolled while the window still asks for a token.
 void OnboardingFlowController::followEnrolment() {
   if (!std::holds_alternative<stages::EnterToken>(model_.stage)) return;
+  forgetToken();
   startTrust(!tools_.menuBarAgent.isInstalled());
 }
 
@@ -158,12 +163,16 @@ void OnboardingFlowController::enrol(std::string_view typed) {
 
 void OnboardingFlowController::finishEnrolment(const EnrolmentAnswer& answer) {
   if (answer) {
-    model_.token.clear();
-    services_.window.clearToken();
+    forgetToken();
     return startTrust(true);
   }
   move(Kind::enrolmentFailed, enrolmentError(answer.error()));
   draw();
+}
+
+void OnboardingFlowController::forgetToken() {
+  model_.token.clear();
+  services_.window.clearToken();
 }
 
 /// A trust attempt that runs already goes on alone, and takes over what is to follow it.
@@ -243,25 +252,28 @@ void OnboardingFlowController::openExtensionSettings() {
 }
 
 void OnboardingFlowController::turnOnNetworkFilter() {
+  // Two at once might each make a configuration.
+  if (isSavingFilter_) return;
   clearActionError(Step::proxy);
   draw();
   const auto captureConfig = Controller::staticCaptureConfig(services_.bundle);
-  if (!captureConfig) {
-    model_.actionError = {Step::proxy, Texts::errorFilterOn.with(captureConfig.error())};
-    return draw();
-  }
+  if (!captureConfig) return finishNetworkFilter(captureConfig.error());
+  isSavingFilter_ = true;
   tools_.configurations.saveTransparentProxyConfiguration(
       *captureConfig, [weak = weak_from_this()](const NetworkConfigurations::ProxySaved& saved) {
-        if (const auto self = weak.lock()) self->finishNetworkFilter(saved);
+        const auto self = weak.lock();
+        if (!self) return;
+        self->isSavingFilter_ = false;
+        const auto error =
+            saved ? "" : std::string(saved.error().stage) + ": " + saved.error().error.description;
+        self->finishNetworkFilter(error);
       });
 }
 
-void OnboardingFlowController::finishNetworkFilter(const NetworkConfigurations::ProxySaved& saved) {
+void OnboardingFlowController::finishNetworkFilter(const std::string& error) {
   if (!isOpen_) return;
-  if (!saved) {
-    const auto& failure = saved.error();
-    const auto reason = std::string(failure.stage) + ": " + failure.error.description;
-    model_.actionError = {Step::proxy, Texts::errorFilterOn.with(reason)};
+  if (!error.empty()) {
+    model_.actionError = {Step::proxy, Texts::errorFilterOn.with(error)};
     draw();
   }
   refresh();

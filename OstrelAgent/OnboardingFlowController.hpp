@@ -74,6 +74,7 @@ class OnboardingFlowController : public std::enable_shared_from_this<OnboardingF
 
   void enrol(std::string_view typed);
   void finishEnrolment(const EnrolmentAnswer& answer);
+  void forgetToken();
   void startTrust(bool thenActivate);
   void finishTrust(const DeviceCATrust::Outcome& outcome);
   void deferTrust();
@@ -83,7 +84,7 @@ class OnboardingFlowController : public std::enable_shared_from_this<OnboardingF
   void showActivation(ActivationState state);
   void openExtensionSettings();
   void turnOnNetworkFilter();
-  void finishNetworkFilter(const NetworkConfigurations::ProxySaved& saved);
+  void finishNetworkFilter(const std::string& error);
 
   /// Runs the work in the background and hands its result to `next` on the main thread, while this lives.
   template <class Work, class Next>
@@ -100,6 +101,7 @@ class OnboardingFlowController : public std::enable_shared_from_this<OnboardingF
   ScheduledWork pollTimer_;
   std::uint64_t pollGeneration_ = 0;
   bool isTrusting_ = false;
+  bool isSavingFilter_ = false;
   bool trustThenActivate_ = false;
   bool trustStepResolved_ = false;
   bool isOpen_ = false;

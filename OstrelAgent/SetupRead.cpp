@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "OstrelAgent/StatusRead.hpp"
+
 namespace ostrel {
 
 SetupObservation readSetup(const HelperRunner& helper, const ChildEnding& ending) {
@@ -14,8 +16,8 @@ SetupObservation readSetup(const HelperRunner& helper, const ChildEnding& ending
 
 SetupObservation withTransparentProxies(SetupObservation observation,
                                         const NetworkPreferences::TransparentProxies& loaded) {
+  observation.sysextActive = isConnected(loaded);
   if (!loaded) return observation;
-  observation.sysextActive = std::ranges::any_of(*loaded, &TransparentProxyConfiguration::connected);
   observation.transparentProxyEnabled = std::ranges::any_of(*loaded, &TransparentProxyConfiguration::enabled);
   return observation;
 }

@@ -9,7 +9,8 @@ namespace ostrel {
 /// What the helper's status report says of the setup; nothing read when it fails or does not decode. Blocks.
 SetupObservation readSetup(const HelperRunner& helper, const ChildEnding& ending = {});
 
-/// The observation with what the network preferences say; a failed load leaves it as it was.
+/// The observation with what the network preferences say; after a failed load at most that the extension is
+/// active.
 SetupObservation withTransparentProxies(SetupObservation observation,
                                         const NetworkPreferences::TransparentProxies& loaded);
 

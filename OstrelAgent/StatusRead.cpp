@@ -24,9 +24,14 @@ Snapshot readStatus(const HelperRunner& helper, const ChildEnding& ending) {
   return snapshotOfStatus(output.status, output.standardOutput);
 }
 
+bool isConnected(const NetworkPreferences::TransparentProxies& loaded) {
+  return std::ranges::any_of(loaded ? *loaded : loaded.error().arrived,
+                             &TransparentProxyConfiguration::connected);
+}
+
 void addTransparentProxies(Snapshot& snapshot, const NetworkPreferences::TransparentProxies& loaded) {
+  snapshot.sysextActive = isConnected(loaded);
   if (!loaded || loaded->empty()) return;
-  snapshot.sysextActive = std::ranges::any_of(*loaded, &TransparentProxyConfiguration::connected);
   snapshot.transparentProxy = Snapshot::TransparentProxy{
       .approved = true, .enabled = std::ranges::any_of(*loaded, &TransparentProxyConfiguration::enabled)};
 }

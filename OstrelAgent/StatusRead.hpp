@@ -16,7 +16,10 @@ Snapshot snapshotOfStatus(std::int32_t status, std::string_view standardOutput);
 /// Runs the helper for its status report. Blocks.
 Snapshot readStatus(const HelperRunner& helper, const ChildEnding& ending = {});
 
-/// Adds what the network preferences say. A failed load leaves the defaults.
+/// True when the extension diverts traffic by one of the proxies, of those too that came with an error.
+bool isConnected(const NetworkPreferences::TransparentProxies& loaded);
+
+/// Adds what the network preferences say. What was not loaded keeps its default.
 void addTransparentProxies(Snapshot& snapshot, const NetworkPreferences::TransparentProxies& loaded);
 void addContentFilter(Snapshot& snapshot, const NetworkPreferences::ContentFilter& loaded);
 

@@ -23,7 +23,9 @@ StatusRuns::Finish StatusRuns::finish(std::uint64_t number) {
   const bool wasOvertaken = latestFinished_ > number;
   outstanding_.erase(run);
   latestFinished_ = std::max(latestFinished_, number);
-  return {.mayPublish = !wasEnded || !wasOvertaken, .startsWaiting = std::exchange(isRequestWaiting_, false)};
+  return {.mayPublish = !wasEnded || !wasOvertaken,
+          .wasEnded = wasEnded,
+          .startsWaiting = std::exchange(isRequestWaiting_, false)};
 }
 
 void StatusRuns::endOldest() {

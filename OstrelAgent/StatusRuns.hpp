@@ -32,6 +32,7 @@ class StatusRuns {
   /// How a run that is over goes on.
   struct Finish {
     bool mayPublish = true;      ///< false for a run that was ended and that a later one has overtaken
+    bool wasEnded = false;       ///< for its place, by a later request
     bool startsWaiting = false;  ///< a request waits for the place: begin anew
   };
   Finish finish(std::uint64_t number);

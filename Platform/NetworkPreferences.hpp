@@ -50,13 +50,24 @@ struct ContentFilterConfiguration {
 /// Domain of the errors of transparent proxies.
 inline constexpr const char* vpnErrorDomain = "NEVPNErrorDomain";
 
+/// Why the transparent proxies could not be loaded, with those that came in spite of it.
+struct TransparentProxiesError : PlatformError {
+  TransparentProxiesError(PlatformError error, std::vector<TransparentProxyConfiguration> those = {})
+      : PlatformError(std::move(error)), arrived(std::move(those)) {}
+
+  std::vector<TransparentProxyConfiguration> arrived;
+
+  bool operator==(const TransparentProxiesError&) const = default;
+};
+
 /// The system's network preferences (NETransparentProxyManager, NEFilterManager). Any thread; completions run
 /// once, on a thread of the host's choosing, possibly before the call returns.
 class NetworkPreferences {
  public:
   virtual ~NetworkPreferences() = default;
 
-  using TransparentProxies = std::expected<std::vector<TransparentProxyConfiguration>, PlatformError>;
+  using TransparentProxies =
+      std::expected<std::vector<TransparentProxyConfiguration>, TransparentProxiesError>;
   using ContentFilter = std::expected<ContentFilterConfiguration, PlatformError>;
 
   using Done = std::expected<void, PlatformError>;

@@ -70,7 +70,7 @@ class OnboardingPrinter {
     lines_.hanging(markOf(row.state), row.title);
     lines_.paragraph(2, row.note);
     lines_.paragraph(2, row.progress);
-    lines_.paragraph(2, row.error);
+    for (const auto& error : row.errors) lines_.paragraph(2, error);
     buttons(row.buttons, "  ");
     lines_.blank();
   }

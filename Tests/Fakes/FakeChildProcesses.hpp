@@ -25,6 +25,7 @@ class FakeChildProcesses final : public ChildProcesses {
     commands.push_back(command);
     if (ending.kill.stop_requested()) return ChildResult{SIGKILL, ""};
     if (ending.terminate.stop_requested()) return ChildResult{SIGTERM, ""};
+    if (whileRunning) whileRunning(command, ending, received);
     auto result = next(command);
     if (result && command.error != ChildStream::captured) result->error.clear();
     if (result && received) received(std::exchange(result->output, {}));
@@ -36,7 +37,9 @@ class FakeChildProcesses final : public ChildProcesses {
   bool hostHasEnded = false;
   std::deque<Result> script;  ///< what the next runs give
   std::function<Result(const ChildCommand&)>
-      answer;                          ///< what every run gives for which the script has nothing
+      answer;  ///< what every run gives for which the script has nothing
+  /// What happens while a child runs that was started.
+  std::function<void(const ChildCommand&, const ChildEnding&, const ChildOutput&)> whileRunning;
   std::vector<ChildCommand> commands;  ///< every command that was run, in order
 
  private:

@@ -54,6 +54,8 @@ class FakeNetworkPreferences final : public NetworkPreferences {
     });
   }
 
+  std::size_t countDeferred() const { return deferredAnswers_.size(); }
+
   /// Gives the oldest deferred answer, with the value of this moment.
   void completeNext() {
     const auto completion = std::move(deferredAnswers_.at(0));

@@ -40,54 +40,44 @@ std::ptrdiff_t countPrimary(const OnboardingContent& content) {
 }
 
 TEST(OnboardingContent, TitleSymbolAndTintGoByStageOutcomeAndMode) {
-  const SetupObservation unfinished;
   struct Row {
     OnboardingStage stage;
     SetupObservation observation;
-    OnboardingContent::Header onboard;
+    std::string_view symbol;
+    Tint tint;
+    std::string title;
     std::string repairTitle;
   };
-  const OnboardingContent::Header setup{"shield.lefthalf.filled", Tint::accent, "Set up Ostrel Agent", ""};
+  const SetupObservation unfinished;
+  const std::string setup = "Set up Ostrel Agent";
   const Row rows[] = {
-      {stages::EnterToken{}, done("protected"), setup, setup.title},
-      {stages::Enrolling{}, unfinished, setup, setup.title},
-      {stages::Trusting{}, unfinished, setup, setup.title},
-      {stages::TrustNeeded{"why"},
-       unfinished,
-       {"exclamationmark.shield", Tint::amber, "Setup isn't finished", ""},
+      {stages::EnterToken{}, done("protected"), "shield.lefthalf.filled", Tint::accent, setup, setup},
+      {stages::Trusting{}, unfinished, "shield.lefthalf.filled", Tint::accent, setup, setup},
+      {stages::TrustNeeded{"why"}, unfinished, "exclamationmark.shield", Tint::amber, "Setup isn't finished",
        "Setup isn't finished"},
-      {stages::Checklist{},
-       unfinished,
-       {"shield.lefthalf.filled", Tint::accent, "Finish setting up Ostrel Agent",
-        "This list updates by itself as each step is done. You can leave it open."},
-       "Get this Mac protected again"},
-      {stages::Checklist{},
-       done("protected"),
-       {"checkmark.shield.fill", Tint::green, "Ostrel Agent is set up",
-        "The menu bar icon shows this status at any time."},
+      {stages::Checklist{}, unfinished, "shield.lefthalf.filled", Tint::accent,
+       "Finish setting up Ostrel Agent", "Get this Mac protected again"},
+      {stages::Checklist{}, done("protected"), "checkmark.shield.fill", Tint::green, "Ostrel Agent is set up",
        "This Mac is protected again"},
-      {stages::Checklist{},
-       done("degraded"),
-       {"exclamationmark.shield.fill", Tint::red, "This Mac is still not protected",
-        "These three steps are done, and something else on this Mac is still wrong. Open the menu bar icon "
-        "to see "
-        "which part, and what to do about it."},
-       "This Mac is still not protected"},
-      {stages::Checklist{},
-       done(""),
-       {"shield", Tint::secondary, "This Mac's protection state is not reported",
-        "These three steps are done. This Mac has not reported whether it is protected. Open the menu bar "
-        "icon to "
-        "check again."},
-       "This Mac's protection state is not reported"},
+      {stages::Checklist{}, done("degraded"), "exclamationmark.shield.fill", Tint::red,
+       "This Mac is still not protected", "This Mac is still not protected"},
+      {stages::Checklist{}, done(""), "shield", Tint::secondary,
+       "This Mac's protection state is not reported", "This Mac's protection state is not reported"},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.onboard.title);
-    EXPECT_EQ(onboardingContent(modelAt(row.stage, OnboardingMode::onboard, row.observation), false).header,
-              row.onboard);
-    EXPECT_EQ(
-        onboardingContent(modelAt(row.stage, OnboardingMode::repair, row.observation), false).header.title,
-        row.repairTitle);
+    SCOPED_TRACE(row.title);
+    const bool isChecklist = std::holds_alternative<stages::Checklist>(row.stage);
+    for (const bool isRepair : {false, true}) {
+      const auto mode = isRepair ? OnboardingMode::repair : OnboardingMode::onboard;
+      const auto content = onboardingContent(modelAt(row.stage, mode, row.observation), false);
+      EXPECT_EQ(content.windowTitle, isRepair ? "Repair Ostrel Agent" : "Set Up Ostrel Agent");
+      EXPECT_EQ(content.header.symbol, row.symbol);
+      EXPECT_EQ(content.header.tint, row.tint);
+      EXPECT_EQ(content.header.title, isRepair ? row.repairTitle : row.title);
+      EXPECT_EQ(content.header.subtitle.empty(), !isChecklist);
+      const bool isDone = isChecklist && row.observation != unfinished;
+      EXPECT_EQ(content.closingNote.empty(), isRepair || !isDone);
+    }
   }
 }
 
@@ -136,12 +126,13 @@ TEST(OnboardingContent, ActivationAndActionErrorsStandAtTheirOwnRows) {
   model.actionError = {OnboardingChecklist::Step::proxy, "no filter"};
   auto content = onboardingContent(model, true);
   EXPECT_EQ(content.rows.at(0).progress, "line");
-  EXPECT_EQ(content.rows.at(0).error, "");
+  EXPECT_TRUE(content.rows.at(0).errors.empty());
   EXPECT_FALSE(content.rows.at(0).buttons.at(0).isEnabled);
-  EXPECT_EQ(content.rows.at(1).error, "no filter");
+  EXPECT_EQ(content.rows.at(1).errors, std::vector<std::string>{"no filter"});
   model.activation = activationstate::Failed{"denied"};
+  model.actionError = {OnboardingChecklist::Step::approval, "no settings"};
   content = onboardingContent(model, false);
-  EXPECT_EQ(content.rows.at(0).error, "denied");
+  EXPECT_EQ(content.rows.at(0).errors, (std::vector<std::string>{"denied", "no settings"}));
   EXPECT_TRUE(content.rows.at(0).buttons.at(0).isEnabled);
 }
 

@@ -4,6 +4,7 @@
 
 #include <optional>
 
+#include "OstrelAgent/Copy.hpp"
 #include "Tests/Fakes/FakeHost.hpp"
 #include "Tests/Fakes/FakeLog.hpp"
 #include "Tests/Fakes/FakeOnboardingWindow.hpp"
@@ -21,6 +22,9 @@ constexpr const char* certificate = R"({"ok":true,"ca_trusted":false,"ca_cert_pe
 constexpr const char* isTrusted = R"({"ok":true,"ca_trusted":true})";
 constexpr const char* jobFile = "/Users/robin/Library/LaunchAgents/tech.brenn.ostrel-agent.menubar.plist";
 
+using Errors = std::vector<std::string>;
+using Proxies = std::vector<TransparentProxyConfiguration>;
+
 /// The flow over a host of fakes: what the status report, the daemon and the tools answer is the test's.
 struct OnboardingFlowControllerTest : testing::Test {
   OnboardingFlowControllerTest() {
@@ -37,7 +41,7 @@ struct OnboardingFlowControllerTest : testing::Test {
       wasActivated = true;
       return activationResult;
     }
-    return ChildResult{statusExit, report()};
+    return ChildResult{statusExit, wholeReport.value_or(report())};
   }
 
   std::string report() const {
@@ -80,6 +84,11 @@ struct OnboardingFlowControllerTest : testing::Test {
     } while (host.backgroundQueue.countWaiting() + host.statusQueue.countWaiting() > 0);
   }
 
+  void poll() {
+    host.mainQueue.advance(OnboardingFlowController::pollPeriod);
+    runAll();
+  }
+
   void press(OnboardingAction action) {
     window.press(action);
     runAll();
@@ -108,6 +117,7 @@ struct OnboardingFlowControllerTest : testing::Test {
   FakeChildProcesses::Result activationResult = ChildResult{0, ""};
   bool wasActivated = false;
   std::int32_t statusExit = 0;
+  std::optional<std::string> wholeReport;  ///< in place of the one that the rest makes
   bool isEnrolled = false;
   bool isTrustPending = false;
   std::string verdict;
@@ -139,7 +149,7 @@ TEST_F(OnboardingFlowControllerTest, LeadsFromATokenToAnActivationThatAsksForApp
   press(enrol);
   EXPECT_EQ(window.typed, "");
   EXPECT_EQ(title(), "Finish setting up Ostrel Agent");
-  EXPECT_EQ(row(Step::approval).error, "denied");
+  EXPECT_EQ(row(Step::approval).errors, Errors{"denied"});
   const auto awaited = std::ranges::any_of(window.contents, [](const OnboardingContent& content) {
     return !content.rows.empty() && content.rows[0].progress == "approval required → open";
   });
@@ -148,7 +158,7 @@ TEST_F(OnboardingFlowControllerTest, LeadsFromATokenToAnActivationThatAsksForApp
   activationResult = ChildResult{0, ""};
   extensionCode = "SYSEXT_DIVERTING";
   verdict = "protected";
-  host.networkPreferences.transparentProxies = std::vector<TransparentProxyConfiguration>{{true, true}};
+  host.networkPreferences.transparentProxies = Proxies{{true, true}};
   press(reopenApprovalPrompt);
   EXPECT_EQ(title(), "Ostrel Agent is set up");
   press(finish);
@@ -169,8 +179,7 @@ TEST_F(OnboardingFlowControllerTest, AnEnrolledMacGoesStraightToTheTrustOnceWhoe
     host.mainQueue.runAll();
     EXPECT_EQ(host.backgroundQueue.countWaiting(), 1U);
     runAll();
-    host.mainQueue.advance(OnboardingFlowController::pollPeriod);
-    runAll();
+    poll();
     EXPECT_EQ(title(), "Finish setting up Ostrel Agent");
     EXPECT_EQ(countRuns("activate"), isJobInstalled ? 0 : 1);
     window.close();
@@ -201,9 +210,9 @@ TEST_F(OnboardingFlowControllerTest, InRepairATrustThatIsOwedIsAskedForUntilItIs
   EXPECT_EQ(title(), "Get this Mac protected again");
   runAll();
   EXPECT_EQ(title(), "Setup isn't finished");
+  EXPECT_EQ(window.shown().paragraphs, Errors{std::string(Copy::Onboarding::trustNeededOwedInRepair.text())});
   press(deferTrust);
-  host.mainQueue.advance(OnboardingFlowController::pollPeriod);
-  runAll();
+  poll();
   EXPECT_EQ(title(), "Get this Mac protected again");
   EXPECT_EQ(countRuns("activate"), 0);
   EXPECT_TRUE(host.unixSockets.connections.empty()) << "a repair does not ask whether the Mac is enrolled";
@@ -213,7 +222,7 @@ TEST_F(OnboardingFlowControllerTest, OnlyTheNewestPollIsPublished) {
   open(OnboardingMode::repair);
   host.mainQueue.advance(OnboardingFlowController::pollPeriod);
   ASSERT_EQ(host.statusQueue.countWaiting(), 2U);
-  host.networkPreferences.transparentProxies = std::vector<TransparentProxyConfiguration>{{true, true}};
+  host.networkPreferences.transparentProxies = Proxies{{true, true}};
   host.statusQueue.runNext();
   host.mainQueue.runAll();
   EXPECT_EQ(row(Step::approval).state, ChecklistStepState::unreadable);
@@ -226,19 +235,21 @@ TEST_F(OnboardingFlowControllerTest, ErrorsOfSettingsAndFilterStandAtTheirRowsUn
   open(OnboardingMode::repair);
   workspace.canOpenUrls = false;
   press(openExtensionSettings);
-  EXPECT_TRUE(row(Step::approval).error.starts_with("Could not open System Settings."));
+  EXPECT_TRUE(row(Step::approval).errors.at(0).starts_with("Could not open System Settings."));
+  EXPECT_EQ(workspace.urls.back(), "x-apple.systempreferences:com.apple.LoginItems-Settings.extension");
   host.networkPreferences.proxySaveErrors = {{vpnErrorDomain, 5, "denied"}};
   press(turnOnNetworkFilter);
-  EXPECT_EQ(row(Step::proxy).error, "Couldn't turn the network filter on (save proxy prefs: denied).");
-  EXPECT_EQ(row(Step::approval).error, "");
+  EXPECT_EQ(row(Step::proxy).errors,
+            Errors{"Couldn't turn the network filter on (save proxy prefs: denied)."});
+  EXPECT_EQ(row(Step::approval).errors, Errors());
   press(openExtensionSettings);
-  EXPECT_EQ(row(Step::approval).error, "") << "the error of another step stays";
+  EXPECT_EQ(row(Step::approval).errors, Errors()) << "the error of another step stays";
   workspace.canOpenUrls = true;
   workspace.majorVersion = 14;
   press(openExtensionSettings);
   EXPECT_EQ(workspace.urls.back(), "x-apple.systempreferences:com.apple.preference.security?Security");
   press(turnOnNetworkFilter);
-  EXPECT_EQ(row(Step::proxy).error, "");
+  EXPECT_EQ(row(Step::proxy).errors, Errors());
   EXPECT_EQ(row(Step::proxy).state, ChecklistStepState::satisfied);
 }
 
@@ -249,11 +260,11 @@ TEST_F(OnboardingFlowControllerTest, AnActivationThatCannotStartSaysWhyAndCanBeT
   window.press(reopenApprovalPrompt);
   EXPECT_EQ(row(Step::approval).progress, "Asking macOS to approve the network extension…");
   runAll();
-  EXPECT_EQ(row(Step::approval).error, "Could not start activation: No such file or directory");
+  EXPECT_EQ(row(Step::approval).errors, Errors{"Could not start activation: No such file or directory"});
   EXPECT_EQ(countRuns("activate"), 1);
   activationResult = ChildResult{3, "", " \n"};
   press(reopenApprovalPrompt);
-  EXPECT_EQ(row(Step::approval).error, "Activation exited with status 3.");
+  EXPECT_EQ(row(Step::approval).errors, Errors{"Activation exited with status 3."});
 }
 
 TEST_F(OnboardingFlowControllerTest, WhatIsAnsweredAfterTheWindowClosedIsDropped) {
@@ -272,11 +283,226 @@ TEST_F(OnboardingFlowControllerTest, WhatIsAnsweredAfterTheWindowClosedIsDropped
 
 TEST_F(OnboardingFlowControllerTest, ClosingEndsAnActivationThatRuns) {
   open(OnboardingMode::repair);
-  window.press(reopenApprovalPrompt);
-  window.close();
+  bool wasEnded = false;
+  host.childProcesses.whileRunning = [&](const ChildCommand& command, const ChildEnding& ending,
+                                         const auto&) {
+    if (command.arguments.front() != "activate") return;
+    window.press(finish);
+    window.press(finish);
+    wasEnded = ending.terminate.stop_requested();
+  };
+  press(reopenApprovalPrompt);
+  EXPECT_TRUE(wasEnded);
+  EXPECT_EQ(host.shell.terminations, 1);
+}
+
+TEST_F(OnboardingFlowControllerTest, WhatCannotBeReadMakesItsRowsUnreadable) {
+  using enum ChecklistStepState;
+  constexpr const char* withoutHealth =
+      R"({"version":"1","ca_trusted":true,"token_present":true,"token_managed":false,"daemon_listening":true})";
+  struct Row {
+    std::int32_t statusExit;
+    std::optional<std::string> report;
+    NetworkPreferences::TransparentProxies proxies;
+    ChecklistStepState approval, proxy, installs;
+  };
+  const PlatformError loadError{vpnErrorDomain, 5, "denied"};
+  const Row rows[] = {
+      {0, {}, Proxies{{true, true}}, satisfied, satisfied, satisfied},
+      {1, {}, Proxies{{true, false}}, unreadable, satisfied, unreadable},
+      {0, "no report", Proxies{}, unreadable, pending, unreadable},
+      {0, withoutHealth, Proxies{{false, true}}, satisfied, pending, unreadable},
+      {0, {}, std::unexpected(loadError), satisfied, unreadable, satisfied},
+      {0, withoutHealth, std::unexpected(TransparentProxiesError(loadError, {{true, true}})), satisfied,
+       unreadable, unreadable},
+  };
+  extensionCode = "SYSEXT_DIVERTING";
+  open(OnboardingMode::repair);
+  for (const auto& each : rows) {
+    SCOPED_TRACE(&each - rows);
+    statusExit = each.statusExit;
+    wholeReport = each.report;
+    host.networkPreferences.transparentProxies = each.proxies;
+    poll();
+    EXPECT_EQ(row(Step::approval).state, each.approval);
+    EXPECT_EQ(row(Step::proxy).state, each.proxy);
+    EXPECT_EQ(row(Step::diverting).state, each.installs);
+  }
+}
+
+TEST_F(OnboardingFlowControllerTest, AHelperThatHangsDoesNotLeaveAnOldGreenStanding) {
+  extensionCode = "SYSEXT_DIVERTING";
+  verdict = "protected";
+  host.networkPreferences.transparentProxies = Proxies{{true, true}};
+  open(OnboardingMode::repair);
   runAll();
-  EXPECT_EQ(countRuns("activate"), 1);
-  EXPECT_FALSE(wasActivated) << "the child was asked to end before it was started";
+  EXPECT_EQ(title(), "This Mac is protected again");
+  host.networkPreferences.transparentProxies = std::unexpected(PlatformError{vpnErrorDomain, 5, "denied"});
+  for (std::size_t i = 0; i <= StatusRuns::mostOutstanding; ++i) {
+    host.mainQueue.advance(OnboardingFlowController::pollPeriod);
+  }
+  EXPECT_EQ(title(), "This Mac is protected again");
+  host.statusQueue.runNext();
+  host.mainQueue.runAll();
+  EXPECT_EQ(title(), "Get this Mac protected again") << "the oldest run was ended for its place";
+}
+
+TEST_F(OnboardingFlowControllerTest, ADaemonThatIsGoneIsToldAtEachStage) {
+  const auto enrolError = [this] {
+    press(enrol);
+    return window.shown().tokenField->error;
+  };
+  answer({R"({"ok":true,"enrolled":false})"});
+  open();
+  runAll();
+  window.typed = "zq_enroll_x";
+  host.unixSockets.connectError = ErrorNumber{EACCES};
+  EXPECT_TRUE(enrolError().contains("enrol this device"));
+  host.unixSockets.connectError = ErrorNumber{ENOENT};
+  host.files.files.erase(std::string(ControlSocket::socketPath));
+  const auto missing = enrolError();
+  EXPECT_TRUE(missing.contains("isn't installed on this Mac yet")) << missing;
+  host.files.put(std::string(ControlSocket::socketPath), "socket");
+  host.unixSockets.connectError.reset();
+  host.unixSockets.answers.push_back({});
+  const auto closed = enrolError();
+  EXPECT_FALSE(closed.empty());
+  EXPECT_NE(closed, missing);
+  window.typed = "zq_enroll_\xFF";
+  EXPECT_TRUE(enrolError().starts_with("Enrollment failed: "));
+
+  window.typed = "zq_enroll_x";
+  host.unixSockets.answers.clear();
+  answer({R"({"ok":true})"});
+  host.unixSockets.answers.push_back({});
+  press(enrol);
+  EXPECT_EQ(title(), "Setup isn't finished") << "gone before the certificate";
+  answer({certificate});
+  host.unixSockets.answers.push_back({});
+  press(retryTrust);
+  EXPECT_EQ(title(), "Setup isn't finished") << "gone before it tells whether the certificate is trusted";
+  EXPECT_EQ(countRuns("activate"), 0);
+}
+
+TEST_F(OnboardingFlowControllerTest, ATokenGoesToTheDaemonWholeAndOnce) {
+  for (const auto& typed : {"zq_enroll_" + std::string(65536, 'x'), std::string(" zq_enroll_a\nb\n")}) {
+    host.unixSockets.connections.clear();
+    answer({R"({"ok":true,"enrolled":false})"});
+    open();
+    runAll();
+    window.typed = typed;
+    answer({R"({"ok":false,"error":"no"})"});
+    window.press(enrol);
+    press(enrol);
+    ASSERT_EQ(host.unixSockets.connections.size(), 2U);
+    const auto& sent = host.unixSockets.connections.back().writes.at(0);
+    EXPECT_EQ(std::ranges::count(sent, '\n'), 1);
+    EXPECT_TRUE(sent.ends_with(typed.starts_with(' ') ? "zq_enroll_a\\nb\"}\n" : typed + "\"}\n"));
+    window.close();
+  }
+}
+
+TEST_F(OnboardingFlowControllerTest, TheActivationsProgressIsThatOfItsLastPiece) {
+  open(OnboardingMode::repair);
+  Errors progress;
+  host.childProcesses.whileRunning = [&](const ChildCommand& command, const auto&,
+                                         const ChildOutput& received) {
+    if (command.arguments.front() != "activate") return;
+    for (const char* piece : {"==> appro", "val required\n", "\xFF\n", " \n", "Approval Required\n"}) {
+      received(piece);
+      host.mainQueue.runAll();
+      progress.push_back(row(Step::approval).progress);
+    }
+    extensionCode = "SYSEXT_IDLE";
+    host.mainQueue.advance(OnboardingFlowController::pollPeriod);
+    host.statusQueue.runAll();
+    host.mainQueue.runAll();
+    EXPECT_EQ(row(Step::approval).state, ChecklistStepState::satisfied);
+    EXPECT_EQ(row(Step::approval).progress, "Approval Required") << "polls leave a run that goes on alone";
+    extensionCode = "";
+  };
+  activationResult = ChildResult{9, "", ""};
+  press(reopenApprovalPrompt);
+  EXPECT_EQ(progress,
+            (Errors{"==> appro", "val required", "val required", "val required", "Approval Required"}));
+  EXPECT_EQ(row(Step::approval).errors, Errors{"Activation exited with status 9."});
+  extensionCode = "SYSEXT_IDLE";
+  poll();
+  EXPECT_EQ(row(Step::approval).errors, Errors());
+  extensionCode = "";
+  poll();
+  EXPECT_EQ(row(Step::approval).errors, Errors()) << "what was mended does not come back";
+  host.bundle.executable = "";
+  press(reopenApprovalPrompt);
+  EXPECT_EQ(row(Step::approval).errors, Errors{"Could not locate the Ostrel Agent app executable."});
+}
+
+TEST_F(OnboardingFlowControllerTest, EachFailureOfTheFilterNamesItsStage) {
+  auto& preferences = host.networkPreferences;
+  const PlatformError denied{vpnErrorDomain, 5, "denied"};
+  const std::pair<std::function<void()>, const char*> rows[] = {
+      {[&] { preferences.transparentProxies = std::unexpected(denied); }, "load proxy prefs: denied"},
+      {[&] { preferences.transparentProxies = Proxies(), preferences.startError = denied; },
+       "start proxy: denied"},
+      {[&] { preferences.transparentProxies = Proxies(), host.bundle.resources.clear(); },
+       "captured-hosts.json"},
+  };
+  open(OnboardingMode::repair);
+  for (const auto& [arrange, words] : rows) {
+    arrange();
+    poll();
+    const auto first = window.contents.size();
+    press(turnOnNetworkFilter);
+    const auto isTold = std::any_of(
+        window.contents.begin() + static_cast<std::ptrdiff_t>(first), window.contents.end(),
+        [&, text = words](const OnboardingContent& content) {
+          const auto& errors = content.rows.at(1).errors;
+          return !errors.empty() && errors[0].starts_with("Couldn't turn the network filter on (") &&
+                 errors[0].contains(text);
+        });
+    EXPECT_TRUE(isTold) << words;
+  }
+}
+
+TEST_F(OnboardingFlowControllerTest, ASecondPressStartsNothingTwice) {
+  open(OnboardingMode::repair);
+  runAll();
+  host.networkPreferences.isDeferred = true;
+  host.networkPreferences.transparentProxies = Proxies();
+  window.press(turnOnNetworkFilter);
+  window.press(turnOnNetworkFilter);
+  while (host.networkPreferences.countDeferred() > 0) {
+    host.networkPreferences.completeNext();
+    host.mainQueue.runAll();
+  }
+  EXPECT_EQ(host.networkPreferences.transparentProxies->size(), 1U);
+  host.networkPreferences.isDeferred = false;
+  isEnrolled = isTrustPending = true;
+  poll();
+  window.press(retryTrust);
+  EXPECT_TRUE(window.shown().allButtons().empty()) << "a trust that runs is not started again";
+}
+
+TEST_F(OnboardingFlowControllerTest, OnTheFirstWayTheChecklistStaysThoughTrustIsOwed) {
+  isEnrolled = isTrustPending = true;
+  answer({R"({"ok":true,"enrolled":true})", isTrusted});
+  open();
+  runAll();
+  poll();
+  EXPECT_EQ(title(), "Finish setting up Ostrel Agent");
+  EXPECT_EQ(host.shell.activations, 1);
+}
+
+TEST_F(OnboardingFlowControllerTest, AsksForNotificationsUnlessThatIsDecided) {
+  for (const auto decided : {NotificationAuthorization::denied, NotificationAuthorization::authorized}) {
+    notifications.authorization = decided;
+    open(OnboardingMode::repair);
+    EXPECT_EQ(notifications.requests, 0);
+  }
+  notifications.authorization = NotificationAuthorization::notDetermined;
+  notifications.requestResult = std::unexpected(PlatformError{"UNErrorDomain", 1, "not allowed"});
+  open(OnboardingMode::repair);
+  EXPECT_EQ(log.lines, Errors{"ostrel: notification authorization request failed: not allowed"});
 }
 
 }  // namespace

@@ -26,34 +26,36 @@ SetupObservation diverting() {
           .verdict = "protected"};
 }
 
-TEST(OnboardingFlow, AnEventMovesOnlyTheStageThatItConcerns) {
-  const OnboardingStage all[] = {stages::EnterToken{"old"}, stages::TrustNeeded{"old"}, stages::Enrolling{},
-                                 stages::Trusting{}, stages::Checklist{}};
-  struct Row {
-    Kind event;
-    std::vector<std::size_t> from;
-    OnboardingStage to;
+TEST(OnboardingFlow, AnEventThatDoesNotConcernTheStageMovesNothing) {
+  const std::pair<OnboardingStage, Kind> rows[] = {
+      {stages::Enrolling{}, Kind::tokenRejected},      {stages::Checklist{}, Kind::tokenRejected},
+      {stages::Trusting{}, Kind::enrolmentFailed},     {stages::Checklist{}, Kind::enrolmentFailed},
+      {stages::Trusting{}, Kind::trustDeferred},       {stages::EnterToken{}, Kind::trustDeferred},
+      {stages::Trusting{}, Kind::trustOwed},           {stages::TrustNeeded{"old"}, Kind::trustOwed},
+      {stages::EnterToken{"old"}, Kind::trustOwed},    {stages::Checklist{}, Kind::trustRefused},
+      {stages::EnterToken{"old"}, Kind::trustRefused}, {stages::Enrolling{}, Kind::enrolmentBegan},
   };
-  const Row rows[] = {
-      {Kind::tokenRejected, {0}, stages::EnterToken{"new"}},
-      {Kind::enrolmentBegan, {0}, stages::Enrolling{}},
-      {Kind::enrolmentFailed, {2}, stages::EnterToken{"new"}},
-      {Kind::trustBegan, {0, 1, 2, 3, 4}, stages::Trusting{}},
-      {Kind::trusted, {3}, stages::Checklist{}},
-      {Kind::trustRefused, {3}, stages::TrustNeeded{"new"}},
-      {Kind::trustDeferred, {1}, stages::Checklist{}},
-      {Kind::trustOwed, {4}, stages::TrustNeeded{"new"}},
-  };
-  for (const auto& row : rows) {
-    for (std::size_t i = 0; i < std::size(all); ++i) {
-      SCOPED_TRACE(testing::Message() << static_cast<int>(row.event) << " at " << i);
-      const auto after = stageAfter(all[i], {row.event, "new"});
-      const bool isConcerned = std::ranges::count(row.from, i) > 0;
-      EXPECT_EQ(after, isConcerned ? std::optional(row.to) : std::nullopt);
-    }
+  for (const auto& [stage, event] : rows) {
+    EXPECT_EQ(stageAfter(stage, {event, "new"}), std::nullopt)
+        << stage.index() << " by " << static_cast<int>(event);
   }
   EXPECT_EQ(initialStage(OnboardingMode::onboard), OnboardingStage(stages::EnterToken{}));
   EXPECT_EQ(initialStage(OnboardingMode::repair), OnboardingStage(stages::Checklist{}));
+}
+
+TEST(OnboardingFlow, SomeCodesProveApprovalAndFewerThatInstallsAreInspected) {
+  const std::pair<const char*, ChecklistStepState> rows[] = {
+      {"SYSEXT_DIVERTING", satisfied},        {"SYSEXT_IDLE", satisfied},
+      {"SYSEXT_LAGS_DAEMON", satisfied},      {"SYSEXT_PROXY_DISABLED", pending},
+      {"SYSEXT_REACTIVATE_PENDING", pending}, {"SYSEXT_PREDATES_DAEMON", pending},
+  };
+  for (const auto& [code, installs] : rows) {
+    auto observation = diverting();
+    observation.sysextActive = false;
+    observation.sysextCode = code;
+    EXPECT_EQ(OnboardingChecklist::state(Step::approval, observation), satisfied) << code;
+    EXPECT_EQ(OnboardingChecklist::state(Step::diverting, observation), installs) << code;
+  }
 }
 
 TEST(OnboardingFlow, ReadsTheStepsInTheOrderOfItsRules) {

@@ -45,6 +45,7 @@ TEST(StatusRead, TransparentProxiesCountTogetherAndNoneOrAFailureLeavesTheDefaul
   using Proxy = Snapshot::TransparentProxy;
   const Row rows[] = {
       {std::unexpected(loadError), false, std::nullopt},
+      {std::unexpected(TransparentProxiesError(loadError, {{true, true}})), true, std::nullopt},
       {Proxies{}, false, std::nullopt},
       {Proxies{{false, false}}, false, Proxy{true, false}},
       {Proxies{{true, false}}, false, Proxy{true, true}},
