@@ -144,7 +144,7 @@ class LinuxHost final : public HostLifetime {
       .shell = desktop_ ? desktop_->shell() : consoleShell_,
       .statusItem = desktop_ ? desktop_->statusItem() : consoleStatusItem_,
       .screens = desktop_ ? desktop_->screens() : consoleScreens_,
-      .onboardingWindow = consoleOnboardingWindow_,
+      .onboardingWindow = desktop_ ? desktop_->onboardingWindow() : consoleOnboardingWindow_,
   };
   FrontSignal frontSignal_{mainQueue_, [this] { services_.shell.activate(); }};
 };

@@ -369,6 +369,7 @@ TEST_F(OnboardingFlowControllerTest, ADaemonThatIsGoneIsToldAtEachStage) {
   EXPECT_FALSE(closed.empty());
   EXPECT_NE(closed, missing);
   window.typed = "zq_enroll_\xFF";
+  host.unixSockets.answers.push_back({});
   EXPECT_TRUE(enrolError().starts_with("Enrollment failed: "));
 
   window.typed = "zq_enroll_x";

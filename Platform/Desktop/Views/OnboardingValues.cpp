@@ -88,8 +88,14 @@ TokenFieldValue tokenFieldOf(const OnboardingContent& content) {
 }
 
 StepValue valueOf(const OnboardingContent::Row& row) {
-  StepValue value{kindOf(row.state),    textOf(row.title), textOf(row.note),
-                  textOf(row.progress), textOf(row.error), {}};
+  QStringList errors;
+  for (const auto& error : row.errors) errors.append(textOf(error));
+  StepValue value{kindOf(row.state),
+                  textOf(row.title),
+                  textOf(row.note),
+                  textOf(row.progress),
+                  errors.join(QLatin1Char('\n')),
+                  {}};
   for (const auto& button : row.buttons) value.buttons.append(valueOf(button));
   return value;
 }
