@@ -18,7 +18,8 @@ std::expected<SystemExtensionAction, std::string> ExtensionSettings::deny() cons
 }
 
 std::expected<void, std::string> ExtensionSettings::bundle(const std::string& version) const {
-  const StateLock lock(lockPath_);
+  const auto lock = StateLock::take(lockPath_);
+  if (!lock) return std::unexpected(lock.error().description);
   auto state = read();
   state.bundledVersion = version;
   return write(state);
@@ -26,7 +27,8 @@ std::expected<void, std::string> ExtensionSettings::bundle(const std::string& ve
 
 std::expected<SystemExtensionAction, std::string> ExtensionSettings::answer(Answer answer) const {
   if (!read().awaiting) return std::unexpected("nothing waits for approval");
-  const StateLock lock(lockPath_);
+  const auto lock = StateLock::take(lockPath_);
+  if (!lock) return std::unexpected(lock.error().description);
   auto state = read();
   if (!state.awaiting) return std::unexpected("nothing waits for approval any more");
   const auto action = *state.awaiting;

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <utility>
 #include <vector>
@@ -18,6 +19,7 @@ namespace {
 constexpr const char* jobsFile = "/Library/Application Support/simulated-endpoint/jobs.json";
 // Not the lock of the other state: the end of a job may take seconds.
 constexpr const char* jobsLock = "/Library/Application Support/simulated-endpoint/jobs.lock";
+constexpr std::chrono::seconds patience(30);
 
 bool hasGraphicalSession() {
   for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY"}) {
@@ -51,7 +53,8 @@ LaunchJobs::LaunchJobs(Files& files, const HostRoot& root)
 
 int LaunchJobs::bootstrap(const std::string& domain, const std::string& propertyList) {
   if (domain != "gui/" + std::to_string(::getuid()) || !hasGraphicalSession()) return unsupportedDomain;
-  const StateLock lock(lockPath_);
+  const auto lock = StateLock::take(lockPath_, patience);
+  if (!lock) return inputOutputError;
   const auto text = files_.read(root_.realPath(propertyList));
   const auto list = text ? parsePropertyList(*text) : Json();
   auto job = list ? jobOf(*list) : Json();
@@ -67,7 +70,8 @@ int LaunchJobs::bootstrap(const std::string& domain, const std::string& property
 }
 
 int LaunchJobs::bootout(const std::string& service) {
-  const StateLock lock(lockPath_);
+  const auto lock = StateLock::take(lockPath_, patience);
+  if (!lock) return inputOutputError;
   auto jobs = load();
   if (!jobs.contains(service)) return noSuchProcess;
   LaunchedProcess::of(jobs[service]).end();
@@ -76,7 +80,8 @@ int LaunchJobs::bootout(const std::string& service) {
 }
 
 int LaunchJobs::kickstart(const std::string& service) {
-  const StateLock lock(lockPath_);
+  const auto lock = StateLock::take(lockPath_, patience);
+  if (!lock) return inputOutputError;
   auto jobs = load();
   if (!jobs.contains(service)) return noSuchService;
   LaunchedProcess::of(jobs[service]).end();

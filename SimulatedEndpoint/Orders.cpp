@@ -21,7 +21,8 @@ Json Orders::order(const std::string& name) const {
 }
 
 std::expected<void, std::string> Orders::give(const std::string& name, const Json& order) const {
-  const StateLock lock(lockPath_);
+  const auto lock = StateLock::take(lockPath_);
+  if (!lock) return std::unexpected(lock.error().description);
   auto orders = all();
   orders[name] = order;
   if (order.is_null()) orders.erase(name);
@@ -29,7 +30,8 @@ std::expected<void, std::string> Orders::give(const std::string& name, const Jso
 }
 
 std::expected<void, std::string> Orders::clear() const {
-  const StateLock lock(lockPath_);
+  const auto lock = StateLock::take(lockPath_);
+  if (!lock) return std::unexpected(lock.error().description);
   if (auto gone = files_.remove(path_); !gone) return std::unexpected(gone.error().description);
   return {};
 }

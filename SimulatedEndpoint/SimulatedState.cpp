@@ -85,7 +85,8 @@ std::expected<Scenario, std::string> SimulatedState::observed() const {
 
 std::expected<void, std::string> SimulatedState::choose(const Scenario& scenario,
                                                         std::string_view changedPath) const {
-  const StateLock lock(root_.realPath(simulatedstate::lock));
+  const auto lock = StateLock::take(root_.realPath(simulatedstate::lock));
+  if (!lock) return std::unexpected(lock.error().description);
   return write(scenario, changedPath);
 }
 
@@ -98,7 +99,8 @@ std::expected<void, std::string> SimulatedState::change(const Change& change,
                                                         std::string_view changedPath) const {
   // What cannot be done leaves no trace, not even the lock's file.
   if (const auto planned = changed(change); !planned) return std::unexpected(planned.error());
-  const StateLock lock(root_.realPath(simulatedstate::lock));
+  const auto lock = StateLock::take(root_.realPath(simulatedstate::lock));
+  if (!lock) return std::unexpected(lock.error().description);
   const auto after = changed(change);
   if (!after) return std::unexpected(after.error());
   return write(*after, changedPath);

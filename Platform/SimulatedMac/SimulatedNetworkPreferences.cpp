@@ -151,7 +151,8 @@ NetworkPreferences::TransparentProxies SimulatedNetworkPreferences::readProxies(
 
 NetworkPreferences::Done SimulatedNetworkPreferences::changeProxies(FaultyCall call, const Change& change) {
   if (auto ordered = orders_.takeFailure(call)) return std::unexpected(std::move(*ordered));
-  const StateLock lock(lockPath_);
+  const auto lock = StateLock::take(lockPath_);
+  if (!lock) return std::unexpected(unusableProxies(lock.error().description));
   auto configurations = readProxies();
   if (!configurations) return std::unexpected(configurations.error());
   if (auto done = change(*configurations); !done) return done;

@@ -59,7 +59,8 @@ std::optional<PlatformError> SimulatedOrders::takeFailure(FaultyCall call) {
   if (!files_.exists(simulatedstate::orders)) return std::nullopt;
   const auto name = nameOf(call);
   if (countOf(ordersOf(files_), name) <= 0) return std::nullopt;
-  const StateLock lock(lockPath_);
+  const auto lock = StateLock::take(lockPath_);
+  if (!lock) return lock.error();
   auto orders = ordersOf(files_);
   const int count = countOf(orders, name);
   if (count <= 0) return std::nullopt;

@@ -23,6 +23,11 @@ enum class ErrorCode {
   authorizationRequired = 13,
 };
 
+/// Whether something was carried out between two looks; to deny a request changes nothing but the question.
+bool isChanged(const SystemExtensionState& before, const SystemExtensionState& now) {
+  return before.installedVersion != now.installedVersion || before.enabled != now.enabled;
+}
+
 PlatformError error(ErrorCode code, std::string description) {
   return {"OSSystemExtensionErrorDomain", static_cast<int>(code), std::move(description)};
 }
@@ -58,9 +63,11 @@ bool SimulatedSystemExtensions::isReplacementCancelled(const Request& request) c
   return replaces && delegate && delegate->replacementOfInstalled() == SystemExtensionReplacement::cancel;
 }
 
-void SimulatedSystemExtensions::take(const Request& request) {
-  std::optional<StateLock> lock(lockPath_);
+void SimulatedSystemExtensions::take(Request request) {
+  std::optional lock = StateLock::take(lockPath_);
+  if (!*lock) return fail(request, error(ErrorCode::unknown, lock->error().description));
   auto state = read();
+  request.before = state;
   const auto step = requestStep(state, request.action, orders_.approvalRule());
   if (step == RequestStep::carryOut) state = after(request.action, state);
   if (step == RequestStep::awaitApproval) state.awaiting = request.action;
@@ -93,7 +100,7 @@ bool SimulatedSystemExtensions::isDecided(const Request& request) {
   if (state.awaiting == request.action) return false;
   if (hasReached(state, request.action)) {
     finish(request);
-  } else if (state.awaiting) {
+  } else if (state.awaiting || isChanged(request.before, state)) {
     fail(request, error(ErrorCode::requestSuperseded, "Another request took this one's place."));
   } else {
     // What the system answers where the person does not give the authorization that a request needs.

@@ -27,13 +27,14 @@ class SimulatedSystemExtensions final : public SystemExtensions {
   struct Request {
     SystemExtensionAction action;
     std::weak_ptr<SystemExtensionDelegate> delegate;
+    SystemExtensionState before = {};
     ScheduledWork look = {};
   };
   using Requests = std::list<Request>;
 
   void begin(const Request& request);
   bool isReplacementCancelled(const Request& request) const;
-  void take(const Request& request);
+  void take(Request request);
   void wait(const Request& request);
   /// Whether the wait is over.
   bool isDecided(const Request& request);

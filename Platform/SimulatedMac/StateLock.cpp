@@ -7,15 +7,35 @@
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
+#include <thread>
 
 namespace ostrel {
 
-StateLock::StateLock(const std::string& path) {
+namespace {
+
+constexpr std::chrono::milliseconds timeBetweenTries(2);
+
+std::unexpected<PlatformError> failure(const std::string& path, int number) {
+  const auto reason =
+      number == ETIMEDOUT ? "another program keeps it" : std::generic_category().message(number);
+  return std::unexpected(PlatformError{posixErrorDomain, number, "cannot lock " + path + ": " + reason});
+}
+
+}  // namespace
+
+std::expected<StateLock, PlatformError> StateLock::take(const std::string& path,
+                                                        std::chrono::milliseconds patience) {
   std::error_code error;
   std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
-  descriptor_ = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-  while (descriptor_ >= 0 && ::flock(descriptor_, LOCK_EX) != 0 && errno == EINTR) {
+  StateLock lock(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  if (lock.descriptor_ < 0) return failure(path, errno);
+  const auto deadline = std::chrono::steady_clock::now() + patience;
+  while (::flock(lock.descriptor_, LOCK_EX | LOCK_NB) != 0) {
+    if (errno != EWOULDBLOCK && errno != EINTR) return failure(path, errno);
+    if (std::chrono::steady_clock::now() >= deadline) return failure(path, ETIMEDOUT);
+    std::this_thread::sleep_for(timeBetweenTries);
   }
+  return lock;
 }
 
 StateLock::~StateLock() {

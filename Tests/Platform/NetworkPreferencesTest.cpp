@@ -6,6 +6,7 @@
 #include "Platform/Posix/PosixFiles.hpp"
 #include "Platform/SimulatedMac/HostRoot.hpp"
 #include "Platform/SimulatedMac/SimulatedNetworkPreferences.hpp"
+#include "Platform/SimulatedMac/StateLock.hpp"
 #include "Tests/Fakes/FakeFiles.hpp"
 #include "Tests/Fakes/FakeNetworkPreferences.hpp"
 #include "Tests/Fakes/TemporaryFolder.hpp"
@@ -143,6 +144,18 @@ TEST_F(NetworkPreferencesTest, FailsAsOftenAsOrderedOverAllItsUsers) {
     files.put(simulatedstate::orders, damaged);
     EXPECT_TRUE(save(preferences, {})) << damaged;
   }
+}
+
+TEST(StateLock, ATurnThatDoesNotComeIsAnError) {
+  const TemporaryFolder place;
+  {
+    const auto held = StateLock::take(place / "folder/lock");
+    ASSERT_TRUE(held);
+    EXPECT_EQ(StateLock::take(place / "folder/lock", std::chrono::milliseconds(10)).error().code, ETIMEDOUT);
+  }
+  EXPECT_TRUE(StateLock::take(place / "folder/lock"));
+  place.write("file", "");
+  EXPECT_EQ(StateLock::take(place / "file/lock").error().code, ENOTDIR);
 }
 
 TEST(StateLock, ChangesOfManyThreadsAreAllKept) {

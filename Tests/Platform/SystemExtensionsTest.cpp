@@ -118,13 +118,20 @@ TEST_F(SystemExtensionsTest, AnUnwantedReplacementAndAnUnknownExtensionChangeNot
 }
 
 TEST_F(SystemExtensionsTest, AWaitEndsWithWhatTheFileComesToTell) {
-  const std::pair<SystemExtensionState, const char*> rows[] = {
-      {active, "finished 0"},
-      {none, "OSSystemExtensionErrorDomain 13"},
-      {awaiting(none, Action::deactivation), "OSSystemExtensionErrorDomain 12"},
+  struct Row {
+    SystemExtensionState before;
+    SystemExtensionState after;
+    const char* word;
   };
-  for (const auto& [after, word] : rows) {
-    put(none);
+  const char* denied = "OSSystemExtensionErrorDomain 13";
+  const char* superseded = "OSSystemExtensionErrorDomain 12";
+  const Row rows[] = {
+      {none, active, "finished 0"}, {none, none, denied},
+      {disabled, disabled, denied}, {none, awaiting(none, Action::deactivation), superseded},
+      {disabled, none, superseded},
+  };
+  for (const auto& [before, after, word] : rows) {
+    put(before);
     const Words told = {"approval"};
     const Words all = {"approval", word};
     const auto first = submit(Action::activation);

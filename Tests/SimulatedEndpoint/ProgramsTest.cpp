@@ -131,7 +131,7 @@ TEST_F(Programs, TheControlProgramSaysWhatIsWrong) {
     EXPECT_FALSE(std::filesystem::exists(root));
   }
   place.write("root", "a file in place of the folder");
-  EXPECT_NE(run(CONTROL, {"scenario", "protected"}).error.find("cannot write " + root), std::string::npos);
+  EXPECT_NE(run(CONTROL, {"scenario", "protected"}).error.find("cannot lock " + root), std::string::npos);
 }
 
 }  // namespace
