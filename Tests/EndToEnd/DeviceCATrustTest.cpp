@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <future>
 
 #include "Platform/Posix/PosixChildProcesses.hpp"
 #include "Platform/Posix/PosixFiles.hpp"
@@ -68,6 +70,34 @@ TEST_F(DeviceCATrustOverTheSimulatedMac, EndsAsThePersonDecides) {
   control({"trust", "accept"});
   EXPECT_EQ(outcome(), Outcome{Outcome::Case::trusted});
   EXPECT_EQ(outcome(), Outcome{Outcome::Case::trusted}) << "asked once more, it is trusted already";
+  control({"stop"});
+}
+
+TEST_F(DeviceCATrustOverTheSimulatedMac, WaitsForTheToolAloneAndNotBeyondTheHost) {
+  Process daemon({CONTROL, "serve"}, environment);
+  daemon.awaitOutput("Serving");
+  const std::string ready = place / "ready";
+  const auto replaceTool = [&](const std::string& script) {
+    const auto tool = hostRoot.realPath("/usr/bin/security");
+    fs::remove(tool);
+    fs::remove(ready);
+    place.write(fs::relative(tool, place.path()).string(), "#!/bin/sh\n" + script);
+    fs::permissions(tool, fs::perms::owner_all);
+  };
+  replaceTool("sleep 20 & echo $! > " + ready + "; exit 3");
+  EXPECT_EQ(outcome().message, "macOS refused to trust the device certificate (security exited 3).");
+  EXPECT_EQ(::kill(std::stoi(place.read("ready")), SIGKILL), 0) << "the tool's child was waited for";
+  for (const auto* endless : {"exec cat /dev/zero >&2", "sleep 100"}) {
+    replaceTool(": > " + ready + "; " + endless);
+    PosixChildProcesses ending(realPath());
+    const DeviceCATrust trust(ControlSocket(sockets, files), files, ending, account);
+    auto ended = std::async(std::launch::async, [&trust] { return trust.ensureTrusted(); });
+    EXPECT_TRUE(becomesTrue([&] { return fs::exists(ready); }));
+    ending.endAll();
+    EXPECT_EQ(ended.wait_for(std::chrono::seconds(10)), std::future_status::ready) << endless;
+    EXPECT_EQ(ended.get().kind, Outcome::Case::failed);
+    EXPECT_TRUE(fs::is_empty(temporaryFolder)) << "a certificate is left";
+  }
   control({"stop"});
 }
 

@@ -80,7 +80,7 @@ TEST_F(OstrelAgent, AnswersAnUnknownCommandWithTheUsageLine) {
 
 TEST_F(OstrelAgent, WithoutAnArgumentItDoesWhatTheDaemonsAnswersAskFor) {
   const auto opensSetup = [this] {
-    return run({agent}, environment, "quit\n").output.contains("Set Up Ostrel Agent");
+    return run({agent}, environment, "quit\n").output.contains("Set up Ostrel Agent");
   };
   EXPECT_TRUE(opensSetup()) << "without a daemon";
   std::atomic<bool> isPending = true;
@@ -95,16 +95,27 @@ TEST_F(OstrelAgent, WithoutAnArgumentItDoesWhatTheDaemonsAnswersAskFor) {
   EXPECT_TRUE(run({agent}, environment).error.starts_with("no enforcement daemon installed")) << "activates";
 }
 
-TEST_F(OstrelAgent, ASignalEndsItWhileItWaitsForASilentDaemon) {
-  std::atomic<bool> isAsked = false;
-  const UnixServer daemon(socketPath(), [&isAsked](int connection) {
-    isAsked = true;
-    UnixServer::awaitClose(connection);
-  });
-  Process process({agent}, environment);
-  EXPECT_TRUE(becomesTrue([&isAsked] { return isAsked.load(); }));
-  process.signal(SIGTERM);
-  EXPECT_EQ(process.end(10s), -SIGTERM);
+TEST_F(OstrelAgent, ASignalEndsItWhileItWaitsForADaemonThatIsSilentOrDrips) {
+  struct Row {
+    std::vector<std::string> command;
+    UnixServer::Serve serve;
+    int status;
+  };
+  const Row rows[] = {{{agent}, UnixServer::awaitClose, -SIGTERM},
+                      {{agent, "onboarding"}, UnixServer::awaitClose, 128 + SIGTERM},
+                      {{agent, "onboarding"}, UnixServer::drip, 128 + SIGTERM}};
+  for (const auto& row : rows) {
+    std::atomic<bool> isAsked = false;
+    const UnixServer daemon(socketPath(), [&](int connection) {
+      isAsked = true;
+      row.serve(connection);
+    });
+    Process process(row.command, environment);
+    EXPECT_TRUE(becomesTrue([&isAsked] { return isAsked.load(); }));
+    process.signal(SIGTERM);
+    EXPECT_EQ(process.end(10s), row.status);
+    fs::remove(socketPath());
+  }
 }
 
 TEST_F(OstrelAgent, RelaunchRestartsTheMenuBarAgentAndTakesNoCommands) {

@@ -56,6 +56,12 @@ class UnixServer {
     EXPECT_EQ(::poll(&watched, 1, 20'000), 1) << "the client does not close";
   }
 
+  /// Sends blanks, one after the other, until the client has closed.
+  static void drip(int connection) {
+    pollfd watched{connection, POLLRDHUP, 0};
+    while (::poll(&watched, 1, 1) == 0) send(connection, " ");
+  }
+
  private:
   /// By way of the folder's descriptor, since the path may be too long for an address.
   static int bindAt(const std::filesystem::path& path) {

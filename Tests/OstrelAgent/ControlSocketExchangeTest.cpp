@@ -136,12 +136,7 @@ TEST_F(ControlSocketExchange, APeerThatNeverAnswersOrNeverReadsIsATimeOut) {
 }
 
 TEST_F(ControlSocketExchange, TheEndOfTheHostEndsTheWaitForAPeerThatIsSilentOrDrips) {
-  const auto drip = [](int connection) {
-    pollfd watched{connection, POLLRDHUP, 0};
-    while (::poll(&watched, 1, 1) == 0) UnixServer::send(connection, " ");
-  };
-  for (const UnixServer::Serve& serve :
-       {UnixServer::Serve(UnixServer::awaitClose), UnixServer::Serve(drip)}) {
+  for (const auto serve : {UnixServer::awaitClose, UnixServer::drip}) {
     PosixUnixSockets ending{[this](std::string_view path) { return map(path); }};
     std::latch asked(1);
     auto answer = std::async(std::launch::async, [&] {
