@@ -82,10 +82,11 @@ void ViewTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
   QCoreApplication::processEvents();
 }
 
-void ViewTest::click(const std::string& name) {
-  const auto center = place(name).center();
-  sendMouse(QEvent::MouseButtonPress, center);
-  sendMouse(QEvent::MouseButtonRelease, center);
+void ViewTest::click(const std::string& name) { clickAt(place(name).center()); }
+
+void ViewTest::clickAt(QPointF place) {
+  sendMouse(QEvent::MouseButtonPress, place);
+  sendMouse(QEvent::MouseButtonRelease, place);
   QCoreApplication::processEvents();
 }
 

@@ -34,6 +34,7 @@ class ViewTest : public testing::Test {
 
   void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
   void click(const std::string& name);
+  void clickAt(QPointF place);
 
   /// Over the middle of the window: a notch of the wheel, or a quick push upwards by 60 points.
   void turnWheel();

@@ -9,7 +9,7 @@ FocusScope {
 
     function pressPrimary(event: var): void {
         if (!event.isAutoRepeat)
-            onboarding.pressPrimary(field.text);
+            onboarding.pressPrimary(field.secret());
     }
 
     width: Math.min(Tokens.windowWidth, Math.floor(onboarding.room.width))
@@ -123,7 +123,7 @@ FocusScope {
                             width: rows.width
                             isFirst: index === 0
                             value: entry
-                            onPressed: button => root.onboarding.press(button, field.text)
+                            onPressed: button => root.onboarding.press(button, field.secret())
                             onFailed: item => root.onboarding.announce(item)
                         }
                     }
@@ -156,7 +156,7 @@ FocusScope {
                         title: entry.title
                         isPrimary: entry.isPrimary
                         enabled: entry.isEnabled
-                        onPressed: root.onboarding.press(entry, field.text)
+                        onPressed: root.onboarding.press(entry, field.secret())
                     }
                 }
             }

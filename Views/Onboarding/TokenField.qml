@@ -5,10 +5,12 @@ import Ostrel.Views
 Rectangle {
     id: field
 
-    property alias text: input.text
     property string spoken
     property string spokenDescription
 
+    function secret(): string {
+        return input.secret();
+    }
     function clear(): void {
         input.clear();
     }
@@ -16,32 +18,28 @@ Rectangle {
         input.forceActiveFocus();
     }
 
-    implicitHeight: Math.ceil(input.implicitHeight) + 14
+    implicitHeight: Math.round(31 * Tokens.textScale)
     radius: Tokens.buttonRadius
     color: Tokens.card
     border.color: input.activeFocus ? Tokens.accent : Tokens.edge
     border.width: input.activeFocus ? 2 : 1
     opacity: enabled ? 1 : 0.5
 
-    TextInput {
+    SecretField {
         id: input
         anchors.fill: parent
         anchors.leftMargin: 10
         anchors.rightMargin: 10
-        verticalAlignment: TextInput.AlignVCenter
-        clip: true
+        anchors.topMargin: Math.round(7 * Tokens.textScale)
+        anchors.bottomMargin: anchors.topMargin
         activeFocusOnTab: enabled
-        echoMode: TextInput.Password
-        passwordMaskDelay: 0
-        inputMethodHints: Qt.ImhHiddenText | Qt.ImhSensitiveData | Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase
-        maximumLength: 0x7fffffff
-        selectByMouse: true
-        color: Tokens.ink
+        dotSize: Math.round(6 * Tokens.textScale)
+        ink: Tokens.ink
         selectionColor: Tokens.accent
-        selectedTextColor: Tokens.accentInk
-        font.pixelSize: Tokens.bodySize
+        selectedInk: Tokens.accentInk
+        // The toolkit leaves password fields without a name; this one has no text but dots.
         Accessible.role: Accessible.EditableText
-        Accessible.passwordEdit: true
+        Accessible.focusable: enabled
         Accessible.name: field.spoken
         Accessible.description: field.spokenDescription
     }

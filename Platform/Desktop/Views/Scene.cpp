@@ -5,7 +5,6 @@
 #include <QGuiApplication>
 #include <QLibraryInfo>
 #include <QQmlComponent>
-#include <QStyleHints>
 
 #include <cmath>
 #include <mutex>
@@ -52,8 +51,6 @@ void polish(QQuickItem& item) {
 Scene::Scene(Log& log) {
   registerTypes();
   tellWithoutFont(log);
-  // A caret that blinks would draw for as long as its window is open.
-  QGuiApplication::styleHints()->setCursorFlashTime(0);
   engine_.setOutputWarningsToStandardError(false);
   // Nothing is looked for beside the program or where the environment says.
   engine_.setImportPathList({importPath, QLibraryInfo::path(QLibraryInfo::QmlImportsPath)});
