@@ -340,7 +340,8 @@ OnboardingContent longContent(const std::string& text) {
   content.paragraphs = {text};
   content.tokenField = {true, text};
   for (auto& row : content.rows) {
-    row.title = row.note = row.progress = row.error = text;
+    row.title = row.note = row.progress = text;
+    row.errors = {text, text};
     for (auto& button : row.buttons) button.title = text;
   }
   content.buttons[0].title = text;
