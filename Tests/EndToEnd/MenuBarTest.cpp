@@ -118,16 +118,6 @@ TEST_F(OstrelAgent, ASignalEndsItWhileItWaitsForADaemonThatIsSilentOrDrips) {
   }
 }
 
-TEST_F(OstrelAgent, RelaunchRestartsTheMenuBarAgentAndTakesNoCommands) {
-  const auto launchctl = place.write("root/bin/launchctl", "#!/bin/sh\necho \"$@\" >>\"${0%/*}/asked\"\n");
-  fs::permissions(launchctl, fs::perms::owner_all);
-  const auto ran = run({agent, "relaunch"}, environment, "panel\nquit\n");
-  EXPECT_EQ(ran.status, 0);
-  EXPECT_EQ(ran.output + ran.error, "");
-  EXPECT_EQ(place.read("root/bin/asked"),
-            "kickstart -k gui/" + std::to_string(getuid()) + "/tech.brenn.ostrel-agent.menubar\n");
-}
-
 TEST_F(OstrelAgent, ServesTheCommandsOfTheConsole) {
   auto process = menuBar("press 1\nx" + std::string(5120, ' ') + "quit\npanel\n");
   process.awaitOutput("open the panel first: panel\n");

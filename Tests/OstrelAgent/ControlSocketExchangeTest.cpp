@@ -14,44 +14,7 @@
 namespace ostrel {
 namespace {
 
-using namespace std::chrono_literals;
 using Case = ControlSocketError::Case;
-
-/// Real sockets that wait a twentieth of a second at most.
-class ImpatientSockets final : public UnixSockets {
- public:
-  explicit ImpatientSockets(UnixSockets& patient) : patient_(patient) {}
-
-  std::expected<std::unique_ptr<UnixSocket>, ErrorNumber> open() override {
-    auto socket = patient_.open();
-    if (!socket) return socket;
-    return std::make_unique<Socket>(std::move(*socket));
-  }
-
- private:
-  class Socket final : public UnixSocket {
-   public:
-    explicit Socket(std::unique_ptr<UnixSocket> patient) : patient_(std::move(patient)) {}
-
-    void setTimeouts(std::chrono::milliseconds, std::chrono::milliseconds) override {
-      patient_->setTimeouts(50ms, 50ms);
-    }
-    std::expected<void, ErrorNumber> connect(const std::string& path) override {
-      return patient_->connect(path);
-    }
-    std::expected<std::size_t, ErrorNumber> write(std::string_view bytes) override {
-      return patient_->write(bytes);
-    }
-    std::expected<std::size_t, ErrorNumber> read(std::span<char> buffer) override {
-      return patient_->read(buffer);
-    }
-
-   private:
-    std::unique_ptr<UnixSocket> patient_;
-  };
-
-  UnixSockets& patient_;
-};
 
 /// A control socket of a Mac beneath a host root that is too deep for an address.
 struct ControlSocketExchange : testing::Test {
@@ -76,7 +39,6 @@ struct ControlSocketExchange : testing::Test {
   const std::string realPath = map(ControlSocket::socketPath);
   PosixUnixSockets sockets{[this](std::string_view path) { return map(path); }};
   PosixFiles files{[this](std::string_view path) { return map(path); }};
-  ImpatientSockets impatient{sockets};
 };
 
 TEST_F(ControlSocketExchange, AnAnswerComesWholeHoweverItIsCut) {
@@ -107,32 +69,6 @@ TEST_F(ControlSocketExchange, AnAnswerComesWholeHoweverItIsCut) {
     ASSERT_TRUE(response) << answer.size() << " bytes, error " << static_cast<int>(response.error().kind);
     EXPECT_EQ(response->text("a").value_or("").size(), answer.size() - 19) << answer.size();
   }
-}
-
-TEST_F(ControlSocketExchange, WhatIsNoAnswerIsTold) {
-  const std::string deep = "{\"ok\":true,\"a\":" + std::string(4 << 20, '[');
-  const std::string rows[] = {"",  "{\"ok\":tr", "[{\"ok\":true}]\n", "7\n", "{\"ok\":true,\"a\":\"\xff\"}\n",
-                              deep};
-  for (const auto& bytes : rows) {
-    const auto response = ask(sockets, [&](int connection) {
-      UnixServer::readLine(connection);
-      UnixServer::send(connection, bytes);
-    });
-    ASSERT_FALSE(response) << bytes.substr(0, 20);
-    EXPECT_EQ(response.error(), ControlSocketError{Case::malformedResponse}) << bytes.substr(0, 20);
-  }
-}
-
-TEST_F(ControlSocketExchange, APeerThatNeverAnswersOrNeverReadsIsATimeOut) {
-  const auto silent = ask(impatient, [](int connection) {
-    UnixServer::readLine(connection);
-    UnixServer::awaitClose(connection);
-  });
-  ASSERT_FALSE(silent);
-  EXPECT_EQ(silent.error(), (ControlSocketError{Case::io, "read() errno " + std::to_string(EAGAIN)}));
-  const auto unread = ask(impatient, UnixServer::awaitClose, {{"big", std::string(8 << 20, 'x')}});
-  ASSERT_FALSE(unread);
-  EXPECT_TRUE(unread.error().detail.starts_with("write() incomplete (errno ")) << unread.error().detail;
 }
 
 TEST_F(ControlSocketExchange, TheEndOfTheHostEndsTheWaitForAPeerThatIsSilentOrDrips) {
@@ -166,17 +102,6 @@ TEST_F(ControlSocketExchange, APeerThatClosesAtOnceIsAnErrorAndNoSignal) {
         << error.detail;
   }
   (void)std::signal(SIGPIPE, before);
-}
-
-TEST_F(ControlSocketExchange, WhereNobodyListensTheServiceIsNotInstalled) {
-  EXPECT_EQ(ask(sockets).error(), ControlSocketError{Case::notInstalled}) << "no file";
-  std::ofstream(realPath) << "no socket";
-  EXPECT_EQ(ask(sockets).error(), ControlSocketError{Case::notInstalled}) << "a plain file";
-  {
-    const UnixServer server(realPath, [](int) {});
-  }
-  EXPECT_TRUE(std::filesystem::is_socket(realPath));
-  EXPECT_EQ(ask(sockets).error(), ControlSocketError{Case::notInstalled}) << "nobody listens";
 }
 
 }  // namespace

@@ -207,17 +207,5 @@ TEST_F(ControlSocketTest, OneDaemonServesAndLeavesNoSocketUnlessItIsKilled) {
   EXPECT_TRUE(fs::is_regular_file(socket));
 }
 
-TEST_F(ControlSocketTest, UninstallingEndsTheDaemon) {
-  auto daemon = serve();
-  EXPECT_EQ(answer({{"action", "catrust"}})["ok"], true);
-  const auto ran = run(HELPER, {"uninstall", "--untrust-ca", "--removal-kind=app_deactivate"});
-  EXPECT_EQ(ran.status, 0) << ran.error;
-  EXPECT_EQ(daemon.end(), 0);
-  for (const auto* file : {endpointfiles::launchFile, endpointfiles::certificate}) {
-    EXPECT_FALSE(fs::exists(root + file)) << file;
-    EXPECT_NE(ran.output.find(file), std::string::npos) << ran.output;
-  }
-}
-
 }  // namespace
 }  // namespace ostrel::simulated

@@ -48,19 +48,6 @@ TEST_F(Programs, DiagnosticsTellStatesButNotWhoAndAreSentAsTheScenarioSays) {
   }
 }
 
-TEST_F(Programs, UninstallLeavesAMacWithoutEndpoint) {
-  const std::string launchFile = "/Library/LaunchDaemons/tech.brenn.ostrel-agent-endpoint.plist";
-  place.write("root" + launchFile, "<plist/>");
-  control({"set", "helper", R"({"only": "uninstall", "exit": 4})"});
-  const auto ran = run(HELPER, {"uninstall", "--untrust-ca", "--removal-kind=app_deactivate"});
-  EXPECT_EQ(ran.status, 4);
-  EXPECT_NE(ran.output.find("==> Removing " + launchFile), std::string::npos) << ran.output;
-  EXPECT_FALSE(std::filesystem::exists(root + launchFile));
-  const auto ended = status();
-  EXPECT_EQ(ended.status, 0);
-  EXPECT_EQ(Json::parse(ended.output)["health"]["verdict"], "not_protected");
-}
-
 TEST_F(Programs, TheSimulatedPreferencesFollowUnlessOnlyTheReportChanges) {
   const std::string savedByTheAgent = R"([{"enabled": true, "connected": true}])";
   control({"scenario", "filter-off"});
