@@ -56,6 +56,17 @@ TEST_F(PreviewPictures, HaveTheSizeOfTheirScaleAndTheColoursOfTheirLook) {
   EXPECT_EQ(drawn({}), std::pair(panel, icon));
 }
 
+TEST_F(PreviewPictures, ShowTheOnboardingWindowInBothLooks) {
+  const auto file = folder / "window.png";
+  EXPECT_EQ(preview({"--onboarding", "repair", "--png", file}).status, 0);
+  const auto light = folder.read("window.png");
+  EXPECT_EQ(preview({"--onboarding", "repair", "--png", file, "--dark"}).status, 0);
+  const auto dark = folder.read("window.png");
+  EXPECT_EQ(sizeOf(light)[0], 460U);
+  EXPECT_EQ(sizeOf(light), sizeOf(dark));
+  EXPECT_NE(light, dark);
+}
+
 TEST_F(PreviewPictures, AreOfOneReportAndTellWhereTheyCannotBeWritten) {
   const auto many = preview({"--png", folder / "panel.png"}, reportText() + "\n" + reportText());
   EXPECT_EQ(many.status, 1);

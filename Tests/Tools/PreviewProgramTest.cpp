@@ -8,6 +8,7 @@
 #include "OstrelAgent/StringsTable.hpp"
 #include "Tests/EndToEnd/Process.hpp"
 #include "Tests/OstrelAgent/ReportText.hpp"
+#include "Tools/OnboardingStages.hpp"
 
 namespace ostrel {
 namespace {
@@ -51,6 +52,26 @@ TEST(PreviewProgram, AnswersEveryLineAndTellsTheBadOnesByTheirNumber) {
   std::vector<bool> isError;
   for (std::string line; std::getline(lines, line);) isError.push_back(json::parse(line).contains("error"));
   EXPECT_EQ(isError, (std::vector<bool>{false, false, true, true, false}));
+}
+
+TEST(PreviewProgram, ShowsTheOnboardingWindowAsText) {
+  std::vector<OnboardingContent> stages;
+  for (const auto name : onboardingStageNames()) {
+    const auto content = onboardingAt(name);
+    ASSERT_TRUE(content) << name;
+    EXPECT_EQ(std::ranges::count(stages, *content), 0) << name << " shows what an earlier stage does";
+    stages.push_back(*content);
+  }
+  const auto shown = preview({"--onboarding", "trust-needed", "--language", "de"});
+  EXPECT_EQ(shown.status, 0) << shown.error;
+  EXPECT_NE(shown.output.find("[1] Zertifikat vertrauen   [2] Nicht jetzt"), std::string::npos)
+      << shown.output;
+  const auto unknown = preview({"--onboarding", "later"});
+  EXPECT_EQ(unknown.status, 1);
+  EXPECT_EQ(unknown.error, "ostrel-preview: there is no stage later\n");
+  for (const auto* other : {"--json", "report.json"}) {
+    EXPECT_EQ(preview({"--onboarding", "repair", other}).status, 2) << other;
+  }
 }
 
 TEST(PreviewProgram, HostileInputIsAnErrorAndNothingWorse) {
