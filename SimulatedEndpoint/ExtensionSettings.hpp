@@ -1,6 +1,7 @@
 #pragma once
 
 #include <expected>
+#include <optional>
 #include <string>
 
 #include "Platform/Files.hpp"
@@ -14,6 +15,9 @@ class ExtensionSettings {
  public:
   /// The files are told real paths.
   ExtensionSettings(Files& files, const HostRoot& root);
+
+  /// What waits for approval.
+  std::optional<SystemExtensionAction> awaited() const { return read().awaiting; }
 
   /// Approves what waits for approval; gives what that was, or a sentence when nothing waits.
   [[nodiscard]] std::expected<SystemExtensionAction, std::string> approve() const;
