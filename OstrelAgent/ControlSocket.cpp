@@ -85,13 +85,22 @@ std::string without(std::string_view secret, std::string text, std::string_view 
   return text;
 }
 
+/// The text as it stands in a request, without the quotation marks.
+std::string asRequested(std::string_view text) {
+  const auto quoted = nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+  return quoted.substr(1, quoted.size() - 2);
+}
+
 /// The error without the enrolment token, which a daemon may repeat when it refuses it.
 ControlSocketError withoutToken(ControlSocketError error, const ControlSocket::Extra& extra) {
   const auto member = extra.find("enrollment_token");
   const auto* token = member == extra.end() ? nullptr : std::get_if<std::string>(&member->second);
   if (token == nullptr) return error;
-  error.message = without(trimmed(*token), std::move(error.message), refusedSilently);
-  error.reason = without(trimmed(*token), std::move(error.reason), "…");
+  const std::string secret(trimmed(*token));
+  for (const auto& form : {secret, asRequested(secret)}) {
+    error.message = without(form, std::move(error.message), refusedSilently);
+    error.reason = without(form, std::move(error.reason), "…");
+  }
   return error;
 }
 

@@ -227,6 +227,8 @@ TEST(ControlSocket, NoErrorRepeatsTheEnrolmentToken) {
             "The Ostrel Agent background service refused the request without saying why.");
   daemon.answer({R"({"error":"No token ost_12345."})"});
   EXPECT_EQ(daemon.errorOf({{"enrollment_token", " ost_12345\n"}}).message, "No token ….");
+  daemon.answer({R"({"error":"No token ost_\\\"12345."})"});
+  EXPECT_EQ(daemon.errorOf({{"enrollment_token", "ost_\"12345"}}).message, "No token ….") << "as it was sent";
 }
 
 }  // namespace
