@@ -45,7 +45,6 @@ const std::string helperRemoval =
     "==> Removing the device certificate and its trust\n"
     "==> Removing the enrollment of this Mac\n";
 
-
 void expectRan(const Ran& ran, int status, const std::string& output, const std::string& error) {
   EXPECT_EQ(ran.status, status);
   EXPECT_EQ(ran.output, output);
