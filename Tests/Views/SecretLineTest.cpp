@@ -69,6 +69,10 @@ TEST(SecretLine, UndoesAndRedoesEditsStepByStep) {
   line.insert("!");
   line.redo();
   EXPECT_EQ(line.text(), "one two!") << "a new edit ends what could be redone";
+  line.selectAll();
+  for (const auto* letter : {"n", "e", "w"}) line.insert(letter);
+  line.undo();
+  EXPECT_EQ(line.text(), "one two!") << "letters over a selection are one edit, too";
   line.clear();
   line.undo();
   EXPECT_EQ(line.text(), "");

@@ -12,8 +12,8 @@ constexpr std::size_t mostSteps = 100;
 
 void SecretLine::insert(const QString& text) {
   if (text.isEmpty()) return;
-  const bool isLetter = text.size() == 1 && !hasSelection();
-  if (!isLetter || !isTyping_) remember();
+  const bool isLetter = text.size() == 1;
+  if (!isLetter || !isTyping_ || hasSelection()) remember();
   removeSelection();
   now_.text.insert(now_.caret, text);
   anchor_ = now_.caret += text.size();
