@@ -24,8 +24,9 @@ std::expected<const void*, std::string> loadPlugIn(const std::string& path, cons
   // A name without a slash would be looked for along the system's search path.
   if (!path.starts_with('/')) return failure(path, "its path is not absolute");
   if (const auto fault = faultOfLibraryFile(path)) return failure(path, *fault);
-  // It stays loaded, since toolkits leave threads and exit handlers behind.
-  void* const plugIn = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+  // It stays loaded, since toolkits leave threads and exit handlers behind. Of the libraries below it most is
+  // never called, and not looked up either; it itself is linked to have all that it calls, or not to load.
+  void* const plugIn = ::dlopen(path.c_str(), RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
   if (plugIn == nullptr) return failure(path, loaderError());
   const void* const table = ::dlsym(plugIn, symbol);
   if (table == nullptr) return failure(path, loaderError());
