@@ -48,14 +48,13 @@ void polish(QQuickItem& item) {
 
 }  // namespace
 
-Scene::Scene(Log& log) {
+Scene::Scene(Log& log) : log_(log) {
   registerTypes();
-  tellWithoutFont(log);
   engine_.setOutputWarningsToStandardError(false);
   // Nothing is looked for beside the program or where the environment says.
   engine_.setImportPathList({importPath, QLibraryInfo::path(QLibraryInfo::QmlImportsPath)});
-  QObject::connect(&engine_, &QQmlEngine::warnings, &engine_, [&log](const QList<QQmlError>& warnings) {
-    for (const auto& warning : warnings) log.line("ostrel: " + warning.toString().toStdString());
+  QObject::connect(&engine_, &QQmlEngine::warnings, &engine_, [this](const QList<QQmlError>& warnings) {
+    for (const auto& warning : warnings) log_.line("ostrel: " + warning.toString().toStdString());
   });
 }
 
@@ -66,7 +65,11 @@ void Scene::chooseRenderer() {
 
 std::expected<void, std::string> Scene::fill(QQuickWindow& window, const char* file, const char* property,
                                              QObject& state) {
-  QQmlComponent component(&engine_, QUrl(QLatin1String(screensPath) + QLatin1String(file)));
+  const QUrl screen(QLatin1String(screensPath) + QLatin1String(file));
+  // The engine's thread reads the views while this one reads the fonts, which takes as long.
+  const QQmlComponent ahead(&engine_, screen, QQmlComponent::Asynchronous);
+  tellWithoutFont(log_);
+  QQmlComponent component(&engine_, screen);
   if (!component.isReady()) return std::unexpected(component.errorString().trimmed().toStdString());
   std::unique_ptr<QObject> object(component.createWithInitialProperties(
       {{QLatin1String(property), QVariant::fromValue(&state)},

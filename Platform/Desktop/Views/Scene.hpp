@@ -41,6 +41,7 @@ class Scene {
   QQuickItem& root() { return *root_; }
 
  private:
+  Log& log_;
   QQmlEngine engine_;
   std::unique_ptr<QQuickItem> root_;
 };
