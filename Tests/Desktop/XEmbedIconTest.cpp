@@ -35,7 +35,13 @@ struct XEmbedIconTest : DesktopTest {
     return spinUntil([&] { return !display.hasWindow(window); });
   }
 
-  void show() { icon->show({halfFilled(18, small), halfFilled(54, large)}, "Ostrel Agent: protected ✓"); }
+  void show() {
+    icon->show(
+        [] {
+          return std::vector{halfFilled(18, small), halfFilled(54, large)};
+        },
+        "Ostrel Agent: protected ✓");
+  }
 
   DisplayPeer display;
   std::vector<QPoint> clicks;

@@ -78,14 +78,23 @@ bool DesktopStatusItem::hasImage(std::string_view name) const { return hasGlyph(
 void DesktopStatusItem::show(const MenuBarIcon& icon) {
   const auto text = QString::fromStdString(icon.text);
   const auto* title = std::get_if<menubarpicture::Title>(&icon.picture);
-  auto images = imagesOf(resources_, icon.picture);
-  item_.setPixmaps(pixmapsOf(images));
+  if (icon.picture != picture_) {
+    picture_ = icon.picture;
+    images_.clear();
+    item_.setPixmaps([this] { return pixmapsOf(images()); });
+  }
   item_.setTitle(title == nullptr
                      ? text
                      : QString::fromUtf8(title->emoji.data(), static_cast<qsizetype>(title->emoji.size())));
   item_.setToolTip(text);
-  if (embedded_) embedded_->show(std::move(images), text);
+  if (embedded_) embedded_->show([this] { return images(); }, text);
   item_.show();
+}
+
+/// Drawn when a tray asks: at the start that is after the item has entered it.
+const std::vector<QImage>& DesktopStatusItem::images() {
+  if (images_.empty() && picture_) images_ = imagesOf(resources_, *picture_);
+  return images_;
 }
 
 }  // namespace ostrel

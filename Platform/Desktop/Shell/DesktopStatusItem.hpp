@@ -2,8 +2,11 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
+#include "OstrelAgent/Verdict.hpp"
 #include "Platform/Desktop/Shell/EmbeddedIcon.hpp"
 #include "Platform/Desktop/Shell/LookWatcher.hpp"
 #include "Platform/Desktop/Shell/StatusItemMenu.hpp"
@@ -29,9 +32,13 @@ class DesktopStatusItem final : public StatusItem {
   const Events& events() const { return events_; }
 
  private:
+  const std::vector<QImage>& images();
+
   std::string resources_;
   const LookWatcher& looks_;
   Events events_;
+  std::optional<MenuBarPicture> picture_;
+  std::vector<QImage> images_;  ///< of the picture, once somebody wants them
   StatusItemMenu menu_;
   std::unique_ptr<EmbeddedIcon> embedded_;  ///< for trays without status notifier items
   StatusNotifierItem item_;

@@ -22,13 +22,16 @@ class EmbeddedIcon {
     std::function<void()> appearanceChanged;
   };
 
+  /// The same icon in growing sizes, of which the one that suits the tray is drawn. Asked for only when there
+  /// is a tray to draw it in.
+  using Images = std::function<std::vector<QImage>()>;
+
   EmbeddedIcon() = default;
   EmbeddedIcon(const EmbeddedIcon&) = delete;
   EmbeddedIcon& operator=(const EmbeddedIcon&) = delete;
   virtual ~EmbeddedIcon() = default;
 
-  /// The same icon in growing sizes, of which the one that suits the tray is drawn, and its title.
-  virtual void show(std::vector<QImage> images, const QString& title) = 0;
+  virtual void show(Images images, const QString& title) = 0;
 
   /// Whether the icon goes into the tray, now or whenever there is one. At first it does not.
   virtual void setWanted(bool isWanted) = 0;

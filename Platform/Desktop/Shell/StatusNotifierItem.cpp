@@ -46,8 +46,7 @@ StatusNotifierItem::~StatusNotifierItem() {
   if (isShown_ && bus_.isJoined()) bus_.connection().send(busCall("ReleaseName") << serviceName());
 }
 
-void StatusNotifierItem::setPixmaps(QList<DBusPixmap> pixmaps) {
-  if (pixmaps == pixmaps_) return;
+void StatusNotifierItem::setPixmaps(std::function<QList<DBusPixmap>()> pixmaps) {
   pixmaps_ = std::move(pixmaps);
   emitChange("NewIcon");
 }
@@ -113,7 +112,7 @@ QVariantMap StatusNotifierItem::properties() const {
           {QStringLiteral("WindowId"), 0},
           {QStringLiteral("IconThemePath"), QString()},
           {QStringLiteral("IconName"), QString()},
-          {QStringLiteral("IconPixmap"), QVariant::fromValue(pixmaps_)},
+          {QStringLiteral("IconPixmap"), pixmaps_ ? QVariant::fromValue(pixmaps_()) : none},
           {QStringLiteral("IconAccessibleDesc"), toolTip_},
           {QStringLiteral("OverlayIconName"), QString()},
           {QStringLiteral("OverlayIconPixmap"), none},

@@ -23,8 +23,10 @@ class StatusNotifierItem final : public QDBusVirtualObject {
   StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
   ~StatusNotifierItem() override;
 
-  /// Tells the host of what has changed, and of nothing else.
-  void setPixmaps(QList<DBusPixmap> pixmaps);
+  /// Other pictures than before; they are drawn when a host asks for them.
+  void setPixmaps(std::function<QList<DBusPixmap>()> pixmaps);
+
+  /// Tell the host of what has changed, and of nothing else.
   void setTitle(const QString& title);
   void setToolTip(const QString& text);
 
@@ -50,7 +52,7 @@ class StatusNotifierItem final : public QDBusVirtualObject {
   Log& log_;
   std::function<void(QPoint)> activated_;
   std::function<void(bool)> watched_;
-  QList<DBusPixmap> pixmaps_;
+  std::function<QList<DBusPixmap>()> pixmaps_;
   QString title_;
   QString toolTip_;
   bool isShown_ = false;

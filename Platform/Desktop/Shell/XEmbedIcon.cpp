@@ -49,7 +49,7 @@ class XEmbedIcon final : public EmbeddedIcon, public QAbstractNativeEventFilter 
   }
   ~XEmbedIcon() override { undock(); }
 
-  void show(std::vector<QImage> images, const QString& title) override {
+  void show(Images images, const QString& title) override {
     images_ = std::move(images);
     title_ = title.toUtf8();
     if (window_ == XCB_NONE) return;
@@ -91,7 +91,7 @@ class XEmbedIcon final : public EmbeddedIcon, public QAbstractNativeEventFilter 
   xcb_atom_t utf8_ = tray_.atom("UTF8_STRING");
   Events events_;
   QObject later_;
-  std::vector<QImage> images_;
+  Images images_;
   QByteArray title_;
   bool isWanted_ = false;
   std::optional<Appearance> appearance_;
@@ -165,7 +165,7 @@ void XEmbedIcon::draw() {
   const int y = (height_ - side) / 2;
   send(xcb_clear_area_checked(connection_, 0, window_, 0, 0, 0, 0));
   QImage picture = background(x, y, side);
-  const QImage icon = scaledTo(side, images_);
+  const QImage icon = scaledTo(side, images_ ? images_() : std::vector<QImage>());
   QPainter(&picture).drawImage((side - icon.width()) / 2, (side - icon.height()) / 2, icon);
   const auto context = xcb_generate_id(connection_);
   send(xcb_create_gc_checked(connection_, context, window_, 0, nullptr));
