@@ -90,7 +90,7 @@ TEST_F(NetworkPreferencesTest, DamagedFilesAreErrorsOfTheirOwnDomains) {
     EXPECT_EQ(filter.error().code, 3);
   }
   files.readError = PlatformError{posixErrorDomain, EACCES, "denied"};
-  EXPECT_EQ(proxiesOf(preferences).error(), (PlatformError{"NEVPNErrorDomain", 5, "denied"}));
+  EXPECT_EQ(proxiesOf(preferences).error(), TransparentProxiesError({"NEVPNErrorDomain", 5, "denied"}));
   EXPECT_EQ(filterOf(preferences).error(), (PlatformError{"NEFilterErrorDomain", 3, "denied"}));
 }
 
