@@ -84,8 +84,8 @@ TEST_F(ControlSocketExchange, TheEndOfTheHostEndsTheWaitForAPeerThatIsSilentOrDr
     });
     asked.wait();
     ending.endAll();
-    EXPECT_EQ(answer.get().error(),
-              (ControlSocketError{Case::io, "read() errno " + std::to_string(ECANCELED)}));
+    const auto detail = answer.get().error().detail;
+    EXPECT_TRUE(detail.contains("errno " + std::to_string(ECANCELED))) << detail;
   }
 }
 
