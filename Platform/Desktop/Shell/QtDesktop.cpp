@@ -29,6 +29,9 @@ void logOfToolkit(QtMsgType type, const QMessageLogContext& /*context*/, const Q
     toolkitLog->line("ostrel: " + text.toStdString());
 }
 
+/// A platform that fails to connect logs so.
+QByteArray platformsOfDisplay() { return qEnvironmentVariableIsEmpty("DISPLAY") ? "wayland" : "xcb;wayland"; }
+
 /// The toolkit's application object. The platform that the person names is tried, or else the display's one
 /// after the other, and last the one without a screen: the toolkit ends the process where none works.
 class Application {
@@ -39,14 +42,14 @@ class Application {
     qInstallMessageHandler(logOfToolkit);
     const bool isSet = qEnvironmentVariableIsSet(platformVariable);
     const auto chosen = qgetenv(platformVariable);
-    qputenv(platformVariable, (chosen.isEmpty() ? "xcb;wayland" : chosen) + ";offscreen");
+    qputenv(platformVariable, (chosen.isEmpty() ? platformsOfDisplay() : chosen) + ";offscreen");
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setApplicationName(QStringLiteral("OstrelAgent"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Ostrel Agent"));
     application_.emplace(count_, arguments_);
-    // It has what it needs; looking through the folders of its plug-ins again for images would take
-    // milliseconds.
-    QCoreApplication::setLibraryPaths({});
+    // There it has what it needs; looking through the folders of its plug-ins again for images would take
+    // milliseconds. Other platforms have plug-ins of their own, which they load with the first window.
+    if (QGuiApplication::platformName() == QLatin1String("xcb")) QCoreApplication::setLibraryPaths({});
     // Children must not take the choice for the person's.
     if (isSet) {
       qputenv(platformVariable, chosen);
