@@ -1,10 +1,14 @@
 #include <QColor>
+#include <QGlyphRun>
 #include <QGuiApplication>
 #include <QImage>
 #include <QScreen>
+#include <QTextLayout>
 
 #include <set>
+#include <utility>
 
+#include "Platform/Desktop/Views/PanelValues.hpp"
 #include "Platform/Desktop/Views/Picture.hpp"
 #include "Tests/OstrelAgent/Readings.hpp"
 #include "Tests/Views/PanelTest.hpp"
@@ -76,6 +80,23 @@ TEST_F(PanelLook, KeepsLongTextsInside) {
       EXPECT_EQ(outside(*window().contentItem(), 360), std::vector<std::string>()) << scale << isRightToLeft;
       panel->close();
     }
+  }
+}
+
+TEST(ChipText, StandsAsThePersonReadsWhicheverWayTheLettersRun) {
+  // From left to right: the name with its own signs first, or the state and then the name.
+  for (const auto& [name, state] : {std::pair("c++", "not covered"), std::pair("c++", "غير مشمول")}) {
+    const auto text = valueOf(PanelContent::Ecosystem{name, RowState::warn(state)}).label;
+    QTextLayout layout(text, QGuiApplication::font());
+    layout.beginLayout();
+    layout.createLine();
+    layout.endLayout();
+    const auto placeOf = [&](const QString& part) {
+      return layout.glyphRuns(static_cast<int>(text.indexOf(part)), 1).at(0).boundingRect().left();
+    };
+    const auto plus = placeOf("+");
+    EXPECT_LT(placeOf("c"), plus) << state;
+    EXPECT_EQ(plus > placeOf(textOf(state)), textOf(state).isRightToLeft()) << state;
   }
 }
 

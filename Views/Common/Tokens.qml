@@ -36,7 +36,9 @@ QtObject {
     readonly property int cardRadius: 10
     readonly property int buttonRadius: 7
     readonly property int gap: 8
-    readonly property int dotSize: 8
+    readonly property int dotSize: Math.round(8 * textScale)
+    readonly property int smallDotSize: Math.round(6 * textScale)
+    readonly property int arrowSize: Math.round(8 * textScale)
 
     function stateColor(kind: int): color {
         switch (kind) {

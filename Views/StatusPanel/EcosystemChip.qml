@@ -7,7 +7,7 @@ Rectangle {
     required property rowValue value
     property real maxWidth: 0
 
-    implicitWidth: Math.min(9 + 6 + 6 + name.lineWidth() + 9, maxWidth)
+    implicitWidth: Math.min(9 + dot.width + 6 + name.lineWidth() + 9, maxWidth)
     implicitHeight: Math.ceil(name.height) + 6
     radius: Math.min(height / 2, Tokens.cardRadius)
     color: Tokens.button
@@ -17,7 +17,7 @@ Rectangle {
     StateDot {
         id: dot
         kind: chip.value.kind
-        width: 6
+        width: Tokens.smallDotSize
         anchors.left: parent.left
         anchors.leftMargin: 9
         anchors.verticalCenter: parent.verticalCenter

@@ -30,7 +30,7 @@ Rectangle {
             id: rollup
             width: parent.width
             isFirst: true
-            trailing: 14
+            trailing: Tokens.arrowSize + 6
             value: list.panel.health.rollup
             activeFocusOnTab: true
             Keys.onSpacePressed: event => list.fold(event)
@@ -43,8 +43,9 @@ Rectangle {
             Accessible.onPressAction: list.fold(null)
 
             Item {
-                width: 8
-                height: 8
+                id: arrow
+                width: Tokens.arrowSize
+                height: width
                 anchors.right: parent.right
                 anchors.rightMargin: 12
                 y: Math.round(rollup.padding + (rollup.lineHeight - height) / 2)
@@ -55,11 +56,12 @@ Rectangle {
 
                     Rectangle {
                         required property int modelData
-                        width: 5.5
-                        height: 1.4
-                        radius: 0.7
-                        x: 1.7
-                        y: modelData > 0 ? 1.6 : 5
+                        readonly property real part: arrow.width / 8
+                        width: 5.5 * part
+                        height: 1.4 * part
+                        radius: height / 2
+                        x: 1.7 * part
+                        y: (modelData > 0 ? 1.6 : 5) * part
                         rotation: modelData
                         antialiasing: true
                         color: Tokens.dim

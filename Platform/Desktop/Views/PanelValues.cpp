@@ -14,6 +14,12 @@ QString joined(QStringList texts, const QString& separator) {
   return texts.join(separator);
 }
 
+/// The name has its own letters; the state has those of the person's language, whichever way they run.
+QString chipText(const QString& name, const QString& state) {
+  if (!state.isRightToLeft()) return joined({name, state}, QStringLiteral(" · "));
+  return QStringLiteral("\u200F\u2068%1\u2069 · %2").arg(name, state);
+}
+
 QString spoken(const QStringList& texts) { return joined(texts, QStringLiteral(", ")); }
 
 }  // namespace
@@ -30,13 +36,10 @@ RowValue valueOf(const PanelContent::Row& row) {
 }
 
 RowValue valueOf(const PanelContent::Ecosystem& ecosystem) {
-  const QStringList texts = {textOf(ecosystem.name), textOf(ecosystem.state.text)};
-  return {kindOf(ecosystem.state.kind),
-          ecosystem.state.wantsAttention(),
-          joined(texts, QStringLiteral(" · ")),
-          {},
-          {},
-          spoken(texts)};
+  const auto name = textOf(ecosystem.name);
+  const auto state = textOf(ecosystem.state.text);
+  return {kindOf(ecosystem.state.kind), ecosystem.state.wantsAttention(), chipText(name, state), {}, {},
+          spoken({name, state})};
 }
 
 RowValue valueOf(const PanelContent::Fact& fact) {
