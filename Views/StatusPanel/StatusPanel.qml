@@ -8,6 +8,7 @@ FocusScope {
 
     required property PanelState panel
     readonly property int cornerRadius: Tokens.panelRadius
+    readonly property color edgeColor: Tokens.edge
     readonly property real leastRoom: 3 * Tokens.rowHeight
     readonly property real room: Math.floor(Math.max(panel.maxHeight, leastRoom))
     readonly property real ends: header.height + footer.height

@@ -11,16 +11,6 @@ namespace {
 
 constexpr std::uint32_t dockOpcode = 0;
 
-/// The number in the display's name.
-int screenNumber() {
-  char* host = nullptr;
-  int display = 0;
-  int screen = 0;
-  if (xcb_parse_display(nullptr, &host, &display, &screen) == 0) return 0;
-  std::free(host);
-  return screen;
-}
-
 const xcb_screen_t* screenOf(const xcb_setup_t* setup, int number) {
   auto each = xcb_setup_roots_iterator(setup);
   while (each.rem > 0 && number-- > 0) xcb_screen_next(&each);

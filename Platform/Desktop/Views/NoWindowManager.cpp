@@ -1,7 +1,9 @@
-#include "Platform/Desktop/Views/Taskbar.hpp"
+#include "Platform/Desktop/Views/WindowManager.hpp"
 
 namespace ostrel {
 
 void keepOutOfTaskbar(QWindow& /*window*/) {}
+
+bool blendsWindows() { return true; }
 
 }  // namespace ostrel

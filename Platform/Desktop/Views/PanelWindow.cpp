@@ -3,7 +3,7 @@
 #include <QGuiApplication>
 #include <cmath>
 
-#include "Platform/Desktop/Views/Taskbar.hpp"
+#include "Platform/Desktop/Views/WindowManager.hpp"
 
 namespace ostrel {
 
@@ -50,7 +50,7 @@ PanelWindow::PanelWindow(Log& log, PanelViewEvents events) : events_(std::move(e
 void PanelWindow::open(const PanelContent& content, const PanelAnchor& anchor, const DesktopLook& look) {
   anchor_ = anchor;
   show(content);
-  scene_.setLook(look);
+  setLook(look);
   emit state_.opened(!look.reducesMotion);
   scene_.layOut();
   place();
@@ -65,6 +65,8 @@ void PanelWindow::update(const PanelContent& content) {
 
 void PanelWindow::setLook(const DesktopLook& look) {
   scene_.setLook(look);
+  // Else the pixels at the round corners would be mixed with black.
+  window_.setColor(blendsWindows() ? Qt::transparent : scene_.root().property("edgeColor").value<QColor>());
   if (isShown()) scene_.layOut();
 }
 

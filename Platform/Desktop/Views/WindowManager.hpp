@@ -8,4 +8,7 @@ namespace ostrel {
 /// asked. Call it before each time that the window is shown.
 void keepOutOfTaskbar(QWindow& window);
 
+/// Whether the desktop blends windows with what is behind them, as far as the display tells.
+bool blendsWindows();
+
 }  // namespace ostrel

@@ -19,6 +19,16 @@ std::unique_ptr<Reply, FreeReply> owned(Reply* reply) {
   return std::unique_ptr<Reply, FreeReply>(reply);
 }
 
+/// The number of the screen in the display's name; the first's when the name has none.
+inline int screenNumber() {
+  char* host = nullptr;
+  int display = 0;
+  int screen = 0;
+  if (xcb_parse_display(nullptr, &host, &display, &screen) == 0) return 0;
+  std::free(host);
+  return screen;
+}
+
 /// The display's number for a name, or none.
 inline xcb_atom_t atomOf(xcb_connection_t* connection, std::string_view name) {
   const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
