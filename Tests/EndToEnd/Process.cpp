@@ -61,9 +61,10 @@ Process::Process(const std::vector<std::string>& command, const Environment& env
   }
   auto arguments = command;
   auto variables = lines(environment);
-  const int failure = ::posix_spawn(&process_, command.front().c_str(), &actions, nullptr,
-                                    pointersTo(arguments).data(), pointersTo(variables).data());
+  const int failure = ::posix_spawnp(&process_, command.front().c_str(), &actions, nullptr,
+                                     pointersTo(arguments).data(), pointersTo(variables).data());
   EXPECT_EQ(failure, 0) << command.front();
+  if (failure != 0) process_ = -1;
   posix_spawn_file_actions_destroy(&actions);
   for (auto& pipe : pipes) ::close(pipe[&pipe == &pipes[0] ? 0 : 1]);
   input_ = pipes[0][1];
@@ -116,12 +117,15 @@ void Process::awaitOutput(std::string_view text, std::chrono::milliseconds patie
   found_ = output_.find(text, found_) + text.size();
 }
 
-void Process::signal(int number) const { ::kill(process_, number); }
+void Process::signal(int number) const {
+  if (process_ > 0) ::kill(process_, number);  // to any other number would go to many processes
+}
 
 int Process::end(std::chrono::milliseconds patience) {
   const auto deadline = std::chrono::steady_clock::now() + patience;
   while (read(deadline)) {
   }
+  if (process_ < 0) return 127;
   int status = 0;
   pid_t ended = 0;
   while ((ended = ::waitpid(process_, &status, WNOHANG)) == 0 && millisecondsUntil(deadline) > 0) {
