@@ -75,7 +75,11 @@ bool isShownByAnother() {
   const auto& host = lifetime->services();
   const auto other = runningRepairFlow(host.userDefaults, host.workspace);
   if (!other) return false;
-  if (host.workspace.bringToFront(*other)) return true;
+  if (host.workspace.bringToFront(*other)) {
+    host.standardStreams.writeOutput("the setup window is open already, in process " +
+                                     std::to_string(*other) + "\n");
+    return true;
+  }
   host.log.line("ostrel: the repair flow is running but could not be brought to the front");
   return false;
 }
