@@ -220,7 +220,7 @@ TEST_F(QtDesktopTest, HandsTheOnboardingWindowWhatConcernsIt) {
   EXPECT_EQ(onboarding.clearings, 1);
   onboarding.events.pressed(OnboardingAction::enrol, "token");
   EXPECT_EQ(typed, "token");
-  SettingsPortal portal(*peer, {{"org.freedesktop.appearance", {{"color-scheme", 1U}}}});
+  const SettingsPortal portal(*peer, {{"org.freedesktop.appearance", {{"color-scheme", 1U}}}});
   ASSERT_TRUE(spinUntil([&] { return onboarding.looks.size() == 2; }));
   EXPECT_EQ(onboarding.looks[1].appearance, Appearance::dark);
   window.close();
