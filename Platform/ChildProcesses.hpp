@@ -60,6 +60,10 @@ class ChildProcesses {
   virtual std::expected<ChildResult, PlatformError> run(const ChildCommand& command,
                                                         const ChildEnding& ending = {},
                                                         const ChildOutput& received = {}) = 0;
+
+  /// Starts the child and leaves it to itself: it has a session of its own, reads an empty input, and lives
+  /// on when the program ends. Captures nothing. Does not wait for it; any thread.
+  virtual std::expected<void, PlatformError> start(const ChildCommand& command) = 0;
 };
 
 }  // namespace ostrel

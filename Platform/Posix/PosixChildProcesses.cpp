@@ -194,6 +194,7 @@ std::expected<ChildResult, PlatformError> PosixChildProcesses::run(const ChildCo
   {
     const std::lock_guard lock(mutex_);
     if (ended_) return std::unexpected(posixError(ECANCELED));
+    reapStarted();
     ++runs_;
   }
   auto result = runChild(command, ending, received);
@@ -201,6 +202,21 @@ std::expected<ChildResult, PlatformError> PosixChildProcesses::run(const ChildCo
   --runs_;
   left_.notify_all();
   return result;
+}
+
+std::expected<void, PlatformError> PosixChildProcesses::start(const ChildCommand& command) {
+  const std::lock_guard lock(mutex_);
+  if (ended_) return std::unexpected(posixError(ECANCELED));
+  reapStarted();
+  const auto process = spawnDetachedChild(realPath_(command.executable), command);
+  if (!process) return std::unexpected(process.error());
+  started_.insert(*process);
+  return {};
+}
+
+/// The mutex is held. A child that cannot be waited for has been reaped by somebody else.
+void PosixChildProcesses::reapStarted() {
+  std::erase_if(started_, [](pid_t process) { return ::waitpid(process, nullptr, WNOHANG) != 0; });
 }
 
 std::expected<ChildResult, PlatformError> PosixChildProcesses::runChild(const ChildCommand& command,

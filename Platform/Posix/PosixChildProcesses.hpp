@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <condition_variable>
 #include <cstddef>
 #include <mutex>
@@ -27,6 +29,9 @@ class PosixChildProcesses final : public ChildProcesses {
   std::expected<ChildResult, PlatformError> run(const ChildCommand& command, const ChildEnding& ending = {},
                                                 const ChildOutput& received = {}) override;
 
+  /// Once it has ended, the next run or start reaps it.
+  std::expected<void, PlatformError> start(const ChildCommand& command) override;
+
   /// Kills the child of every run, but for one that shares the terminal, and starts no more. Those runs and
   /// every later one fail. Call it before the queues on which runs block are joined. Any thread.
   void endAll();
@@ -40,11 +45,14 @@ class PosixChildProcesses final : public ChildProcesses {
   ChildResult attend(Child& child, Descriptor output, Descriptor error, const ChildEnding& ending,
                      const ChildOutput& received);
 
+  void reapStarted();
+
   const PathMap realPath_;
   const std::size_t outputLimit_;
   std::mutex mutex_;  // guards what follows
   std::condition_variable left_;
   std::set<Child*> children_;
+  std::set<pid_t> started_;
   std::size_t runs_ = 0;
   bool ended_ = false;
 };

@@ -18,9 +18,24 @@ namespace {
 
 constexpr const char* nowhere = "/dev/null";
 
+/// What ties the child to the program: the terminal, a process group that ends with it, or nothing.
+enum class Tie { terminal, group, none };
+
+constexpr int flagOf(Tie tie) {
+  switch (tie) {
+    case Tie::terminal:
+      return 0;
+    case Tie::group:
+      return POSIX_SPAWN_SETPGROUP;
+    case Tie::none:
+      return POSIX_SPAWN_SETSID;
+  }
+  return 0;
+}
+
 class SpawnAttributes {
  public:
-  explicit SpawnAttributes(bool leadsGroup) {
+  explicit SpawnAttributes(Tie tie) {
     posix_spawnattr_init(&value_);
     sigset_t signals;
     sigemptyset(&signals);
@@ -30,8 +45,7 @@ class SpawnAttributes {
     sigdelset(&signals, SIGSTOP);
     posix_spawnattr_setsigdefault(&value_, &signals);
     posix_spawnattr_setpgroup(&value_, 0);
-    const int flags =
-        POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | (leadsGroup ? POSIX_SPAWN_SETPGROUP : 0);
+    const int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | flagOf(tie);
     posix_spawnattr_setflags(&value_, static_cast<short>(flags));
   }
   SpawnAttributes(const SpawnAttributes&) = delete;
@@ -46,9 +60,9 @@ class SpawnAttributes {
 
 class SpawnStreams {
  public:
-  SpawnStreams(const ChildCommand& command, CaptureDescriptors captured) {
+  SpawnStreams(const ChildCommand& command, CaptureDescriptors captured, Tie tie) {
     posix_spawn_file_actions_init(&value_);
-    if (command.output != ChildStream::inherited) open(STDIN_FILENO, O_RDONLY);
+    if (tie != Tie::terminal) open(STDIN_FILENO, O_RDONLY);
     lead(STDOUT_FILENO, command.output, captured.output);
     lead(STDERR_FILENO, command.error, captured.error);
   }
@@ -77,18 +91,29 @@ std::vector<char*> argumentList(const ChildCommand& command) {
   return list;
 }
 
-}  // namespace
-
-std::expected<pid_t, PlatformError> spawnChild(const std::string& realPath, const ChildCommand& command,
-                                               CaptureDescriptors captured) {
-  const SpawnAttributes attributes(command.output != ChildStream::inherited);
-  const SpawnStreams streams(command, captured);
+std::expected<pid_t, PlatformError> spawn(const std::string& realPath, const ChildCommand& command,
+                                          CaptureDescriptors captured, Tie tie) {
+  const SpawnAttributes attributes(tie);
+  const SpawnStreams streams(command, captured, tie);
   const auto arguments = argumentList(command);
   pid_t child = 0;
   const int failure =
       ::posix_spawn(&child, realPath.c_str(), streams.get(), attributes.get(), arguments.data(), environ);
   if (failure != 0) return std::unexpected(posixError(failure));
   return child;
+}
+
+}  // namespace
+
+std::expected<pid_t, PlatformError> spawnChild(const std::string& realPath, const ChildCommand& command,
+                                               CaptureDescriptors captured) {
+  return spawn(realPath, command, captured,
+               command.output == ChildStream::inherited ? Tie::terminal : Tie::group);
+}
+
+std::expected<pid_t, PlatformError> spawnDetachedChild(const std::string& realPath,
+                                                       const ChildCommand& command) {
+  return spawn(realPath, command, {}, Tie::none);
 }
 
 }  // namespace ostrel

@@ -21,4 +21,8 @@ struct CaptureDescriptors {
 std::expected<pid_t, PlatformError> spawnChild(const std::string& realPath, const ChildCommand& command,
                                                CaptureDescriptors captured);
 
+/// Starts it likewise, in a session of its own and with an empty input.
+std::expected<pid_t, PlatformError> spawnDetachedChild(const std::string& realPath,
+                                                       const ChildCommand& command);
+
 }  // namespace ostrel

@@ -32,6 +32,12 @@ class FakeChildProcesses final : public ChildProcesses {
     return result;
   }
 
+  std::expected<void, PlatformError> start(const ChildCommand& command) override {
+    if (hostHasEnded) return std::unexpected(endOfHost());
+    started.push_back(command);
+    return startResult;
+  }
+
   static PlatformError endOfHost() { return {posixErrorDomain, ECANCELED, "Operation canceled"}; }
 
   bool hostHasEnded = false;
@@ -41,6 +47,8 @@ class FakeChildProcesses final : public ChildProcesses {
   /// What happens while a child runs that was started.
   std::function<void(const ChildCommand&, const ChildEnding&, const ChildOutput&)> whileRunning;
   std::vector<ChildCommand> commands;  ///< every command that was run, in order
+  std::vector<ChildCommand> started;   ///< those left to themselves
+  std::expected<void, PlatformError> startResult;
 
  private:
   Result next(const ChildCommand& command) {

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <fstream>
 #include <functional>
 #include <future>
 #include <thread>
@@ -101,6 +102,36 @@ TEST_F(PosixChildProcessesTest, WhatCannotBeStartedIsAnError) {
     EXPECT_EQ(result.error().code, number) << path;
     EXPECT_FALSE(result.error().description.empty());
   }
+}
+
+TEST_F(PosixChildProcessesTest, AChildLeftToItselfOutlivesTheProgramInASessionOfItsOwn) {
+  const auto told = folder / "told";
+  const auto script = "cat; echo $$ $(cut -d ' ' -f 6 /proc/$$/stat) > " + told + ".new; mv " + told +
+                      ".new " + told + "; exec sleep 60";
+  {
+    PosixChildProcesses others(unmapped);
+    ASSERT_TRUE(others.start({"/bin/sh", {"-c", script}}));
+    ASSERT_TRUE(becomesTrue([&] { return std::filesystem::exists(told); })) << "its input is empty";
+  }
+  pid_t process = 0;
+  pid_t session = 0;
+  std::ifstream(told) >> process >> session;
+  ASSERT_GT(process, 0);
+  EXPECT_EQ(session, process);
+  EXPECT_EQ(::kill(process, SIGKILL), 0);
+  EXPECT_EQ(::waitpid(process, nullptr, 0), process);
+}
+
+TEST_F(PosixChildProcessesTest, ReapsWhatItLeftToItselfAndTellsWhatCannotBeStarted) {
+  ASSERT_TRUE(children.start(shell("exit 3", ChildStream::discarded)));
+  EXPECT_TRUE(becomesTrue([&] {
+    siginfo_t info{};
+    (void)children.run(shell("exit 0"));
+    return ::waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) != 0;
+  }));
+  EXPECT_EQ(children.start({folder / "missing", {}}).error().code, ENOENT);
+  children.endAll();
+  EXPECT_TRUE(isEndOfHost(children.start(shell("exit 0")).error()));
 }
 
 TEST_F(PosixChildProcessesTest, MapsThePathOfTheExecutableAndNoArgument) {
