@@ -44,9 +44,7 @@ std::optional<DefaultsValue> readDates(const Json& json) {
   if (!json.is_object()) return std::nullopt;
   std::map<std::string, Date> dates;
   for (const auto& [name, number] : json.items()) {
-    const auto date = readDate(number);
-    if (!date) return std::nullopt;
-    dates.emplace(name, *date);
+    if (const auto date = readDate(number)) dates.emplace(name, *date);
   }
   return dates;
 }

@@ -6,7 +6,7 @@
 namespace ostrel {
 
 /// The settings as one JSON file, read anew at each access. A damaged file is moved aside, to its name with
-/// ".damaged", before a fresh one is written.
+/// ".damaged", before a fresh one is written; of dates by name those that can be read count.
 class PosixUserDefaults final : public UserDefaults {
  public:
   PosixUserDefaults(Files& files, std::string path);

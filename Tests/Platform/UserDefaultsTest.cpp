@@ -74,7 +74,7 @@ TEST_F(PosixUserDefaultsTest, AValueOfAnUnknownShapeIsAbsentAndOutlivesOtherChan
                               "[1]",
                               "{}",
                               R"({"date":"x"})",
-                              R"({"dates":{"a":true}})",
+                              R"({"dates":[1]})",
                               R"({"date":1,"more":2})"};
   for (const auto& row : rows) {
     files.put(path, "{\"key\": " + row + "}");
@@ -84,6 +84,13 @@ TEST_F(PosixUserDefaultsTest, AValueOfAnUnknownShapeIsAbsentAndOutlivesOtherChan
     std::erase_if(compact, [](char c) { return c == ' ' || c == '\n'; });
     EXPECT_EQ(compact, "{\"key\":" + row + ",\"other\":true}");
   }
+}
+
+TEST_F(PosixUserDefaultsTest, OfDatesByNameThoseCountThatCanBeRead) {
+  files.put(path,
+            R"({"key": {"dates": {"a": true, "b": 5, "c": 1.5, "d": "x", "e": 18446744073709551615}}})");
+  EXPECT_EQ(defaults.value("key"),
+            DefaultsValue(std::map<std::string, Date>{{"b", Date(std::chrono::milliseconds(5))}}));
 }
 
 TEST_F(PosixUserDefaultsTest, AFailedChangeLosesNothing) {
