@@ -8,4 +8,10 @@ std::optional<std::int64_t> runningRepairFlow(const UserDefaults& userDefaults, 
   return process;
 }
 
+bool bringRepairFlowToFront(std::int64_t process, Workspace& workspace, Log& log) {
+  if (workspace.bringToFront(process)) return true;
+  log.line("ostrel: the repair flow is running but could not be brought to the front");
+  return false;
+}
+
 }  // namespace ostrel

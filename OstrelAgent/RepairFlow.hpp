@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "Platform/Log.hpp"
 #include "Platform/UserDefaults.hpp"
 #include "Platform/Workspace.hpp"
 
@@ -14,5 +15,8 @@ inline constexpr const char* onboardingFlowProcessIdentifierKey = "OnboardingFlo
 /// The process whose onboarding or repair window is open; nothing when the id that is stored is that of a
 /// process that has died.
 std::optional<std::int64_t> runningRepairFlow(const UserDefaults& userDefaults, const Workspace& workspace);
+
+/// Brings that process's window to the front; when it cannot be reached false, which is told in the log.
+bool bringRepairFlowToFront(std::int64_t process, Workspace& workspace, Log& log);
 
 }  // namespace ostrel

@@ -15,6 +15,8 @@
 #include "Tests/Fakes/FakeSystemExtensions.hpp"
 #include "Tests/Fakes/FakeTimeFormat.hpp"
 #include "Tests/Fakes/FakeUnixSockets.hpp"
+#include "Tests/Fakes/FakeUserDefaults.hpp"
+#include "Tests/Fakes/FakeUserNotifications.hpp"
 
 namespace ostrel {
 
@@ -34,6 +36,8 @@ struct FakeHost {
   UserAccount userAccount{"/Users/robin", "/tmp", 501};
   FakeSystemExtensions systemExtensions;
   FakeNetworkPreferences networkPreferences;
+  FakeUserDefaults userDefaults;
+  FakeUserNotifications userNotifications{mainQueue};
   FakeShell shell;
   FakeStatusItem statusItem;
   FakeScreens screens;

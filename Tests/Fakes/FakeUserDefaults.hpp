@@ -6,7 +6,7 @@
 
 namespace ostrel {
 
-/// Settings in memory.
+/// Settings in memory, which can be written as long as the test lets them.
 class FakeUserDefaults final : public UserDefaults {
  public:
   std::optional<DefaultsValue> value(const std::string& key) const override {
@@ -15,14 +15,18 @@ class FakeUserDefaults final : public UserDefaults {
   }
 
   std::expected<void, PlatformError> set(const std::string& key, DefaultsValue value) override {
+    if (writeError) return std::unexpected(*writeError);
     values_[key] = std::move(value);
     return {};
   }
 
   std::expected<void, PlatformError> remove(const std::string& key) override {
+    if (writeError) return std::unexpected(*writeError);
     values_.erase(key);
     return {};
   }
+
+  std::optional<PlatformError> writeError;
 
  private:
   std::map<std::string, DefaultsValue> values_;

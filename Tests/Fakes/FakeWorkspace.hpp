@@ -23,12 +23,18 @@ class FakeWorkspace final : public Workspace {
     return std::ranges::find(running, processIdentifier) != running.end();
   }
 
-  bool bringToFront(std::int64_t processIdentifier) override { return isRunning(processIdentifier); }
+  bool bringToFront(std::int64_t processIdentifier) override {
+    if (!canBringToFront || !isRunning(processIdentifier)) return false;
+    fronted.push_back(processIdentifier);
+    return true;
+  }
 
   int majorVersion = 15;
   bool canOpenUrls = true;
   std::vector<std::string> urls;
+  bool canBringToFront = true;
   std::vector<std::int64_t> running;  ///< other processes of the program
+  std::vector<std::int64_t> fronted;
 };
 
 }  // namespace ostrel

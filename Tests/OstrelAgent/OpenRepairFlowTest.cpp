@@ -1,0 +1,45 @@
+#include "OstrelAgent/OpenRepairFlow.hpp"
+
+#include <gtest/gtest.h>
+
+#include "Tests/Fakes/FakeHost.hpp"
+#include "Tests/Fakes/FakeWorkspace.hpp"
+
+namespace ostrel {
+namespace {
+
+struct OpenRepairFlowTest : testing::Test {
+  void open() { openRepairFlow({host.bundle, host.userDefaults, workspace, host.childProcesses, host.log}); }
+
+  FakeHost host;
+  FakeWorkspace workspace;
+};
+
+TEST_F(OpenRepairFlowTest, StartsTheFlowUnlessOneRunsWhichComesToTheFront) {
+  ASSERT_TRUE(host.userDefaults.set("OnboardingFlowProcessID", std::int64_t{77}));
+  open();
+  ASSERT_EQ(host.childProcesses.started.size(), 1U) << "that process has died";
+  EXPECT_EQ(host.childProcesses.started[0].executable, host.bundle.executable);
+  EXPECT_EQ(host.childProcesses.started[0].arguments, std::vector<std::string>{"repair"});
+  workspace.running = {77};
+  open();
+  EXPECT_EQ(workspace.fronted, std::vector<std::int64_t>{77});
+  workspace.canBringToFront = false;
+  open();
+  EXPECT_EQ(host.childProcesses.started.size(), 1U);
+  EXPECT_EQ(host.log.lines, std::vector<std::string>{
+                                "ostrel: the repair flow is running but could not be brought to the front"});
+}
+
+TEST_F(OpenRepairFlowTest, TellsTheLogWhatKeepsItFromStarting) {
+  host.childProcesses.startResult = std::unexpected(PlatformError{posixErrorDomain, EACCES, "denied"});
+  open();
+  host.bundle.executable.clear();
+  open();
+  EXPECT_EQ(host.log.lines, (std::vector<std::string>{
+                                "ostrel: could not open the repair flow: denied",
+                                "ostrel: cannot open the repair flow: the app executable path is unknown"}));
+}
+
+}  // namespace
+}  // namespace ostrel
