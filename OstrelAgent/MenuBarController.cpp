@@ -24,9 +24,11 @@ void loadNetworkState(NetworkPreferences& preferences, const std::shared_ptr<Sna
 
 }  // namespace
 
-MenuBarController::MenuBarController(Services services, HelperRunner helper)
+MenuBarController::MenuBarController(Services services, HelperRunner helper,
+                                     std::shared_ptr<RedNotifier> redNotifier)
     : services_(services),
       helper_(helper),
+      redNotifier_(std::move(redNotifier)),
       statusRuns_(services.mainQueue),
       times_{.clockTime = [&format = services.timeFormat](Date date) { return format.clockTime(date); },
              .shortDate = [&format = services.timeFormat](Date date) { return format.shortDate(date); }} {}
@@ -49,6 +51,7 @@ void MenuBarController::start() {
   services_.screens.onPanelButton(press);
   services_.statusItem.showMenu(statusItemMenu(panelActions_.available()));
   model_.snap = latest_;
+  redNotifier_->start();
   applyIcon(latest_);
   refresh();
   probeDeviceManagement();
@@ -121,6 +124,7 @@ void MenuBarController::publish(std::shared_ptr<const Snapshot> read) {
     applyIcon(latest_);
     model_.snap = latest_;
   }
+  redNotifier_->observe(ProtectionVerdict::of(latest_), services_.clock.now());
   if (services_.screens.isPanelShown()) services_.screens.updatePanel(content());
 }
 

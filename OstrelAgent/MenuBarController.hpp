@@ -6,6 +6,7 @@
 
 #include "OstrelAgent/HelperRunner.hpp"
 #include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/RedNotifier.hpp"
 #include "OstrelAgent/StatusPanelActions.hpp"
 #include "OstrelAgent/StatusPanelModel.hpp"
 #include "OstrelAgent/StatusRuns.hpp"
@@ -42,7 +43,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
     Screens& screens;
   };
 
-  MenuBarController(Services services, HelperRunner helper);
+  MenuBarController(Services services, HelperRunner helper, std::shared_ptr<RedNotifier> redNotifier);
 
   /// Shows the icon, starts the first refresh and the timer. Call once.
   void start();
@@ -62,6 +63,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
 
   Services services_;
   HelperRunner helper_;
+  std::shared_ptr<RedNotifier> redNotifier_;
   StatusRuns statusRuns_;
   TimeTexts times_;
   StatusPanelModel model_;

@@ -1,6 +1,47 @@
 #include "OstrelAgent/RedNotifier.hpp"
 
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <random>
+#include <utility>
+
+#include "OstrelAgent/ContainerBlockNotificationGate.hpp"
+#include "OstrelAgent/Copy.hpp"
+
 namespace ostrel {
+
+namespace {
+
+constexpr const char* notProtectedCategory = "tech.brenn.ostrel-agent.not-protected";
+constexpr const char* containerBlockedCategory = "tech.brenn.ostrel-agent.container-blocked";
+constexpr const char* fixAction = "FIX";
+constexpr const char* containerTrustAction = "CONTAINER_TRUST";
+
+/// A random UUID of version 4 (RFC 9562), so that no notification takes the place of another.
+std::string freshIdentifier() {
+  std::random_device random;
+  std::uint32_t parts[4] = {random(), random(), random(), random()};
+  parts[1] = (parts[1] & 0xFFFF0FFFU) | 0x00004000U;
+  parts[2] = (parts[2] & 0x3FFFFFFFU) | 0x80000000U;
+  std::array<char, 37> text;
+  (void)std::snprintf(text.data(), text.size(), "%08X-%04X-%04X-%04X-%04X%08X", parts[0], parts[1] >> 16U,
+                      parts[1] & 0xFFFFU, parts[2] >> 16U, parts[2] & 0xFFFFU, parts[3]);
+  return text.data();
+}
+
+bool asksFor(const NotificationResponse& response, std::string_view action, std::string_view category) {
+  using Case = NotificationResponse::Case;
+  if (response.kind == Case::action) return response.action == action;
+  return response.kind == Case::opened && response.category == category;
+}
+
+}  // namespace
+
+RedNotifier::RedNotifier(Services services, std::function<void()> openRepairFlow)
+    : services_(services),
+      openRepairFlow_(std::move(openRepairFlow)),
+      memory_(services.userDefaults, services.log) {}
 
 void RedNotifier::requestAuthorizationIfNeeded(UserNotifications& notifications, Log& log) {
   notifications.readAuthorization([&notifications, &log](NotificationAuthorization authorization) {
@@ -9,6 +50,74 @@ void RedNotifier::requestAuthorizationIfNeeded(UserNotifications& notifications,
       if (!asked) log.line("ostrel: notification authorization request failed: " + asked.error().description);
     });
   });
+}
+
+void RedNotifier::start() {
+  auto& notifications = services_.notifications;
+  notifications.onResponse([weak = weak_from_this()](const NotificationResponse& response) {
+    if (const auto self = weak.lock()) self->respond(response);
+  });
+  notifications.registerCategories({
+      {notProtectedCategory, {{fixAction, std::string(Copy::buttonFix.text())}}},
+      {containerBlockedCategory, {{containerTrustAction, std::string(Copy::buttonContainerTrust.text())}}},
+  });
+  notifications.readAuthorization([&log = services_.log](NotificationAuthorization authorization) {
+    if (authorization == NotificationAuthorization::authorized) return;
+    log.line("ostrel: notifications are not authorized (status " +
+             std::to_string(static_cast<int>(authorization)) +
+             "); this Mac cannot be told when it stops being protected");
+  });
+}
+
+void RedNotifier::observe(const ProtectionVerdict& verdict, Date now) {
+  const auto lastPostedAt = memory_.notProtected();
+  auto outcome =
+      RedNotificationGate::evaluate(verdict, lastPostedAt, std::exchange(closedRuns_, {}), openRun_, now);
+  closedRuns_ = std::move(outcome.closed);
+  openRun_ = outcome.open;
+  if (outcome.lastPostedAt != lastPostedAt) memory_.setNotProtected(outcome.lastPostedAt);
+  if (outcome.post) postNotProtected();
+}
+
+void RedNotifier::observeContainerBlocks(const std::vector<std::string>& blocked,
+                                         const std::set<std::string>& enabled, Date now) {
+  const auto lastPostedAt = memory_.containerBlocks();
+  const auto outcome = ContainerBlockNotificationGate::evaluate(blocked, enabled, lastPostedAt, now);
+  if (outcome.lastPostedAt != lastPostedAt) memory_.setContainerBlocks(outcome.lastPostedAt);
+  for (const auto& runtime : outcome.post) postContainerBlocked(runtime);
+}
+
+void RedNotifier::postNotProtected() {
+  services_.notifications.post(
+      {.identifier = freshIdentifier(),
+       .title = std::string(Copy::notificationNotProtectedTitle.text()),
+       .body = std::string(Copy::notificationNotProtectedBody.text()),
+       .category = notProtectedCategory,
+       .sound = NotificationSound::standard},
+      [&log = services_.log](const std::expected<void, PlatformError>& posted) {
+        if (posted) return;
+        log.line("ostrel: could not post the not-protected notification: " + posted.error().description);
+      });
+}
+
+void RedNotifier::postContainerBlocked(const std::string& runtime) {
+  services_.notifications.post(
+      {.identifier = freshIdentifier(),
+       .title = Copy::notificationContainerBlockedTitle.with(runtime),
+       .body = std::string(Copy::notificationContainerBlockedBody.text()),
+       .category = containerBlockedCategory},
+      [&log = services_.log](const std::expected<void, PlatformError>& posted) {
+        if (posted) return;
+        log.line("ostrel: could not post the container-blocked notification: " + posted.error().description);
+      });
+}
+
+void RedNotifier::respond(const NotificationResponse& response) const {
+  if (asksFor(response, containerTrustAction, containerBlockedCategory)) {
+    if (openContainerTrust) openContainerTrust();
+  } else if (asksFor(response, fixAction, notProtectedCategory)) {
+    openRepairFlow_();
+  }
 }
 
 }  // namespace ostrel

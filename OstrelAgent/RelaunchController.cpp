@@ -5,13 +5,15 @@
 namespace ostrel {
 
 RelaunchController::RelaunchController(MainQueue& mainQueue, BackgroundQueue& backgroundQueue, Shell& shell,
-                                       MenuBarAgent menuBarAgent)
+                                       MenuBarAgent menuBarAgent, std::shared_ptr<RedNotifier> notifier)
     : mainQueue_(mainQueue),
       backgroundQueue_(backgroundQueue),
       shell_(shell),
-      menuBarAgent_(std::move(menuBarAgent)) {}
+      menuBarAgent_(std::move(menuBarAgent)),
+      notifier_(std::move(notifier)) {}
 
 void RelaunchController::applicationDidFinishLaunching() {
+  notifier_->start();
   wait_ = mainQueue_.after(delay, [weak = weak_from_this()] {
     if (const auto self = weak.lock()) self->restart();
   });

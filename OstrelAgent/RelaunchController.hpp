@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "OstrelAgent/MenuBarAgent.hpp"
+#include "OstrelAgent/RedNotifier.hpp"
 #include "Platform/BackgroundQueue.hpp"
 #include "Platform/MainQueue.hpp"
 #include "Platform/Shell.hpp"
@@ -16,9 +17,9 @@ class RelaunchController : public std::enable_shared_from_this<RelaunchControlle
   static constexpr std::chrono::milliseconds delay{5000};
 
   RelaunchController(MainQueue& mainQueue, BackgroundQueue& backgroundQueue, Shell& shell,
-                     MenuBarAgent menuBarAgent);
+                     MenuBarAgent menuBarAgent, std::shared_ptr<RedNotifier> notifier);
 
-  /// Starts the wait. Call once.
+  /// Starts the notifier and the wait. Call once.
   void applicationDidFinishLaunching();
 
  private:
@@ -28,6 +29,7 @@ class RelaunchController : public std::enable_shared_from_this<RelaunchControlle
   BackgroundQueue& backgroundQueue_;
   Shell& shell_;
   MenuBarAgent menuBarAgent_;
+  std::shared_ptr<RedNotifier> notifier_;
   ScheduledWork wait_;
 };
 

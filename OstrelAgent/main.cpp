@@ -8,6 +8,8 @@
 #include "OstrelAgent/EditMenu.hpp"
 #include "OstrelAgent/MenuBarController.hpp"
 #include "OstrelAgent/OnboardingFlowController.hpp"
+#include "OstrelAgent/OpenRepairFlow.hpp"
+#include "OstrelAgent/RedNotifier.hpp"
 #include "OstrelAgent/RelaunchController.hpp"
 #include "OstrelAgent/RepairFlow.hpp"
 #include "OstrelAgent/Translation.hpp"
@@ -30,6 +32,18 @@ NetworkConfigurations networkConfigurations(const Host& host) {
           Records(host.files, host.clock, host.userAccount)};
 }
 
+std::shared_ptr<RedNotifier> redNotifier(const Host& host) {
+  const RepairFlowServices repairFlow{.bundle = host.bundle,
+                                      .userDefaults = host.userDefaults,
+                                      .workspace = host.workspace,
+                                      .childProcesses = host.childProcesses,
+                                      .log = host.log};
+  return std::make_shared<RedNotifier>(
+      RedNotifier::Services{
+          .notifications = host.userNotifications, .userDefaults = host.userDefaults, .log = host.log},
+      [repairFlow] { openRepairFlow(repairFlow); });
+}
+
 int runMenuBar() {
   const auto lifetime = makeHost(Presence::person);
   auto& host = lifetime->services();
@@ -48,7 +62,7 @@ int runMenuBar() {
           .statusItem = host.statusItem,
           .screens = host.screens,
       },
-      helperRunner(host));
+      helperRunner(host), redNotifier(host));
   controller->start();
   return host.shell.run();
 }
@@ -61,9 +75,10 @@ int fail(int status, const std::string& sentence) {
 int runRelaunch() {
   const auto lifetime = makeHost(Presence::unseen);
   auto& host = lifetime->services();
+  installTranslation(host.bundle, host.log);
   host.shell.setActivationPolicy(ActivationPolicy::accessory);
-  const auto controller = std::make_shared<RelaunchController>(host.mainQueue, host.backgroundQueue,
-                                                               host.shell, menuBarAgent(host));
+  const auto controller = std::make_shared<RelaunchController>(
+      host.mainQueue, host.backgroundQueue, host.shell, menuBarAgent(host), redNotifier(host));
   controller->applicationDidFinishLaunching();
   return host.shell.run();
 }
@@ -74,14 +89,10 @@ bool isShownByAnother() {
   const auto lifetime = makeHost(Presence::questions);
   const auto& host = lifetime->services();
   const auto other = runningRepairFlow(host.userDefaults, host.workspace);
-  if (!other) return false;
-  if (host.workspace.bringToFront(*other)) {
-    host.standardStreams.writeOutput("the setup window is open already, in process " +
-                                     std::to_string(*other) + "\n");
-    return true;
-  }
-  host.log.line("ostrel: the repair flow is running but could not be brought to the front");
-  return false;
+  if (!other || !bringRepairFlowToFront(*other, host.workspace, host.log)) return false;
+  host.standardStreams.writeOutput("the setup window is open already, in process " + std::to_string(*other) +
+                                   "\n");
+  return true;
 }
 
 int runOnboarding(OnboardingMode mode) {

@@ -108,7 +108,7 @@ class LinuxHost final : public HostLifetime {
   PosixChildProcesses childProcesses_{realPath()};
   PosixMainQueue mainQueue_;
   SimulatedSystemExtensions systemExtensions_{files_, mainQueue_, hostRoot_.realPath(simulatedstate::lock)};
-  ConsoleUserNotifications userNotifications_{mainQueue_};
+  ConsoleUserNotifications userNotifications_{mainQueue_, streams_};
   LinuxWorkspace workspace_{bundle_.executablePath()};
   ConsoleStatusItem consoleStatusItem_{streams_};
   ConsoleScreens consoleScreens_{streams_};

@@ -90,7 +90,9 @@ TEST_F(DesktopStatusItemTest, IsSilentWhenARefreshChangesNothing) {
       MenuBarController::Services{host.mainQueue, host.backgroundQueue, host.statusQueue, host.clock,
                                   host.childProcesses, host.networkPreferences, host.timeFormat, host.shell,
                                   item, host.screens},
-      HelperRunner(host.bundle, host.files, host.childProcesses, host.standardStreams));
+      HelperRunner(host.bundle, host.files, host.childProcesses, host.standardStreams),
+      std::make_shared<RedNotifier>(
+          RedNotifier::Services{host.userNotifications, host.userDefaults, host.log}, [] {}));
   const auto refresh = [&] {
     host.mainQueue.advance(5s);
     host.statusQueue.runAll();

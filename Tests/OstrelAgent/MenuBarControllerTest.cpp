@@ -54,7 +54,9 @@ struct MenuBarControllerTest : testing::Test {
       MenuBarController::Services{host.mainQueue, host.backgroundQueue, host.statusQueue, host.clock,
                                   host.childProcesses, host.networkPreferences, host.timeFormat, host.shell,
                                   host.statusItem, host.screens},
-      HelperRunner(host.bundle, host.files, host.childProcesses, host.standardStreams));
+      HelperRunner(host.bundle, host.files, host.childProcesses, host.standardStreams),
+      std::make_shared<RedNotifier>(
+          RedNotifier::Services{host.userNotifications, host.userDefaults, host.log}, [] {}));
 };
 
 TEST_F(MenuBarControllerTest, ShowsAnIconBeforeAnyDataAndTouchesItOnlyForAChangeEveryFiveSeconds) {
@@ -101,6 +103,19 @@ TEST_F(MenuBarControllerTest, QuitsFromTheMenuAndFromThePanel) {
   controller->togglePanel();
   host.screens.press(panel().moreButtons.back());
   EXPECT_EQ(host.shell.terminations, 2);
+}
+
+TEST_F(MenuBarControllerTest, TellsThePersonOnceAfterAMinuteWithoutProtection) {
+  answer({0, reportText("not_protected")});
+  controller->start();
+  settle();
+  for (int seconds = 5; seconds <= 600; seconds += 5) {
+    host.mainQueue.advance(5s);
+    settle();
+    // What the reading of the minute tells may come with the tick after it.
+    if (seconds == 60) continue;
+    EXPECT_EQ(host.userNotifications.posted.size(), seconds < 60 ? 0U : 1U) << seconds;
+  }
 }
 
 TEST_F(MenuBarControllerTest, WakesTheMainThreadOnlyForNews) {

@@ -14,8 +14,11 @@ TEST(RelaunchController, RestartsTheMenuBarAgentAfterFiveSecondsAndThenEnds) {
   host.childProcesses.script.emplace_back(ChildResult{0, ""});
   const auto controller = std::make_shared<RelaunchController>(
       host.mainQueue, host.backgroundQueue, host.shell,
-      MenuBarAgent(host.bundle, host.files, host.childProcesses, host.standardStreams, host.userAccount));
+      MenuBarAgent(host.bundle, host.files, host.childProcesses, host.standardStreams, host.userAccount),
+      std::make_shared<RedNotifier>(
+          RedNotifier::Services{host.userNotifications, host.userDefaults, host.log}, [] {}));
   controller->applicationDidFinishLaunching();
+  EXPECT_EQ(host.userNotifications.categories.size(), 2U);
   host.mainQueue.advance(4999ms);
   EXPECT_EQ(host.backgroundQueue.countWaiting(), 0U);
   host.mainQueue.advance(1ms);

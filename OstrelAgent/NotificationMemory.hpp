@@ -1,0 +1,36 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+
+#include "Platform/Log.hpp"
+#include "Platform/UserDefaults.hpp"
+
+namespace ostrel {
+
+/// When notifications were last posted, in the user's settings. What cannot be written there is kept for as
+/// long as the program runs, so that nobody is told the same every minute. Main thread.
+class NotificationMemory {
+ public:
+  NotificationMemory(UserDefaults& userDefaults, Log& log) : userDefaults_(userDefaults), log_(log) {}
+
+  /// Of the not-protected notification.
+  std::optional<Date> notProtected() const;
+  void setNotProtected(std::optional<Date> date);
+
+  /// Of the container-blocked notifications, by runtime.
+  std::map<std::string, Date> containerBlocks() const;
+  void setContainerBlocks(std::map<std::string, Date> dates);
+
+ private:
+  template <class T>
+  std::optional<T> get(const std::string& key) const;
+  void put(const std::string& key, std::optional<DefaultsValue> value);
+
+  UserDefaults& userDefaults_;
+  Log& log_;
+  std::map<std::string, std::optional<DefaultsValue>> unwritten_;
+};
+
+}  // namespace ostrel
