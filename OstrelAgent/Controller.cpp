@@ -148,7 +148,7 @@ void Controller::configureProxy(int attempt) {
 }
 
 void Controller::retryOrFail(int attempt, const NetworkConfigurations::ProxyFailure& failure) {
-  const auto told = std::string(failure.stage) + ": " + failure.error.description;
+  const auto told = failure.description();
   if (!isTransientNEConfigRace(failure.error) || attempt >= mostAttempts) return fail(told);
   const int next = attempt + 1;
   print(told + " — sysext/NE registration still settling, retry " + std::to_string(next) + "/" +

@@ -1,6 +1,7 @@
 #include "OstrelAgent/JsonMembers.hpp"
 
 #include <algorithm>
+#include <charconv>
 #include <nlohmann/json.hpp>
 
 #include "OstrelAgent/JsonDecoder.hpp"
@@ -87,6 +88,16 @@ std::optional<bool> JsonMembers::boolean(std::string_view name) const {
   if (value == "true") return true;
   if (value == "false") return false;
   return std::nullopt;
+}
+
+std::optional<std::int64_t> JsonMembers::integer(std::string_view name) const {
+  const auto value = json(name);
+  if (!value) return std::nullopt;
+  std::int64_t number = 0;
+  const auto* const last = value->data() + value->size();
+  const auto [end, error] = std::from_chars(value->data(), last, number);
+  if (error != std::errc() || end != last) return std::nullopt;
+  return number;
 }
 
 std::optional<std::string> JsonMembers::text(std::string_view name) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>
@@ -18,6 +19,9 @@ class JsonMembers {
 
   /// The member when it is true or false.
   std::optional<bool> boolean(std::string_view name) const;
+
+  /// The member when it is an integer of 64 bits, written without fraction and exponent.
+  std::optional<std::int64_t> integer(std::string_view name) const;
 
   /// The member when it is a text.
   std::optional<std::string> text(std::string_view name) const;

@@ -24,10 +24,9 @@ void loadNetworkState(NetworkPreferences& preferences, const std::shared_ptr<Sna
 
 }  // namespace
 
-MenuBarController::MenuBarController(Services services, HelperRunner helper,
-                                     std::shared_ptr<RedNotifier> redNotifier)
+MenuBarController::MenuBarController(Services services, Tools tools, std::shared_ptr<RedNotifier> redNotifier)
     : services_(services),
-      helper_(helper),
+      tools_(std::move(tools)),
       redNotifier_(std::move(redNotifier)),
       statusRuns_(services.mainQueue),
       times_{.clockTime = [&format = services.timeFormat](Date date) { return format.clockTime(date); },
@@ -47,7 +46,7 @@ void MenuBarController::start() {
                                       if (const auto self = weak.lock()) self->applyIcon(self->latest_);
                                     },
                                 .menuPressed = press});
-  panelActions_.quitStatusIcon = [&shell = services_.shell] { shell.terminate(); };
+  fillPanelActions();
   services_.screens.onPanelButton(press);
   services_.statusItem.showMenu(statusItemMenu(panelActions_.available()));
   model_.snap = latest_;
@@ -60,22 +59,43 @@ void MenuBarController::start() {
   });
 }
 
+void MenuBarController::fillPanelActions() {
+  const auto weakly = [weak = weak_from_this()](auto action) {
+    return [weak, action] {
+      if (const auto self = weak.lock()) action(*self);
+    };
+  };
+  actions_ = std::make_shared<PanelActions>(
+      PanelActions::Services{services_.mainQueue, services_.backgroundQueue, services_.clock,
+                             services_.bundle, services_.log, services_.shell, services_.pasteboard,
+                             services_.alerts},
+      PanelActions::Tools{tools_.helper, tools_.socket, tools_.trust, tools_.configurations},
+      PanelActions::Panel{.model = model_,
+                          .draw = weakly([](MenuBarController& self) { self.draw(); }),
+                          .refresh = weakly([](MenuBarController& self) { self.refresh(); }),
+                          .applyHealth = [weak = weak_from_this()](const StatusReport::Health& health) {
+                            if (const auto self = weak.lock()) self->applyHealth(health);
+                          }});
+  panelActions_ = actions_->callbacks();
+  panelActions_.openRepairFlow = tools_.openRepairFlow;
+}
+
 void MenuBarController::refresh() {
   const auto run = statusRuns_.begin();
   if (!run) return;
   // An open panel shows times that go on.
   const auto known = services_.screens.isPanelShown() ? nullptr : lastRead_;
-  const auto report = [weak = weak_from_this(), run = *run, known,
+  const auto report = [weak = weak_from_this(), run = *run, known, generation = healthGeneration_,
                        &queue = services_.mainQueue](const std::shared_ptr<const Snapshot>& read) {
-    auto finish = [weak, number = run.number, read] {
-      if (const auto self = weak.lock()) self->finishRefresh(number, read);
+    auto finish = [weak, number = run.number, generation, read] {
+      if (const auto self = weak.lock()) self->finishRefresh(number, generation, read);
     };
     // The main thread need not be woken for what it knows, unless a request waits for the run's place.
     const bool isAwaited = run.ending.terminate.stop_requested();
     if (known && *read == *known && !isAwaited) return queue.postLazily(std::move(finish));
     queue.post(std::move(finish));
   };
-  services_.statusQueue.run(QualityOfService::utility, [report, ending = run->ending, helper = helper_,
+  services_.statusQueue.run(QualityOfService::utility, [report, ending = run->ending, helper = tools_.helper,
                                                         &preferences = services_.networkPreferences] {
     const auto snapshot = std::make_shared<Snapshot>(readStatus(helper, ending));
     loadNetworkState(preferences, snapshot, [report, snapshot] { report(snapshot); });
@@ -108,23 +128,43 @@ void MenuBarController::probeDeviceManagement() {
       });
 }
 
-void MenuBarController::finishRefresh(std::uint64_t run, std::shared_ptr<const Snapshot> read) {
+void MenuBarController::finishRefresh(std::uint64_t run, std::uint64_t generation,
+                                      std::shared_ptr<const Snapshot> read) {
   const auto finish = statusRuns_.finish(run);
   if (finish.startsWaiting) refresh();
-  if (finish.mayPublish) publish(std::move(read));
+  if (finish.mayPublish) publish(generation, std::move(read));
 }
 
-void MenuBarController::publish(std::shared_ptr<const Snapshot> read) {
-  const bool isNews = !lastRead_ || *read != *lastRead_;
-  lastRead_ = std::move(read);
+void MenuBarController::publish(std::uint64_t generation, std::shared_ptr<const Snapshot> read) {
+  // The health of a check-in that ended while this was read is fresher.
+  const bool isOvertaken = generation != healthGeneration_;
+  const bool isNews = !lastRead_ || *read != *lastRead_ || isOvertaken;
   model_.hasReading = true;
   if (isNews) {
-    latest_ = *lastRead_;
+    latest_ = *read;
     latest_.mdmEnrolled = mdmEnrolled_.value_or(false);
+    if (isOvertaken && appliedHealth_) latest_.apply(*appliedHealth_);
     applyIcon(latest_);
     model_.snap = latest_;
   }
+  lastRead_ = isOvertaken ? nullptr : std::move(read);
   redNotifier_->observe(ProtectionVerdict::of(latest_), services_.clock.now());
+  actions_->clearUpdateInFlightIfSettled(latest_);
+  draw();
+}
+
+void MenuBarController::applyHealth(const StatusReport::Health& health) {
+  latest_.apply(health);
+  appliedHealth_ = health;
+  ++healthGeneration_;
+  lastRead_ = nullptr;  // the next refresh is news, whatever it reads
+  applyIcon(latest_);
+  model_.snap = latest_;
+  redNotifier_->observe(ProtectionVerdict::of(latest_), services_.clock.now());
+  draw();
+}
+
+void MenuBarController::draw() {
   if (services_.screens.isPanelShown()) services_.screens.updatePanel(content());
 }
 

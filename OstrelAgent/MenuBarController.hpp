@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "OstrelAgent/HelperRunner.hpp"
+#include "OstrelAgent/PanelActions.hpp"
 #include "OstrelAgent/PanelContent.hpp"
 #include "OstrelAgent/RedNotifier.hpp"
 #include "OstrelAgent/StatusPanelActions.hpp"
@@ -41,9 +42,22 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
     Shell& shell;
     StatusItem& statusItem;
     Screens& screens;
+    const Bundle& bundle;
+    Log& log;
+    Pasteboard& pasteboard;
+    Alerts* alerts;  ///< see `PanelActions`
   };
 
-  MenuBarController(Services services, HelperRunner helper, std::shared_ptr<RedNotifier> redNotifier);
+  /// What the role does things with.
+  struct Tools {
+    HelperRunner helper;
+    ControlSocket socket;
+    DeviceCATrust trust;
+    NetworkConfigurations configurations;
+    std::function<void()> openRepairFlow;
+  };
+
+  MenuBarController(Services services, Tools tools, std::shared_ptr<RedNotifier> redNotifier);
 
   /// Shows the icon, starts the first refresh and the timer. Call once.
   void start();
@@ -56,23 +70,29 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
 
  private:
   void probeDeviceManagement();
-  void finishRefresh(std::uint64_t run, std::shared_ptr<const Snapshot> read);
-  void publish(std::shared_ptr<const Snapshot> read);
+  void fillPanelActions();
+  void finishRefresh(std::uint64_t run, std::uint64_t generation, std::shared_ptr<const Snapshot> read);
+  void publish(std::uint64_t generation, std::shared_ptr<const Snapshot> read);
+  void applyHealth(const StatusReport::Health& health);
   void applyIcon(const Snapshot& snapshot);
+  void draw();
   PanelContent content() const;
 
   Services services_;
-  HelperRunner helper_;
+  Tools tools_;
   std::shared_ptr<RedNotifier> redNotifier_;
   StatusRuns statusRuns_;
   TimeTexts times_;
   StatusPanelModel model_;
+  std::shared_ptr<PanelActions> actions_;
   StatusPanelActions panelActions_;
   ScheduledWork timer_;
   std::optional<bool> mdmEnrolled_;
   Snapshot latest_;
   std::shared_ptr<const Snapshot>
       lastRead_;  ///< as the last published refresh read it, and as `latest_` shows it
+  std::optional<StatusReport::Health> appliedHealth_;  ///< the last that came with a check-in
+  std::uint64_t healthGeneration_ = 0;                 ///< grows with each
   std::optional<MenuBarIcon> shownIcon_;
 };
 

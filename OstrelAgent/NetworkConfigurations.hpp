@@ -24,6 +24,9 @@ class NetworkConfigurations {
   struct ProxyFailure {
     std::string_view stage;
     PlatformError error;
+
+    /// "save proxy prefs: ..."
+    std::string description() const { return std::string(stage) + ": " + error.description; }
   };
 
   using ProxySaved = std::expected<void, ProxyFailure>;

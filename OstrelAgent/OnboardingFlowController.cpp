@@ -264,9 +264,7 @@ void OnboardingFlowController::turnOnNetworkFilter() {
         const auto self = weak.lock();
         if (!self) return;
         self->isSavingFilter_ = false;
-        const auto error =
-            saved ? "" : std::string(saved.error().stage) + ": " + saved.error().error.description;
-        self->finishNetworkFilter(error);
+        self->finishNetworkFilter(saved ? "" : saved.error().description());
       });
 }
 

@@ -115,14 +115,23 @@ constexpr JsonField reportFields[] = {
 };
 constexpr JsonObject reportLayout{reportFields};
 
+template <class Value>
+std::expected<Value, JsonError> decodeWhole(std::string_view bytes, const JsonObject& layout) {
+  Value value;
+  if (auto decoded = decodeJson(bytes, layout, &value); !decoded) {
+    return std::unexpected(std::move(decoded.error()));
+  }
+  return value;
+}
+
 }  // namespace
 
 std::expected<StatusReport, JsonError> StatusReport::decode(std::string_view bytes) {
-  StatusReport report;
-  if (auto decoded = decodeJson(bytes, reportLayout, &report); !decoded) {
-    return std::unexpected(std::move(decoded.error()));
-  }
-  return report;
+  return decodeWhole<StatusReport>(bytes, reportLayout);
+}
+
+std::expected<Health, JsonError> Health::decode(std::string_view bytes) {
+  return decodeWhole<Health>(bytes, healthLayout);
 }
 
 const JsonObject& statusReportLayout() { return reportLayout; }

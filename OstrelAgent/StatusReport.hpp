@@ -67,6 +67,9 @@ struct StatusReport {
     std::optional<std::string> verdict;
     std::optional<std::int64_t> offByPolicy;
 
+    /// Reads a health block that stands alone, as in the daemon's answers.
+    static std::expected<Health, JsonError> decode(std::string_view bytes);
+
     bool operator==(const Health&) const = default;
   };
 

@@ -32,16 +32,19 @@ NetworkConfigurations networkConfigurations(const Host& host) {
           Records(host.files, host.clock, host.userAccount)};
 }
 
+RepairFlowServices repairFlow(const Host& host) {
+  return {.bundle = host.bundle,
+          .userDefaults = host.userDefaults,
+          .workspace = host.workspace,
+          .childProcesses = host.childProcesses,
+          .log = host.log};
+}
+
 std::shared_ptr<RedNotifier> redNotifier(const Host& host) {
-  const RepairFlowServices repairFlow{.bundle = host.bundle,
-                                      .userDefaults = host.userDefaults,
-                                      .workspace = host.workspace,
-                                      .childProcesses = host.childProcesses,
-                                      .log = host.log};
   return std::make_shared<RedNotifier>(
       RedNotifier::Services{
           .notifications = host.userNotifications, .userDefaults = host.userDefaults, .log = host.log},
-      [repairFlow] { openRepairFlow(repairFlow); });
+      [services = repairFlow(host)] { openRepairFlow(services); });
 }
 
 int runMenuBar() {
@@ -49,6 +52,7 @@ int runMenuBar() {
   auto& host = lifetime->services();
   installTranslation(host.bundle, host.log);
   host.shell.setActivationPolicy(ActivationPolicy::accessory);
+  const ControlSocket daemon(host.unixSockets, host.files);
   const auto controller = std::make_shared<MenuBarController>(
       MenuBarController::Services{
           .mainQueue = host.mainQueue,
@@ -61,8 +65,19 @@ int runMenuBar() {
           .shell = host.shell,
           .statusItem = host.statusItem,
           .screens = host.screens,
+          .bundle = host.bundle,
+          .log = host.log,
+          .pasteboard = host.pasteboard,
+          .alerts = host.alerts,
       },
-      helperRunner(host), redNotifier(host));
+      MenuBarController::Tools{
+          .helper = helperRunner(host),
+          .socket = daemon,
+          .trust = DeviceCATrust(daemon, host.files, host.childProcesses, host.userAccount),
+          .configurations = networkConfigurations(host),
+          .openRepairFlow = [services = repairFlow(host)] { openRepairFlow(services); },
+      },
+      redNotifier(host));
   controller->start();
   return host.shell.run();
 }

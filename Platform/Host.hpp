@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "Platform/Alerts.hpp"
 #include "Platform/BackgroundQueue.hpp"
 #include "Platform/Bundle.hpp"
 #include "Platform/ChildProcesses.hpp"
@@ -11,6 +12,7 @@
 #include "Platform/MainQueue.hpp"
 #include "Platform/NetworkPreferences.hpp"
 #include "Platform/OnboardingWindow.hpp"
+#include "Platform/Pasteboard.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/Shell.hpp"
 #include "Platform/StandardStreams.hpp"
@@ -49,6 +51,8 @@ struct Host {
   StatusItem& statusItem;
   Screens& screens;
   OnboardingWindow& onboardingWindow;
+  Alerts* alerts;  ///< none where the shell can ask nothing
+  Pasteboard& pasteboard;
 };
 
 /// Keeps a host's services alive. Its end ends every child and thread of the host.

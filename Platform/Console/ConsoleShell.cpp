@@ -70,10 +70,7 @@ void ConsoleShell::perform(std::string_view line) {
                  [&](consolecommand::ClosePanel) {
                    if (screens_.isPanelShown()) statusItem_.click();
                  },
-                 [&](consolecommand::Press press) {
-                   tell(window_.isOpen() ? window_.press(press.number) : screens_.press(press.number),
-                        press.number);
-                 },
+                 [&](consolecommand::Press pressed) { press(pressed.number); },
                  [&](consolecommand::Token& token) { enterToken(std::move(token.text)); },
                  [&](consolecommand::Quit) { window_.isOpen() ? window_.close() : terminate(0); },
                  [](consolecommand::Nothing) {},
@@ -98,15 +95,19 @@ void ConsoleShell::tellCommands() {
                                         : "commands: panel, press N, close, quit\n");
 }
 
-void ConsoleShell::tell(ConsolePress press, std::size_t number) {
-  switch (press) {
+/// Presses a button of what is in front: an alert, the window or the panel.
+void ConsoleShell::press(std::size_t number) {
+  const std::string front = alerts_.isShown() ? "the alert" : window_.isOpen() ? "the window" : "the panel";
+  const auto result = alerts_.isShown()  ? alerts_.press(number)
+                      : window_.isOpen() ? window_.press(number)
+                                         : screens_.press(number);
+  switch (result) {
     case ConsolePress::done:
       return;
     case ConsolePress::nothingOpen:
       return streams_.writeOutput("open the panel first: panel\n");
     case ConsolePress::noSuchButton:
-      return streams_.writeOutput(std::string(window_.isOpen() ? "the window" : "the panel") +
-                                  " has no button " + std::to_string(number) + "\n");
+      return streams_.writeOutput(front + " has no button " + std::to_string(number) + "\n");
     case ConsolePress::disabled:
       return streams_.writeOutput("this button is at work\n");
   }

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <string>
 
+#include "Platform/Console/ConsoleAlerts.hpp"
 #include "Platform/Console/ConsoleOnboardingWindow.hpp"
 #include "Platform/Console/ConsoleScreens.hpp"
 #include "Platform/Console/ConsoleStatusItem.hpp"
@@ -22,14 +23,15 @@ class ConsoleShell final : public Shell {
  public:
   ConsoleShell(ConsoleInput input, const TerminationSignals& signals, PosixMainQueue& queue,
                StandardStreams& streams, ConsoleStatusItem& statusItem, ConsoleScreens& screens,
-               ConsoleOnboardingWindow& window)
+               ConsoleOnboardingWindow& window, ConsoleAlerts& alerts)
       : inputKind_(input),
         signals_(signals),
         queue_(queue),
         streams_(streams),
         statusItem_(statusItem),
         screens_(screens),
-        window_(window) {}
+        window_(window),
+        alerts_(alerts) {}
 
   void setActivationPolicy(ActivationPolicy) override {}
   void setMainMenu(const std::vector<Menu>& /*menus*/) override {}
@@ -42,7 +44,7 @@ class ConsoleShell final : public Shell {
   void perform(std::string_view line);
   void showPanel();
   void enterToken(std::string token);
-  void tell(ConsolePress press, std::size_t number);
+  void press(std::size_t number);
   void tellCommands();
 
   const ConsoleInput inputKind_;
@@ -52,6 +54,7 @@ class ConsoleShell final : public Shell {
   ConsoleStatusItem& statusItem_;
   ConsoleScreens& screens_;
   ConsoleOnboardingWindow& window_;
+  ConsoleAlerts& alerts_;
   std::string input_;  ///< what has been read of the line at hand
   std::atomic<bool> isTerminated_ = false;
   std::atomic<int> status_ = 0;

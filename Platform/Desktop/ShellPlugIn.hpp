@@ -13,6 +13,7 @@
 #include "Platform/Desktop/ViewsPlugIn.hpp"
 #include "Platform/Log.hpp"
 #include "Platform/OnboardingWindow.hpp"
+#include "Platform/Pasteboard.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/Shell.hpp"
 #include "Platform/StatusItem.hpp"
@@ -39,6 +40,7 @@ class Desktop {
   virtual StatusItem& statusItem() = 0;
   virtual Screens& screens() = 0;
   virtual OnboardingWindow& onboardingWindow() = 0;
+  virtual Pasteboard& pasteboard() = 0;
 };
 
 /// Draws what the desktop would show, without one.

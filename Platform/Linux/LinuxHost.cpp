@@ -3,7 +3,9 @@
 
 #include <cstdlib>
 
+#include "Platform/Console/ConsoleAlerts.hpp"
 #include "Platform/Console/ConsoleOnboardingWindow.hpp"
+#include "Platform/Console/ConsolePasteboard.hpp"
 #include "Platform/Console/ConsoleScreens.hpp"
 #include "Platform/Console/ConsoleShell.hpp"
 #include "Platform/Console/ConsoleStatusItem.hpp"
@@ -113,13 +115,16 @@ class LinuxHost final : public HostLifetime {
   ConsoleStatusItem consoleStatusItem_{streams_};
   ConsoleScreens consoleScreens_{streams_};
   ConsoleOnboardingWindow consoleOnboardingWindow_{streams_};
+  ConsoleAlerts consoleAlerts_{streams_};
+  ConsolePasteboard consolePasteboard_{streams_};
   ConsoleShell consoleShell_{presence_ == Presence::person ? ConsoleInput::commands : ConsoleInput::ignored,
                              signals_,
                              mainQueue_,
                              streams_,
                              consoleStatusItem_,
                              consoleScreens_,
-                             consoleOnboardingWindow_};
+                             consoleOnboardingWindow_,
+                             consoleAlerts_};
   std::unique_ptr<Desktop> desktop_ = makeDesktop();
   PosixBackgroundQueue backgroundQueue_{backgroundThreads};
   PosixBackgroundQueue statusQueue_{statusThreads};
@@ -145,6 +150,8 @@ class LinuxHost final : public HostLifetime {
       .statusItem = desktop_ ? desktop_->statusItem() : consoleStatusItem_,
       .screens = desktop_ ? desktop_->screens() : consoleScreens_,
       .onboardingWindow = desktop_ ? desktop_->onboardingWindow() : consoleOnboardingWindow_,
+      .alerts = desktop_ ? nullptr : &consoleAlerts_,
+      .pasteboard = desktop_ ? desktop_->pasteboard() : consolePasteboard_,
   };
   FrontSignal frontSignal_{mainQueue_, [this] { services_.shell.activate(); }};
 };

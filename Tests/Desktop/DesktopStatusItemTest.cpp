@@ -4,10 +4,9 @@
 
 #include <QDBusVariant>
 
-#include "OstrelAgent/MenuBarController.hpp"
 #include "Tests/Desktop/DesktopTest.hpp"
 #include "Tests/Desktop/SignalRecorder.hpp"
-#include "Tests/Fakes/FakeHost.hpp"
+#include "Tests/Fakes/FakeMenuBar.hpp"
 #include "Tests/OstrelAgent/ReportText.hpp"
 
 namespace ostrel {
@@ -86,13 +85,7 @@ TEST_F(DesktopStatusItemTest, IsSilentWhenARefreshChangesNothing) {
     return command.executable == "/usr/bin/profiles" ? ChildResult{0, "MDM enrollment: No\n"}
                                                      : ChildResult{0, reportText(verdict)};
   };
-  const auto controller = std::make_shared<MenuBarController>(
-      MenuBarController::Services{host.mainQueue, host.backgroundQueue, host.statusQueue, host.clock,
-                                  host.childProcesses, host.networkPreferences, host.timeFormat, host.shell,
-                                  item, host.screens},
-      HelperRunner(host.bundle, host.files, host.childProcesses, host.standardStreams),
-      std::make_shared<RedNotifier>(
-          RedNotifier::Services{host.userNotifications, host.userDefaults, host.log}, [] {}));
+  const auto controller = menuBarOn(host, item);
   const auto refresh = [&] {
     host.mainQueue.advance(5s);
     host.statusQueue.runAll();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/UserAccount.hpp"
+#include "Tests/Fakes/FakeAlerts.hpp"
 #include "Tests/Fakes/FakeBackgroundQueue.hpp"
 #include "Tests/Fakes/FakeBundle.hpp"
 #include "Tests/Fakes/FakeChildProcesses.hpp"
@@ -8,6 +9,7 @@
 #include "Tests/Fakes/FakeLog.hpp"
 #include "Tests/Fakes/FakeMainQueue.hpp"
 #include "Tests/Fakes/FakeNetworkPreferences.hpp"
+#include "Tests/Fakes/FakePasteboard.hpp"
 #include "Tests/Fakes/FakeScreens.hpp"
 #include "Tests/Fakes/FakeShell.hpp"
 #include "Tests/Fakes/FakeStandardStreams.hpp"
@@ -41,6 +43,8 @@ struct FakeHost {
   FakeShell shell;
   FakeStatusItem statusItem;
   FakeScreens screens;
+  FakeAlerts alerts;
+  FakePasteboard pasteboard;
 };
 
 }  // namespace ostrel

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace ostrel {
 namespace {
 
@@ -28,6 +30,26 @@ TEST(JsonMembers, GivesEachMemberAsTheTypeItHasAndNoOther) {
   }
   for (const auto* name : {"yes", "number", "none", "object", "list", "missing", "x"}) {
     EXPECT_EQ(members.text(name), std::nullopt) << name;
+  }
+}
+
+TEST(JsonMembers, AnIntegerIsWrittenAsOneAndFitsInto64Bits) {
+  const std::pair<const char*, std::optional<std::int64_t>> rows[] = {
+      {"0", 0},
+      {"-61", -61},
+      {"9223372036854775807", std::numeric_limits<std::int64_t>::max()},
+      {"9223372036854775808", std::nullopt},
+      {"61.0", std::nullopt},
+      {"61e0", std::nullopt},
+      {"\"61\"", std::nullopt},
+      {"true", std::nullopt},
+      {"null", std::nullopt},
+      {"[61]", std::nullopt},
+  };
+  for (const auto& [json, integer] : rows) {
+    const auto members = JsonMembers::of(R"({"n":)" + std::string(json) + "}").value_or(JsonMembers());
+    EXPECT_EQ(members.integer("n"), integer) << json;
+    EXPECT_EQ(members.integer("m"), std::nullopt);
   }
 }
 

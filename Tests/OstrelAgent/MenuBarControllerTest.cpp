@@ -1,10 +1,8 @@
-#include "OstrelAgent/MenuBarController.hpp"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include "Tests/Fakes/FakeHost.hpp"
+#include "Tests/Fakes/FakeMenuBar.hpp"
 #include "Tests/OstrelAgent/ReportText.hpp"
 
 namespace ostrel {
@@ -50,13 +48,7 @@ struct MenuBarControllerTest : testing::Test {
   const PanelContent& panel() const { return host.screens.panels.back(); }
 
   FakeHost host;
-  std::shared_ptr<MenuBarController> controller = std::make_shared<MenuBarController>(
-      MenuBarController::Services{host.mainQueue, host.backgroundQueue, host.statusQueue, host.clock,
-                                  host.childProcesses, host.networkPreferences, host.timeFormat, host.shell,
-                                  host.statusItem, host.screens},
-      HelperRunner(host.bundle, host.files, host.childProcesses, host.standardStreams),
-      std::make_shared<RedNotifier>(
-          RedNotifier::Services{host.userNotifications, host.userDefaults, host.log}, [] {}));
+  std::shared_ptr<MenuBarController> controller = menuBarOn(host, host.statusItem);
 };
 
 TEST_F(MenuBarControllerTest, ShowsAnIconBeforeAnyDataAndTouchesItOnlyForAChangeEveryFiveSeconds) {
@@ -96,9 +88,9 @@ TEST_F(MenuBarControllerTest, DrawsForTheBarThatIsBehindTheIcon) {
 
 TEST_F(MenuBarControllerTest, QuitsFromTheMenuAndFromThePanel) {
   controller->start();
-  ASSERT_EQ(host.statusItem.menu.size(), 1U) << "of the menu's actions, those that have a callback";
-  EXPECT_EQ(host.statusItem.menu[0].title, "Quit status icon");
-  host.statusItem.press(host.statusItem.menu[0]);
+  ASSERT_EQ(host.statusItem.menu.size(), 2U) << "of the menu's actions, those that have a callback";
+  EXPECT_EQ(host.statusItem.menu[1].title, "Quit status icon");
+  host.statusItem.press(host.statusItem.menu[1]);
   EXPECT_EQ(host.shell.terminations, 1);
   controller->togglePanel();
   host.screens.press(panel().moreButtons.back());
@@ -220,6 +212,44 @@ TEST_F(MenuBarControllerTest, DeviceManagementIsAskedOnceAndJoinsTheNextSnapshot
     EXPECT_EQ(lock(), "via your organization's profile");
   }
   EXPECT_EQ(std::ranges::count_if(host.childProcesses.commands, isProbe), 1);
+}
+
+TEST_F(MenuBarControllerTest, TheHealthOfACheckInOutlastsARefreshThatBeganBeforeIt) {
+  const auto checkIn = [this] {
+    host.unixSockets.answers.push_back({R"({"ok":true,"health":{"verdict":"not_protected"}})"});
+    host.statusItem.press(host.statusItem.menu[0]);
+    host.backgroundQueue.runAll();
+    host.mainQueue.runAll();
+  };
+  host.files.put(std::string(ControlSocket::socketPath), "socket");
+  controller->start();
+  settle();
+  host.mainQueue.advance(5s);  // began, and reads nothing new
+  checkIn();
+  EXPECT_EQ(icons().back(), notProtected);
+  EXPECT_EQ(host.statusQueue.countWaiting(), 2U) << "a check-in asks anew";
+  host.statusQueue.runNext();
+  host.mainQueue.runAll();
+  EXPECT_EQ(icons().back(), notProtected);
+  settle();
+  EXPECT_EQ(icons().back(), isProtected) << "what began after it is fresher";
+}
+
+TEST_F(MenuBarControllerTest, AnOpenPanelShowsTheNoticeOfACheckInForSixSeconds) {
+  controller->start();
+  settle();
+  controller->togglePanel();
+  settle();
+  host.screens.press(panel().headerButtons.at(0));
+  EXPECT_FALSE(panel().headerButtons.at(0).isEnabled);
+  settle();
+  EXPECT_TRUE(panel().headerButtons.at(0).isEnabled);
+  ASSERT_EQ(panel().notices.size(), 1U);
+  EXPECT_TRUE(panel().notices[0].starts_with("Check-in failed: ")) << panel().notices[0];
+  host.mainQueue.advance(5999ms);
+  EXPECT_EQ(panel().notices.size(), 1U);
+  host.mainQueue.advance(1ms);
+  EXPECT_EQ(panel().notices.size(), 0U);
 }
 
 TEST_F(MenuBarControllerTest, BackgroundWorkOfAControllerThatIsGoneEndsQuietly) {

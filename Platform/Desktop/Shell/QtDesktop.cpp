@@ -9,6 +9,7 @@
 #include "Platform/Desktop/Shell/DesktopScreens.hpp"
 #include "Platform/Desktop/Shell/DesktopStatusItem.hpp"
 #include "Platform/Desktop/Shell/IconImage.hpp"
+#include "Platform/Desktop/Shell/QtPasteboard.hpp"
 #include "Platform/Desktop/Shell/QtShell.hpp"
 
 namespace ostrel {
@@ -87,6 +88,7 @@ class QtDesktop final : public Desktop {
   StatusItem& statusItem() override { return statusItem_; }
   Screens& screens() override { return screens_; }
   OnboardingWindow& onboardingWindow() override { return onboardingWindow_; }
+  Pasteboard& pasteboard() override { return pasteboard_; }
 
  private:
   void changeLook() {
@@ -118,6 +120,7 @@ class QtDesktop final : public Desktop {
   DesktopStatusItem statusItem_{bus_, services_.resources, looks_, services_.log,
                                 [this](QPoint place) { click(place); }};
   DesktopOnboardingWindow onboardingWindow_{[this] { return loadViews(); }, services_.log};
+  QtPasteboard pasteboard_;
   QtShell shell_{services_, [this] { onboardingWindow_.activate(); }};
 };
 

@@ -1,0 +1,237 @@
+#include "OstrelAgent/PanelActions.hpp"
+
+#include <utility>
+
+#include "OstrelAgent/Controller.hpp"
+#include "OstrelAgent/PanelNotices.hpp"
+
+namespace ostrel {
+
+namespace {
+
+constexpr const char* userReason = "user";
+
+/// The health block of an answer; nothing when it has none, or one that cannot be read.
+std::optional<StatusReport::Health> healthOf(const JsonMembers& answer) {
+  const auto json = answer.json("health");
+  if (!json) return std::nullopt;
+  auto health = StatusReport::Health::decode(*json);
+  return health ? std::optional(std::move(*health)) : std::nullopt;
+}
+
+}  // namespace
+
+bool isUpdateUnsettled(const Snapshot& snapshot, std::optional<Date> until, Date now) {
+  const bool isOffered =
+      snapshot.update && (snapshot.update->state == "available" || snapshot.update->state == "eol");
+  return isOffered && until && now < *until;
+}
+
+PanelActions::PanelActions(Services services, Tools tools, Panel panel)
+    : services_(services), tools_(std::move(tools)), panel_(std::move(panel)) {}
+
+StatusPanelActions PanelActions::callbacks() {
+  const auto bound = [weak = weak_from_this()](auto action) {
+    return [weak, action] {
+      if (const auto self = weak.lock()) action(*self);
+    };
+  };
+  StatusPanelActions callbacks;
+  callbacks.enableEgressLock = bound([](PanelActions& self) { self.enableEgressLock(); });
+  callbacks.enableTransparentProxy = bound([](PanelActions& self) { self.enableTransparentProxy(); });
+  callbacks.trustDeviceCA = bound([](PanelActions& self) { self.trustDeviceCA(); });
+  if (services_.alerts != nullptr) {
+    callbacks.installUpdate = bound([](PanelActions& self) { self.confirmAndInstallUpdate(); });
+  }
+  callbacks.checkNow = bound([](PanelActions& self) { self.checkNow(userReason); });
+  callbacks.copyDiagnostics = bound([](PanelActions& self) { self.copyDiagnostics(); });
+  callbacks.sendDiagnostics = bound([](PanelActions& self) { self.sendDiagnostics(); });
+  callbacks.quitStatusIcon = [&shell = services_.shell] { shell.terminate(); };
+  return callbacks;
+}
+
+void PanelActions::checkNow(const std::string& reason) {
+  const bool isUsers = reason == userReason;
+  if (isUsers && panel_.model.checkinInFlight) return;
+  if (isUsers) show(&StatusPanelModel::checkinInFlight, true);
+  inBackground(
+      isUsers ? QualityOfService::userInitiated : QualityOfService::utility,
+      [socket = tools_.socket, reason] {
+        const auto answer = socket.send("checkin", {{"reason", reason}});
+        return CheckIn{checkinNotice(answer), answer ? healthOf(*answer) : std::nullopt};
+      },
+      [isUsers](PanelActions& self, const CheckIn& checkIn) { self.finishCheckIn(checkIn, isUsers); });
+}
+
+void PanelActions::finishCheckIn(const CheckIn& checkIn, bool isUsers) {
+  if (checkIn.health) panel_.applyHealth(*checkIn.health);
+  panel_.refresh();
+  if (!isUsers) return;
+  panel_.model.checkinInFlight = false;
+  showNotice(&StatusPanelModel::checkinNotice, checkinNoticeToken_, checkIn.notice, checkinNoticeTime);
+}
+
+void PanelActions::copyDiagnostics() {
+  if (panel_.model.diagnosticsInFlight) return;
+  show(&StatusPanelModel::diagnosticsInFlight, true);
+  inBackground(
+      QualityOfService::userInitiated,
+      [helper = tools_.helper, arguments = diagnosticsArguments()] {
+        return helper.runHelperCapturingStdout(arguments);
+      },
+      [](PanelActions& self, const HelperRunner::HelperOutput& output) {
+        self.panel_.model.diagnosticsInFlight = false;
+        if (output.status == 0) self.services_.pasteboard.setText(output.standardOutput);
+        self.showNotice(&StatusPanelModel::diagnosticsNotice, self.diagnosticsNoticeToken_,
+                        diagnosticsNotice(output.status), diagnosticsNoticeTime);
+      });
+}
+
+void PanelActions::sendDiagnostics() {
+  if (panel_.model.sendDiagnosticsInFlight) return;
+  panel_.model.sendDiagnosticsError.reset();
+  show(&StatusPanelModel::sendDiagnosticsInFlight, true);
+  auto arguments = diagnosticsArguments();
+  arguments.emplace_back("--send");
+  inBackground(
+      QualityOfService::userInitiated,
+      [helper = tools_.helper, arguments = std::move(arguments)] {
+        return helper.runHelperCapturingStdout(arguments);
+      },
+      [](PanelActions& self, const HelperRunner::HelperOutput& output) { self.finishSending(output); });
+}
+
+void PanelActions::finishSending(const HelperRunner::HelperOutput& output) {
+  auto sending = diagnosticsSending(output, services_.clock.now());
+  if (sending.sentAt) panel_.model.diagnosticsSentAt = sending.sentAt;
+  panel_.model.sendDiagnosticsError = std::move(sending.error);
+  show(&StatusPanelModel::sendDiagnosticsInFlight, false);
+}
+
+void PanelActions::confirmAndInstallUpdate() {
+  if (panel_.model.updateInFlight || std::exchange(isAskingToInstall_, true)) return;
+  services_.shell.activate();
+  services_.alerts->show(
+      {std::string(Copy::alertInstallTitle.text()),
+       std::string(Copy::alertInstallBody.text()),
+       {std::string(Copy::alertButtonInstall.text()), std::string(Copy::alertButtonCancel.text())}},
+      [weak = weak_from_this()](std::size_t button) {
+        const auto self = weak.lock();
+        if (!self) return;
+        self->isAskingToInstall_ = false;
+        if (button == 0) self->installUpdate();
+      });
+}
+
+void PanelActions::installUpdate() {
+  updateInFlightUntil_ = services_.clock.now() + longestUpdate;
+  show(&StatusPanelModel::updateInFlight, true);
+  inBackground(
+      QualityOfService::userInitiated, [socket = tools_.socket] { return socket.send("update"); },
+      [](PanelActions& self, const std::expected<JsonMembers, ControlSocketError>& answer) {
+        if (!answer) self.presentUpdateFailure(answer.error());
+      });
+}
+
+void PanelActions::presentUpdateFailure(const ControlSocketError& error) {
+  updateInFlightUntil_.reset();
+  show(&StatusPanelModel::updateInFlight, false);
+  present(Copy::alertUpdateFailedTitle, updateFailure(error));
+}
+
+void PanelActions::clearUpdateInFlightIfSettled(const Snapshot& snapshot) {
+  if (!panel_.model.updateInFlight) return;
+  if (isUpdateUnsettled(snapshot, updateInFlightUntil_, services_.clock.now())) return;
+  panel_.model.updateInFlight = false;
+  updateInFlightUntil_.reset();
+}
+
+void PanelActions::enableEgressLock() {
+  if (std::exchange(isSavingLock_, true)) return;
+  tools_.configurations.saveEgressLockConfiguration(
+      [weak = weak_from_this()](const NetworkConfigurations::LockSaved& saved) {
+        const auto self = weak.lock();
+        if (!self) return;
+        self->isSavingLock_ = false;
+        if (!saved) {
+          self->services_.log.line("ostrel: could not save the content filter: " + saved.error().description);
+        }
+        self->panel_.refresh();
+      });
+}
+
+void PanelActions::enableTransparentProxy() {
+  // Two at once might each make a configuration.
+  if (std::exchange(isSavingProxy_, true)) return;
+  const auto captureConfig = Controller::staticCaptureConfig(services_.bundle);
+  if (!captureConfig) return finishTransparentProxy(captureConfig.error());
+  tools_.configurations.saveTransparentProxyConfiguration(
+      *captureConfig, [weak = weak_from_this()](const NetworkConfigurations::ProxySaved& saved) {
+        const auto self = weak.lock();
+        if (self) self->finishTransparentProxy(saved ? "" : saved.error().description());
+      });
+}
+
+void PanelActions::finishTransparentProxy(const std::string& error) {
+  isSavingProxy_ = false;
+  if (!error.empty()) services_.log.line("ostrel: could not save the transparent proxy: " + error);
+  panel_.refresh();
+  if (!error.empty()) present(Copy::alertFilterOnTitle, error);
+}
+
+void PanelActions::trustDeviceCA() {
+  if (std::exchange(isTrusting_, true)) return;
+  inBackground(
+      QualityOfService::userInitiated, [trust = tools_.trust] { return trust.ensureTrusted(); },
+      [](PanelActions& self, const DeviceCATrust::Outcome& outcome) { self.finishTrust(outcome); });
+}
+
+void PanelActions::finishTrust(const DeviceCATrust::Outcome& outcome) {
+  isTrusting_ = false;
+  const bool hasFailed = outcome.kind == DeviceCATrust::Outcome::Case::failed;
+  if (hasFailed) services_.log.line("ostrel: could not trust the device certificate: " + outcome.message);
+  panel_.refresh();
+  if (hasFailed) present(Copy::alertTrustTitle, outcome.message);
+}
+
+template <class Work, class Next>
+void PanelActions::inBackground(QualityOfService quality, Work work, Next next) {
+  services_.backgroundQueue.run(
+      quality, [weak = weak_from_this(), &queue = services_.mainQueue, work = std::move(work), next] {
+        queue.post([weak, next, result = work()] {
+          if (const auto self = weak.lock()) next(*self, result);
+        });
+      });
+}
+
+std::vector<std::string> PanelActions::diagnosticsArguments() const {
+  return {"diagnostics", "--network-extension", networkExtensionStates(panel_.model.snap)};
+}
+
+void PanelActions::show(bool StatusPanelModel::*flag, bool value) {
+  panel_.model.*flag = value;
+  panel_.draw();
+}
+
+void PanelActions::showNotice(Notice notice, ScheduledWork& token, std::string text,
+                              std::chrono::milliseconds time) {
+  panel_.model.*notice = std::move(text);
+  token = services_.mainQueue.after(time, [weak = weak_from_this(), notice] {
+    const auto self = weak.lock();
+    if (!self) return;
+    (self->panel_.model.*notice).reset();
+    self->panel_.draw();
+  });
+  panel_.draw();
+}
+
+/// News with one button.
+void PanelActions::present(const Message& title, std::string text) {
+  if (services_.alerts == nullptr) return;
+  services_.shell.activate();
+  services_.alerts->show(
+      {std::string(title.text()), std::move(text), {std::string(Copy::alertButtonOk.text())}},
+      [](std::size_t) {});
+}
+
+}  // namespace ostrel

@@ -1,0 +1,121 @@
+#pragma once
+
+#include <chrono>
+#include <expected>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "OstrelAgent/ControlSocket.hpp"
+#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/DeviceCATrust.hpp"
+#include "OstrelAgent/HelperRunner.hpp"
+#include "OstrelAgent/NetworkConfigurations.hpp"
+#include "OstrelAgent/StatusPanelActions.hpp"
+#include "OstrelAgent/StatusPanelModel.hpp"
+#include "OstrelAgent/StatusReport.hpp"
+#include "Platform/Alerts.hpp"
+#include "Platform/BackgroundQueue.hpp"
+#include "Platform/Bundle.hpp"
+#include "Platform/Clock.hpp"
+#include "Platform/Log.hpp"
+#include "Platform/MainQueue.hpp"
+#include "Platform/Pasteboard.hpp"
+#include "Platform/Shell.hpp"
+
+namespace ostrel {
+
+/// Does what the panel's buttons say, and tells in the panel what came of it. Main thread; work in the
+/// background holds it weakly. What is at work already is not begun again.
+class PanelActions : public std::enable_shared_from_this<PanelActions> {
+ public:
+  static constexpr std::chrono::milliseconds checkinNoticeTime{6000};
+  static constexpr std::chrono::milliseconds diagnosticsNoticeTime{8000};
+  static constexpr std::chrono::seconds longestUpdate{900};
+
+  struct Services {
+    MainQueue& mainQueue;
+    BackgroundQueue& backgroundQueue;
+    Clock& clock;
+    const Bundle& bundle;
+    Log& log;
+    Shell& shell;
+    Pasteboard& pasteboard;
+    Alerts* alerts;  ///< without them no update is installed, and failures are in the log alone
+  };
+
+  /// What the actions do things with.
+  struct Tools {
+    HelperRunner helper;
+    ControlSocket socket;
+    DeviceCATrust trust;
+    NetworkConfigurations configurations;
+  };
+
+  /// The panel that the actions belong to; it outlives them.
+  struct Panel {
+    StatusPanelModel& model;
+    std::function<void()> draw;     ///< shows what has changed in the model
+    std::function<void()> refresh;  ///< starts to read the status anew
+    std::function<void(const StatusReport::Health&)> applyHealth;
+  };
+
+  PanelActions(Services services, Tools tools, Panel panel);
+
+  /// The callbacks of these actions; they hold this weakly.
+  StatusPanelActions callbacks();
+
+  /// Asks the daemon for a check-in. Only one for the reason "user" shows in the panel.
+  void checkNow(const std::string& reason);
+
+  /// Ends "Installing…" once the snapshot offers no update any more, or after `longestUpdate`.
+  void clearUpdateInFlightIfSettled(const Snapshot& snapshot);
+
+ private:
+  using Notice = std::optional<std::string> StatusPanelModel::*;
+
+  struct CheckIn {
+    std::string notice;
+    std::optional<StatusReport::Health> health;
+  };
+
+  void finishCheckIn(const CheckIn& checkIn, bool isUsers);
+  void copyDiagnostics();
+  void sendDiagnostics();
+  void finishSending(const HelperRunner::HelperOutput& output);
+  void confirmAndInstallUpdate();
+  void installUpdate();
+  void presentUpdateFailure(const ControlSocketError& error);
+  void enableEgressLock();
+  void enableTransparentProxy();
+  void finishTransparentProxy(const std::string& error);
+  void trustDeviceCA();
+  void finishTrust(const DeviceCATrust::Outcome& outcome);
+
+  /// Runs the work in the background and hands its result to `next` on the main thread, while this lives.
+  template <class Work, class Next>
+  void inBackground(QualityOfService quality, Work work, Next next);
+  std::vector<std::string> diagnosticsArguments() const;
+  void show(bool StatusPanelModel::*flag, bool value);
+  void showNotice(Notice notice, ScheduledWork& token, std::string text, std::chrono::milliseconds time);
+  void present(const Message& title, std::string text);
+
+  Services services_;
+  Tools tools_;
+  Panel panel_;
+  std::optional<Date> updateInFlightUntil_;
+  ScheduledWork checkinNoticeToken_;  ///< clears the notice; goes when another takes its place
+  ScheduledWork diagnosticsNoticeToken_;
+  bool isAskingToInstall_ = false;
+  bool isSavingLock_ = false;
+  bool isSavingProxy_ = false;
+  bool isTrusting_ = false;
+};
+
+/// True while an update that was asked for may still be at work: the snapshot goes on offering it, and the
+/// deadline, if there is one, is ahead.
+bool isUpdateUnsettled(const Snapshot& snapshot, std::optional<Date> until, Date now);
+
+}  // namespace ostrel

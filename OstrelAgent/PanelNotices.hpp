@@ -1,0 +1,36 @@
+#pragma once
+
+#include <expected>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "OstrelAgent/ControlSocket.hpp"
+#include "OstrelAgent/HelperRunner.hpp"
+#include "OstrelAgent/JsonMembers.hpp"
+#include "Platform/Date.hpp"
+
+namespace ostrel {
+
+/// What the panel says of a check-in, by the daemon's answer.
+std::string checkinNotice(const std::expected<JsonMembers, ControlSocketError>& answer);
+
+/// What the panel says of diagnostics that were collected for the pasteboard.
+std::string diagnosticsNotice(std::int32_t helperStatus);
+
+/// What came of sending diagnostics: one of both is there.
+struct DiagnosticsSending {
+  std::optional<Date> sentAt;
+  std::optional<std::string> error;
+
+  bool operator==(const DiagnosticsSending&) const = default;
+};
+
+/// By the helper's exit status and what it printed; diagnostics that were sent at no readable time were sent
+/// now.
+DiagnosticsSending diagnosticsSending(const HelperRunner::HelperOutput& output, Date now);
+
+/// Why an update could not be started.
+std::string updateFailure(const ControlSocketError& error);
+
+}  // namespace ostrel

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+
+#include "OstrelAgent/MenuBarController.hpp"
+#include "Tests/Fakes/FakeHost.hpp"
+
+namespace ostrel {
+
+/// The menu-bar role on a host of fakes, or with another item in the place of the fake one.
+inline std::shared_ptr<MenuBarController> menuBarOn(FakeHost& host, StatusItem& statusItem) {
+  const HelperRunner helper(host.bundle, host.files, host.childProcesses, host.standardStreams);
+  const ControlSocket daemon(host.unixSockets, host.files);
+  const Records records(host.files, host.clock, host.userAccount);
+  return std::make_shared<MenuBarController>(
+      MenuBarController::Services{
+          .mainQueue = host.mainQueue,
+          .backgroundQueue = host.backgroundQueue,
+          .statusQueue = host.statusQueue,
+          .clock = host.clock,
+          .childProcesses = host.childProcesses,
+          .networkPreferences = host.networkPreferences,
+          .timeFormat = host.timeFormat,
+          .shell = host.shell,
+          .statusItem = statusItem,
+          .screens = host.screens,
+          .bundle = host.bundle,
+          .log = host.log,
+          .pasteboard = host.pasteboard,
+          .alerts = &host.alerts,
+      },
+      MenuBarController::Tools{
+          .helper = helper,
+          .socket = daemon,
+          .trust = DeviceCATrust(daemon, host.files, host.childProcesses, host.userAccount),
+          .configurations = NetworkConfigurations(host.networkPreferences, host.mainQueue, host.log, records),
+          .openRepairFlow = {},
+      },
+      std::make_shared<RedNotifier>(
+          RedNotifier::Services{host.userNotifications, host.userDefaults, host.log}, [] {}));
+}
+
+}  // namespace ostrel
