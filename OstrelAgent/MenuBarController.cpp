@@ -30,7 +30,9 @@ MenuBarController::MenuBarController(Services services, Tools tools, std::shared
       redNotifier_(std::move(redNotifier)),
       statusRuns_(services.mainQueue),
       times_{.clockTime = [&format = services.timeFormat](Date date) { return format.clockTime(date); },
-             .shortDate = [&format = services.timeFormat](Date date) { return format.shortDate(date); }} {}
+             .shortDate = [&format = services.timeFormat](Date date) { return format.shortDate(date); }},
+      nudges_({services.mainQueue, services.clock, services.networkPath, services.systemWake},
+              [this](const std::string& reason) { actions_->checkNow(reason); }) {}
 
 void MenuBarController::start() {
   const auto weak = weak_from_this();
@@ -57,6 +59,7 @@ void MenuBarController::start() {
   timer_ = services_.mainQueue.every(refreshPeriod, [weak] {
     if (const auto self = weak.lock()) self->refresh();
   });
+  nudges_.start();
 }
 
 void MenuBarController::fillPanelActions() {
@@ -144,6 +147,7 @@ void MenuBarController::publish(std::uint64_t generation, std::shared_ptr<const 
     latest_ = *read;
     latest_.mdmEnrolled = mdmEnrolled_.value_or(false);
     if (isOvertaken && appliedHealth_) latest_.apply(*appliedHealth_);
+    nudges_.nudgeOnNetworkExtensionChange(latest_);
     applyIcon(latest_);
     model_.snap = latest_;
   }

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "OstrelAgent/CheckInNudges.hpp"
 #include "OstrelAgent/HelperRunner.hpp"
 #include "OstrelAgent/PanelActions.hpp"
 #include "OstrelAgent/PanelContent.hpp"
@@ -46,6 +47,8 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
     Log& log;
     Pasteboard& pasteboard;
     Alerts* alerts;  ///< see `PanelActions`
+    NetworkPath& networkPath;
+    SystemWake& systemWake;
   };
 
   /// What the role does things with.
@@ -85,6 +88,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   TimeTexts times_;
   StatusPanelModel model_;
   std::shared_ptr<PanelActions> actions_;
+  CheckInNudges nudges_;
   StatusPanelActions panelActions_;
   ScheduledWork timer_;
   std::optional<bool> mdmEnrolled_;

@@ -69,6 +69,8 @@ int runMenuBar() {
           .log = host.log,
           .pasteboard = host.pasteboard,
           .alerts = host.alerts,
+          .networkPath = host.networkPath,
+          .systemWake = host.systemWake,
       },
       MenuBarController::Tools{
           .helper = helperRunner(host),

@@ -10,6 +10,7 @@
 #include "Platform/Files.hpp"
 #include "Platform/Log.hpp"
 #include "Platform/MainQueue.hpp"
+#include "Platform/NetworkPath.hpp"
 #include "Platform/NetworkPreferences.hpp"
 #include "Platform/OnboardingWindow.hpp"
 #include "Platform/Pasteboard.hpp"
@@ -18,6 +19,7 @@
 #include "Platform/StandardStreams.hpp"
 #include "Platform/StatusItem.hpp"
 #include "Platform/SystemExtensions.hpp"
+#include "Platform/SystemWake.hpp"
 #include "Platform/TimeFormat.hpp"
 #include "Platform/UnixSockets.hpp"
 #include "Platform/UserAccount.hpp"
@@ -45,6 +47,8 @@ struct Host {
   const UserAccount& userAccount;
   SystemExtensions& systemExtensions;
   NetworkPreferences& networkPreferences;
+  NetworkPath& networkPath;
+  SystemWake& systemWake;
   UserNotifications& userNotifications;
   Workspace& workspace;
   Shell& shell;

@@ -14,6 +14,8 @@
 #include "Platform/Host.hpp"
 #include "Platform/Linux/DesktopPlugIns.hpp"
 #include "Platform/Linux/LinuxBundle.hpp"
+#include "Platform/Linux/LinuxNetworkPath.hpp"
+#include "Platform/Linux/LinuxSystemWake.hpp"
 #include "Platform/Linux/LinuxWorkspace.hpp"
 #include "Platform/Posix/FrontSignal.hpp"
 #include "Platform/Posix/PosixBackgroundQueue.hpp"
@@ -112,6 +114,8 @@ class LinuxHost final : public HostLifetime {
   SimulatedSystemExtensions systemExtensions_{files_, mainQueue_, hostRoot_.realPath(simulatedstate::lock)};
   ConsoleUserNotifications userNotifications_{mainQueue_, streams_};
   LinuxWorkspace workspace_{bundle_.executablePath()};
+  LinuxNetworkPath networkPath_{mainQueue_};
+  LinuxSystemWake systemWake_{mainQueue_};
   ConsoleStatusItem consoleStatusItem_{streams_};
   ConsoleScreens consoleScreens_{streams_};
   ConsoleOnboardingWindow consoleOnboardingWindow_{streams_};
@@ -144,6 +148,8 @@ class LinuxHost final : public HostLifetime {
       .userAccount = userAccount_,
       .systemExtensions = systemExtensions_,
       .networkPreferences = networkPreferences_,
+      .networkPath = networkPath_,
+      .systemWake = systemWake_,
       .userNotifications = userNotifications_,
       .workspace = workspace_,
       .shell = desktop_ ? desktop_->shell() : consoleShell_,

@@ -8,6 +8,7 @@
 #include "Tests/Fakes/FakeFiles.hpp"
 #include "Tests/Fakes/FakeLog.hpp"
 #include "Tests/Fakes/FakeMainQueue.hpp"
+#include "Tests/Fakes/FakeNetworkPath.hpp"
 #include "Tests/Fakes/FakeNetworkPreferences.hpp"
 #include "Tests/Fakes/FakePasteboard.hpp"
 #include "Tests/Fakes/FakeScreens.hpp"
@@ -15,6 +16,7 @@
 #include "Tests/Fakes/FakeStandardStreams.hpp"
 #include "Tests/Fakes/FakeStatusItem.hpp"
 #include "Tests/Fakes/FakeSystemExtensions.hpp"
+#include "Tests/Fakes/FakeSystemWake.hpp"
 #include "Tests/Fakes/FakeTimeFormat.hpp"
 #include "Tests/Fakes/FakeUnixSockets.hpp"
 #include "Tests/Fakes/FakeUserDefaults.hpp"
@@ -45,6 +47,8 @@ struct FakeHost {
   FakeScreens screens;
   FakeAlerts alerts;
   FakePasteboard pasteboard;
+  FakeNetworkPath networkPath;
+  FakeSystemWake systemWake;
 };
 
 }  // namespace ostrel

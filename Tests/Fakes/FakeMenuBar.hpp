@@ -28,6 +28,8 @@ inline std::shared_ptr<MenuBarController> menuBarOn(FakeHost& host, StatusItem& 
           .log = host.log,
           .pasteboard = host.pasteboard,
           .alerts = &host.alerts,
+          .networkPath = host.networkPath,
+          .systemWake = host.systemWake,
       },
       MenuBarController::Tools{
           .helper = helper,

@@ -1,0 +1,94 @@
+#include "Platform/Linux/LinuxNetworkPath.hpp"
+
+#include <linux/netlink.h>
+#include <linux/rtnetlink.h>
+#include <sys/socket.h>
+
+#include <array>
+#include <cerrno>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include "Platform/Linux/DefaultRoutes.hpp"
+#include "Platform/Posix/Descriptor.hpp"
+
+namespace ostrel {
+
+namespace {
+
+std::string contentOf(const char* path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+/// A socket that is readable when links or routes have changed; none where the kernel refuses.
+Descriptor changesOfRoutes() {
+  Descriptor socket(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE));
+  sockaddr_nl address{};
+  address.nl_family = AF_NETLINK;
+  address.nl_groups = RTMGRP_LINK | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_ROUTE;
+  const auto* plain = reinterpret_cast<const sockaddr*>(&address);
+  if (!socket || ::bind(socket.number(), plain, sizeof address) != 0) return {};
+  return socket;
+}
+
+/// Takes all messages that have come. A queue that has run over is one of the errors that are passed.
+void drain(int socket) {
+  std::array<char, 8192> buffer;
+  while (::recv(socket, buffer.data(), buffer.size(), 0) >= 0 || errno == ENOBUFS || errno == EINTR) {
+  }
+}
+
+/// Tells the path when it is another than the one before.
+class Follower : public std::enable_shared_from_this<Follower> {
+ public:
+  Follower(PosixMainQueue& queue, std::function<void(const NetworkPathUpdate&)> updated)
+      : queue_(queue), updated_(std::move(updated)) {}
+
+  void start() {
+    if (socket_) {
+      watch_ = queue_.watch(socket_.number(), [this] {
+        drain(socket_.number());
+        readSoon();
+      });
+    }
+    readSoon();
+  }
+
+ private:
+  /// After the timers that are due, and once for the messages of one change.
+  void readSoon() {
+    if (std::exchange(isReading_, true)) return;
+    queue_.post([weak = weak_from_this()] {
+      if (const auto self = weak.lock()) self->read();
+    });
+  }
+
+  void read() {
+    isReading_ = false;
+    auto path = pathOfRoutes(contentOf("/proc/net/route"), contentOf("/proc/net/ipv6_route"));
+    if (path == told_) return;
+    told_ = std::move(path);
+    updated_(*told_);
+  }
+
+  PosixMainQueue& queue_;
+  std::function<void(const NetworkPathUpdate&)> updated_;
+  std::optional<NetworkPathUpdate> told_;
+  bool isReading_ = false;
+  Descriptor socket_ = changesOfRoutes();
+  ScheduledWork watch_;
+};
+
+}  // namespace
+
+ScheduledWork LinuxNetworkPath::follow(std::function<void(const NetworkPathUpdate&)> updated) {
+  const auto follower = std::make_shared<Follower>(mainQueue_, std::move(updated));
+  follower->start();
+  return follower;
+}
+
+}  // namespace ostrel

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Platform/NetworkPath.hpp"
+#include "Platform/Posix/PosixMainQueue.hpp"
+
+namespace ostrel {
+
+/// The network by its default routes. The kernel's messages (rtnetlink(7)) only tell that something changed:
+/// each time the routes are read anew, so that none that is lost does harm.
+class LinuxNetworkPath final : public NetworkPath {
+ public:
+  explicit LinuxNetworkPath(PosixMainQueue& mainQueue) : mainQueue_(mainQueue) {}
+
+  /// Where the kernel tells no changes the first path stays the last.
+  [[nodiscard]] ScheduledWork follow(std::function<void(const NetworkPathUpdate&)> updated) override;
+
+ private:
+  PosixMainQueue& mainQueue_;
+};
+
+}  // namespace ostrel

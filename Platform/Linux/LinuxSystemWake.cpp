@@ -1,0 +1,74 @@
+#include "Platform/Linux/LinuxSystemWake.hpp"
+
+#include <sys/timerfd.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdint>
+#include <ctime>
+#include <limits>
+#include <memory>
+#include <utility>
+
+#include "Platform/Posix/Descriptor.hpp"
+
+namespace ostrel {
+
+namespace {
+
+constexpr std::chrono::milliseconds shortestSleep{500};
+
+std::chrono::nanoseconds timeOf(clockid_t clock) {
+  timespec time{};
+  (void)::clock_gettime(clock, &time);
+  return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+/// How long the system has slept since it was started: only one of these clocks goes on meanwhile.
+std::chrono::nanoseconds timeSlept() { return timeOf(CLOCK_BOOTTIME) - timeOf(CLOCK_MONOTONIC); }
+
+/// A sleep sets the wall clock, and that ends a timer on it (timerfd_create(2)). Whoever else sets the clock
+/// does so, too, but lets the system sleep no longer than before.
+class SleepWatch : public std::enable_shared_from_this<SleepWatch> {
+ public:
+  SleepWatch(PosixMainQueue& queue, std::function<void()> woke) : queue_(queue), woke_(std::move(woke)) {}
+
+  void start() {
+    if (timer_ && arm()) watch_ = queue_.watch(timer_.number(), [this] { clockWasSet(); });
+  }
+
+ private:
+  bool arm() {
+    itimerspec never{};
+    never.it_value.tv_sec = std::numeric_limits<std::int32_t>::max();
+    return ::timerfd_settime(timer_.number(), TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &never, nullptr) ==
+           0;
+  }
+
+  void clockWasSet() {
+    std::uint64_t expirations = 0;
+    (void)!::read(timer_.number(), &expirations, sizeof expirations);
+    if (!arm()) watch_ = nullptr;
+    const auto slept = timeSlept();
+    if (slept - std::exchange(slept_, slept) < shortestSleep) return;
+    queue_.post([weak = weak_from_this()] {
+      if (const auto self = weak.lock()) self->woke_();
+    });
+  }
+
+  PosixMainQueue& queue_;
+  std::function<void()> woke_;
+  std::chrono::nanoseconds slept_ = timeSlept();
+  Descriptor timer_{::timerfd_create(CLOCK_REALTIME, TFD_CLOEXEC | TFD_NONBLOCK)};
+  ScheduledWork watch_;
+};
+
+}  // namespace
+
+ScheduledWork LinuxSystemWake::follow(std::function<void()> woke) {
+  const auto watch = std::make_shared<SleepWatch>(mainQueue_, std::move(woke));
+  watch->start();
+  return watch;
+}
+
+}  // namespace ostrel

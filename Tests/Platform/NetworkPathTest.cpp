@@ -1,0 +1,65 @@
+#include <gtest/gtest.h>
+
+#include "Platform/Linux/DefaultRoutes.hpp"
+#include "Platform/Linux/LinuxNetworkPath.hpp"
+
+namespace ostrel {
+namespace {
+
+using Interfaces = std::vector<std::string>;
+
+constexpr std::string_view header =
+    "Iface\tDestination\tGateway \tFlags\tRefCnt\tUse\tMetric\tMask\t\tMTU\tWindow\tIRTT\n";
+constexpr std::string_view zeros = "00000000000000000000000000000000";
+
+std::string ipv6Row(std::string_view destination, std::string_view length, std::string_view flags,
+                    std::string_view interface) {
+  std::string row(destination);
+  for (const auto piece : {length, zeros, std::string_view("00"), zeros, std::string_view("00000400"),
+                           std::string_view("00000001"), std::string_view("00000000"), flags, interface}) {
+    row += ' ';
+    row += piece;
+  }
+  return row + '\n';
+}
+
+TEST(NetworkPath, LeadsWhereADefaultRouteLeads) {
+  const std::string routes = std::string(header) +
+                             "wlan0\t00000000\t0101A8C0\t0003\t0\t0\t600\t00000000\t0\t0\t0   \n"
+                             "eth0\t00000000\t0101A8C0\t0003\t0\t0\t100\t00000000\t0\t0\t0   \n"
+                             "eth0\t00000000\t0201A8C0\t0003\t0\t0\t200\t00000000\t0\t0\t0   \n"
+                             "docker0\t000011AC\t00000000\t0001\t0\t0\t0\t0000FFFF\t0\t0\t0   \n"
+                             "half0\t00000000\t00000000\t0001\t0\t0\t0\t00000080\t0\t0\t0   \n"
+                             "down0\t00000000\t0101A8C0\t0002\t0\t0\t0\t00000000\t0\t0\t0   \n"
+                             "*\t00000000\t00000000\t0201\t0\t0\t0\t00000000\t0\t0\t0   \n";
+  const std::string ipv6Routes =
+      ipv6Row(zeros, "00", "00000003", "usb0") + ipv6Row(zeros, "00", "00000003", "eth0") +
+      ipv6Row(zeros, "00", "00200200", "lo") + ipv6Row(zeros, "01", "00000001", "veth0") +
+      ipv6Row("fe800000000000000000000000000000", "00", "00000001", "br0");
+  const auto path = pathOfRoutes(routes, ipv6Routes);
+  EXPECT_TRUE(path.satisfied);
+  EXPECT_EQ(path.interfaces, (Interfaces{"eth0", "usb0", "wlan0"}));
+  for (const std::string_view table : {std::string_view(), header, std::string_view("eth0\t00000000\t0"),
+                                       std::string_view("\n \t\n\0\xff", 6)}) {
+    EXPECT_EQ(pathOfRoutes(table, table), NetworkPathUpdate()) << table;
+  }
+}
+
+TEST(NetworkPath, IsToldSoonOnceAndNotInsideTheCall) {
+  PosixMainQueue queue;
+  LinuxNetworkPath path(queue);
+  int told = 0;
+  const auto follow = path.follow([&](const NetworkPathUpdate& update) {
+    ++told;
+    EXPECT_EQ(update.satisfied, !update.interfaces.empty());
+  });
+  {
+    const auto other = path.follow([](const auto&) { ADD_FAILURE() << "its token is gone"; });
+  }
+  EXPECT_EQ(told, 0);
+  queue.runDue();
+  EXPECT_EQ(told, 1);
+}
+
+}  // namespace
+}  // namespace ostrel
