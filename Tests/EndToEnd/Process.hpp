@@ -67,11 +67,12 @@ Ran run(const std::vector<std::string>& command, const Process::Environment& env
 /// Waits for something to become true, looking often; false after twenty seconds.
 template <class Condition>
 bool becomesTrue(Condition condition) {
-  for (int look = 0; look < 4000; ++look) {
-    if (condition()) return true;
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > deadline) return false;
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
-  return false;
+  return true;
 }
 
 /// Numbers of the living processes with that text in their environment.
