@@ -95,6 +95,16 @@ std::expected<CaptureConfig, std::string> Controller::staticCaptureConfig(const 
   return config;
 }
 
+void Controller::saveStaticCaptureConfig(const Bundle& bundle, const NetworkConfigurations& configurations,
+                                         std::function<void(const std::string& error)> completion) {
+  const auto config = staticCaptureConfig(bundle);
+  if (!config) return completion(config.error());
+  configurations.saveTransparentProxyConfiguration(
+      *config, [completion = std::move(completion)](const NetworkConfigurations::ProxySaved& saved) {
+        completion(saved ? "" : saved.error().description());
+      });
+}
+
 void Controller::submit() {
   const bool isRemoval = command_.action == Action::deactivate;
   print(textsOf(command_.action).header);

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <random>
 #include <tuple>
 #include <utility>
 
 #include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/FreshUUID.hpp"
 #include "OstrelAgent/IgnoringCase.hpp"
 
 namespace ostrel {
@@ -22,19 +22,6 @@ Outcome failed(const Message& message) { return failed(std::string(message.text(
 
 Outcome confirmFailed(const ControlSocketError& error, const Message& operation) {
   return failed(Copy::trustConfirmFailed.with(error.userMessage(operation.text())));
-}
-
-/// A random UUID in upper case, as the system writes them.
-std::string freshUUID() {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  std::string uuid = "xxxxxxxx-xxxx-4xxx-Nxxx-xxxxxxxxxxxx";
-  std::random_device random;
-  std::uniform_int_distribution<std::size_t> anyDigit(0, 15);
-  for (char& place : uuid) {
-    if (place == 'x') place = digits[anyDigit(random)];
-    if (place == 'N') place = digits[8 + anyDigit(random) % 4];
-  }
-  return uuid;
 }
 
 /// Removes the file at the end.

@@ -148,8 +148,7 @@ void MenuBarController::publish(std::uint64_t generation, std::shared_ptr<const 
     latest_.mdmEnrolled = mdmEnrolled_.value_or(false);
     if (isOvertaken && appliedHealth_) latest_.apply(*appliedHealth_);
     nudges_.nudgeOnNetworkExtensionChange(latest_);
-    applyIcon(latest_);
-    model_.snap = latest_;
+    showLatest();
   }
   lastRead_ = isOvertaken ? nullptr : std::move(read);
   redNotifier_->observe(ProtectionVerdict::of(latest_), services_.clock.now());
@@ -162,10 +161,14 @@ void MenuBarController::applyHealth(const StatusReport::Health& health) {
   appliedHealth_ = health;
   ++healthGeneration_;
   lastRead_ = nullptr;  // the next refresh is news, whatever it reads
-  applyIcon(latest_);
-  model_.snap = latest_;
+  showLatest();
   redNotifier_->observe(ProtectionVerdict::of(latest_), services_.clock.now());
   draw();
+}
+
+void MenuBarController::showLatest() {
+  applyIcon(latest_);
+  model_.snap = latest_;
 }
 
 void MenuBarController::draw() {

@@ -78,6 +78,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   void publish(std::uint64_t generation, std::shared_ptr<const Snapshot> read);
   void applyHealth(const StatusReport::Health& health);
   void applyIcon(const Snapshot& snapshot);
+  void showLatest();
   void draw();
   PanelContent content() const;
 

@@ -4,6 +4,7 @@
 
 #include "OstrelAgent/Controller.hpp"
 #include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/InBackground.hpp"
 #include "OstrelAgent/RedNotifier.hpp"
 #include "OstrelAgent/RepairFlow.hpp"
 #include "OstrelAgent/SetupRead.hpp"
@@ -253,22 +254,17 @@ void OnboardingFlowController::openExtensionSettings() {
 
 void OnboardingFlowController::turnOnNetworkFilter() {
   // Two at once might each make a configuration.
-  if (isSavingFilter_) return;
+  if (std::exchange(isSavingFilter_, true)) return;
   clearActionError(Step::proxy);
   draw();
-  const auto captureConfig = Controller::staticCaptureConfig(services_.bundle);
-  if (!captureConfig) return finishNetworkFilter(captureConfig.error());
-  isSavingFilter_ = true;
-  tools_.configurations.saveTransparentProxyConfiguration(
-      *captureConfig, [weak = weak_from_this()](const NetworkConfigurations::ProxySaved& saved) {
-        const auto self = weak.lock();
-        if (!self) return;
-        self->isSavingFilter_ = false;
-        self->finishNetworkFilter(saved ? "" : saved.error().description());
-      });
+  Controller::saveStaticCaptureConfig(services_.bundle, tools_.configurations,
+                                      [weak = weak_from_this()](const std::string& error) {
+                                        if (const auto self = weak.lock()) self->finishNetworkFilter(error);
+                                      });
 }
 
 void OnboardingFlowController::finishNetworkFilter(const std::string& error) {
+  isSavingFilter_ = false;
   if (!isOpen_) return;
   if (!error.empty()) {
     model_.actionError = {Step::proxy, Texts::errorFilterOn.with(error)};
@@ -279,14 +275,11 @@ void OnboardingFlowController::finishNetworkFilter(const std::string& error) {
 
 template <class Work, class Next>
 void OnboardingFlowController::inBackground(Work work, Next next) {
-  services_.backgroundQueue.run(
-      QualityOfService::userInitiated,
-      [weak = weak_from_this(), &queue = services_.mainQueue, work = std::move(work), next]() {
-        queue.post([weak, next, result = work()] {
-          const auto self = weak.lock();
-          if (self && self->isOpen_) next(*self, result);
-        });
-      });
+  ostrel::inBackground(services_.backgroundQueue, QualityOfService::userInitiated, services_.mainQueue,
+                       weak_from_this(), std::move(work),
+                       [next](OnboardingFlowController& self, const auto& result) {
+                         if (self.isOpen_) next(self, result);
+                       });
 }
 
 void OnboardingFlowController::move(Kind kind, std::string text) {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "OstrelAgent/Controller.hpp"
+#include "OstrelAgent/InBackground.hpp"
 #include "OstrelAgent/PanelNotices.hpp"
 
 namespace ostrel {
@@ -163,13 +164,11 @@ void PanelActions::enableEgressLock() {
 void PanelActions::enableTransparentProxy() {
   // Two at once might each make a configuration.
   if (std::exchange(isSavingProxy_, true)) return;
-  const auto captureConfig = Controller::staticCaptureConfig(services_.bundle);
-  if (!captureConfig) return finishTransparentProxy(captureConfig.error());
-  tools_.configurations.saveTransparentProxyConfiguration(
-      *captureConfig, [weak = weak_from_this()](const NetworkConfigurations::ProxySaved& saved) {
-        const auto self = weak.lock();
-        if (self) self->finishTransparentProxy(saved ? "" : saved.error().description());
-      });
+  Controller::saveStaticCaptureConfig(services_.bundle, tools_.configurations,
+                                      [weak = weak_from_this()](const std::string& error) {
+                                        if (const auto self = weak.lock())
+                                          self->finishTransparentProxy(error);
+                                      });
 }
 
 void PanelActions::finishTransparentProxy(const std::string& error) {
@@ -196,12 +195,8 @@ void PanelActions::finishTrust(const DeviceCATrust::Outcome& outcome) {
 
 template <class Work, class Next>
 void PanelActions::inBackground(QualityOfService quality, Work work, Next next) {
-  services_.backgroundQueue.run(
-      quality, [weak = weak_from_this(), &queue = services_.mainQueue, work = std::move(work), next] {
-        queue.post([weak, next, result = work()] {
-          if (const auto self = weak.lock()) next(*self, result);
-        });
-      });
+  ostrel::inBackground(services_.backgroundQueue, quality, services_.mainQueue, weak_from_this(),
+                       std::move(work), next);
 }
 
 std::vector<std::string> PanelActions::diagnosticsArguments() const {

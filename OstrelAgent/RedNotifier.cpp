@@ -1,13 +1,10 @@
 #include "OstrelAgent/RedNotifier.hpp"
 
-#include <array>
-#include <cstdint>
-#include <cstdio>
-#include <random>
 #include <utility>
 
 #include "OstrelAgent/ContainerBlockNotificationGate.hpp"
 #include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/FreshUUID.hpp"
 
 namespace ostrel {
 
@@ -17,18 +14,6 @@ constexpr const char* notProtectedCategory = "tech.brenn.ostrel-agent.not-protec
 constexpr const char* containerBlockedCategory = "tech.brenn.ostrel-agent.container-blocked";
 constexpr const char* fixAction = "FIX";
 constexpr const char* containerTrustAction = "CONTAINER_TRUST";
-
-/// A random UUID of version 4 (RFC 9562), so that no notification takes the place of another.
-std::string freshIdentifier() {
-  std::random_device random;
-  std::uint32_t parts[4] = {random(), random(), random(), random()};
-  parts[1] = (parts[1] & 0xFFFF0FFFU) | 0x00004000U;
-  parts[2] = (parts[2] & 0x3FFFFFFFU) | 0x80000000U;
-  std::array<char, 37> text;
-  (void)std::snprintf(text.data(), text.size(), "%08X-%04X-%04X-%04X-%04X%08X", parts[0], parts[1] >> 16U,
-                      parts[1] & 0xFFFFU, parts[2] >> 16U, parts[2] & 0xFFFFU, parts[3]);
-  return text.data();
-}
 
 bool asksFor(const NotificationResponse& response, std::string_view action, std::string_view category) {
   using Case = NotificationResponse::Case;
@@ -89,7 +74,7 @@ void RedNotifier::observeContainerBlocks(const std::vector<std::string>& blocked
 
 void RedNotifier::postNotProtected() {
   services_.notifications.post(
-      {.identifier = freshIdentifier(),
+      {.identifier = freshUUID(),
        .title = std::string(Copy::notificationNotProtectedTitle.text()),
        .body = std::string(Copy::notificationNotProtectedBody.text()),
        .category = notProtectedCategory,
@@ -102,7 +87,7 @@ void RedNotifier::postNotProtected() {
 
 void RedNotifier::postContainerBlocked(const std::string& runtime) {
   services_.notifications.post(
-      {.identifier = freshIdentifier(),
+      {.identifier = freshUUID(),
        .title = Copy::notificationContainerBlockedTitle.with(runtime),
        .body = std::string(Copy::notificationContainerBlockedBody.text()),
        .category = containerBlockedCategory},

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <optional>
 
+#include "Platform/Bundle.hpp"
+#include "Platform/ChildProcesses.hpp"
 #include "Platform/Log.hpp"
 #include "Platform/UserDefaults.hpp"
 #include "Platform/Workspace.hpp"
@@ -18,5 +20,17 @@ std::optional<std::int64_t> runningRepairFlow(const UserDefaults& userDefaults, 
 
 /// Brings that process's window to the front; when it cannot be reached false, which is told in the log.
 bool bringRepairFlowToFront(std::int64_t process, Workspace& workspace, Log& log);
+
+struct RepairFlowServices {
+  const Bundle& bundle;
+  const UserDefaults& userDefaults;
+  Workspace& workspace;
+  ChildProcesses& childProcesses;
+  Log& log;
+};
+
+/// Brings the onboarding or repair window that is open to the front, or else starts the repair flow as a
+/// process of its own. What fails is told in the log. Main thread.
+void openRepairFlow(const RepairFlowServices& services);
 
 }  // namespace ostrel

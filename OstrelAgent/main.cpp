@@ -1,4 +1,5 @@
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -8,7 +9,6 @@
 #include "OstrelAgent/EditMenu.hpp"
 #include "OstrelAgent/MenuBarController.hpp"
 #include "OstrelAgent/OnboardingFlowController.hpp"
-#include "OstrelAgent/OpenRepairFlow.hpp"
 #include "OstrelAgent/RedNotifier.hpp"
 #include "OstrelAgent/RelaunchController.hpp"
 #include "OstrelAgent/RepairFlow.hpp"
@@ -27,24 +27,30 @@ MenuBarAgent menuBarAgent(const Host& host) {
   return {host.bundle, host.files, host.childProcesses, host.standardStreams, host.userAccount};
 }
 
+ControlSocket controlSocket(const Host& host) { return {host.unixSockets, host.files}; }
+
+DeviceCATrust deviceCATrust(const Host& host) {
+  return {controlSocket(host), host.files, host.childProcesses, host.userAccount};
+}
+
 NetworkConfigurations networkConfigurations(const Host& host) {
   return {host.networkPreferences, host.mainQueue, host.log,
           Records(host.files, host.clock, host.userAccount)};
 }
 
-RepairFlowServices repairFlow(const Host& host) {
-  return {.bundle = host.bundle,
-          .userDefaults = host.userDefaults,
-          .workspace = host.workspace,
-          .childProcesses = host.childProcesses,
-          .log = host.log};
+std::function<void()> repairFlowOpener(const Host& host) {
+  return [services = RepairFlowServices{.bundle = host.bundle,
+                                        .userDefaults = host.userDefaults,
+                                        .workspace = host.workspace,
+                                        .childProcesses = host.childProcesses,
+                                        .log = host.log}] { openRepairFlow(services); };
 }
 
 std::shared_ptr<RedNotifier> redNotifier(const Host& host) {
   return std::make_shared<RedNotifier>(
       RedNotifier::Services{
           .notifications = host.userNotifications, .userDefaults = host.userDefaults, .log = host.log},
-      [services = repairFlow(host)] { openRepairFlow(services); });
+      repairFlowOpener(host));
 }
 
 int runMenuBar() {
@@ -52,7 +58,6 @@ int runMenuBar() {
   auto& host = lifetime->services();
   installTranslation(host.bundle, host.log);
   host.shell.setActivationPolicy(ActivationPolicy::accessory);
-  const ControlSocket daemon(host.unixSockets, host.files);
   const auto controller = std::make_shared<MenuBarController>(
       MenuBarController::Services{
           .mainQueue = host.mainQueue,
@@ -74,10 +79,10 @@ int runMenuBar() {
       },
       MenuBarController::Tools{
           .helper = helperRunner(host),
-          .socket = daemon,
-          .trust = DeviceCATrust(daemon, host.files, host.childProcesses, host.userAccount),
+          .socket = controlSocket(host),
+          .trust = deviceCATrust(host),
           .configurations = networkConfigurations(host),
-          .openRepairFlow = [services = repairFlow(host)] { openRepairFlow(services); },
+          .openRepairFlow = repairFlowOpener(host),
       },
       redNotifier(host));
   controller->start();
@@ -119,30 +124,29 @@ int runOnboarding(OnboardingMode mode) {
   installTranslation(host.bundle, host.log);
   host.shell.setActivationPolicy(ActivationPolicy::regular);
   host.shell.setMainMenu(mainMenuForEditing());
-  const ControlSocket daemon(host.unixSockets, host.files);
-  const auto controller = std::make_shared<OnboardingFlowController>(
-      mode,
-      OnboardingFlowController::Services{
-          .mainQueue = host.mainQueue,
-          .backgroundQueue = host.backgroundQueue,
-          .statusQueue = host.statusQueue,
-          .childProcesses = host.childProcesses,
-          .bundle = host.bundle,
-          .log = host.log,
-          .userDefaults = host.userDefaults,
-          .networkPreferences = host.networkPreferences,
-          .notifications = host.userNotifications,
-          .workspace = host.workspace,
-          .window = host.onboardingWindow,
-          .shell = host.shell,
-      },
-      OnboardingFlowController::Tools{
-          .helper = helperRunner(host),
-          .socket = daemon,
-          .trust = DeviceCATrust(daemon, host.files, host.childProcesses, host.userAccount),
-          .configurations = networkConfigurations(host),
-          .menuBarAgent = menuBarAgent(host),
-      });
+  const auto controller =
+      std::make_shared<OnboardingFlowController>(mode,
+                                                 OnboardingFlowController::Services{
+                                                     .mainQueue = host.mainQueue,
+                                                     .backgroundQueue = host.backgroundQueue,
+                                                     .statusQueue = host.statusQueue,
+                                                     .childProcesses = host.childProcesses,
+                                                     .bundle = host.bundle,
+                                                     .log = host.log,
+                                                     .userDefaults = host.userDefaults,
+                                                     .networkPreferences = host.networkPreferences,
+                                                     .notifications = host.userNotifications,
+                                                     .workspace = host.workspace,
+                                                     .window = host.onboardingWindow,
+                                                     .shell = host.shell,
+                                                 },
+                                                 OnboardingFlowController::Tools{
+                                                     .helper = helperRunner(host),
+                                                     .socket = controlSocket(host),
+                                                     .trust = deviceCATrust(host),
+                                                     .configurations = networkConfigurations(host),
+                                                     .menuBarAgent = menuBarAgent(host),
+                                                 });
   controller->show();
   return host.shell.run();
 }
@@ -180,7 +184,7 @@ int run(const std::string& command, bool extensionOnly) {
 std::string commandOfPersonsNeed() {
   const auto lifetime = makeHost(Presence::questions);
   const auto& host = lifetime->services();
-  const ControlSocket daemon(host.unixSockets, host.files);
+  const auto daemon = controlSocket(host);
   return commandByNeed({.isTrustPending = [&daemon] { return daemon.queryTrustPending(); },
                         .isEnrolled = [&daemon] { return daemon.queryEnrolled(); },
                         .hasMenuBarAgent = [&host] { return menuBarAgent(host).isInstalled(); }});

@@ -11,6 +11,7 @@
 #include <iterator>
 #include <sstream>
 #include <thread>
+#include <utility>
 
 extern char** environ;  // NOLINT(readability-redundant-declaration)
 
@@ -24,8 +25,9 @@ constexpr auto patience = 5s;
 
 /// What /proc tells of a process behind its name: state, parent and so on; empty when it is gone.
 std::vector<std::string> facts(pid_t process) {
-  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-  const std::string line{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  std::ostringstream stat;
+  stat << std::ifstream("/proc/" + std::to_string(process) + "/stat").rdbuf();
+  const auto line = std::move(stat).str();
   const auto name = line.rfind(')');
   if (name == std::string::npos) return {};
   std::istringstream words(line.substr(name + 1));

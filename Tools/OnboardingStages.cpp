@@ -46,8 +46,7 @@ OnboardingFlowModel unapproved(ActivationState activation = {}) {
 
 OnboardingFlowModel filterFailed() {
   auto model = checklist(observed("degraded", "SYSEXT_PROXY_DISABLED", false));
-  model.actionError = {Step::proxy,
-                       Texts::errorFilterOn.with("save transparent-proxy config: permission denied")};
+  model.actionError = {Step::proxy, Texts::errorFilterOn.with("save proxy prefs: permission denied")};
   return model;
 }
 

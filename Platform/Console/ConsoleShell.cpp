@@ -87,7 +87,7 @@ void ConsoleShell::showPanel() {
 void ConsoleShell::enterToken(std::string token) {
   const auto press = window_.enterToken(std::move(token));
   if (press == ConsolePress::nothingOpen) return tellCommands();
-  if (press != ConsolePress::done) streams_.writeOutput("no token is asked for now\n");
+  if (press != ConsolePress::done) streams_.writeOutput("the window asks for no token\n");
 }
 
 void ConsoleShell::tellCommands() {

@@ -100,8 +100,8 @@ class LinuxHost final : public HostLifetime {
   PosixLog log_;
   PosixClock clock_;
   std::vector<std::string> languages_ = languagesOfEnvironment();
-  PosixFiles bundleFiles_{[](std::string_view path) { return std::string(path); }};
-  LinuxBundle bundle_{bundleFiles_, languages_};
+  PosixFiles realFiles_{[](std::string_view path) { return std::string(path); }};
+  LinuxBundle bundle_{realFiles_, languages_};
   HostRoot hostRoot_ = HostRoot::fromEnvironment(bundle_.path());
   PosixFiles files_{realPath()};
   PosixUnixSockets unixSockets_{realPath()};
@@ -114,7 +114,7 @@ class LinuxHost final : public HostLifetime {
   SimulatedSystemExtensions systemExtensions_{files_, mainQueue_, hostRoot_.realPath(simulatedstate::lock)};
   ConsoleUserNotifications userNotifications_{mainQueue_, streams_};
   LinuxWorkspace workspace_{bundle_.executablePath()};
-  LinuxNetworkPath networkPath_{mainQueue_};
+  LinuxNetworkPath networkPath_{mainQueue_, realFiles_};
   LinuxSystemWake systemWake_{mainQueue_};
   ConsoleStatusItem consoleStatusItem_{streams_};
   ConsoleScreens consoleScreens_{streams_};

@@ -6,8 +6,6 @@
 
 #include <array>
 #include <cerrno>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -18,11 +16,6 @@
 namespace ostrel {
 
 namespace {
-
-std::string contentOf(const char* path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 /// A socket that is readable when links or routes have changed; none where the kernel refuses.
 Descriptor changesOfRoutes() {
@@ -45,8 +38,8 @@ void drain(int socket) {
 /// Tells the path when it is another than the one before.
 class Follower : public std::enable_shared_from_this<Follower> {
  public:
-  Follower(PosixMainQueue& queue, std::function<void(const NetworkPathUpdate&)> updated)
-      : queue_(queue), updated_(std::move(updated)) {}
+  Follower(PosixMainQueue& queue, const Files& files, std::function<void(const NetworkPathUpdate&)> updated)
+      : queue_(queue), files_(files), updated_(std::move(updated)) {}
 
   void start() {
     if (socket_) {
@@ -69,13 +62,15 @@ class Follower : public std::enable_shared_from_this<Follower> {
 
   void read() {
     isReading_ = false;
-    auto path = pathOfRoutes(contentOf("/proc/net/route"), contentOf("/proc/net/ipv6_route"));
+    auto path = pathOfRoutes(files_.read("/proc/net/route").value_or(""),
+                             files_.read("/proc/net/ipv6_route").value_or(""));
     if (path == told_) return;
     told_ = std::move(path);
     updated_(*told_);
   }
 
   PosixMainQueue& queue_;
+  const Files& files_;
   std::function<void(const NetworkPathUpdate&)> updated_;
   std::optional<NetworkPathUpdate> told_;
   bool isReading_ = false;
@@ -86,7 +81,7 @@ class Follower : public std::enable_shared_from_this<Follower> {
 }  // namespace
 
 ScheduledWork LinuxNetworkPath::follow(std::function<void(const NetworkPathUpdate&)> updated) {
-  const auto follower = std::make_shared<Follower>(mainQueue_, std::move(updated));
+  const auto follower = std::make_shared<Follower>(mainQueue_, files_, std::move(updated));
   follower->start();
   return follower;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Files.hpp"
 #include "Platform/NetworkPath.hpp"
 #include "Platform/Posix/PosixMainQueue.hpp"
 
@@ -9,13 +10,15 @@ namespace ostrel {
 /// each time the routes are read anew, so that none that is lost does harm.
 class LinuxNetworkPath final : public NetworkPath {
  public:
-  explicit LinuxNetworkPath(PosixMainQueue& mainQueue) : mainQueue_(mainQueue) {}
+  /// The files are told real paths.
+  LinuxNetworkPath(PosixMainQueue& mainQueue, const Files& files) : mainQueue_(mainQueue), files_(files) {}
 
   /// Where the kernel tells no changes the first path stays the last.
   [[nodiscard]] ScheduledWork follow(std::function<void(const NetworkPathUpdate&)> updated) override;
 
  private:
   PosixMainQueue& mainQueue_;
+  const Files& files_;
 };
 
 }  // namespace ostrel

@@ -4,9 +4,9 @@
 
 #include <array>
 #include <atomic>
-#include <cerrno>
-#include <system_error>
 #include <utility>
+
+#include "Platform/Posix/SignalPipe.hpp"
 
 namespace ostrel {
 
@@ -15,11 +15,7 @@ namespace {
 // A signal handler reaches nothing but this.
 std::atomic<int> wakeNumber = -1;
 
-void handleSignal(int /*signal*/) {
-  const int error = errno;
-  const char wake = 0;
-  if (::write(wakeNumber, &wake, 1) < 0) errno = error;
-}
+void handleSignal(int /*signal*/) { wakeFromSignal(wakeNumber); }
 
 /// Signals that have come together count as one.
 void takeAll(int descriptor) {
@@ -29,10 +25,7 @@ void takeAll(int descriptor) {
 
 }  // namespace
 
-FrontSignal::FrontSignal(PosixMainQueue& queue, std::function<void()> asked) {
-  auto pipe = makePipe();
-  if (!pipe) throw std::system_error(pipe.error().code, std::generic_category(), "signal pipe");
-  pipe_ = std::move(*pipe);
+FrontSignal::FrontSignal(PosixMainQueue& queue, std::function<void()> asked) : pipe_(makeSignalPipe()) {
   watch_ = queue.watch(pipe_.reading.number(), [number = pipe_.reading.number(), asked = std::move(asked)] {
     takeAll(number);
     asked();

@@ -1,11 +1,8 @@
 #include "Platform/Posix/TerminationSignals.hpp"
 
-#include <unistd.h>
-
 #include <atomic>
-#include <cerrno>
-#include <system_error>
-#include <utility>
+
+#include "Platform/Posix/SignalPipe.hpp"
 
 namespace ostrel {
 
@@ -16,18 +13,13 @@ std::atomic<int> wakeNumber = -1;
 std::atomic<int> latestSignal = 0;
 
 void handleSignal(int signal) {
-  const int error = errno;
   latestSignal = signal;
-  const char wake = 0;
-  if (::write(wakeNumber, &wake, 1) < 0) errno = error;
+  wakeFromSignal(wakeNumber);
 }
 
 }  // namespace
 
-TerminationSignals::TerminationSignals(SignalHandling handling) {
-  auto pipe = makePipe();
-  if (!pipe) throw std::system_error(pipe.error().code, std::generic_category(), "signal pipe");
-  pipe_ = std::move(*pipe);
+TerminationSignals::TerminationSignals(SignalHandling handling) : pipe_(makeSignalPipe()) {
   wakeNumber = pipe_.writing.number();
   latestSignal = 0;
   struct sigaction action = {};

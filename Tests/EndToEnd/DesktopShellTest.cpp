@@ -3,9 +3,7 @@
 #include <QDBusConnectionInterface>
 #include <algorithm>
 #include <csignal>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <sstream>
 
 #include "Platform/Desktop/Shell/DBusTypes.hpp"
@@ -20,8 +18,7 @@ constexpr const char* viewsName = "OstrelAgent.app/Contents/PlugIns/Views.so";
 
 /// What the system tells of a process under that name.
 std::string factOf(pid_t process, const std::string& name) {
-  std::ifstream file("/proc/" + std::to_string(process) + "/" + name, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  return contentOf("/proc/" + std::to_string(process) + "/" + name);
 }
 
 /// What a process was started with as the toolkit's platform, with the variable's name; empty without it.

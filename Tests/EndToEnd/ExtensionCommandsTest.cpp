@@ -279,8 +279,7 @@ TEST(ExtensionCommands, WithoutAnArgumentItActivatesOnceAndThenRelaunchesTheAgen
   for (const bool isLoaded : {true, false}) {
     const auto before = mac.control({"agent"});
     if (!isLoaded) {
-      const auto job = "gui/" + std::to_string(::getuid()) + "/tech.brenn.ostrel-agent.menubar";
-      EXPECT_EQ(run({mac.place / "root/bin/launchctl", "bootout", job}, mac.environment).status, 0);
+      EXPECT_EQ(bootOutMenuBarAgent(mac.place / "root", mac.environment).status, 0);
     }
     const auto start = std::chrono::steady_clock::now();
     // It takes no commands.

@@ -28,8 +28,7 @@ std::ptrdiff_t countEntries(const std::string& folder) {
 
 /// What follows the name in the process's line of /proc: state, parent, and so on.
 std::vector<std::string> statWords(pid_t process) {
-  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-  const std::string line{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  const auto line = contentOf("/proc/" + std::to_string(process) + "/stat");
   std::istringstream words(line.substr(line.rfind(')') + 1));
   return {std::istream_iterator<std::string>(words), {}};
 }

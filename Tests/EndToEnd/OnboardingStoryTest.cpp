@@ -26,9 +26,7 @@ struct OnboardingStory : testing::Test {
   }
 
   void TearDown() override {
-    // The agent that launchd may have started.
-    const auto job = "gui/" + std::to_string(::getuid()) + "/tech.brenn.ostrel-agent.menubar";
-    ostrel::run({mac.place / "root/bin/launchctl", "bootout", job}, mac.environment);
+    bootOutMenuBarAgent(mac.place / "root", mac.environment);
     mac.control({"stop"});
     EXPECT_EQ(daemon->end(), 0);
   }

@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -25,8 +23,7 @@ struct OnboardingWindowStory : DesktopShell {
   }
 
   void TearDown() override {
-    const auto job = "gui/" + std::to_string(::getuid()) + "/tech.brenn.ostrel-agent.menubar";
-    run({place / "root/bin/launchctl", "bootout", job}, environment);
+    bootOutMenuBarAgent(place / "root", environment);
     control({"stop"});
     EXPECT_EQ(daemon->end(), 0);
     DesktopShell::TearDown();

@@ -13,9 +13,9 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <utility>
+
+#include "Tests/Fakes/TemporaryFolder.hpp"
 
 namespace ostrel {
 
@@ -154,11 +154,14 @@ std::vector<pid_t> processesWith(std::string_view environmentText) {
   for (const auto& entry : std::filesystem::directory_iterator("/proc", error)) {
     const auto name = entry.path().filename().string();
     if (name.find_first_not_of("0123456789") != std::string::npos) continue;
-    std::ifstream file(entry.path() / "environ", std::ios::binary);
-    const std::string environment{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    if (environment.find(environmentText) != std::string::npos) found.push_back(std::stoi(name));
+    if (contentOf(entry.path() / "environ").contains(environmentText)) found.push_back(std::stoi(name));
   }
   return found;
+}
+
+Ran bootOutMenuBarAgent(const std::string& hostRoot, const Process::Environment& environment) {
+  const auto job = "gui/" + std::to_string(::getuid()) + "/tech.brenn.ostrel-agent.menubar";
+  return run({hostRoot + "/bin/launchctl", "bootout", job}, environment);
 }
 
 }  // namespace ostrel

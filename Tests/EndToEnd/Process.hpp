@@ -75,6 +75,9 @@ bool becomesTrue(Condition condition) {
   return true;
 }
 
+/// Has the simulated launchd end the menu-bar agent, where it runs one.
+Ran bootOutMenuBarAgent(const std::string& hostRoot, const Process::Environment& environment);
+
 /// Numbers of the living processes with that text in their environment.
 std::vector<pid_t> processesWith(std::string_view environmentText);
 

@@ -3,12 +3,21 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace ostrel {
+
+/// The bytes of a file; as many as could be read where it fails, as files of a process do that ends
+/// meanwhile.
+inline std::string contentOf(const std::filesystem::path& path) {
+  std::ostringstream bytes;
+  bytes << std::ifstream(path, std::ios::binary).rdbuf();
+  return std::move(bytes).str();
+}
 
 /// A folder of one test or figure, gone with it.
 class TemporaryFolder {
@@ -34,10 +43,7 @@ class TemporaryFolder {
     return path;
   }
 
-  std::string read(std::string_view name) const {
-    std::ifstream file(*this / name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  }
+  std::string read(std::string_view name) const { return contentOf(*this / name); }
 
  private:
   std::string path_;

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/DefaultRoutes.hpp"
 #include "Platform/Linux/LinuxNetworkPath.hpp"
+#include "Platform/Posix/PosixFiles.hpp"
 
 namespace ostrel {
 namespace {
@@ -47,7 +48,8 @@ TEST(NetworkPath, LeadsWhereADefaultRouteLeads) {
 
 TEST(NetworkPath, IsToldSoonOnceAndNotInsideTheCall) {
   PosixMainQueue queue;
-  LinuxNetworkPath path(queue);
+  const PosixFiles files([](std::string_view path) { return std::string(path); });
+  LinuxNetworkPath path(queue, files);
   int told = 0;
   const auto follow = path.follow([&](const NetworkPathUpdate& update) {
     ++told;

@@ -1,4 +1,4 @@
-#include "OstrelAgent/OpenRepairFlow.hpp"
+#include "OstrelAgent/RepairFlow.hpp"
 
 #include <gtest/gtest.h>
 
@@ -8,14 +8,14 @@
 namespace ostrel {
 namespace {
 
-struct OpenRepairFlowTest : testing::Test {
+struct RepairFlowTest : testing::Test {
   void open() { openRepairFlow({host.bundle, host.userDefaults, workspace, host.childProcesses, host.log}); }
 
   FakeHost host;
   FakeWorkspace workspace;
 };
 
-TEST_F(OpenRepairFlowTest, StartsTheFlowUnlessOneRunsWhichComesToTheFront) {
+TEST_F(RepairFlowTest, StartsTheFlowUnlessOneRunsWhichComesToTheFront) {
   ASSERT_TRUE(host.userDefaults.set("OnboardingFlowProcessID", std::int64_t{77}));
   open();
   ASSERT_EQ(host.childProcesses.started.size(), 1U) << "that process has died";
@@ -31,7 +31,7 @@ TEST_F(OpenRepairFlowTest, StartsTheFlowUnlessOneRunsWhichComesToTheFront) {
                                 "ostrel: the repair flow is running but could not be brought to the front"});
 }
 
-TEST_F(OpenRepairFlowTest, TellsTheLogWhatKeepsItFromStarting) {
+TEST_F(RepairFlowTest, TellsTheLogWhatKeepsItFromStarting) {
   host.childProcesses.startResult = std::unexpected(PlatformError{posixErrorDomain, EACCES, "denied"});
   open();
   host.bundle.executable.clear();

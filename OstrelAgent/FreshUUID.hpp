@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+
+namespace ostrel {
+
+/// A random UUID of version 4 (RFC 9562) in upper case, as the system writes them.
+std::string freshUUID();
+
+}  // namespace ostrel
