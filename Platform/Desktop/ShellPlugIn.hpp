@@ -17,6 +17,8 @@
 #include "Platform/Screens.hpp"
 #include "Platform/Shell.hpp"
 #include "Platform/StatusItem.hpp"
+#include "Platform/SystemWake.hpp"
+#include "Platform/UserNotifications.hpp"
 
 namespace ostrel {
 
@@ -41,6 +43,8 @@ class Desktop {
   virtual Screens& screens() = 0;
   virtual OnboardingWindow& onboardingWindow() = 0;
   virtual Pasteboard& pasteboard() = 0;
+  virtual UserNotifications& notifications() = 0;
+  virtual SystemWake& systemWake() = 0;
 };
 
 /// Draws what the desktop would show, without one.

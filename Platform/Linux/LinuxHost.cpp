@@ -12,6 +12,7 @@
 #include "Platform/Console/ConsoleUserNotifications.hpp"
 #include "Platform/Desktop/ShellPlugIn.hpp"
 #include "Platform/Host.hpp"
+#include "Platform/Linux/CombinedSystemWake.hpp"
 #include "Platform/Linux/DesktopPlugIns.hpp"
 #include "Platform/Linux/LinuxBundle.hpp"
 #include "Platform/Linux/LinuxNetworkPath.hpp"
@@ -93,6 +94,11 @@ class LinuxHost final : public HostLifetime {
     return nullptr;
   }
 
+  std::vector<SystemWake*> tellersOfWake() {
+    if (!desktop_) return {&kernelWake_};
+    return {&kernelWake_, &desktop_->systemWake()};
+  }
+
   const Presence presence_;
   PosixStandardStreams streams_;
   TerminationSignals signals_{presence_ == Presence::questions ? SignalHandling::system
@@ -112,10 +118,10 @@ class LinuxHost final : public HostLifetime {
   PosixChildProcesses childProcesses_{realPath()};
   PosixMainQueue mainQueue_;
   SimulatedSystemExtensions systemExtensions_{files_, mainQueue_, hostRoot_.realPath(simulatedstate::lock)};
-  ConsoleUserNotifications userNotifications_{mainQueue_, streams_};
+  ConsoleUserNotifications consoleUserNotifications_{mainQueue_, streams_};
   LinuxWorkspace workspace_{bundle_.executablePath()};
   LinuxNetworkPath networkPath_{mainQueue_, realFiles_};
-  LinuxSystemWake systemWake_{mainQueue_};
+  LinuxSystemWake kernelWake_{mainQueue_};
   ConsoleStatusItem consoleStatusItem_{streams_};
   ConsoleScreens consoleScreens_{streams_};
   ConsoleOnboardingWindow consoleOnboardingWindow_{streams_};
@@ -130,6 +136,7 @@ class LinuxHost final : public HostLifetime {
                              consoleOnboardingWindow_,
                              consoleAlerts_};
   std::unique_ptr<Desktop> desktop_ = makeDesktop();
+  CombinedSystemWake systemWake_{tellersOfWake()};
   PosixBackgroundQueue backgroundQueue_{backgroundThreads};
   PosixBackgroundQueue statusQueue_{statusThreads};
   Host services_{
@@ -150,7 +157,7 @@ class LinuxHost final : public HostLifetime {
       .networkPreferences = networkPreferences_,
       .networkPath = networkPath_,
       .systemWake = systemWake_,
-      .userNotifications = userNotifications_,
+      .userNotifications = desktop_ ? desktop_->notifications() : consoleUserNotifications_,
       .workspace = workspace_,
       .shell = desktop_ ? desktop_->shell() : consoleShell_,
       .statusItem = desktop_ ? desktop_->statusItem() : consoleStatusItem_,

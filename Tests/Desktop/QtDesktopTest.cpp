@@ -12,6 +12,7 @@
 #include <limits>
 #include <thread>
 
+#include "Platform/Desktop/Shell/DesktopBus.hpp"
 #include "Platform/Posix/PosixMainQueue.hpp"
 #include "Tests/Desktop/SessionBus.hpp"
 #include "Tests/Desktop/SettingsPortal.hpp"
@@ -43,6 +44,7 @@ struct QtDesktopTest : testing::Test {
     ::setenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + folder.write("screens.json", screens)).c_str(), 1);
     EXPECT_EQ(::pipe(signalPipe), 0);
     ::setenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str(), 1);
+    ::setenv("DBUS_SYSTEM_BUS_ADDRESS", bus.address().c_str(), 1);
   }
   ~QtDesktopTest() override {
     desktop.reset();
@@ -294,6 +296,9 @@ TEST_F(QtDesktopTest, LeavesNothingBehind) {
     make();
     click(600, 10);
     EXPECT_TRUE(panel.isShown);
+    const auto wakes = desktop->systemWake().follow([] {});
+    desktop->notifications().post({}, [](const auto&) {});
+    answerTo(*peer, busCall("GetId"));
     desktop.reset();
     EXPECT_FALSE(panel.isShown);
     EXPECT_TRUE(becomesTrue([&] { return !peer->interface()->isServiceRegistered(name).value(); }));

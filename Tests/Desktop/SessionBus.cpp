@@ -9,17 +9,23 @@ namespace ostrel {
 
 namespace {
 
-/// No activation: what is installed on the machine stays out of the test.
-std::string configuration(const std::string& address) {
-  return "<busconfig><type>session</type><listen>" + address +
-         "</listen><auth>EXTERNAL</auth><policy context=\"default\"><allow send_destination=\"*\"/>"
-         "<allow receive_sender=\"*\"/><allow own=\"*\"/></policy></busconfig>";
+/// What is installed on the machine stays out of the test.
+std::string writeConfiguration(const TemporaryFolder& folder, const std::string& address,
+                               const std::string& startable) {
+  if (!startable.empty())
+    folder.write("services/test.service", "[D-BUS Service]\nName=" + startable + "\nExec=/bin/false\n");
+  return folder.write("bus.conf",
+                      "<busconfig><type>session</type><listen>" + address + "</listen><servicedir>" +
+                          (folder / "services") +
+                          "</servicedir><auth>EXTERNAL</auth><policy context=\"default\">"
+                          "<allow send_destination=\"*\"/><allow receive_sender=\"*\"/><allow own=\"*\"/>"
+                          "</policy></busconfig>");
 }
 
 }  // namespace
 
-SessionBus::SessionBus()
-    : daemon_({DBUS_DAEMON, "--config-file=" + folder_.write("bus.conf", configuration(address_)), "--nofork",
+SessionBus::SessionBus(const std::string& startable)
+    : daemon_({DBUS_DAEMON, "--config-file=" + writeConfiguration(folder_, address_, startable), "--nofork",
                "--print-address"},
               {}) {
   daemon_.awaitOutput("\n");

@@ -30,7 +30,8 @@ bool spinUntil(Condition condition) {
 /// A session bus of one test, with nobody on it but the test's own connections.
 class SessionBus {
  public:
-  SessionBus();
+  /// Believes that it can start a program for that name, if any.
+  explicit SessionBus(const std::string& startable = {});
   SessionBus(const SessionBus&) = delete;
   SessionBus& operator=(const SessionBus&) = delete;
   ~SessionBus();

@@ -5,16 +5,23 @@
 #include <QCoreApplication>
 #include <QDBusVariant>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Tests/Desktop/NotificationDaemon.hpp"
 #include "Tests/Desktop/SessionBus.hpp"
 #include "Tests/Desktop/TrayWatcher.hpp"
 
 namespace ostrel {
 
 namespace fs = std::filesystem;
+
+/// The line of the log where nobody shows notifications.
+inline const std::string notAuthorized =
+    "ostrel: notifications are not authorized (status 1); "
+    "this Mac cannot be told when it stops being protected\n";
 
 /// The program with a display that shows nothing, over a host root and a session bus of its own.
 struct DesktopShell : testing::Test {
@@ -66,6 +73,7 @@ struct DesktopShell : testing::Test {
   SessionBus bus;
   QDBusConnection desktop = bus.connect();
   TrayWatcher watcher{desktop};
+  std::optional<NotificationDaemon> notifications{desktop};
   TemporaryFolder place;
   std::string agent = AGENT;
   Process::Environment environment{{"HOME", "/Users/robin"},

@@ -107,8 +107,19 @@ TEST_F(DesktopShell, LivesWithoutASessionBusOrWithASilentOne) {
     EXPECT_EQ(process.end(4s), 128 + SIGTERM);
     EXPECT_TRUE(process.error().starts_with("ostrel: the session bus cannot be reached: "))
         << process.error();
-    EXPECT_EQ(std::ranges::count(process.error(), '\n'), 1) << process.error();
+    EXPECT_TRUE(process.error().ends_with(notAuthorized)) << process.error();
+    EXPECT_EQ(std::ranges::count(process.error(), '\n'), 2) << process.error();
   }
+}
+
+TEST_F(DesktopShell, TellsWhenNobodyShowsNotifications) {
+  notifications.reset();
+  auto process = menuBar();
+  ASSERT_TRUE(isRegistered(process));
+  EXPECT_TRUE(becomesLabelled(process, "Ostrel Agent: protected"));
+  process.signal(SIGTERM);
+  EXPECT_EQ(process.end(), 128 + SIGTERM);
+  EXPECT_EQ(process.error(), notAuthorized);
 }
 
 TEST_F(DesktopShell, ShowsTheEmojiWithoutItsGlyphImages) {

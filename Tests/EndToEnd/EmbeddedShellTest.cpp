@@ -48,7 +48,8 @@ TEST_F(EmbeddedShell, WorksBesideASilentBusAndLeavesTheTrayToItsItemOnceThatAnsw
     }
     process.signal(SIGTERM);
     EXPECT_EQ(process.end(4s), 128 + SIGTERM);
-    EXPECT_EQ(process.error(), "ostrel: the session bus cannot be reached: it does not answer\n");
+    EXPECT_EQ(process.error(),
+              "ostrel: the session bus cannot be reached: it does not answer\n" + notAuthorized);
   }
 }
 

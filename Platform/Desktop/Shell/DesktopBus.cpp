@@ -5,6 +5,7 @@
 #include <QDBusPendingCallWatcher>
 #include <chrono>
 #include <limits>
+#include <memory>
 #include <utility>
 
 namespace ostrel {
@@ -30,14 +31,25 @@ QString sessionBusAddress() {
       .arg(QString::fromLatin1(folder.toPercentEncoding("/", "~")));
 }
 
+// The places of the bus's specification; the second is where the first one leads.
+QString systemBusAddress() {
+  const auto address = qgetenv("DBUS_SYSTEM_BUS_ADDRESS").trimmed();
+  if (!address.isEmpty()) return QString::fromLocal8Bit(address);
+  return QStringLiteral("unix:path=/var/run/dbus/system_bus_socket;unix:path=/run/dbus/system_bus_socket");
+}
+
 QDBusMessage busCall(const char* method) {
   return QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
                                         QStringLiteral("/org/freedesktop/DBus"),
                                         QStringLiteral("org.freedesktop.DBus"), QLatin1String(method));
 }
 
+DesktopBus::DesktopBus(const QString& address, Log& log) : DesktopBus(address, &log) {}
+
+DesktopBus::DesktopBus(const QString& address) : DesktopBus(address, nullptr) {}
+
 // Connected as to a peer, for which the toolkit does not wait; what makes the peer a bus is said by hand.
-DesktopBus::DesktopBus(const QString& address, Log& log)
+DesktopBus::DesktopBus(const QString& address, Log* log)
     : log_(log), connection_(QDBusConnection::connectToPeer(address, nameOf(this))) {
   if (connection_.isConnected()) {
     join();
@@ -68,13 +80,24 @@ void DesktopBus::join() {
 void DesktopBus::miss(const QString& reason) {
   patience_.stop();
   if (std::exchange(isMissing_, true)) return;
-  log_.line("ostrel: the session bus cannot be reached: " + reason.toStdString());
+  if (log_ != nullptr) log_->line("ostrel: the session bus cannot be reached: " + reason.toStdString());
   Q_EMIT missed();
 }
 
 void DesktopBus::whenJoined(const QObject* receiver, const std::function<void()>& act) {
   if (isJoined_) return act();
   connect(this, &DesktopBus::joined, receiver, act);
+}
+
+void DesktopBus::whenKnown(const QObject* receiver, std::function<void()> act) {
+  if (isJoined_) return act();
+  if (isMissing_) return QTimer::singleShot(0, receiver, std::move(act));
+  const auto waiting = std::make_shared<std::function<void()>>(std::move(act));
+  const auto once = [waiting] {
+    if (const auto first = std::exchange(*waiting, nullptr)) first();
+  };
+  connect(this, &DesktopBus::joined, receiver, once);
+  connect(this, &DesktopBus::missed, receiver, once);
 }
 
 void DesktopBus::subscribe(const QString& rule) { connection_.send(busCall("AddMatch") << rule); }

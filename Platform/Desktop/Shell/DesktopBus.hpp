@@ -14,16 +14,21 @@ namespace ostrel {
 /// Where the environment says that the session bus is.
 QString sessionBusAddress();
 
+/// Likewise the system bus.
+QString systemBusAddress();
+
 /// A call of the bus itself.
 QDBusMessage busCall(const char* method);
 
-/// A connection to the session bus that never waits for it: nothing may be called by it before the bus has
-/// let the program join. Main thread.
+/// A connection to a message bus that never waits for it: nothing may be called by it before the bus has let
+/// the program join. Main thread.
 class DesktopBus final : public QObject {
   Q_OBJECT
 
  public:
+  /// A session bus that is missing is told in the log; another is one that a system can do without.
   DesktopBus(const QString& address, Log& log);
+  explicit DesktopBus(const QString& address);
   DesktopBus(const DesktopBus&) = delete;
   DesktopBus& operator=(const DesktopBus&) = delete;
   ~DesktopBus() override;
@@ -37,6 +42,10 @@ class DesktopBus final : public QObject {
 
   /// Acts when the bus is joined: at once, or once it is, unless the receiver is gone by then.
   void whenJoined(const QObject* receiver, const std::function<void()>& act);
+
+  /// Acts once it is known whether the bus is there: at once when it is joined, else from the event loop,
+  /// unless the receiver is gone by then.
+  void whenKnown(const QObject* receiver, std::function<void()> act);
 
   /// Has the bus deliver the signals of that rule. Call once it is joined.
   void subscribe(const QString& rule);
@@ -55,11 +64,12 @@ class DesktopBus final : public QObject {
   Q_SIGNAL void ownerChanged(const QString& name, const QString& owner);
 
  private:
+  DesktopBus(const QString& address, Log* log);
   Q_SLOT void takeOwner(const QString& name, const QString& before, const QString& owner);
   void join();
   void miss(const QString& reason);
 
-  Log& log_;
+  Log* log_;  ///< none of a bus that need not be there
   QDBusConnection connection_;
   QTimer patience_;
   bool isJoined_ = false;

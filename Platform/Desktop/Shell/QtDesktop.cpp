@@ -5,9 +5,11 @@
 #include <utility>
 
 #include "Platform/Desktop/Shell/DesktopBus.hpp"
+#include "Platform/Desktop/Shell/DesktopNotifications.hpp"
 #include "Platform/Desktop/Shell/DesktopOnboardingWindow.hpp"
 #include "Platform/Desktop/Shell/DesktopScreens.hpp"
 #include "Platform/Desktop/Shell/DesktopStatusItem.hpp"
+#include "Platform/Desktop/Shell/DesktopWake.hpp"
 #include "Platform/Desktop/Shell/IconImage.hpp"
 #include "Platform/Desktop/Shell/QtPasteboard.hpp"
 #include "Platform/Desktop/Shell/QtShell.hpp"
@@ -89,6 +91,8 @@ class QtDesktop final : public Desktop {
   Screens& screens() override { return screens_; }
   OnboardingWindow& onboardingWindow() override { return onboardingWindow_; }
   Pasteboard& pasteboard() override { return pasteboard_; }
+  UserNotifications& notifications() override { return notifications_; }
+  SystemWake& systemWake() override { return wake_; }
 
  private:
   void changeLook() {
@@ -121,6 +125,8 @@ class QtDesktop final : public Desktop {
                                 [this](QPoint place) { click(place); }};
   DesktopOnboardingWindow onboardingWindow_{[this] { return loadViews(); }, services_.log};
   QtPasteboard pasteboard_;
+  DesktopNotifications notifications_{bus_};
+  DesktopWake wake_{bus_, systemBusAddress()};
   QtShell shell_{services_, [this] { onboardingWindow_.activate(); }};
 };
 
