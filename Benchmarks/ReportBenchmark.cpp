@@ -29,7 +29,7 @@ void composePanel(benchmark::State& state, const std::string& report) {
   StatusPanelModel model;
   model.hasReading = true;
   for (auto _ : state) {
-    model.snap = snapshotOfStatus(0, report);
+    model.snap = statusReading(0, report).snapshot;
     if (model.snap.statusError) return state.SkipWithError("the report does not decode");
     addTransparentProxies(model.snap, std::vector{TransparentProxyConfiguration{true, true}});
     addContentFilter(model.snap, ContentFilterConfiguration{true, true});

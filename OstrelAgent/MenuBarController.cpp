@@ -3,21 +3,22 @@
 #include <algorithm>
 #include <utility>
 
+#include "OstrelAgent/ContainerBlock.hpp"
 #include "OstrelAgent/DeviceManagementProbe.hpp"
-#include "OstrelAgent/StatusRead.hpp"
 
 namespace ostrel {
 
 namespace {
 
-/// Adds the network preferences to the snapshot, one load after the other, on whatever threads they complete.
-void loadNetworkState(NetworkPreferences& preferences, const std::shared_ptr<Snapshot>& snapshot,
-                      std::function<void()> done) {
-  preferences.loadTransparentProxies([&preferences, snapshot, done = std::move(done)](const auto& proxies) {
-    addTransparentProxies(*snapshot, proxies);
-    preferences.loadContentFilter([snapshot, done](const auto& filter) {
-      addContentFilter(*snapshot, filter);
-      done();
+/// Adds the network preferences to the snapshot, one load after the other, on whatever threads they complete;
+/// `done` learns whether there is an egress lock.
+void loadNetworkState(NetworkPreferences& preferences, const std::shared_ptr<StatusReading>& reading,
+                      std::function<void(bool)> done) {
+  preferences.loadTransparentProxies([&preferences, reading, done = std::move(done)](const auto& proxies) {
+    addTransparentProxies(reading->snapshot, proxies);
+    preferences.loadContentFilter([reading, done](const auto& filter) {
+      addContentFilter(reading->snapshot, filter);
+      done(filter && filter->hasProvider);
     });
   });
 }
@@ -32,7 +33,8 @@ MenuBarController::MenuBarController(Services services, Tools tools, std::shared
       times_{.clockTime = [&format = services.timeFormat](Date date) { return format.clockTime(date); },
              .shortDate = [&format = services.timeFormat](Date date) { return format.shortDate(date); }},
       nudges_({services.mainQueue, services.clock, services.networkPath, services.systemWake},
-              [this](const std::string& reason) { actions_->checkNow(reason); }) {}
+              [this](const std::string& reason) { actions_->checkNow(reason); }),
+      reactivation_({services.backgroundQueue, services.childProcesses, services.bundle}, tools_.records) {}
 
 void MenuBarController::start() {
   const auto weak = weak_from_this();
@@ -89,7 +91,7 @@ void MenuBarController::refresh() {
   // An open panel shows times that go on.
   const auto known = services_.screens.isPanelShown() ? nullptr : lastRead_;
   const auto report = [weak = weak_from_this(), run = *run, known, generation = healthGeneration_,
-                       &queue = services_.mainQueue](const std::shared_ptr<const Snapshot>& read) {
+                       &queue = services_.mainQueue](const std::shared_ptr<const StatusReading>& read) {
     auto finish = [weak, number = run.number, generation, read] {
       if (const auto self = weak.lock()) self->finishRefresh(number, generation, read);
     };
@@ -98,11 +100,22 @@ void MenuBarController::refresh() {
     if (known && *read == *known && !isAwaited) return queue.postLazily(std::move(finish));
     queue.post(std::move(finish));
   };
-  services_.statusQueue.run(QualityOfService::utility, [report, ending = run->ending, helper = tools_.helper,
-                                                        &preferences = services_.networkPreferences] {
-    const auto snapshot = std::make_shared<Snapshot>(readStatus(helper, ending));
-    loadNetworkState(preferences, snapshot, [report, snapshot] { report(snapshot); });
-  });
+  const auto record = [records = tools_.records, mdmEnrolled = mdmEnrolled_,
+                       &queue = services_.backgroundQueue](const Snapshot& snapshot, bool egressLockExists) {
+    const NetworkExtensionAssertion assertion = {egressLockExists, snapshot.egressLockEnabled,
+                                                 snapshot.transparentProxy, mdmEnrolled};
+    queue.run(QualityOfService::utility,
+              [records, assertion] { records.recordNetworkExtensionAssertion(assertion); });
+  };
+  services_.statusQueue.run(
+      QualityOfService::utility, [report, record, ending = run->ending, helper = tools_.helper,
+                                  &preferences = services_.networkPreferences] {
+        const auto reading = std::make_shared<StatusReading>(readStatus(helper, ending));
+        loadNetworkState(preferences, reading, [report, record, reading](bool egressLockExists) {
+          record(reading->snapshot, egressLockExists);
+          report(reading);
+        });
+      });
 }
 
 void MenuBarController::togglePanel() {
@@ -132,26 +145,27 @@ void MenuBarController::probeDeviceManagement() {
 }
 
 void MenuBarController::finishRefresh(std::uint64_t run, std::uint64_t generation,
-                                      std::shared_ptr<const Snapshot> read) {
+                                      std::shared_ptr<const StatusReading> read) {
   const auto finish = statusRuns_.finish(run);
   if (finish.startsWaiting) refresh();
   if (finish.mayPublish) publish(generation, std::move(read));
 }
 
-void MenuBarController::publish(std::uint64_t generation, std::shared_ptr<const Snapshot> read) {
+void MenuBarController::publish(std::uint64_t generation, std::shared_ptr<const StatusReading> read) {
   // The health of a check-in that ended while this was read is fresher.
   const bool isOvertaken = generation != healthGeneration_;
   const bool isNews = !lastRead_ || *read != *lastRead_ || isOvertaken;
   model_.hasReading = true;
   if (isNews) {
-    latest_ = *read;
+    latest_ = read->snapshot;
     latest_.mdmEnrolled = mdmEnrolled_.value_or(false);
     if (isOvertaken && appliedHealth_) latest_.apply(*appliedHealth_);
     nudges_.nudgeOnNetworkExtensionChange(latest_);
     showLatest();
   }
+  if (read->reactivateVersion) reactivation_.driveReactivationOnce(*read->reactivateVersion);
   lastRead_ = isOvertaken ? nullptr : std::move(read);
-  redNotifier_->observe(ProtectionVerdict::of(latest_), services_.clock.now());
+  notify();
   actions_->clearUpdateInFlightIfSettled(latest_);
   draw();
 }
@@ -162,8 +176,17 @@ void MenuBarController::applyHealth(const StatusReport::Health& health) {
   ++healthGeneration_;
   lastRead_ = nullptr;  // the next refresh is news, whatever it reads
   showLatest();
-  redNotifier_->observe(ProtectionVerdict::of(latest_), services_.clock.now());
+  notify();
   draw();
+}
+
+/// Tells the person what is worth a notification; whether one is due depends on the time, too.
+void MenuBarController::notify() {
+  const auto now = services_.clock.now();
+  redNotifier_->observe(ProtectionVerdict::of(latest_), now);
+  if (const auto block = ContainerBlock::read(latest_.runtimeTrust)) {
+    redNotifier_->observeContainerBlocks(block->runtimes, tools_.containerTrust.notify(), now);
+  }
 }
 
 void MenuBarController::showLatest() {

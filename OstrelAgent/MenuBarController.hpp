@@ -5,12 +5,15 @@
 #include <optional>
 
 #include "OstrelAgent/CheckInNudges.hpp"
+#include "OstrelAgent/ContainerTrustPreferences.hpp"
 #include "OstrelAgent/HelperRunner.hpp"
 #include "OstrelAgent/PanelActions.hpp"
 #include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Reactivation.hpp"
 #include "OstrelAgent/RedNotifier.hpp"
 #include "OstrelAgent/StatusPanelActions.hpp"
 #include "OstrelAgent/StatusPanelModel.hpp"
+#include "OstrelAgent/StatusRead.hpp"
 #include "OstrelAgent/StatusRuns.hpp"
 #include "OstrelAgent/TimeTexts.hpp"
 #include "OstrelAgent/Verdict.hpp"
@@ -57,6 +60,8 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
     ControlSocket socket;
     DeviceCATrust trust;
     NetworkConfigurations configurations;
+    Records records;
+    ContainerTrustPreferences containerTrust;
     std::function<void()> openRepairFlow;
   };
 
@@ -74,11 +79,12 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
  private:
   void probeDeviceManagement();
   void fillPanelActions();
-  void finishRefresh(std::uint64_t run, std::uint64_t generation, std::shared_ptr<const Snapshot> read);
-  void publish(std::uint64_t generation, std::shared_ptr<const Snapshot> read);
+  void finishRefresh(std::uint64_t run, std::uint64_t generation, std::shared_ptr<const StatusReading> read);
+  void publish(std::uint64_t generation, std::shared_ptr<const StatusReading> read);
   void applyHealth(const StatusReport::Health& health);
   void applyIcon(const Snapshot& snapshot);
   void showLatest();
+  void notify();
   void draw();
   PanelContent content() const;
 
@@ -90,12 +96,13 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   StatusPanelModel model_;
   std::shared_ptr<PanelActions> actions_;
   CheckInNudges nudges_;
+  Reactivation reactivation_;
   StatusPanelActions panelActions_;
   ScheduledWork timer_;
   std::optional<bool> mdmEnrolled_;
   Snapshot latest_;
-  std::shared_ptr<const Snapshot>
-      lastRead_;  ///< as the last published refresh read it, and as `latest_` shows it
+  std::shared_ptr<const StatusReading>
+      lastRead_;  ///< what the last published refresh read, and what `latest_` shows
   std::optional<StatusReport::Health> appliedHealth_;  ///< the last that came with a check-in
   std::uint64_t healthGeneration_ = 0;                 ///< grows with each
   std::optional<MenuBarIcon> shownIcon_;

@@ -69,7 +69,19 @@ void RedNotifier::observeContainerBlocks(const std::vector<std::string>& blocked
   const auto lastPostedAt = memory_.containerBlocks();
   const auto outcome = ContainerBlockNotificationGate::evaluate(blocked, enabled, lastPostedAt, now);
   if (outcome.lastPostedAt != lastPostedAt) memory_.setContainerBlocks(outcome.lastPostedAt);
-  for (const auto& runtime : outcome.post) postContainerBlocked(runtime);
+  for (const auto& runtime : outcome.post) {
+    postContainerBlocked(runtime, [weak = weak_from_this(), runtime, now] {
+      if (const auto self = weak.lock()) self->rememberContainerBlock(runtime, now);
+    });
+  }
+}
+
+void RedNotifier::rememberContainerBlock(const std::string& runtime, Date now) {
+  auto lastPostedAt = memory_.containerBlocks();
+  const auto date = lastPostedAt.find(runtime);
+  if (date != lastPostedAt.end() && date->second == now) return;
+  lastPostedAt.insert_or_assign(runtime, now);
+  memory_.setContainerBlocks(std::move(lastPostedAt));
 }
 
 void RedNotifier::postNotProtected() {
@@ -85,14 +97,15 @@ void RedNotifier::postNotProtected() {
       });
 }
 
-void RedNotifier::postContainerBlocked(const std::string& runtime) {
+void RedNotifier::postContainerBlocked(const std::string& runtime, std::function<void()> accepted) {
   services_.notifications.post(
       {.identifier = freshUUID(),
        .title = Copy::notificationContainerBlockedTitle.with(runtime),
        .body = std::string(Copy::notificationContainerBlockedBody.text()),
        .category = containerBlockedCategory},
-      [&log = services_.log](const std::expected<void, PlatformError>& posted) {
-        if (posted) return;
+      [&log = services_.log,
+       accepted = std::move(accepted)](const std::expected<void, PlatformError>& posted) {
+        if (posted) return accepted();
         log.line("ostrel: could not post the container-blocked notification: " + posted.error().description);
       });
 }

@@ -48,7 +48,8 @@ class RedNotifier : public std::enable_shared_from_this<RedNotifier> {
 
  private:
   void postNotProtected();
-  void postContainerBlocked(const std::string& runtime);
+  void postContainerBlocked(const std::string& runtime, std::function<void()> accepted);
+  void rememberContainerBlock(const std::string& runtime, Date now);
   void respond(const NotificationResponse& response) const;
 
   Services services_;

@@ -6,22 +6,25 @@
 
 namespace ostrel {
 
-Snapshot snapshotOfStatus(std::int32_t status, std::string_view standardOutput) {
-  Snapshot snapshot;
+StatusReading statusReading(std::int32_t status, std::string_view standardOutput) {
+  StatusReading reading;
   if (status == 0) {
     if (const auto report = StatusReport::decode(standardOutput)) {
-      snapshot.fill(*report);
-      return snapshot;
+      reading.snapshot.fill(*report);
+      if (report->reactivatePending.value_or(false)) {
+        reading.reactivateVersion = report->reactivateVersion.value_or("");
+      }
+      return reading;
     }
   }
   // A report that cannot be read from a helper that ended well is told with the number 0.
-  snapshot.statusError = Copy::statusUnavailable.with(status);
-  return snapshot;
+  reading.snapshot.statusError = Copy::statusUnavailable.with(status);
+  return reading;
 }
 
-Snapshot readStatus(const HelperRunner& helper, const ChildEnding& ending) {
+StatusReading readStatus(const HelperRunner& helper, const ChildEnding& ending) {
   const auto output = helper.runHelperCapturingStdout({"status", "--json"}, ending);
-  return snapshotOfStatus(output.status, output.standardOutput);
+  return statusReading(output.status, output.standardOutput);
 }
 
 bool isConnected(const NetworkPreferences::TransparentProxies& loaded) {

@@ -33,9 +33,10 @@ DeviceCATrust deviceCATrust(const Host& host) {
   return {controlSocket(host), host.files, host.childProcesses, host.userAccount};
 }
 
+Records records(const Host& host) { return {host.files, host.clock, host.userAccount}; }
+
 NetworkConfigurations networkConfigurations(const Host& host) {
-  return {host.networkPreferences, host.mainQueue, host.log,
-          Records(host.files, host.clock, host.userAccount)};
+  return {host.networkPreferences, host.mainQueue, host.log, records(host)};
 }
 
 std::function<void()> repairFlowOpener(const Host& host) {
@@ -82,6 +83,8 @@ int runMenuBar() {
           .socket = controlSocket(host),
           .trust = deviceCATrust(host),
           .configurations = networkConfigurations(host),
+          .records = records(host),
+          .containerTrust = ContainerTrustPreferences(host.userDefaults),
           .openRepairFlow = repairFlowOpener(host),
       },
       redNotifier(host));

@@ -13,7 +13,8 @@
 
 namespace ostrel {
 
-/// A main queue that turns when the test says so, on the time of a fake clock and on the test's own thread.
+/// A main queue that turns when the test says so, on the test's own thread. The fake clock goes on with its
+/// time; setting the clock leaves that alone, as it does with real timers.
 class FakeMainQueue final : public MainQueue {
  public:
   explicit FakeMainQueue(FakeClock& clock) : clock_(clock) {}
@@ -48,18 +49,24 @@ class FakeMainQueue final : public MainQueue {
     }
   }
 
-  /// Moves the clock by the duration, stopping at each due time to run what is due there.
+  /// Lets the duration pass, stopping at each due time to run what is due there.
   void advance(std::chrono::milliseconds duration) {
-    const Date end = clock_.now() + duration;
+    const auto end = time_ + duration;
     runAll();
     while (!timers_.empty() && timers_.begin()->first <= end) {
       due_ = posts_.size();
       runAll();
       runTimer();
       // Timers of one time run before the work that they post.
-      if (timers_.empty() || timers_.begin()->first > clock_.now()) runAll();
+      if (timers_.empty() || timers_.begin()->first > time_) runAll();
     }
-    clock_.set(std::max(clock_.now(), end));
+    passUntil(end);
+  }
+
+  /// Lets the duration pass with the queue not served.
+  void fallBehind(std::chrono::milliseconds duration) {
+    time_ += duration;
+    clock_.advance(duration);
   }
 
   /// Whether something was posted that wakes the main thread.
@@ -77,8 +84,12 @@ class FakeMainQueue final : public MainQueue {
     std::function<void()> work;
   };
 
+  void passUntil(std::chrono::milliseconds time) {
+    if (time > time_) fallBehind(time - time_);
+  }
+
   ScheduledWork schedule(std::chrono::milliseconds delay, std::shared_ptr<Timer> timer) {
-    timers_.emplace(clock_.now() + std::max(delay, std::chrono::milliseconds(0)), timer);
+    timers_.emplace(time_ + std::max(delay, std::chrono::milliseconds(0)), timer);
     return timer;
   }
 
@@ -86,7 +97,7 @@ class FakeMainQueue final : public MainQueue {
     auto entry = timers_.extract(timers_.begin());
     auto timer = entry.mapped().lock();
     if (!timer) return;
-    clock_.set(std::max(clock_.now(), entry.key()));
+    passUntil(entry.key());
     const auto period = timer->period;
     if (period == std::chrono::milliseconds(0)) {
       const auto work = std::move(timer->work);
@@ -96,12 +107,13 @@ class FakeMainQueue final : public MainQueue {
     timer->work();
     timer.reset();
     if (entry.mapped().expired()) return;
-    entry.key() += ((clock_.now() - entry.key()) / period + 1) * period;
+    entry.key() += ((time_ - entry.key()) / period + 1) * period;
     timers_.insert(std::move(entry));
   }
 
   FakeClock& clock_;
-  std::multimap<Date, std::weak_ptr<Timer>> timers_;
+  std::chrono::milliseconds time_{0};  ///< since the queue was made
+  std::multimap<std::chrono::milliseconds, std::weak_ptr<Timer>> timers_;
   std::deque<std::function<void()>> posts_;
   std::size_t due_ = 0;  ///< of the posts, those up to the last that is not lazy
 };

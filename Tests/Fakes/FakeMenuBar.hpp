@@ -36,6 +36,8 @@ inline std::shared_ptr<MenuBarController> menuBarOn(FakeHost& host, StatusItem& 
           .socket = daemon,
           .trust = DeviceCATrust(daemon, host.files, host.childProcesses, host.userAccount),
           .configurations = NetworkConfigurations(host.networkPreferences, host.mainQueue, host.log, records),
+          .records = records,
+          .containerTrust = ContainerTrustPreferences(host.userDefaults),
           .openRepairFlow = {},
       },
       std::make_shared<RedNotifier>(

@@ -16,6 +16,19 @@ constexpr const char* notProtected = "Ostrel Agent: not protected";
 
 bool isProbe(const ChildCommand& command) { return command.executable == "/usr/bin/profiles"; }
 
+bool isReactivation(const ChildCommand& command) {
+  return command.arguments == std::vector<std::string>{"reactivate"};
+}
+
+/// A report of two runtimes in which a download was blocked.
+std::string blockedReport(std::string_view verdict) {
+  auto report = reportText(verdict);
+  report.insert(report.find(R"("verdict")"),
+                R"("runtime_trust":{"state":"broken","code":"CONTAINER_REJECTED_LEAF",)"
+                R"("params":["Podman","Docker Desktop"]},)");
+  return report;
+}
+
 /// A controller on a host of fakes.
 struct MenuBarControllerTest : testing::Test {
   MenuBarControllerTest() {
@@ -29,11 +42,24 @@ struct MenuBarControllerTest : testing::Test {
     };
   }
 
+  void store(const char* key, DefaultsValue value) {
+    ASSERT_TRUE(host.userDefaults.set(key, std::move(value)));
+  }
+
   /// Runs all that waits in the background, and what it hands over.
   void settle() {
     host.statusQueue.runAll();
     host.backgroundQueue.runAll();
     host.mainQueue.runAll();
+  }
+
+  /// Lets that time pass, with all work done at each tick.
+  void pass(std::chrono::seconds time) {
+    settle();
+    for (auto passed = 0s; passed < time; passed += 5s) {
+      host.mainQueue.advance(5s);
+      settle();
+    }
   }
 
   std::vector<std::string> icons() const {
@@ -48,6 +74,8 @@ struct MenuBarControllerTest : testing::Test {
   const PanelContent& panel() const { return host.screens.panels.back(); }
 
   FakeHost host;
+  const std::string folder =
+      host.userAccount.homeFolder + "/Library/Application Support/ostrel-agent-endpoint/";
   std::shared_ptr<MenuBarController> controller = menuBarOn(host, host.statusItem);
 };
 
@@ -157,6 +185,106 @@ TEST_F(MenuBarControllerTest, NetworkPreferencesJoinTheSnapshotOfTheSameRefresh)
   controller->togglePanel();
   EXPECT_EQ(panel().protection->egressLock.state.kind, RowState::Case::ok);
   EXPECT_EQ(panel().health->components[0].state.kind, RowState::Case::ok);
+}
+
+TEST_F(MenuBarControllerTest, EachRefreshRecordsWhatItSawOfTheNetworkExtension) {
+  const auto record = [this] {
+    return host.files.read(folder + "egress-lock-configuration.json").value_or("");
+  };
+  host.clock.set(Date(1735812000000ms));
+  controller->start();
+  settle();
+  EXPECT_EQ(record(),
+            R"({"configuration_exists":false,"enabled":false,"observed_at":"2025-01-02T10:00:00Z"})");
+  host.networkPreferences.contentFilter = ContentFilterConfiguration{.hasProvider = true};
+  host.networkPreferences.transparentProxies = std::vector{TransparentProxyConfiguration{.enabled = true}};
+  host.mainQueue.advance(5s);
+  settle();
+  const std::string seen =
+      R"({"configuration_exists":true,"enabled":false,"mdm_enrolled":false,"observed_at":"2025-01-02T10:00:05Z",)"
+      R"("transparent_proxy_approved":true,"transparent_proxy_enabled":true})";
+  EXPECT_EQ(record(), seen);
+  host.files.writeError = PlatformError{posixErrorDomain, ENOSPC, "full"};
+  host.mainQueue.advance(5s);
+  settle();
+  EXPECT_EQ(record(), seen);
+  EXPECT_EQ(icons().back(), isProtected) << "nothing depends on the record";
+}
+
+TEST_F(MenuBarControllerTest, ReactivatesTheExtensionOnceAVersionAndOnceAProcess) {
+  const auto pending = [this](const std::string& version) {
+    answer({0, R"({"reactivate_pending":true,"reactivate_version":")" + version + "\"," +
+                   reportText().substr(1)});
+  };
+  struct Row {
+    std::string recorded, wanted;
+    std::int32_t ends;
+    int runs;
+    std::string after;
+  };
+  const Row rows[] = {
+      {"4.12.0", "4.13.0", 0, 1, "4.13.0"},
+      {"4.12.0\n", "4.12.0", 0, 0, "4.12.0\n"},
+      {"4.12.0", "4.13.0", 1, 1, "4.12.0"},
+      {"4.12.0", "", 0, 1, "4.12.0"},
+  };
+  for (const auto& row : rows) {
+    controller = menuBarOn(host, host.statusItem);
+    host.files.put(folder + "reactivated-version", row.recorded);
+    host.childProcesses.commands.clear();
+    pending(row.wanted);
+    const auto helper = host.childProcesses.answer;
+    host.childProcesses.answer = [&](const ChildCommand& command) {
+      return isReactivation(command) ? ChildResult{row.ends, ""} : helper(command);
+    };
+    controller->start();
+    pass(15s);
+    EXPECT_EQ(std::ranges::count_if(host.childProcesses.commands, isReactivation), row.runs) << row.wanted;
+    EXPECT_EQ(host.files.read(folder + "reactivated-version"), row.after) << row.wanted;
+  }
+  pending("4.14.0");
+  host.mainQueue.advance(5s);
+  settle();
+  EXPECT_EQ(std::ranges::count_if(host.childProcesses.commands, isReactivation), 1)
+      << "this process had its one";
+}
+
+TEST_F(MenuBarControllerTest, TellsOfABlockedContainerOfTheRuntimesThatThePersonChose) {
+  store("ContainerBlockNotifyRuntimes", std::vector<std::string>{"Colima", "Podman"});
+  answer({0, blockedReport("protected")});
+  controller->start();
+  pass(15s);
+  ASSERT_EQ(host.userNotifications.posted.size(), 1U);
+  EXPECT_EQ(host.userNotifications.posted[0].title, "A container in Podman was blocked");
+}
+
+TEST_F(MenuBarControllerTest, SettingsOfOtherTypesCountAsMissing) {
+  store("ContainerBlockNotifyRuntimes", std::string("Podman"));
+  store("ContainerBlockNotificationLastPostedAt", true);
+  store("RedNotificationLastPostedAt", std::string("yesterday"));
+  answer({0, blockedReport("not_protected")});
+  controller->start();
+  pass(70s);
+  EXPECT_EQ(icons().back(), notProtected);
+  ASSERT_EQ(host.userNotifications.posted.size(), 1U);
+  EXPECT_EQ(host.userNotifications.posted[0].title, "This Mac is not protected");
+}
+
+TEST_F(MenuBarControllerTest, GoesOnWhenTheClockIsSetOrASleepEatsTicks) {
+  answer({0, reportText("not_protected")});
+  controller->start();
+  pass(70s);
+  EXPECT_EQ(host.userNotifications.posted.size(), 1U);
+  host.clock.set(host.clock.now() - 24h);
+  pass(70s);
+  EXPECT_EQ(host.userNotifications.posted.size(), 2U) << "a post in the future is no post";
+  host.clock.set(host.clock.now() + 24h);
+  pass(70s);
+  EXPECT_EQ(host.userNotifications.posted.size(), 3U) << "a day later it is told again";
+  answer({0, reportText()});
+  host.clock.set(host.clock.now() + 8h);  // a sleep, in which timers stand still
+  pass(5s);
+  EXPECT_EQ(icons().back(), isProtected);
 }
 
 TEST_F(MenuBarControllerTest, AnOpenPanelGetsNewContentAndAClosedOneNone) {

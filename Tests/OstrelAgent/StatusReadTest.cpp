@@ -27,12 +27,27 @@ TEST(StatusRead, OnlyAReportOfAHelperThatEndedWellIsRead) {
   for (const auto& row : rows) {
     Snapshot expected;
     expected.statusError = row.error;
-    EXPECT_TRUE(snapshotOfStatus(row.status, row.output) == expected) << row.error << " " << row.output;
+    EXPECT_TRUE(statusReading(row.status, row.output) == StatusReading{expected})
+        << row.error << " " << row.output;
   }
-  const auto snapshot = snapshotOfStatus(0, report + "\n");
+  const auto snapshot = statusReading(0, report + "\n").snapshot;
   EXPECT_EQ(snapshot.statusError, std::nullopt);
   EXPECT_EQ(snapshot.verdict, "protected");
   EXPECT_TRUE(snapshot.daemonListening);
+}
+
+TEST(StatusRead, AReactivationIsWantedWhenItIsPending) {
+  const std::pair<std::string, std::optional<std::string>> rows[] = {
+      {"", std::nullopt},
+      {R"("reactivate_version":"4.13.0",)", std::nullopt},
+      {R"("reactivate_pending":false,"reactivate_version":"4.13.0",)", std::nullopt},
+      {R"("reactivate_pending":true,)", ""},
+      {R"("reactivate_pending":true,"reactivate_version":"4.13.0",)", "4.13.0"},
+  };
+  for (const auto& [members, version] : rows) {
+    const auto report = "{" + members + reportText().substr(1);
+    EXPECT_EQ(statusReading(0, report).reactivateVersion, version) << members;
+  }
 }
 
 TEST(StatusRead, TransparentProxiesCountTogetherAndNoneOrAFailureLeavesTheDefaults) {

@@ -37,7 +37,7 @@ struct FakeHarness {
   FakeMainQueue queue{clock};
 
   void elapse(std::chrono::milliseconds duration) { queue.advance(duration); }
-  void fallBehind(std::chrono::milliseconds duration) { clock.advance(duration); }
+  void fallBehind(std::chrono::milliseconds duration) { queue.fallBehind(duration); }
   void turn() { queue.advance(0ms); }
 };
 

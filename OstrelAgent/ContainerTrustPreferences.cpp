@@ -1,0 +1,13 @@
+#include "OstrelAgent/ContainerTrustPreferences.hpp"
+
+#include <vector>
+
+namespace ostrel {
+
+std::set<std::string> ContainerTrustPreferences::notify() const {
+  const auto names = defaults_->get<std::vector<std::string>>("ContainerBlockNotifyRuntimes");
+  if (!names) return {};
+  return {names->begin(), names->end()};
+}
+
+}  // namespace ostrel

@@ -1,0 +1,19 @@
+#include "OstrelAgent/Reactivation.hpp"
+
+namespace ostrel {
+
+void Reactivation::driveReactivationOnce(const std::string& version) {
+  if (reactivateTriggered_) return;
+  if (!version.empty() && version == records_.reactivatedVersion()) return;
+  const auto executable = services_.bundle.executablePath();
+  if (executable.empty()) return;
+  reactivateTriggered_ = true;
+  services_.backgroundQueue.run(QualityOfService::utility, [&children = services_.childProcesses, executable,
+                                                            records = records_, version] {
+    const auto ended =
+        children.run({executable, {"reactivate"}, ChildStream::discarded, ChildStream::discarded});
+    if (ended && ended->status == 0 && !version.empty()) records.recordReactivated(version);
+  });
+}
+
+}  // namespace ostrel

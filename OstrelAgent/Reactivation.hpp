@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+
+#include "OstrelAgent/Records.hpp"
+#include "Platform/BackgroundQueue.hpp"
+#include "Platform/Bundle.hpp"
+#include "Platform/ChildProcesses.hpp"
+
+namespace ostrel {
+
+/// Has the system extension re-activated after an upgrade, when the report asks for it: once a process, and
+/// each version once. Main thread.
+class Reactivation {
+ public:
+  struct Services {
+    BackgroundQueue& backgroundQueue;
+    ChildProcesses& childProcesses;
+    const Bundle& bundle;
+  };
+
+  Reactivation(Services services, Records records) : services_(services), records_(std::move(records)) {}
+
+  /// Runs this program's own "reactivate" in the background, and records the version when that went well. A
+  /// version that is not known is empty.
+  void driveReactivationOnce(const std::string& version);
+
+ private:
+  Services services_;
+  Records records_;
+  bool reactivateTriggered_ = false;
+};
+
+}  // namespace ostrel
