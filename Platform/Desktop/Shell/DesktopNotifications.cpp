@@ -186,8 +186,8 @@ uint DesktopNotifications::numberOf(const std::string& identifier) const {
 
 /// The keys and labels of the buttons, each key before its label.
 QStringList DesktopNotifications::actionsOf(const std::string& category) const {
-  // Daemons do not show this label; those that list it in a menu have the program's name for it.
-  QStringList all{defaultAction, QGuiApplication::applicationDisplayName()};
+  // With a label some daemons would show a button for it.
+  QStringList all{defaultAction, QString()};
   const auto found = std::ranges::find(categories_, category, &NotificationCategory::identifier);
   if (found == categories_.end()) return all;
   for (const auto& action : found->actions) all << textOf(action.identifier) << textOf(action.title);
