@@ -63,15 +63,18 @@ struct DesktopNotificationsTest : DesktopTest {
   }
 
   static std::string resultOf(const std::shared_ptr<Posted>& posted) {
-    if (!spinUntil([&] { return posted->has_value(); })) return "no answer";
-    return **posted ? "" : (*posted)->error().domain + ": " + (*posted)->error().description;
+    spinUntil([&] { return posted->has_value(); });
+    const auto result = *posted;
+    if (!result) return "no answer";
+    return *result ? "" : result->error().domain + ": " + result->error().description;
   }
 
   int readAuthorization(DesktopNotifications& of) {
     std::optional<NotificationAuthorization> read;
     of.readAuthorization([&](NotificationAuthorization authorization) { read = authorization; });
     EXPECT_FALSE(read) << "answered inside the call";
-    return spinUntil([&] { return read.has_value(); }) ? static_cast<int>(*read) : -1;
+    spinUntil([&] { return read.has_value(); });
+    return read ? static_cast<int>(*read) : -1;
   }
 
   /// What others have sent before has come when a call after it is answered.

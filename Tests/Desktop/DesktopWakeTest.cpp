@@ -22,7 +22,7 @@ struct DesktopWakeTest : DesktopTest {
     return heard;
   }
 
-  void tell(QDBusConnection by, bool isGoing) {
+  void tell(const QDBusConnection& by, bool isGoing) {
     auto signal = QDBusMessage::createSignal("/org/freedesktop/login1", "org.freedesktop.login1.Manager",
                                              "PrepareForSleep");
     by.send(signal << isGoing);
