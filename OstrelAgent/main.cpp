@@ -1,12 +1,14 @@
 #include <cstdio>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "OstrelAgent/CommandLine.hpp"
 #include "OstrelAgent/ControlSocket.hpp"
 #include "OstrelAgent/Controller.hpp"
 #include "OstrelAgent/EditMenu.hpp"
+#include "OstrelAgent/MenuBarClaim.hpp"
 #include "OstrelAgent/MenuBarController.hpp"
 #include "OstrelAgent/OnboardingFlowController.hpp"
 #include "OstrelAgent/RedNotifier.hpp"
@@ -54,7 +56,16 @@ std::shared_ptr<RedNotifier> redNotifier(const Host& host) {
       repairFlowOpener(host));
 }
 
+/// On a host that is gone before that of the icon is made; a signal ends the wait at once.
+std::optional<SingleInstance::Claim> claimMenuBar() {
+  const auto lifetime = makeHost(Presence::questions);
+  auto& host = lifetime->services();
+  return claimMenuBar(host.menuBarInstance, host.standardStreams, host.log);
+}
+
 int runMenuBar() {
+  const auto claim = claimMenuBar();
+  if (!claim) return 0;
   const auto lifetime = makeHost(Presence::person);
   auto& host = lifetime->services();
   installTranslation(host.bundle, host.log);

@@ -16,6 +16,7 @@
 #include "Platform/Pasteboard.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/Shell.hpp"
+#include "Platform/SingleInstance.hpp"
 #include "Platform/StandardStreams.hpp"
 #include "Platform/StatusItem.hpp"
 #include "Platform/SystemExtensions.hpp"
@@ -49,6 +50,7 @@ struct Host {
   NetworkPreferences& networkPreferences;
   NetworkPath& networkPath;
   SystemWake& systemWake;
+  SingleInstance& menuBarInstance;  ///< that of the person's icon
   UserNotifications& userNotifications;
   Workspace& workspace;
   Shell& shell;

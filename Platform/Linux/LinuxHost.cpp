@@ -25,6 +25,7 @@
 #include "Platform/Posix/PosixFiles.hpp"
 #include "Platform/Posix/PosixLog.hpp"
 #include "Platform/Posix/PosixMainQueue.hpp"
+#include "Platform/Posix/PosixSingleInstance.hpp"
 #include "Platform/Posix/PosixStandardStreams.hpp"
 #include "Platform/Posix/PosixTimeFormat.hpp"
 #include "Platform/Posix/PosixUnixSockets.hpp"
@@ -122,6 +123,8 @@ class LinuxHost final : public HostLifetime {
   LinuxWorkspace workspace_{bundle_.executablePath()};
   LinuxNetworkPath networkPath_{mainQueue_, realFiles_};
   LinuxSystemWake kernelWake_{mainQueue_};
+  PosixSingleInstance menuBarInstance_{hostRoot_.realPath(
+      hostRoot_.home() + "/Library/Application Support/tech.brenn.ostrel-agent/menubar.lock")};
   ConsoleStatusItem consoleStatusItem_{streams_};
   ConsoleScreens consoleScreens_{streams_};
   ConsoleOnboardingWindow consoleOnboardingWindow_{streams_};
@@ -157,6 +160,7 @@ class LinuxHost final : public HostLifetime {
       .networkPreferences = networkPreferences_,
       .networkPath = networkPath_,
       .systemWake = systemWake_,
+      .menuBarInstance = menuBarInstance_,
       .userNotifications = desktop_ ? desktop_->notifications() : consoleUserNotifications_,
       .workspace = workspace_,
       .shell = desktop_ ? desktop_->shell() : consoleShell_,

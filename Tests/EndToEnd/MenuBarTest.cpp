@@ -4,9 +4,12 @@
 #include <algorithm>
 #include <atomic>
 #include <csignal>
+#include <deque>
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <map>
+#include <mutex>
 #include <sstream>
 
 #include "Tests/EndToEnd/Process.hpp"
@@ -18,6 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
+using Words = std::vector<std::string>;
 
 constexpr const char* helperName = "OstrelAgent.app/Contents/Helpers/ostrel-agent-endpoint";
 constexpr const char* tableName = "OstrelAgent.app/Contents/Resources/de.lproj/Copy.strings";
@@ -41,6 +45,14 @@ struct OstrelAgent : testing::Test {
     return "/proc/" + std::to_string(process.number()) + "/" + name;
   }
 
+  bool hasOpen(const Process& process, std::string_view name) const {
+    std::error_code error;
+    const fs::directory_iterator descriptors(procFolder(process, "fd"), error);
+    return std::ranges::any_of(descriptors, [&](const auto& descriptor) {
+      return fs::read_symlink(descriptor.path(), error).filename() == name;
+    });
+  }
+
   void control(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), CONTROL);
     const auto ran = run(arguments, environment);
@@ -54,8 +66,8 @@ struct OstrelAgent : testing::Test {
   }
 
   /// The daemon's socket, in a folder that is there.
-  std::string socketPath() const {
-    const auto folder = place / "root/Library/Application Support";
+  std::string socketPath(const std::string& root = "root") const {
+    const auto folder = place / root + "/Library/Application Support";
     fs::create_directories(folder);
     return folder + "/ostrel-agent-endpoint.control.sock";
   }
@@ -115,6 +127,32 @@ TEST_F(OstrelAgent, ASignalEndsItWhileItWaitsForADaemonThatIsSilentOrDrips) {
     EXPECT_EQ(process.end(10s), row.status);
     fs::remove(socketPath());
   }
+}
+
+TEST_F(OstrelAgent, ShowsOneIconAPersonAndWaitsForAnEarlierOneThatEnds) {
+  const auto shown = "Ostrel Agent: status not reported\n";
+  auto first = menuBar();
+  first.awaitOutput(shown);
+  auto second = menuBar();
+  auto other = environment;
+  other["HOME"] = "/Users/kim";
+  Process others({agent, "menubar"}, other);
+  others.awaitOutput(shown);
+  auto leaving = menuBar();
+  EXPECT_TRUE(becomesTrue([&] { return hasOpen(leaving, "menubar.lock"); }));
+  leaving.signal(SIGTERM);
+  EXPECT_EQ(leaving.end(2s), -SIGTERM);
+  EXPECT_EQ(second.end(), 0);
+  EXPECT_EQ(second.output(), "");
+  EXPECT_EQ(second.error(), "the menu-bar agent is running already\n");
+  auto third = menuBar("quit\n");
+  EXPECT_TRUE(becomesTrue([&] { return hasOpen(third, "menubar.lock"); }));
+  first.signal(SIGKILL);
+  third.awaitOutput(shown);
+  EXPECT_EQ(first.end(), -SIGKILL);
+  EXPECT_EQ(third.end(), 0);
+  others.write("quit\n");
+  EXPECT_EQ(others.end(), 0);
 }
 
 TEST_F(OstrelAgent, ServesTheCommandsOfTheConsole) {

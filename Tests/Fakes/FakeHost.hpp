@@ -13,6 +13,7 @@
 #include "Tests/Fakes/FakePasteboard.hpp"
 #include "Tests/Fakes/FakeScreens.hpp"
 #include "Tests/Fakes/FakeShell.hpp"
+#include "Tests/Fakes/FakeSingleInstance.hpp"
 #include "Tests/Fakes/FakeStandardStreams.hpp"
 #include "Tests/Fakes/FakeStatusItem.hpp"
 #include "Tests/Fakes/FakeSystemExtensions.hpp"
@@ -49,6 +50,7 @@ struct FakeHost {
   FakePasteboard pasteboard;
   FakeNetworkPath networkPath;
   FakeSystemWake systemWake;
+  FakeSingleInstance menuBarInstance;
 };
 
 }  // namespace ostrel
