@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <string_view>
 
 #include "Platform/SimulatedMac/SimulatedOrders.hpp"
@@ -76,6 +77,31 @@ ControlResult misbehave(std::span<const std::string> words, const Orders& orders
   return give(orders, "misbehave", *order, "misbehave is now " + words[0]);
 }
 
+ControlResult changeNetwork(std::span<const std::string> words, const Orders& orders) {
+  const std::string state = words.empty() ? "" : words[0];
+  const auto interfaces = words.subspan(std::min<std::size_t>(words.size(), 1));
+  if (state == "down" && interfaces.empty()) {
+    return give(orders, "network", Json::array(), "The network is down");
+  }
+  if (state == "real" && interfaces.empty()) {
+    return give(orders, "network", Json(), "The network is the machine's own");
+  }
+  if (state != "up" || interfaces.empty() || std::ranges::count(interfaces, "") > 0) {
+    return usageFault("network takes down, real, or up with names of interfaces, as in `network up en0`");
+  }
+  std::string names;
+  for (const auto& name : interfaces) names += (names.empty() ? "" : ", ") + name;
+  return give(orders, "network", Json(std::vector(interfaces.begin(), interfaces.end())),
+              "The network is up by " + names);
+}
+
+/// A time that was never ordered before, so that a running agent can tell a new wake from an old one.
+ControlResult wake(const Orders& orders) {
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  return give(orders, "wake", std::chrono::duration_cast<std::chrono::milliseconds>(now).count(),
+              "The Mac has woken");
+}
+
 ControlResult clear(const Orders& orders) {
   const auto cleared = orders.clear();
   return cleared ? ControlResult{0, "Nothing is ordered any more\n"} : failed(cleared.error());
@@ -93,6 +119,8 @@ std::optional<ControlResult> runOrder(std::span<const std::string> arguments, co
     return failCalls(name, words, orders);
   }
   if (name == "misbehave") return misbehave(words, orders);
+  if (name == "network") return changeNetwork(words, orders);
+  if (name == "wake" && words.empty()) return wake(orders);
   if (name == "orders" && words.empty()) return ControlResult{0, printJson(orders.all())};
   if (name == "clear-orders" && words.empty()) return clear(orders);
   return std::nullopt;

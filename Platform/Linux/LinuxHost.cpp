@@ -14,6 +14,7 @@
 #include "Platform/Host.hpp"
 #include "Platform/Linux/CombinedSystemWake.hpp"
 #include "Platform/Linux/DesktopPlugIns.hpp"
+#include "Platform/Linux/FileChanges.hpp"
 #include "Platform/Linux/LinuxBundle.hpp"
 #include "Platform/Linux/LinuxNetworkPath.hpp"
 #include "Platform/Linux/LinuxSystemWake.hpp"
@@ -32,8 +33,11 @@
 #include "Platform/Posix/PosixUserDefaults.hpp"
 #include "Platform/Posix/TerminationSignals.hpp"
 #include "Platform/SimulatedMac/HostRoot.hpp"
+#include "Platform/SimulatedMac/SimulatedNetworkPath.hpp"
 #include "Platform/SimulatedMac/SimulatedNetworkPreferences.hpp"
+#include "Platform/SimulatedMac/SimulatedOrders.hpp"
 #include "Platform/SimulatedMac/SimulatedSystemExtensions.hpp"
+#include "Platform/SimulatedMac/SimulatedSystemWake.hpp"
 
 namespace ostrel {
 
@@ -121,7 +125,12 @@ class LinuxHost final : public HostLifetime {
   SimulatedSystemExtensions systemExtensions_{files_, mainQueue_, hostRoot_.realPath(simulatedstate::lock)};
   ConsoleUserNotifications consoleUserNotifications_{mainQueue_, streams_};
   LinuxWorkspace workspace_{bundle_.executablePath()};
-  LinuxNetworkPath networkPath_{mainQueue_, realFiles_};
+  SimulatedOrders orders_{files_, hostRoot_.realPath(simulatedstate::lock)};
+  OrdersWatch ordersWatch_ = [this](std::function<void()> changed) {
+    return followFile(mainQueue_, hostRoot_.realPath(simulatedstate::orders), std::move(changed));
+  };
+  LinuxNetworkPath machinesNetworkPath_{mainQueue_, realFiles_};
+  SimulatedNetworkPath networkPath_{machinesNetworkPath_, orders_, ordersWatch_};
   LinuxSystemWake kernelWake_{mainQueue_};
   PosixSingleInstance menuBarInstance_{hostRoot_.realPath(
       hostRoot_.home() + "/Library/Application Support/tech.brenn.ostrel-agent/menubar.lock")};
@@ -139,7 +148,8 @@ class LinuxHost final : public HostLifetime {
                              consoleOnboardingWindow_,
                              consoleAlerts_};
   std::unique_ptr<Desktop> desktop_ = makeDesktop();
-  CombinedSystemWake systemWake_{tellersOfWake()};
+  CombinedSystemWake machinesWake_{tellersOfWake()};
+  SimulatedSystemWake systemWake_{machinesWake_, orders_, ordersWatch_};
   PosixBackgroundQueue backgroundQueue_{backgroundThreads};
   PosixBackgroundQueue statusQueue_{statusThreads};
   Host services_{

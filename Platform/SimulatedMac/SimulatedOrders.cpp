@@ -86,4 +86,23 @@ bool SimulatedOrders::completesAfterReboot() const { return word("result") == "a
 
 bool SimulatedOrders::repeatsCallbacks() const { return word("callbacks") == "twice"; }
 
+std::optional<NetworkPathUpdate> SimulatedOrders::networkPath() const {
+  const auto orders = ordersOf(files_);
+  const auto names = orders.find("network");
+  if (names == orders.end() || !names->is_array()) return std::nullopt;
+  NetworkPathUpdate path{.satisfied = !names->empty(), .interfaces = {}};
+  for (const auto& name : *names) {
+    if (!name.is_string()) return std::nullopt;
+    path.interfaces.push_back(name);
+  }
+  return path;
+}
+
+std::optional<std::int64_t> SimulatedOrders::latestWake() const {
+  const auto orders = ordersOf(files_);
+  const auto wake = orders.find("wake");
+  if (wake == orders.end() || !wake->is_number_integer()) return std::nullopt;
+  return wake->get<std::int64_t>();
+}
+
 }  // namespace ostrel

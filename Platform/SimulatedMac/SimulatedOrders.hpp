@@ -1,11 +1,13 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "Platform/Files.hpp"
+#include "Platform/NetworkPath.hpp"
 
 namespace ostrel {
 
@@ -47,6 +49,10 @@ class SimulatedOrders {
   bool completesAfterReboot() const;
   /// "callbacks": "twice".
   bool repeatsCallbacks() const;
+  /// "network": the names of the interfaces that it can be reached by, none while it is down.
+  std::optional<NetworkPathUpdate> networkPath() const;
+  /// "wake": the time of the latest, in milliseconds of the epoch.
+  std::optional<std::int64_t> latestWake() const;
 
  private:
   std::string word(const char* name) const;

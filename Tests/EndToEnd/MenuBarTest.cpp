@@ -155,6 +155,43 @@ TEST_F(OstrelAgent, ShowsOneIconAPersonAndWaitsForAnEarlierOneThatEnds) {
   EXPECT_EQ(others.end(), 0);
 }
 
+TEST_F(OstrelAgent, ChecksInOnceSoonAfterItWokeWhereTheNetworkIsUp) {
+  // Beside it a Mac whose network is down.
+  const std::string roots[] = {"root", "offline"};
+  std::deque<UnixServer> daemons;
+  std::deque<Process> agents;
+  std::mutex mutex;
+  std::multimap<std::string, std::string> requests;
+  for (const auto& root : roots) {
+    environment["OSTREL_HOST_ROOT"] = place / root;
+    control(root == "offline" ? Words{"network", "down"} : Words{"network", "up", "en0"});
+    control({"wake"});
+    daemons.emplace_back(socketPath(root), [&, root](int connection) {
+      const std::lock_guard lock(mutex);
+      requests.emplace(root, UnixServer::readLine(connection));
+      UnixServer::send(connection, "{\"ok\":true,\"checked_in\":true}\n");
+    });
+    agents.emplace_back(Words{agent, "menubar"}, environment);
+    agents.back().awaitOutput("Ostrel Agent: protected\n");
+  }
+  const auto woken = std::chrono::steady_clock::now();
+  for (const auto& root : roots) {
+    environment["OSTREL_HOST_ROOT"] = place / root;
+    control({"wake"});
+  }
+  environment["OSTREL_HOST_ROOT"] = place / "root";
+  control({"network", "up", "en0", "en1"});
+  EXPECT_TRUE(becomesTrue([&] { return std::lock_guard(mutex), !requests.empty(); }));
+  EXPECT_GE(std::chrono::steady_clock::now() - woken, 10s);
+  std::this_thread::sleep_for(500ms);
+  for (const auto& each : agents) each.signal(SIGTERM);
+  for (auto& each : agents) EXPECT_EQ(each.end(), 128 + SIGTERM);
+  const std::lock_guard lock(mutex);
+  ASSERT_EQ(requests.size(), 1U);
+  EXPECT_EQ(requests.begin()->first, "root");
+  EXPECT_TRUE(requests.begin()->second.contains("\"reason\":\"wake\"")) << requests.begin()->second;
+}
+
 TEST_F(OstrelAgent, ServesTheCommandsOfTheConsole) {
   auto process = menuBar("press 1\nx" + std::string(5120, ' ') + "quit\npanel\n");
   process.awaitOutput("open the panel first: panel\n");

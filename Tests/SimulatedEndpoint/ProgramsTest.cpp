@@ -90,6 +90,22 @@ TEST_F(Programs, ADamagedScenarioIsToldAndMendedByChoosingOne) {
   }
 }
 
+TEST_F(Programs, OrdersOfTheMacItselfStandWithTheOthersUntilTheyAreTakenBack) {
+  control({"approval", "never"});
+  control({"network", "up", "en0", "en1"});
+  control({"wake"});
+  const auto first = state(simulatedstate::orders);
+  EXPECT_EQ(first["network"], Json({"en0", "en1"}));
+  EXPECT_EQ(first["approval"], "never");
+  control({"network", "down"});
+  control({"wake"});
+  const auto second = state(simulatedstate::orders);
+  EXPECT_EQ(second["network"], Json::array());
+  EXPECT_GT(second["wake"], first["wake"]);
+  control({"network", "real"});
+  EXPECT_FALSE(state(simulatedstate::orders).contains("network"));
+}
+
 TEST_F(Programs, TheControlProgramSaysWhatIsWrong) {
   struct Row {
     Arguments arguments;
@@ -107,6 +123,11 @@ TEST_F(Programs, TheControlProgramSaysWhatIsWrong) {
       {{"agent"}, 1, "no menu-bar agent"},
       {{"trust", "perhaps"}, 2, "accept, cancel, refuse"},
       {{"fail-saves", "2", "D", "x"}, 2, "a code"},
+      {{"network", "up"}, 2, "`network up en0`"},
+      {{"network", "up", "en0", ""}, 2, "`network up en0`"},
+      {{"network", "down", "en0"}, 2, "`network up en0`"},
+      {{"network"}, 2, "`network up en0`"},
+      {{"wake", "up"}, 2, "no command"},
       {{"fail-tea", "2", "D", "4"}, 2, "no command"},
       {{"set", "report.version", "\xff"}, 1, "UTF-8"},
   };

@@ -1,0 +1,142 @@
+#include <gtest/gtest.h>
+#include <poll.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "Platform/Linux/FileChanges.hpp"
+#include "Platform/SimulatedMac/HostRoot.hpp"
+#include "Platform/SimulatedMac/SimulatedNetworkPath.hpp"
+#include "Platform/SimulatedMac/SimulatedSystemWake.hpp"
+#include "Tests/Fakes/FakeFiles.hpp"
+#include "Tests/Fakes/FakeNetworkPath.hpp"
+#include "Tests/Fakes/FakeSystemWake.hpp"
+#include "Tests/Fakes/TemporaryFolder.hpp"
+
+namespace ostrel {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Orders whose changes are told when the test says so.
+struct OrderedEvents : testing::Test {
+  void order(const std::string& text) {
+    files.put(simulatedstate::orders, text);
+    if (const auto work = changed.lock()) (*work)();
+  }
+
+  FakeFiles files;
+  SimulatedOrders orders{files, "/nowhere/lock"};
+  std::weak_ptr<std::function<void()>> changed;
+  OrdersWatch watch = [this](std::function<void()> work) {
+    auto token = std::make_shared<std::function<void()>>(std::move(work));
+    changed = token;
+    return token;
+  };
+};
+
+TEST_F(OrderedEvents, TheNetworkIsAsOrderedAndElseTheMachinesOwn) {
+  const NetworkPathUpdate machines{true, {"eth0"}};
+  const NetworkPathUpdate down{false, {}};
+  FakeNetworkPath real;
+  SimulatedNetworkPath path(real, orders, watch);
+  std::vector<NetworkPathUpdate> told;
+  files.put(simulatedstate::orders, R"({"network": []})");
+  auto token = path.follow([&](const NetworkPathUpdate& update) { told.push_back(update); });
+  order(R"({"network": ["en0"]})");
+  EXPECT_TRUE(told.empty()) << "the machine's path comes first";
+  files.put(simulatedstate::orders, R"({"network": []})");
+  real.update(machines.satisfied, machines.interfaces);
+  const std::pair<const char*, NetworkPathUpdate> rows[] = {
+      {R"({"network": ["en0", "en1"]})", {true, {"en0", "en1"}}},
+      {"{}", machines},
+      {R"({"network": []})", down},
+      {R"({"network": "en0"})", machines},
+      {R"({"network": []})", down},
+      {R"({"network": ["en0", 1]})", machines},
+      {R"({"network": []})", down},
+      {R"({"network": [)", machines},
+  };
+  std::vector<NetworkPathUpdate> expected = {down};
+  for (const auto& [text, update] : rows) {
+    order(text);
+    order(text);
+    expected.push_back(update);
+    EXPECT_EQ(told, expected) << text;
+  }
+  order(R"({"network": []})");
+  real.update(true, {"eth1"});
+  EXPECT_EQ(told.size(), expected.size() + 1) << "what is ordered hides the machine's moves";
+  order("{}");
+  EXPECT_EQ(told.back(), NetworkPathUpdate(true, {"eth1"}));
+  token = nullptr;
+  EXPECT_FALSE(real.isFollowed());
+  EXPECT_TRUE(changed.expired());
+}
+
+TEST_F(OrderedEvents, AWakeIsOrderedOnceAndAnEarlierOneIsPast) {
+  FakeSystemWake real;
+  SimulatedSystemWake wake(real, orders, watch);
+  int woken = 0;
+  files.put(simulatedstate::orders, R"({"wake": 5})");
+  const auto token = wake.follow([&] { ++woken; });
+  const std::pair<const char*, int> rows[] = {
+      {R"({"wake": 5, "approval": "never"})", 0},
+      {R"({"wake": 6})", 1},
+      {R"({"wake": 6, "network": []})", 1},
+      {R"({"wake": "tea"})", 1},
+      {R"({"wake": 7)", 1},
+      {"{}", 1},
+      {R"({"wake": 8})", 2},
+  };
+  for (const auto& [text, count] : rows) {
+    order(text);
+    EXPECT_EQ(woken, count) << text;
+  }
+  real.wake();
+  EXPECT_EQ(woken, 3);
+}
+
+TEST(FileChanges, AreToldOfOneFileFromBeforeItIsThere) {
+  const TemporaryFolder place;
+  PosixMainQueue queue;
+  int told = 0;
+  auto token = followFile(queue, place / "some/folder/file", [&] { ++told; });
+  // The descriptor is what wakes an idle program.
+  const auto isWoken = [&] {
+    pollfd watched{queue.descriptor(), POLLIN, 0};
+    return ::poll(&watched, 1, 0) > 0;
+  };
+  const auto file = place / "some/folder/file";
+  const std::pair<std::function<void()>, int> rows[] = {
+      {[&] { place.write("some/folder/file", "written"); }, 1},
+      {[&] { place.write("some/folder/other", ""); }, 1},
+      {[&] { fs::rename(place / "some/folder/other", file); }, 2},
+      {[&] { std::ifstream(file).get(); }, 2},
+      {[&] { fs::remove(file); }, 3},
+  };
+  for (const auto& [act, count] : rows) {
+    const int before = told;
+    act();
+    EXPECT_TRUE(isWoken() || count == before);
+    EXPECT_EQ(told, before) << "never inside the act";
+    queue.runDue();
+    EXPECT_EQ(told, count);
+    EXPECT_FALSE(isWoken());
+  }
+  token = nullptr;
+  place.write("some/folder/file", "");
+  queue.runDue();
+  EXPECT_EQ(told, 3);
+  const auto blocked = place.write("blocked", "a file");
+  token = followFile(queue, blocked + "/file", [] { ADD_FAILURE() << "there is no such folder"; });
+  place.write("blocked", "changed");
+  queue.runDue();
+}
+
+}  // namespace
+}  // namespace ostrel
