@@ -340,6 +340,28 @@ TEST_F(OstrelAgent, RunsWithoutStandardStreams) {
   EXPECT_EQ(process.end(), 128 + SIGTERM);
 }
 
+TEST_F(OstrelAgent, FiftyRequestsOfAHangingHelperStayBoundedAndItIsFollowedWithinOneTick) {
+  auto process = menuBar("panel\nclose\n");
+  process.awaitOutput("Ostrel Agent: protected\n");
+  const auto descriptors = countEntries(procFolder(process, "fd"));
+  control({"scenario", "helper-hangs"});
+  for (int request = 0; request < 50; ++request) process.write("panel\nclose\n");
+  process.write("help\n");
+  process.awaitOutput("commands: ");
+  EXPECT_TRUE(becomesTrue([&] { return processesWith(place.path()).size() == 1 + 4; }));
+  for (int look = 0; look < 20; ++look) {
+    std::this_thread::sleep_for(20ms);
+    EXPECT_LE(processesWith(place.path()).size(), 1U + 4U);
+    EXPECT_LE(countEntries(procFolder(process, "task")), 1 + 8 + 4);
+    EXPECT_LE(countEntries(procFolder(process, "fd")), descriptors + 4 * 4)
+        << "pipes and the child, each run";
+  }
+  control({"scenario", "daemon-down"});
+  process.awaitOutput("Ostrel Agent: not protected\n", 8s);
+  process.write("quit\n");
+  EXPECT_EQ(process.end(), 0);
+}
+
 TEST_F(OstrelAgent, LeavesNoDescriptorChildOrThreadBehindWhileItRefreshes) {
   auto process = menuBar("panel\nclose\n");
   process.awaitOutput("Ostrel Agent: protected\n");
