@@ -1,10 +1,8 @@
 #include "Platform/Desktop/Shell/DesktopBus.hpp"
 
 #include <QByteArray>
-#include <QDBusError>
 #include <QDBusPendingCallWatcher>
 #include <chrono>
-#include <limits>
 #include <memory>
 #include <utility>
 
@@ -12,8 +10,7 @@ namespace ostrel {
 
 namespace {
 
-constexpr std::chrono::seconds longestSilence{1};         // a bus that is well answers within milliseconds
-constexpr int endless = std::numeric_limits<int>::max();  // DBUS_TIMEOUT_INFINITE of the bus's library
+constexpr std::chrono::seconds longestSilence{1};  // a bus that is well answers within milliseconds
 
 QString nameOf(const DesktopBus* bus) {
   return QStringLiteral("ostrel-%1").arg(reinterpret_cast<quintptr>(bus));
@@ -66,15 +63,14 @@ void DesktopBus::join() {
   patience_.setSingleShot(true);
   connect(&patience_, &QTimer::timeout, this, [this] { miss(QStringLiteral("it does not answer")); });
   patience_.start(longestSilence);
-  auto* reply = new QDBusPendingCallWatcher(connection_.asyncCall(busCall("Hello"), endless), this);
-  connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply] {
-    reply->deleteLater();
-    if (reply->isError()) return miss(reply->error().message());
+  const auto enter = [this](const QDBusMessage& answer) {
+    if (answer.type() == QDBusMessage::ErrorMessage) return miss(answer.errorMessage());
     patience_.stop();
     isJoined_ = true;
     isMissing_ = false;
     Q_EMIT joined();
-  });
+  };
+  ask(this, busCall("Hello"), enter, endless);
 }
 
 void DesktopBus::miss(const QString& reason) {
@@ -98,6 +94,15 @@ void DesktopBus::whenKnown(const QObject* receiver, std::function<void()> act) {
   };
   connect(this, &DesktopBus::joined, receiver, once);
   connect(this, &DesktopBus::missed, receiver, once);
+}
+
+void DesktopBus::ask(QObject* receiver, const QDBusMessage& call,
+                     std::function<void(const QDBusMessage&)> answered, int timeout) {
+  auto* reply = new QDBusPendingCallWatcher(connection_.asyncCall(call, timeout), receiver);
+  connect(reply, &QDBusPendingCallWatcher::finished, receiver, [reply, answered = std::move(answered)] {
+    reply->deleteLater();
+    answered(reply->reply());
+  });
 }
 
 void DesktopBus::subscribe(const QString& rule) { connection_.send(busCall("AddMatch") << rule); }

@@ -6,10 +6,14 @@
 #include <QString>
 #include <QTimer>
 #include <functional>
+#include <limits>
 
 #include "Platform/Log.hpp"
 
 namespace ostrel {
+
+/// As a call's time-out: its answer may take as long as it does (DBUS_TIMEOUT_INFINITE of the bus's library).
+inline constexpr int endless = std::numeric_limits<int>::max();
 
 /// Where the environment says that the session bus is.
 QString sessionBusAddress();
@@ -46,6 +50,11 @@ class DesktopBus final : public QObject {
   /// Acts once it is known whether the bus is there: at once when it is joined, else from the event loop,
   /// unless the receiver is gone by then.
   void whenKnown(const QObject* receiver, std::function<void()> act);
+
+  /// Calls, and hands the answer, which may be an error, to `answered`, unless the receiver is gone by then.
+  /// None within the time-out in ms, by default 25 s, is an error, too. Call once the bus is joined.
+  void ask(QObject* receiver, const QDBusMessage& call, std::function<void(const QDBusMessage&)> answered,
+           int timeout = -1);
 
   /// Has the bus deliver the signals of that rule. Call once it is joined.
   void subscribe(const QString& rule);

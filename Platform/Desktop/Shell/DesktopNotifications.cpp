@@ -1,11 +1,9 @@
 #include "Platform/Desktop/Shell/DesktopNotifications.hpp"
 
 #include <QDBusError>
-#include <QDBusPendingCallWatcher>
 #include <QGuiApplication>
 #include <QTimer>
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 namespace ostrel {
@@ -15,7 +13,6 @@ namespace {
 const QString service = QStringLiteral("org.freedesktop.Notifications");
 const QString path = QStringLiteral("/org/freedesktop/Notifications");
 const QString defaultAction = QStringLiteral("default");  // a click on the body
-constexpr int endless = std::numeric_limits<int>::max();  // DBUS_TIMEOUT_INFINITE of the bus's library
 constexpr int timeOfDaemon = -1;                          // it decides how long it shows a notification
 constexpr uchar normalUrgency = 1;                        // of low, normal and critical
 constexpr uint dismissedByPerson = 2;                     // among the reasons of NotificationClosed
@@ -74,27 +71,21 @@ struct DesktopNotifications::Post {
 DesktopNotifications::DesktopNotifications(DesktopBus& bus, std::chrono::milliseconds patience)
     : bus_(bus), patience_(patience) {}
 
-void DesktopNotifications::ask(const QDBusMessage& call, int timeout,
-                               std::function<void(const QDBusMessage&)> answered) {
-  auto* reply = new QDBusPendingCallWatcher(bus_.connection().asyncCall(call, timeout), this);
-  connect(reply, &QDBusPendingCallWatcher::finished, this, [reply, answered = std::move(answered)] {
-    reply->deleteLater();
-    answered(reply->reply());
+void DesktopNotifications::readAuthorization(std::function<void(NotificationAuthorization)> completion) {
+  bus_.whenKnown(this, [this, completion = std::move(completion)] {
+    if (!bus_.isJoined()) return completion(NotificationAuthorization::denied);
+    bus_.ask(this, busCall("NameHasOwner") << service, [this, completion](const QDBusMessage& answer) {
+      const bool runs = answer.signature() == QLatin1String("b") && answer.arguments().at(0).toBool();
+      if (runs) return completion(NotificationAuthorization::authorized);
+      askWhatCanStart(completion);
+    });
   });
 }
 
-void DesktopNotifications::readAuthorization(std::function<void(NotificationAuthorization)> completion) {
-  const int timeout = static_cast<int>(patience_.count());
-  bus_.whenKnown(this, [this, timeout, completion = std::move(completion)] {
-    if (!bus_.isJoined()) return completion(NotificationAuthorization::denied);
-    ask(busCall("NameHasOwner") << service, timeout, [this, timeout, completion](const QDBusMessage& runs) {
-      if (runs.signature() == QLatin1String("b") && runs.arguments().at(0).toBool())
-        return completion(NotificationAuthorization::authorized);
-      ask(busCall("ListActivatableNames"), timeout, [completion](const QDBusMessage& names) {
-        const bool canStart = names.arguments().value(0).toStringList().contains(service);
-        completion(canStart ? NotificationAuthorization::authorized : NotificationAuthorization::denied);
-      });
-    });
+void DesktopNotifications::askWhatCanStart(const std::function<void(NotificationAuthorization)>& completion) {
+  bus_.ask(this, busCall("ListActivatableNames"), [completion](const QDBusMessage& answer) {
+    const bool canStart = answer.arguments().value(0).toStringList().contains(service);
+    completion(canStart ? NotificationAuthorization::authorized : NotificationAuthorization::denied);
   });
 }
 
@@ -125,8 +116,7 @@ void DesktopNotifications::post(const UserNotification& notification,
 
 void DesktopNotifications::askCapabilities(const SharedPost& post) {
   listen();
-  const int timeout = static_cast<int>(patience_.count());
-  ask(daemonCall("GetCapabilities"), timeout, [this, post](const QDBusMessage& answer) {
+  bus_.ask(this, daemonCall("GetCapabilities"), [this, post](const QDBusMessage& answer) {
     if (answer.type() == QDBusMessage::ErrorMessage) return post->complete(std::unexpected(errorOf(answer)));
     takeDaemon(answer.service());
     const bool isGivenUp = !post->completion;
@@ -135,16 +125,7 @@ void DesktopNotifications::askCapabilities(const SharedPost& post) {
 }
 
 void DesktopNotifications::notify(const SharedPost& post, const QStringList& capabilities) {
-  const auto& notification = post->notification;
-  const auto body = textOf(notification.body);
-  const bool isMarkup = capabilities.contains(QLatin1String("body-markup"));
-  const bool hasActions = capabilities.contains(QLatin1String("actions"));
-  const auto call = daemonCall("Notify")
-                    << QGuiApplication::applicationDisplayName() << numberOf(notification.identifier)
-                    << QString() << textOf(notification.title) << (isMarkup ? body.toHtmlEscaped() : body)
-                    << (hasActions ? actionsOf(notification.category) : QStringList())
-                    << hintsOf(notification) << timeOfDaemon;
-  ask(call, endless, [this, post](const QDBusMessage& answer) {
+  const auto taken = [this, post](const QDBusMessage& answer) {
     if (answer.type() == QDBusMessage::ErrorMessage) return post->complete(std::unexpected(errorOf(answer)));
     if (answer.signature() != QLatin1String("u"))
       return post->complete(std::unexpected(
@@ -152,7 +133,21 @@ void DesktopNotifications::notify(const SharedPost& post, const QStringList& cap
     takeDaemon(answer.service());
     takeShown(answer.arguments().at(0).toUInt(), post->notification);
     post->complete({});
-  });
+  };
+  // A daemon that answers late has shown it all the same.
+  bus_.ask(this, notifyCall(post->notification, capabilities), taken, endless);
+}
+
+QDBusMessage DesktopNotifications::notifyCall(const UserNotification& notification,
+                                              const QStringList& capabilities) const {
+  const auto body = textOf(notification.body);
+  const bool isMarkup = capabilities.contains(QLatin1String("body-markup"));
+  const bool hasActions = capabilities.contains(QLatin1String("actions"));
+  return daemonCall("Notify") << QGuiApplication::applicationDisplayName()
+                              << numberOf(notification.identifier) << QString() << textOf(notification.title)
+                              << (isMarkup ? body.toHtmlEscaped() : body)
+                              << (hasActions ? actionsOf(notification.category) : QStringList())
+                              << hintsOf(notification) << timeOfDaemon;
 }
 
 void DesktopNotifications::listen() {

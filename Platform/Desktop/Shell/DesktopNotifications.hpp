@@ -44,9 +44,10 @@ class DesktopNotifications final : public QObject, public UserNotifications {
     std::string category;
   };
 
-  void ask(const QDBusMessage& call, int timeout, std::function<void(const QDBusMessage&)> answered);
+  void askWhatCanStart(const std::function<void(NotificationAuthorization)>& completion);
   void askCapabilities(const SharedPost& post);
   void notify(const SharedPost& post, const QStringList& capabilities);
+  QDBusMessage notifyCall(const UserNotification& notification, const QStringList& capabilities) const;
   void listen();
   void takeDaemon(const QString& name);
   void takeShown(uint number, const UserNotification& notification);

@@ -2,8 +2,6 @@
 
 #include <QDBusArgument>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QEvent>
 #include <QFont>
 #include <QGuiApplication>
@@ -56,11 +54,9 @@ void LookWatcher::askPortal() {
   auto call =
       QDBusMessage::createMethodCall(portal, portalPath, settingsInterface, QStringLiteral("ReadAll"));
   call << QStringList{appearanceGroup, interfaceGroup};
-  auto* reply = new QDBusPendingCallWatcher(bus_.connection().asyncCall(call), this);
-  connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply] {
-    reply->deleteLater();
-    if (reply->isError() || reply->reply().signature() != QLatin1String("a{sa{sv}}")) return;
-    const auto groups = qdbus_cast<QMap<QString, QVariantMap>>(reply->reply().arguments().at(0));
+  bus_.ask(this, call, [this](const QDBusMessage& answer) {
+    if (answer.signature() != QLatin1String("a{sa{sv}}")) return;
+    const auto groups = qdbus_cast<QMap<QString, QVariantMap>>(answer.arguments().at(0));
     for (auto group = groups.begin(); group != groups.end(); ++group) {
       for (auto setting = group->begin(); setting != group->end(); ++setting) {
         takeSetting(group.key(), setting.key(), setting.value());

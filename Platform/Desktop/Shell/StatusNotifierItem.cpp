@@ -1,10 +1,9 @@
 #include "Platform/Desktop/Shell/StatusNotifierItem.hpp"
 
 #include <QCoreApplication>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <utility>
 
 #include "Platform/Desktop/Shell/VirtualObject.hpp"
@@ -82,14 +81,12 @@ void StatusNotifierItem::registerAtWatcher() {
       QDBusMessage::createMethodCall(QLatin1String(watcher), QStringLiteral("/StatusNotifierWatcher"),
                                      QLatin1String(watcher), QStringLiteral("RegisterStatusNotifierItem"))
       << serviceName();
-  auto* reply = new QDBusPendingCallWatcher(bus_.connection().asyncCall(call), this);
-  QObject::connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply] {
-    reply->deleteLater();
-    if (!reply->isError()) return tellWatched(true);
-    if (reply->error().type() != QDBusError::NoReply) tellWatched(false);
+  bus_.ask(this, call, [this](const QDBusMessage& answer) {
+    if (answer.type() != QDBusMessage::ErrorMessage) return tellWatched(true);
+    if (QDBusError(answer).type() != QDBusError::NoReply) tellWatched(false);
     if (std::exchange(hasToldOfNoTray_, true)) return;
     log_.line("ostrel: no tray has taken the status notifier item yet: " +
-              reply->error().message().toStdString());
+              answer.errorMessage().toStdString());
   });
 }
 
