@@ -67,8 +67,9 @@ TEST(ExtensionCommands, AnInstallationLivesFromActivationToRemoval) {
   }));
 
   mac.control({"upgrade", "4.13.0"});
-  EXPECT_TRUE(becomesTrue([&] { return mac.place.read(std::string(records) + "reactivated-version") == "4.13.0"; }))
-      << "the agent drives it";
+  EXPECT_TRUE(becomesTrue([&] {
+    return mac.place.read(std::string(records) + "reactivated-version") == "4.13.0";
+  })) << "the agent drives it";
   EXPECT_FALSE(mac.report().contains("reactivate_version"));
   EXPECT_EQ(mac.json(std::string(records) + "egress-lock-configuration.json")["enabled"], true);
   expectRan(mac.run("reactivate"), 0, reactivating + reactivated, "");
