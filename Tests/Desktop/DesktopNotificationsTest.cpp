@@ -64,7 +64,7 @@ struct DesktopNotificationsTest : DesktopTest {
 
   static std::string resultOf(const std::shared_ptr<Posted>& posted) {
     spinUntil([&] { return posted->has_value(); });
-    const auto result = *posted;
+    const auto& result = *posted;
     if (!result) return "no answer";
     return *result ? "" : result->error().domain + ": " + result->error().description;
   }
