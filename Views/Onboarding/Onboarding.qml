@@ -70,14 +70,11 @@ FocusScope {
             Repeater {
                 model: root.onboarding.paragraphs
 
-                Label {
+                SpokenLabel {
                     required property string entry
                     width: content.width
                     text: entry
                     lineHeight: Tokens.paragraph
-                    Accessible.ignored: false
-                    Accessible.role: Accessible.StaticText
-                    Accessible.name: text
                 }
             }
             Column {
@@ -129,16 +126,12 @@ FocusScope {
                     }
                 }
             }
-            Label {
-                visible: text !== ""
+            SpokenLabel {
                 width: parent.width
                 text: root.onboarding.closingNote
                 font.pixelSize: Tokens.smallSize
                 lineHeight: Tokens.paragraph
                 color: Tokens.dim
-                Accessible.ignored: !visible
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
             }
             Flow {
                 width: parent.width

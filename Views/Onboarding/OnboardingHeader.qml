@@ -28,25 +28,19 @@ Item {
         y: Math.max(0, Math.round((shield.height - height) / 2))
         spacing: 4
 
-        Label {
+        SpokenLabel {
             width: parent.width
             text: header.value.title
             font.pixelSize: Tokens.wordSize
             font.weight: Font.DemiBold
             font.letterSpacing: -0.2
-            Accessible.ignored: false
             Accessible.role: Accessible.Heading
-            Accessible.name: text
         }
-        Label {
-            visible: text !== ""
+        SpokenLabel {
             width: parent.width
             text: header.value.subtitle
             lineHeight: Tokens.paragraph
             color: Tokens.dim
-            Accessible.ignored: !visible
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
         }
     }
 }

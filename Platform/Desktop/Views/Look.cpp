@@ -4,18 +4,9 @@
 
 #include <algorithm>
 
+#include "Platform/Desktop/Views/Change.hpp"
+
 namespace ostrel {
-
-namespace {
-
-template <class Value, class Signal>
-void change(Look& look, Value& member, Value value, Signal changed) {
-  if (member == value) return;
-  member = value;
-  emit(look.*changed)();
-}
-
-}  // namespace
 
 void Look::set(const DesktopLook& look) {
   change(*this, isDark_, look.appearance == Appearance::dark, &Look::isDarkChanged);

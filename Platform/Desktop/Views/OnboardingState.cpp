@@ -1,8 +1,8 @@
 #include "Platform/Desktop/Views/OnboardingState.hpp"
 
-#include <QAccessible>
 #include <algorithm>
 
+#include "Platform/Desktop/Views/Change.hpp"
 #include "Platform/Desktop/Views/PanelValues.hpp"
 
 namespace ostrel {
@@ -56,17 +56,12 @@ bool OnboardingState::show(const OnboardingContent& content) {
   if (content == content_) return false;
   const bool hasOtherStage = isOtherStage(content_, content);
   content_ = content;
-  const auto set = [this](auto& member, const auto& value, auto changed) {
-    if (member == value) return;
-    member = value;
-    emit(this->*changed)();
-  };
-  set(isRightToLeft_, content.direction == TextDirection::rightToLeft,
-      &OnboardingState::isRightToLeftChanged);
-  set(header_, valueOf(content.header), &OnboardingState::headerChanged);
-  set(tokenField_, tokenFieldOf(content), &OnboardingState::tokenFieldChanged);
-  set(progress_, textOf(content.progress), &OnboardingState::progressChanged);
-  set(closingNote_, textOf(content.closingNote), &OnboardingState::closingNoteChanged);
+  change(*this, isRightToLeft_, content.direction == TextDirection::rightToLeft,
+         &OnboardingState::isRightToLeftChanged);
+  change(*this, header_, valueOf(content.header), &OnboardingState::headerChanged);
+  change(*this, tokenField_, tokenFieldOf(content), &OnboardingState::tokenFieldChanged);
+  change(*this, progress_, textOf(content.progress), &OnboardingState::progressChanged);
+  change(*this, closingNote_, textOf(content.closingNote), &OnboardingState::closingNoteChanged);
   paragraphs_.show(texts(content.paragraphs));
   steps_.show(::ostrel::steps(content.rows));
   buttons_.show(::ostrel::buttons(content.buttons));
@@ -74,20 +69,9 @@ bool OnboardingState::show(const OnboardingContent& content) {
   return true;
 }
 
-void OnboardingState::setRoom(QSizeF room) {
-  if (room_ == room) return;
-  room_ = room;
-  emit roomChanged();
-}
-
 void OnboardingState::pressPrimary(const QString& token) {
   const auto* primary = primaryOf(content_);
   if (primary != nullptr && primary->isEnabled) emit pressed(primary->action, token);
-}
-
-void OnboardingState::announce(QQuickItem* item) const {
-  QAccessibleEvent event(item, QAccessible::Alert);
-  QAccessible::updateAccessibility(&event);
 }
 
 }  // namespace ostrel

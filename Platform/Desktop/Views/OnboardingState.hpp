@@ -1,24 +1,21 @@
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
-#include <QObject>
-#include <QQuickItem>
-
-#include <limits>
+#include <QString>
 
 #include "OstrelAgent/OnboardingContent.hpp"
 #include "Platform/Desktop/Views/OnboardingValues.hpp"
 #include "Platform/Desktop/Views/ValueList.hpp"
+#include "Platform/Desktop/Views/WindowState.hpp"
 
 namespace ostrel {
 
 /// What the onboarding window's QML shows, and what it tells. A property changes only when its value does.
-class OnboardingState : public QObject {
+class OnboardingState : public WindowState {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("The host makes it.")
   Q_PROPERTY(bool isRightToLeft MEMBER isRightToLeft_ NOTIFY isRightToLeftChanged)
-  Q_PROPERTY(QSizeF room MEMBER room_ NOTIFY roomChanged)
   Q_PROPERTY(ostrel::OnboardingHeaderValue header MEMBER header_ NOTIFY headerChanged)
   Q_PROPERTY(ostrel::TokenFieldValue tokenField MEMBER tokenField_ NOTIFY tokenFieldChanged)
   Q_PROPERTY(QString progress MEMBER progress_ NOTIFY progressChanged)
@@ -34,9 +31,6 @@ class OnboardingState : public QObject {
   /// False when the content is the one shown.
   bool show(const OnboardingContent& content);
 
-  /// How large the window may become, in points.
-  void setRoom(QSizeF room);
-
   ValueList* paragraphs() { return &paragraphs_; }
   ValueList* steps() { return &steps_; }
   ValueList* buttons() { return &buttons_; }
@@ -48,12 +42,8 @@ class OnboardingState : public QObject {
   /// Presses the primary button, as far as there is one that can be pressed.
   Q_INVOKABLE void pressPrimary(const QString& token);
 
-  /// Tells assistive tools of an item that has come or changed and that the person is to hear of at once.
-  Q_INVOKABLE void announce(QQuickItem* item) const;
-
  signals:
   void isRightToLeftChanged();
-  void roomChanged();
   void headerChanged();
   void tokenFieldChanged();
   void progressChanged();
@@ -70,7 +60,6 @@ class OnboardingState : public QObject {
  private:
   OnboardingContent content_;
   bool isRightToLeft_ = false;
-  QSizeF room_{std::numeric_limits<double>::max(), std::numeric_limits<double>::max()};
   OnboardingHeaderValue header_;
   TokenFieldValue tokenField_;
   QString progress_;

@@ -1,19 +1,11 @@
 #include "Platform/Desktop/Views/OnboardingViewWindow.hpp"
 
-#include <QScreen>
-#include <algorithm>
 #include <utility>
 
 #include "Platform/Desktop/Views/PanelValues.hpp"
+#include "Platform/Desktop/Views/WindowPlace.hpp"
 
 namespace ostrel {
-
-namespace {
-
-/// Room for the frame of a window that is not on the screen yet, in points.
-constexpr QMargins usualFrame(4, 36, 4, 4);
-
-}  // namespace
 
 std::expected<std::unique_ptr<OnboardingView>, std::string> OnboardingViewWindow::make(
     Log& log, OnboardingWindowEvents events) {
@@ -68,26 +60,9 @@ void OnboardingViewWindow::show(const OnboardingContent& content) {
 
 /// Gives the window the size of what it holds, as far as the screen has room for it.
 void OnboardingViewWindow::fit() {
-  const auto available = window_.screen()->availableGeometry();
-  const auto frame = isOpen_ ? window_.frameMargins() : usualFrame;
-  state_.setRoom(available.marginsRemoved(frame).size());
+  state_.setRoom(roomOf(window_).size());
   scene_.layOut();
-  place(available, frame);
-}
-
-/// In the middle at first; a window that has grown stays where it is, but on the screen.
-void OnboardingViewWindow::place(const QRect& available, const QMargins& frame) {
-  const auto size = scene_.size();
-  if (isOpen_ && size == window_.size()) return;
-  const auto room = available.marginsRemoved(frame);
-  QRect place(isOpen_ ? window_.position() : QPoint(), size);
-  if (!isOpen_) place.moveCenter(room.center());
-  if (place.bottom() > room.bottom()) place.moveBottom(room.bottom());
-  if (place.top() < room.top()) place.moveTop(room.top());
-  // A window without a choice of sizes cannot be resized.
-  window_.setMinimumSize(size);
-  window_.setMaximumSize(size);
-  window_.setGeometry(place);
+  placeWindow(window_, scene_.size());
 }
 
 void OnboardingViewWindow::visibilityChanged() {

@@ -26,7 +26,6 @@ class OnboardingViewWindow final : public OnboardingView {
 
   void show(const OnboardingContent& content);
   void fit();
-  void place(const QRect& available, const QMargins& frame);
   void visibilityChanged();
 
   OnboardingWindowEvents events_;

@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include "Platform/Desktop/Views/Change.hpp"
+
 namespace ostrel {
 
 namespace {
@@ -65,19 +67,15 @@ QString titles(const std::vector<PanelButton>& buttons) {
 bool PanelState::show(const PanelContent& content) {
   if (content == content_) return false;
   content_ = content;
-  const auto set = [this](auto& member, const auto& value, auto changed) {
-    if (member == value) return;
-    member = value;
-    emit(this->*changed)();
-  };
-  set(isRightToLeft_, content.direction == TextDirection::rightToLeft, &PanelState::isRightToLeftChanged);
-  set(header_, valueOf(content.header), &PanelState::headerChanged);
-  set(status_, valueOf(content.statusError), &PanelState::statusChanged);
-  set(protection_, valueOf(content.protection), &PanelState::protectionChanged);
-  set(health_, valueOf(content.health), &PanelState::healthChanged);
-  set(maxHeight_, content.maxHeight, &PanelState::maxHeightChanged);
-  set(moreName_, textOf(content.moreName), &PanelState::moreNameChanged);
-  set(moreTitles_, titles(content.moreButtons), &PanelState::moreTitlesChanged);
+  change(*this, isRightToLeft_, content.direction == TextDirection::rightToLeft,
+         &PanelState::isRightToLeftChanged);
+  change(*this, header_, valueOf(content.header), &PanelState::headerChanged);
+  change(*this, status_, valueOf(content.statusError), &PanelState::statusChanged);
+  change(*this, protection_, valueOf(content.protection), &PanelState::protectionChanged);
+  change(*this, health_, valueOf(content.health), &PanelState::healthChanged);
+  change(*this, maxHeight_, content.maxHeight, &PanelState::maxHeightChanged);
+  change(*this, moreName_, textOf(content.moreName), &PanelState::moreNameChanged);
+  change(*this, moreTitles_, titles(content.moreButtons), &PanelState::moreTitlesChanged);
   cards_.show(::ostrel::cards(content));
   ecosystems_.show(
       chips(content.protection ? content.protection->ecosystems : std::vector<PanelContent::Ecosystem>()));
