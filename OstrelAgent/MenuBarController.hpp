@@ -49,7 +49,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
     const Bundle& bundle;
     Log& log;
     Pasteboard& pasteboard;
-    Alerts* alerts;  ///< see `PanelActions`
+    Alerts& alerts;
     NetworkPath& networkPath;
     SystemWake& systemWake;
   };

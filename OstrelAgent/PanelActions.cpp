@@ -4,6 +4,7 @@
 
 #include "OstrelAgent/Controller.hpp"
 #include "OstrelAgent/InBackground.hpp"
+#include "OstrelAgent/PanelAlerts.hpp"
 #include "OstrelAgent/PanelNotices.hpp"
 
 namespace ostrel {
@@ -41,9 +42,7 @@ StatusPanelActions PanelActions::callbacks() {
   callbacks.enableEgressLock = bound([](PanelActions& self) { self.enableEgressLock(); });
   callbacks.enableTransparentProxy = bound([](PanelActions& self) { self.enableTransparentProxy(); });
   callbacks.trustDeviceCA = bound([](PanelActions& self) { self.trustDeviceCA(); });
-  if (services_.alerts != nullptr) {
-    callbacks.installUpdate = bound([](PanelActions& self) { self.confirmAndInstallUpdate(); });
-  }
+  callbacks.installUpdate = bound([](PanelActions& self) { self.confirmAndInstallUpdate(); });
   callbacks.checkNow = bound([](PanelActions& self) { self.checkNow(userReason); });
   callbacks.copyDiagnostics = bound([](PanelActions& self) { self.copyDiagnostics(); });
   callbacks.sendDiagnostics = bound([](PanelActions& self) { self.sendDiagnostics(); });
@@ -112,16 +111,12 @@ void PanelActions::finishSending(const HelperRunner::HelperOutput& output) {
 void PanelActions::confirmAndInstallUpdate() {
   if (panel_.model.updateInFlight || std::exchange(isAskingToInstall_, true)) return;
   services_.shell.activate();
-  services_.alerts->show(
-      {std::string(Copy::alertInstallTitle.text()),
-       std::string(Copy::alertInstallBody.text()),
-       {std::string(Copy::alertButtonInstall.text()), std::string(Copy::alertButtonCancel.text())}},
-      [weak = weak_from_this()](std::size_t button) {
-        const auto self = weak.lock();
-        if (!self) return;
-        self->isAskingToInstall_ = false;
-        if (button == 0) self->installUpdate();
-      });
+  services_.alerts.show(installAlert(), [weak = weak_from_this()](std::size_t button) {
+    const auto self = weak.lock();
+    if (!self) return;
+    self->isAskingToInstall_ = false;
+    if (button == 0) self->installUpdate();
+  });
 }
 
 void PanelActions::installUpdate() {
@@ -137,7 +132,7 @@ void PanelActions::installUpdate() {
 void PanelActions::presentUpdateFailure(const ControlSocketError& error) {
   updateInFlightUntil_.reset();
   show(&StatusPanelModel::updateInFlight, false);
-  present(Copy::alertUpdateFailedTitle, updateFailure(error));
+  present(updateFailedAlert(error));
 }
 
 void PanelActions::clearUpdateInFlightIfSettled(const Snapshot& snapshot) {
@@ -175,7 +170,7 @@ void PanelActions::finishTransparentProxy(const std::string& error) {
   isSavingProxy_ = false;
   if (!error.empty()) services_.log.line("ostrel: could not save the transparent proxy: " + error);
   panel_.refresh();
-  if (!error.empty()) present(Copy::alertFilterOnTitle, error);
+  if (!error.empty()) present(filterOnFailedAlert(error));
 }
 
 void PanelActions::trustDeviceCA() {
@@ -190,7 +185,7 @@ void PanelActions::finishTrust(const DeviceCATrust::Outcome& outcome) {
   const bool hasFailed = outcome.kind == DeviceCATrust::Outcome::Case::failed;
   if (hasFailed) services_.log.line("ostrel: could not trust the device certificate: " + outcome.message);
   panel_.refresh();
-  if (hasFailed) present(Copy::alertTrustTitle, outcome.message);
+  if (hasFailed) present(trustFailedAlert(outcome.message));
 }
 
 template <class Work, class Next>
@@ -220,13 +215,9 @@ void PanelActions::showNotice(Notice notice, ScheduledWork& token, std::string t
   panel_.draw();
 }
 
-/// News with one button.
-void PanelActions::present(const Message& title, std::string text) {
-  if (services_.alerts == nullptr) return;
+void PanelActions::present(const Alert& alert) {
   services_.shell.activate();
-  services_.alerts->show(
-      {std::string(title.text()), std::move(text), {std::string(Copy::alertButtonOk.text())}},
-      [](std::size_t) {});
+  services_.alerts.show(alert, [](std::size_t) {});
 }
 
 }  // namespace ostrel

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "OstrelAgent/ControlSocket.hpp"
-#include "OstrelAgent/Copy.hpp"
 #include "OstrelAgent/DeviceCATrust.hpp"
 #include "OstrelAgent/HelperRunner.hpp"
 #include "OstrelAgent/NetworkConfigurations.hpp"
@@ -43,7 +42,7 @@ class PanelActions : public std::enable_shared_from_this<PanelActions> {
     Log& log;
     Shell& shell;
     Pasteboard& pasteboard;
-    Alerts* alerts;  ///< without them no update is installed, and failures are in the log alone
+    Alerts& alerts;
   };
 
   /// What the actions do things with.
@@ -100,7 +99,7 @@ class PanelActions : public std::enable_shared_from_this<PanelActions> {
   std::vector<std::string> diagnosticsArguments() const;
   void show(bool StatusPanelModel::*flag, bool value);
   void showNotice(Notice notice, ScheduledWork& token, std::string text, std::chrono::milliseconds time);
-  void present(const Message& title, std::string text);
+  void present(const Alert& alert);
 
   Services services_;
   Tools tools_;

@@ -61,10 +61,4 @@ DiagnosticsSending diagnosticsSending(const HelperRunner::HelperOutput& output, 
   return notSent(Copy::noticeDiagnosticsSendFailed.with(answer->text("error").value_or("")));
 }
 
-std::string updateFailure(const ControlSocketError& error) {
-  // A daemon from before this action refuses it so.
-  if (error.message.starts_with("unknown ")) return std::string(Copy::updateServiceTooOld.text());
-  return error.userMessage(Copy::socketOpInstallUpdates.text());
-}
-
 }  // namespace ostrel

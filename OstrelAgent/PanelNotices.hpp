@@ -30,7 +30,4 @@ struct DiagnosticsSending {
 /// now.
 DiagnosticsSending diagnosticsSending(const HelperRunner::HelperOutput& output, Date now);
 
-/// Why an update could not be started.
-std::string updateFailure(const ControlSocketError& error);
-
 }  // namespace ostrel

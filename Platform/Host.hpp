@@ -57,7 +57,7 @@ struct Host {
   StatusItem& statusItem;
   Screens& screens;
   OnboardingWindow& onboardingWindow;
-  Alerts* alerts;  ///< none where the shell can ask nothing
+  Alerts& alerts;
   Pasteboard& pasteboard;
 };
 

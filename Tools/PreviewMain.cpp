@@ -10,6 +10,7 @@
 #include "OstrelAgent/PanelContent.hpp"
 #include "OstrelAgent/Translation.hpp"
 #include "OstrelAgent/Verdict.hpp"
+#include "Platform/Console/AlertText.hpp"
 #include "Platform/Console/OnboardingText.hpp"
 #include "Platform/Console/PanelText.hpp"
 #include "Platform/Console/PrintableText.hpp"
@@ -19,6 +20,7 @@
 #include "Platform/Posix/PosixLog.hpp"
 #include "Platform/Posix/PosixTimeFormat.hpp"
 #include "Tools/OnboardingStages.hpp"
+#include "Tools/PreviewAlerts.hpp"
 #include "Tools/PreviewDocument.hpp"
 #include "Tools/PreviewInput.hpp"
 #include "Tools/PreviewJson.hpp"
@@ -35,6 +37,7 @@ constexpr std::string_view usage =
     "[FILE]\n"
     "       ostrel-preview --onboarding STAGE|list [--png PICTURE] [--dark] [--scale 1|2|3] [--language "
     "CODE]\n"
+    "       ostrel-preview --alert NAME|list [--png PICTURE] [--dark] [--scale 1|2|3] [--language CODE]\n"
     "       ostrel-preview --export-strings\n";
 
 constexpr std::string_view help =
@@ -49,6 +52,7 @@ constexpr std::string_view help =
     "  --scale N         pixels for a point of the pictures\n"
     "  --onboarding STAGE\n"
     "                    the onboarding window at that stage instead; list tells the stages\n"
+    "  --alert NAME      the alert of that name instead; list tells the names\n"
     "  --language CODE   texts and times in a translation of the bundle, for example de\n"
     "  --export-strings  the English texts as a .strings table for translators\n"
     "\n"
@@ -199,6 +203,22 @@ int showOnboarding(const PreviewOptions& options, const Bundle& bundle, Log& log
   return written ? 0 : complain(written.error());
 }
 
+int showAlert(const PreviewOptions& options, const Bundle& bundle, Log& log) {
+  const auto& name = *options.alert;
+  if (name == "list") {
+    for (const auto each : previewAlertNames()) print(stdout, std::string(each) + "\n");
+    return 0;
+  }
+  const auto alert = previewAlert(name);
+  if (!alert) return complain("there is no alert " + name);
+  if (!options.png) {
+    print(stdout, alertText(*alert));
+    return 0;
+  }
+  const auto written = writeAlertPicture(options, *alert, bundle, log);
+  return written ? 0 : complain(written.error());
+}
+
 int run(std::span<const char* const> arguments) {
   const auto options = PreviewOptions::parse(arguments);
   if (!options) return print(stderr, usage), 2;
@@ -219,6 +239,7 @@ int run(std::span<const char* const> arguments) {
   PosixLog log;
   installTranslation(bundle, log);
   if (options->onboarding) return showOnboarding(*options, bundle, log);
+  if (options->alert) return showAlert(*options, bundle, log);
   return Preview(*options, bundle, log).run();
 }
 

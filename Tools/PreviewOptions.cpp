@@ -17,7 +17,7 @@ constexpr std::pair<std::string_view, PreviewOptions::Mode> modes[] = {
 
 bool takesValue(std::string_view argument) {
   return argument == "--language" || argument == "--png" || argument == "--icon" || argument == "--scale" ||
-         argument == "--onboarding";
+         argument == "--onboarding" || argument == "--alert";
 }
 
 }  // namespace
@@ -42,6 +42,10 @@ bool PreviewOptions::take(std::string_view argument, std::string_view value) {
   }
   if (argument == "--onboarding") {
     onboarding = value;
+    return !value.empty();
+  }
+  if (argument == "--alert") {
+    alert = value;
     return !value.empty();
   }
   (argument == "--png" ? png : icon) = value;
@@ -70,7 +74,8 @@ std::optional<PreviewOptions> PreviewOptions::parse(std::span<const char* const>
   const bool isForPictures = options.isDark || options.scale != 1;
   if (isForPictures && options.mode != Mode::pictures) return std::nullopt;
   const bool isOfReport = options.file || options.icon || options.mode == Mode::json;
-  if (options.onboarding && isOfReport) return std::nullopt;
+  if ((options.onboarding || options.alert) && isOfReport) return std::nullopt;
+  if (options.onboarding && options.alert) return std::nullopt;
   if (options.file == "-") options.file.reset();
   return options;
 }

@@ -17,6 +17,7 @@ struct PreviewOptions {
   std::optional<std::string> png;         ///< where to write the panel's picture
   std::optional<std::string> icon;        ///< where to write the icon's picture
   std::optional<std::string> onboarding;  ///< the stage of the onboarding window to show in place of a panel
+  std::optional<std::string> alert;       ///< the alert to show in place of a panel
   bool isDark = false;                    ///< in pictures
   int scale = 1;                          ///< pixels for a point of pictures: 1, 2 or 3
 

@@ -53,4 +53,12 @@ std::expected<void, std::string> writeOnboardingPicture(const PreviewOptions& op
   return writeFile(options.png.value_or(""), pictures->onboarding(content, lookOf(options)));
 }
 
+std::expected<void, std::string> writeAlertPicture(const PreviewOptions& options, const Alert& alert,
+                                                   const Bundle& bundle, Log& log) {
+  const auto plugIn = loadShellPlugIn(bundle);
+  if (!plugIn) return std::unexpected(plugIn.error());
+  const auto pictures = (*plugIn)->makePictures(desktopServices(bundle, log), options.scale);
+  return writeFile(options.png.value_or(""), pictures->alert(alert, lookOf(options)));
+}
+
 }  // namespace ostrel

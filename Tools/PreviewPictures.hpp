@@ -6,6 +6,7 @@
 #include "OstrelAgent/OnboardingContent.hpp"
 #include "OstrelAgent/PanelContent.hpp"
 #include "OstrelAgent/Verdict.hpp"
+#include "Platform/Alerts.hpp"
 #include "Platform/Bundle.hpp"
 #include "Platform/Log.hpp"
 #include "Tools/PreviewOptions.hpp"
@@ -22,5 +23,9 @@ std::expected<void, std::string> writePictures(const PreviewOptions& options,
 std::expected<void, std::string> writeOnboardingPicture(const PreviewOptions& options,
                                                         const OnboardingContent& content,
                                                         const Bundle& bundle, Log& log);
+
+/// Writes what the alert's window would hold, likewise.
+std::expected<void, std::string> writeAlertPicture(const PreviewOptions& options, const Alert& alert,
+                                                   const Bundle& bundle, Log& log);
 
 }  // namespace ostrel

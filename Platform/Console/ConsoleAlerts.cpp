@@ -1,10 +1,8 @@
 #include "Platform/Console/ConsoleAlerts.hpp"
 
-#include <string>
 #include <utility>
 
-#include "Platform/Console/PrintableText.hpp"
-#include "Platform/Console/TextLines.hpp"
+#include "Platform/Console/AlertText.hpp"
 
 namespace ostrel {
 
@@ -23,18 +21,6 @@ ConsolePress ConsoleAlerts::press(std::size_t number) {
   return ConsolePress::done;
 }
 
-void ConsoleAlerts::print() const {
-  const auto& alert = waiting_.front().alert;
-  std::vector<std::string> buttons;
-  for (const auto& button : alert.buttons) {
-    buttons.push_back("[" + std::to_string(buttons.size() + 1) + "] " + printableText(button));
-  }
-  TextLines lines;
-  lines.blank();
-  lines.hanging("! ", alert.title);
-  lines.paragraph(2, alert.text);
-  lines.flow("  ", buttons, "   ");
-  streams_.writeOutput(lines.take());
-}
+void ConsoleAlerts::print() const { streams_.writeOutput("\n" + alertText(waiting_.front().alert)); }
 
 }  // namespace ostrel

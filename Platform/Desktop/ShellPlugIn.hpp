@@ -9,6 +9,7 @@
 #include "OstrelAgent/OnboardingContent.hpp"
 #include "OstrelAgent/PanelContent.hpp"
 #include "OstrelAgent/Verdict.hpp"
+#include "Platform/Alerts.hpp"
 #include "Platform/Desktop/DesktopLook.hpp"
 #include "Platform/Desktop/ViewsPlugIn.hpp"
 #include "Platform/Log.hpp"
@@ -42,6 +43,7 @@ class Desktop {
   virtual StatusItem& statusItem() = 0;
   virtual Screens& screens() = 0;
   virtual OnboardingWindow& onboardingWindow() = 0;
+  virtual Alerts& alerts() = 0;
   virtual Pasteboard& pasteboard() = 0;
   virtual UserNotifications& notifications() = 0;
   virtual SystemWake& systemWake() = 0;
@@ -58,6 +60,7 @@ class DesktopPictures {
                                                         const DesktopLook& look) = 0;
   virtual std::expected<std::string, std::string> onboarding(const OnboardingContent& content,
                                                              const DesktopLook& look) = 0;
+  virtual std::expected<std::string, std::string> alert(const Alert& alert, const DesktopLook& look) = 0;
 };
 
 /// The one symbol of the Shell plug-in, `ostrelShellPlugIn`.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <expected>
 #include <functional>
 #include <memory>
@@ -7,6 +8,7 @@
 
 #include "OstrelAgent/OnboardingContent.hpp"
 #include "OstrelAgent/PanelContent.hpp"
+#include "Platform/Alerts.hpp"
 #include "Platform/Desktop/DesktopLook.hpp"
 #include "Platform/Desktop/PanelPlace.hpp"
 #include "Platform/Log.hpp"
@@ -54,6 +56,19 @@ class OnboardingView {
   virtual void close() = 0;
 };
 
+/// An alert as a modal window. Main thread, after the toolkit's application object.
+class AlertView {
+ public:
+  virtual ~AlertView() = default;
+
+  /// In the middle of the screen, with the focus, above the panel. One alert at a time.
+  virtual void open(const Alert& alert, const DesktopLook& look) = 0;
+  virtual void setLook(const DesktopLook& look) = 0;
+
+  /// Brings the open alert to the front and gives it the focus.
+  virtual void activate() = 0;
+};
+
 /// The one symbol of the Views plug-in, `ostrelViewsPlugIn`.
 struct ViewsPlugIn {
   const char* build;  ///< the build it belongs to; stays the first member
@@ -73,6 +88,14 @@ struct ViewsPlugIn {
   /// What the window holds as a PNG file.
   std::expected<std::string, std::string> (*drawOnboarding)(const OnboardingContent& content,
                                                             const DesktopLook& look, Log& log);
+
+  /// A window that is not open yet; a sentence when the views cannot be loaded. `closed` comes once for each
+  /// time that it was open, with the index of the button, the last one's when there was none.
+  std::expected<std::unique_ptr<AlertView>, std::string> (*makeAlertView)(
+      Log& log, std::function<void(std::size_t)> closed);
+
+  /// What the alert's window holds as a PNG file.
+  std::expected<std::string, std::string> (*drawAlert)(const Alert& alert, const DesktopLook& look, Log& log);
 };
 
 }  // namespace ostrel

@@ -177,7 +177,7 @@ class LinuxHost final : public HostLifetime {
       .statusItem = desktop_ ? desktop_->statusItem() : consoleStatusItem_,
       .screens = desktop_ ? desktop_->screens() : consoleScreens_,
       .onboardingWindow = desktop_ ? desktop_->onboardingWindow() : consoleOnboardingWindow_,
-      .alerts = desktop_ ? nullptr : &consoleAlerts_,
+      .alerts = desktop_ ? desktop_->alerts() : consoleAlerts_,
       .pasteboard = desktop_ ? desktop_->pasteboard() : consolePasteboard_,
   };
   FrontSignal frontSignal_{mainQueue_, [this] { services_.shell.activate(); }};

@@ -19,6 +19,20 @@ xcb_visualid_t visualOfDepth(const xcb_screen_t& screen, int wanted) {
   return XCB_NONE;
 }
 
+/// The window's pixels as the screen has them; no image when it cannot be seen.
+QImage pictureOf(xcb_connection_t* connection, xcb_window_t window, int width, int height) {
+  const auto cookie =
+      xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, window, 0, 0, static_cast<std::uint16_t>(width),
+                    static_cast<std::uint16_t>(height), ~0U);
+  const auto shown = owned(xcb_get_image_reply(connection, cookie, nullptr));
+  if (!shown) return {};
+  QImage image(width, height,
+               shown->depth == 32 ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+  if (xcb_get_image_data_length(shown.get()) != image.sizeInBytes()) return {};
+  std::memcpy(image.bits(), xcb_get_image_data(shown.get()), static_cast<std::size_t>(image.sizeInBytes()));
+  return image;
+}
+
 }  // namespace
 
 EmbeddingTrayPeer::EmbeddingTrayPeer(bool hasAlpha) {
@@ -80,16 +94,7 @@ void EmbeddingTrayPeer::setBackground(QRgb color) {
 }
 
 QImage EmbeddingTrayPeer::picture(int width, int height) const {
-  const auto cookie =
-      xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, icon_, 0, 0, static_cast<std::uint16_t>(width),
-                    static_cast<std::uint16_t>(height), ~0U);
-  const auto shown = owned(xcb_get_image_reply(connection_, cookie, nullptr));
-  if (!shown) return {};
-  QImage image(width, height,
-               shown->depth == 32 ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
-  if (xcb_get_image_data_length(shown.get()) != image.sizeInBytes()) return {};
-  std::memcpy(image.bits(), xcb_get_image_data(shown.get()), static_cast<std::size_t>(image.sizeInBytes()));
-  return image;
+  return pictureOf(connection_, icon_, width, height);
 }
 
 void EmbeddingTrayPeer::release(xcb_button_t button, QPoint place, QPoint placeOnScreen) {
@@ -112,6 +117,12 @@ int DisplayPeer::depthOf(xcb_window_t window) const {
   const auto reply =
       owned(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
   return reply ? reply->depth : 0;
+}
+
+QImage DisplayPeer::picture(xcb_window_t window) const {
+  const auto reply =
+      owned(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
+  return reply ? pictureOf(connection_, window, reply->width, reply->height) : QImage();
 }
 
 bool DisplayPeer::showsWindowOf(const std::string& windowClass) const {

@@ -54,6 +54,9 @@ class DisplayPeer {
 
   bool hasWindow(xcb_window_t window) const;
   int depthOf(xcb_window_t window) const;
+
+  /// The window's pixels as the screen has them; no image when it cannot be seen.
+  QImage picture(xcb_window_t window) const;
   std::string property(xcb_window_t window, const std::string& name) const;
 
   /// Whether a window of that class can be seen, beside those in trays.

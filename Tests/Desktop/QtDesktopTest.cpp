@@ -41,6 +41,7 @@ struct QtDesktopTest : testing::Test {
   QtDesktopTest() {
     FakePanelView::record() = {};
     FakeOnboardingView::record() = {};
+    FakeAlertView::record() = {};
     ::setenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + folder.write("screens.json", screens)).c_str(), 1);
     EXPECT_EQ(::pipe(signalPipe), 0);
     ::setenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str(), 1);
@@ -106,6 +107,7 @@ struct QtDesktopTest : testing::Test {
   std::vector<PanelButton> pressed;
   FakePanelView::Record& panel = FakePanelView::record();
   FakeOnboardingView::Record& onboarding = FakeOnboardingView::record();
+  FakeAlertView::Record& alerts = FakeAlertView::record();
 };
 
 TEST_F(QtDesktopTest, KeepsTheContractOfScreensAndStatusItem) {
@@ -250,6 +252,94 @@ TEST_F(QtDesktopTest, CountsAnOnboardingWindowThatCannotBeShownAsClosed) {
     const std::string reason = isMissing ? "no plug-in" : "no window";
     EXPECT_EQ(std::ranges::count(log.lines, "ostrel: the window cannot be shown: " + reason), 1);
     desktop.reset();
+  }
+}
+
+TEST_F(QtDesktopTest, ShowsAlertsOneAfterTheOther) {
+  make();
+  std::vector<std::string> answers;
+  const auto show = [&](const char* title, auto then) {
+    desktop->alerts().show({title, "", {"Yes", "No"}}, [&answers, title, then](std::size_t button) {
+      answers.push_back(title + std::to_string(button));
+      then();
+    });
+  };
+  const auto nothing = [] {};
+  const auto answer = [&](std::size_t button) {
+    const auto before = answers.size();
+    FakeAlertView::answer(button);
+    EXPECT_EQ(answers.size(), before) << "the window is still at work";
+    EXPECT_TRUE(spinUntil([&] { return answers.size() == before + 1; }));
+  };
+  show("a", [&] { show("c", nothing); });
+  show("b", nothing);
+  ASSERT_EQ(alerts.alerts.size(), 1U);
+  EXPECT_EQ(alerts.alerts[0], (Alert{"a", "", {"Yes", "No"}}));
+  answer(1);
+  EXPECT_EQ(alerts.alerts.size(), 2U) << "c waits for b";
+  answer(0);
+  answer(1);
+  EXPECT_EQ(answers, (std::vector<std::string>{"a1", "b0", "c1"}));
+  EXPECT_EQ(alerts.alerts.back().title, "c");
+  EXPECT_FALSE(alerts.isShown);
+  EXPECT_EQ(alerts.windows, 1);
+}
+
+TEST_F(QtDesktopTest, HasAnOpenAlertInFrontOfAllElse) {
+  make();
+  click(600, 10);
+  ASSERT_TRUE(panel.isShown);
+  bool isAnswered = false;
+  desktop->alerts().show({"title", "", {"OK"}}, [&](std::size_t) { isAnswered = true; });
+  EXPECT_FALSE(panel.isShown);
+  EXPECT_EQ(alerts.activations, 0) << "it has opened with the focus";
+  click(600, 10);
+  EXPECT_FALSE(panel.isShown);
+  EXPECT_EQ(alerts.activations, 1);
+  desktop->shell().activate();
+  EXPECT_EQ(alerts.activations, 2);
+  const SettingsPortal portal(*peer, {{"org.freedesktop.appearance", {{"color-scheme", 1U}}}});
+  ASSERT_TRUE(spinUntil([&] { return alerts.looks.size() == 2; }));
+  EXPECT_EQ(alerts.looks[1].appearance, Appearance::dark);
+  FakeAlertView::answer(0);
+  EXPECT_TRUE(spinUntil([&] { return isAnswered; }));
+  desktop->shell().activate();
+  EXPECT_EQ(alerts.activations, 2);
+  click(600, 10);
+  EXPECT_TRUE(panel.isShown);
+}
+
+TEST_F(QtDesktopTest, CountsAnAlertThatCannotBeShownAsClosedByItsLastButton) {
+  for (const bool isMissing : {true, false}) {
+    log.lines.clear();
+    viewsFailure = isMissing ? "no plug-in" : "";
+    alerts.failure = "no window";
+    make();
+    std::vector<std::size_t> answers;
+    const auto record = [&](std::size_t button) { answers.push_back(button); };
+    desktop->alerts().show({"title", "", {"Yes", "No"}}, record);
+    EXPECT_TRUE(answers.empty()) << "not inside the call";
+    desktop->shell().activate();
+    EXPECT_TRUE(spinUntil([&] { return !answers.empty(); }));
+    const std::string reason = isMissing ? "no plug-in" : "no window";
+    EXPECT_EQ(std::ranges::count(log.lines, "ostrel: the alert cannot be shown: " + reason), 1);
+    viewsFailure = alerts.failure = "";
+    desktop->alerts().show({"title", "", {"OK"}}, record);
+    EXPECT_TRUE(alerts.isShown) << "the next one is tried anew";
+    EXPECT_EQ(answers, std::vector<std::size_t>{1});
+    desktop.reset();
+  }
+}
+
+TEST_F(QtDesktopTest, EndsAnOpenAlertWithoutAnAnswer) {
+  for (const bool isPressed : {false, true}) {
+    make();
+    int answers = 0;
+    desktop->alerts().show({"title", "", {"OK"}}, [&](std::size_t) { ++answers; });
+    if (isPressed) FakeAlertView::answer(0);
+    desktop.reset();
+    EXPECT_FALSE(alerts.isShown);
+    EXPECT_EQ(answers, 0);
   }
 }
 

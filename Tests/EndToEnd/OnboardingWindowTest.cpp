@@ -1,21 +1,18 @@
-#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <optional>
 
 #include "Platform/SimulatedMac/HostRoot.hpp"
-#include "Tests/EndToEnd/DesktopShell.hpp"
+#include "Tests/EndToEnd/ShownDesktop.hpp"
 
 namespace ostrel {
 namespace {
 
 using Json = nlohmann::json;
 
-/// The window on a display, in which a person types and presses Enter; a Mac on which only the package is
+/// The window in which a person types and presses Enter; a Mac on which only the package is
 /// installed, with its daemon.
-struct OnboardingWindowStory : DesktopShell {
+struct OnboardingWindowStory : ShownDesktop {
   OnboardingWindowStory() {
-    environment.erase("QT_QPA_PLATFORM");
-    environment["DISPLAY"] = std::getenv("DISPLAY");
     control({"scenario", "fresh-install"});
     control({"install", "--without-token"});
     daemon.emplace(std::vector<std::string>{CONTROL, "serve"}, environment);
@@ -29,15 +26,9 @@ struct OnboardingWindowStory : DesktopShell {
     DesktopShell::TearDown();
   }
 
-  /// What the tool that plays the person prints.
-  std::string person(std::vector<std::string> keys) const {
-    keys.insert(keys.begin(), "xdotool");
-    return run(keys, environment).output;
-  }
-
   void pressEnter() const { person({"key", "Return"}); }
 
-  std::string windows() const { return person({"search", "--onlyvisible", "--name", "Ostrel Agent"}); }
+  std::string windows() const { return ShownDesktop::windows("Ostrel Agent"); }
 
   void awaitWindow() {
     EXPECT_TRUE(becomesTrue([&] { return !(window = windows()).empty(); }));
@@ -46,22 +37,6 @@ struct OnboardingWindowStory : DesktopShell {
 
   /// Each stage of the window has a height of its own.
   std::string geometry() const { return person({"getwindowgeometry", window.substr(0, window.find('\n'))}); }
-
-  /// Acts again and again, with a second between, until something has become true.
-  template <class Act, class Condition>
-  bool by(Act act, Condition condition) const {
-    using std::chrono::steady_clock;
-    const auto deadline = steady_clock::now() + std::chrono::seconds(30);
-    while (steady_clock::now() < deadline) {
-      act();
-      const auto next = steady_clock::now() + std::chrono::seconds(1);
-      while (steady_clock::now() < next) {
-        if (condition()) return true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-      }
-    }
-    return false;
-  }
 
   /// Presses Enter, which is the window's primary button, until something has become true.
   template <class Condition>

@@ -27,7 +27,7 @@ inline std::shared_ptr<MenuBarController> menuBarOn(FakeHost& host, StatusItem& 
           .bundle = host.bundle,
           .log = host.log,
           .pasteboard = host.pasteboard,
-          .alerts = &host.alerts,
+          .alerts = host.alerts,
           .networkPath = host.networkPath,
           .systemWake = host.systemWake,
       },

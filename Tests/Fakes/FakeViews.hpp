@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Tests/Fakes/FakeAlertView.hpp"
 #include "Tests/Fakes/FakeOnboardingView.hpp"
 #include "Tests/Fakes/FakePanelView.hpp"
 
@@ -10,6 +11,8 @@ inline constexpr ViewsPlugIn fakeViews{.build = "",
                                        .makePanelView = FakePanelView::make,
                                        .drawPanel = nullptr,
                                        .makeOnboardingView = FakeOnboardingView::make,
-                                       .drawOnboarding = nullptr};
+                                       .drawOnboarding = nullptr,
+                                       .makeAlertView = FakeAlertView::make,
+                                       .drawAlert = nullptr};
 
 }  // namespace ostrel

@@ -17,14 +17,10 @@ struct PanelActionsTest : testing::Test {
     host.files.putExecutable(host.bundle.path() + "/Contents/Helpers/ostrel-agent-endpoint");
     host.files.put(std::string(ControlSocket::socketPath), "socket");
     host.bundle.resources["captured-hosts.json"] = R"(["registry.npmjs.org"])";
-    make(&host.alerts);
-  }
-
-  void make(Alerts* alerts) {
     const ControlSocket socket(host.unixSockets, host.files);
     actions = std::make_shared<PanelActions>(
         PanelActions::Services{host.mainQueue, host.backgroundQueue, host.clock, host.bundle, host.log,
-                               host.shell, host.pasteboard, alerts},
+                               host.shell, host.pasteboard, host.alerts},
         PanelActions::Tools{HelperRunner(host.bundle, host.files, host.childProcesses, host.standardStreams),
                             socket, DeviceCATrust(socket, host.files, host.childProcesses, host.userAccount),
                             NetworkConfigurations(host.networkPreferences, host.mainQueue, host.log,
@@ -249,15 +245,6 @@ TEST_F(PanelActionsTest, ATrustThatFailsIsToldOneThatIsDeclinedIsNot) {
   ASSERT_EQ(host.alerts.shown.size(), 1U);
   EXPECT_EQ(host.alerts.shown[0].title, "Couldn't trust this Mac's device certificate");
   EXPECT_EQ(host.log.lines.size(), 1U);
-}
-
-TEST_F(PanelActionsTest, WhereNothingCanBeAskedNoUpdateIsInstalledAndFailuresAreLogged) {
-  make(nullptr);
-  EXPECT_FALSE(callbacks.available().contains(PanelAction::installUpdate));
-  host.bundle.resources.clear();
-  callbacks.enableTransparentProxy();
-  EXPECT_EQ(host.log.lines.size(), 1U);
-  EXPECT_EQ(refreshes, 1);
 }
 
 TEST_F(PanelActionsTest, WorkOfAPanelThatIsGoneEndsQuietly) {

@@ -71,16 +71,5 @@ TEST(PanelNotices, SendingDiagnosticsTellsWhenTheyWereSentOrWhyNot) {
   }
 }
 
-TEST(PanelNotices, AServiceThatDoesNotKnowUpdatesIsTooOldForThem) {
-  const auto isTooOld = [](const Error& error) {
-    return updateFailure(error).starts_with("This Mac's Ostrel Guard service is too old");
-  };
-  EXPECT_TRUE(isTooOld({.kind = Case::requestFailed, .message = "unknown action \"update\""}));
-  EXPECT_TRUE(isTooOld({.kind = Case::refused, .message = "unknown action", .reason = "unknown_action"}));
-  EXPECT_EQ(updateFailure({.kind = Case::refused, .message = "An unknown hash.", .reason = "hash"}),
-            "An unknown hash.");
-  EXPECT_NE(updateFailure({.kind = Case::notAdmin}).find("install updates"), std::string::npos);
-}
-
 }  // namespace
 }  // namespace ostrel

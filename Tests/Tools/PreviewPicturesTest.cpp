@@ -56,15 +56,22 @@ TEST_F(PreviewPictures, HaveTheSizeOfTheirScaleAndTheColoursOfTheirLook) {
   EXPECT_EQ(drawn({}), std::pair(panel, icon));
 }
 
-TEST_F(PreviewPictures, ShowTheOnboardingWindowInBothLooks) {
-  const auto file = folder / "window.png";
-  EXPECT_EQ(preview({"--onboarding", "repair", "--png", file}).status, 0);
-  const auto light = folder.read("window.png");
-  EXPECT_EQ(preview({"--onboarding", "repair", "--png", file, "--dark"}).status, 0);
-  const auto dark = folder.read("window.png");
-  EXPECT_EQ(sizeOf(light)[0], 460U);
-  EXPECT_EQ(sizeOf(light), sizeOf(dark));
-  EXPECT_NE(light, dark);
+TEST_F(PreviewPictures, ShowOtherWindowsInBothLooks) {
+  struct Row {
+    const char *option, *name;
+    unsigned width;
+  };
+  for (const auto& [option, name, width] :
+       {Row{"--onboarding", "repair", 460}, Row{"--alert", "install", 420}}) {
+    const auto file = folder / "window.png";
+    EXPECT_EQ(preview({option, name, "--png", file}).status, 0);
+    const auto light = folder.read("window.png");
+    EXPECT_EQ(preview({option, name, "--png", file, "--dark"}).status, 0);
+    const auto dark = folder.read("window.png");
+    EXPECT_EQ(sizeOf(light)[0], width) << name;
+    EXPECT_EQ(sizeOf(light), sizeOf(dark)) << name;
+    EXPECT_NE(light, dark) << name;
+  }
 }
 
 TEST_F(PreviewPictures, AreOfOneReportAndTellWhereTheyCannotBeWritten) {

@@ -74,6 +74,20 @@ TEST(PreviewProgram, ShowsTheOnboardingWindowAsText) {
   }
 }
 
+TEST(PreviewProgram, ShowsTheAlertsAsText) {
+  EXPECT_EQ(preview({"--alert", "list"}).output, "install\nupdate-failed\n");
+  const auto shown = preview({"--alert", "install", "--language", "de"});
+  EXPECT_EQ(shown.status, 0) << shown.error;
+  EXPECT_NE(shown.output.find("[1] Installieren   [2] Abbrechen"), std::string::npos) << shown.output;
+  const auto unknown = preview({"--alert", "later"});
+  EXPECT_EQ(unknown.status, 1);
+  EXPECT_EQ(unknown.error, "ostrel-preview: there is no alert later\n");
+  for (const auto* other : {"--json", "report.json"}) {
+    EXPECT_EQ(preview({"--alert", "install", other}).status, 2) << other;
+  }
+  EXPECT_EQ(preview({"--alert", "install", "--onboarding", "repair"}).status, 2);
+}
+
 TEST(PreviewProgram, HostileInputIsAnErrorAndNothingWorse) {
   std::string nested;
   for (int i = 0; i < 100'000; ++i) nested += "{\"a\":";

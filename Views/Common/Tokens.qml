@@ -22,6 +22,7 @@ QtObject {
     readonly property color off: isDark ? "#85858c" : "#8a8a8f"
 
     readonly property int wordSize: Math.round(19 * textScale)
+    readonly property int titleSize: Math.round(15 * textScale)
     readonly property int bodySize: Math.round(13 * textScale)
     readonly property int smallSize: Math.round(12 * textScale)
     readonly property int chipSize: Math.round(11.5 * textScale)
@@ -30,6 +31,7 @@ QtObject {
     readonly property real paragraph: 1.18 // of a line's own height
     readonly property int panelWidth: 360
     readonly property int windowWidth: Math.round(460 * Math.min(textScale, 1.6))
+    readonly property int alertWidth: Math.round(420 * Math.min(textScale, 1.6))
     readonly property int windowMargin: 24
     readonly property int panelRadius: 13
     readonly property int margin: 12

@@ -47,6 +47,7 @@ void DesktopScreens::onPanelButton(std::function<void(const PanelButton&)> press
 bool DesktopScreens::isPanelShown() const { return view_ && view_->isShown(); }
 
 void DesktopScreens::openPanel(const PanelContent& content) {
+  if (yields_()) return;
   if (auto* panel = view()) panel->open(content, anchor_, look_);
 }
 

@@ -13,7 +13,9 @@ class DesktopScreens final : public Screens {
  public:
   using LoadViews = std::function<std::expected<const ViewsPlugIn*, std::string>()>;
 
-  DesktopScreens(LoadViews loadViews, Log& log) : loadViews_(std::move(loadViews)), log_(log) {}
+  /// `yields` tells, when the panel is to open, whether something else has to be answered first.
+  DesktopScreens(LoadViews loadViews, Log& log, std::function<bool()> yields)
+      : loadViews_(std::move(loadViews)), log_(log), yields_(std::move(yields)) {}
 
   void onPanelButton(std::function<void(const PanelButton&)> pressed) override;
   bool isPanelShown() const override;
@@ -35,6 +37,7 @@ class DesktopScreens final : public Screens {
 
   LoadViews loadViews_;
   Log& log_;
+  std::function<bool()> yields_;
   std::function<void(const PanelButton&)> pressed_;
   std::unique_ptr<PanelView> view_;
   bool hasFailed_ = false;

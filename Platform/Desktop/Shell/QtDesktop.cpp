@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <utility>
 
+#include "Platform/Desktop/Shell/DesktopAlerts.hpp"
 #include "Platform/Desktop/Shell/DesktopBus.hpp"
 #include "Platform/Desktop/Shell/DesktopNotifications.hpp"
 #include "Platform/Desktop/Shell/DesktopOnboardingWindow.hpp"
@@ -84,12 +85,14 @@ class QtDesktop final : public Desktop {
       : application_(std::move(application)), services_(std::move(services)) {
     screens_.setLook(looks_.look());
     onboardingWindow_.setLook(looks_.look());
+    alerts_.setLook(looks_.look());
   }
 
   Shell& shell() override { return shell_; }
   StatusItem& statusItem() override { return statusItem_; }
   Screens& screens() override { return screens_; }
   OnboardingWindow& onboardingWindow() override { return onboardingWindow_; }
+  Alerts& alerts() override { return alerts_; }
   Pasteboard& pasteboard() override { return pasteboard_; }
   UserNotifications& notifications() override { return notifications_; }
   SystemWake& systemWake() override { return wake_; }
@@ -99,6 +102,7 @@ class QtDesktop final : public Desktop {
     const auto look = looks_.look();
     screens_.setLook(look);
     onboardingWindow_.setLook(look);
+    alerts_.setLook(look);
     const bool hasOther = std::exchange(appearance_, look.appearance) != look.appearance;
     if (hasOther && statusItem_.events().appearanceChanged) statusItem_.events().appearanceChanged();
   }
@@ -120,14 +124,20 @@ class QtDesktop final : public Desktop {
   DesktopBus bus_{sessionBusAddress(), services_.log};
   LookWatcher looks_{bus_, [this] { changeLook(); }};
   Appearance appearance_ = looks_.look().appearance;
-  DesktopScreens screens_{[this] { return loadViews(); }, services_.log};
+  // The panel makes room for an alert, and does not open beside one.
+  DesktopAlerts alerts_{[this] { return loadViews(); }, services_.log, [this] { screens_.closePanel(); }};
+  DesktopScreens screens_{[this] { return loadViews(); }, services_.log,
+                          [this] { return alerts_.activate(); }};
   DesktopStatusItem statusItem_{bus_, services_.resources, looks_, services_.log,
                                 [this](QPoint place) { click(place); }};
   DesktopOnboardingWindow onboardingWindow_{[this] { return loadViews(); }, services_.log};
   QtPasteboard pasteboard_;
   DesktopNotifications notifications_{bus_};
   DesktopWake wake_{bus_, systemBusAddress()};
-  QtShell shell_{services_, [this] { onboardingWindow_.activate(); }};
+  QtShell shell_{services_, [this] {
+                   onboardingWindow_.activate();
+                   alerts_.activate();
+                 }};
 };
 
 std::string pngOf(const QImage& image) {
@@ -163,6 +173,12 @@ class QtPictures final : public DesktopPictures {
     const auto views = services_.loadViews();
     if (!views) return std::unexpected(views.error());
     return (*views)->drawOnboarding(content, look, services_.log);
+  }
+
+  std::expected<std::string, std::string> alert(const Alert& alert, const DesktopLook& look) override {
+    const auto views = services_.loadViews();
+    if (!views) return std::unexpected(views.error());
+    return (*views)->drawAlert(alert, look, services_.log);
   }
 
  private:

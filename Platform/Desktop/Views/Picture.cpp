@@ -7,6 +7,7 @@
 #include <QQuickRenderTarget>
 #include <QScreen>
 
+#include "Platform/Desktop/Views/AlertState.hpp"
 #include "Platform/Desktop/Views/OnboardingState.hpp"
 #include "Platform/Desktop/Views/PanelState.hpp"
 #include "Platform/Desktop/Views/Scene.hpp"
@@ -65,6 +66,12 @@ std::expected<std::string, std::string> onboardingPicture(const OnboardingConten
   OnboardingState state;
   state.show(content);
   return picture(OnboardingState::screen, OnboardingState::property, state, look, log);
+}
+
+std::expected<std::string, std::string> alertPicture(const Alert& alert, const DesktopLook& look, Log& log) {
+  AlertState state;
+  state.show(alert);
+  return picture(AlertState::screen, AlertState::property, state, look, log);
 }
 
 }  // namespace ostrel

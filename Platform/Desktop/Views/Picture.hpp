@@ -5,6 +5,7 @@
 
 #include "OstrelAgent/OnboardingContent.hpp"
 #include "OstrelAgent/PanelContent.hpp"
+#include "Platform/Alerts.hpp"
 #include "Platform/Desktop/DesktopLook.hpp"
 #include "Platform/Log.hpp"
 
@@ -17,5 +18,8 @@ std::expected<std::string, std::string> panelPicture(const PanelContent& content
 /// What the onboarding window holds, likewise, on a screen with room for it.
 std::expected<std::string, std::string> onboardingPicture(const OnboardingContent& content,
                                                           const DesktopLook& look, Log& log);
+
+/// What an alert's window holds, likewise.
+std::expected<std::string, std::string> alertPicture(const Alert& alert, const DesktopLook& look, Log& log);
 
 }  // namespace ostrel

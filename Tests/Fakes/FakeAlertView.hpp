@@ -1,0 +1,55 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "Platform/Desktop/ViewsPlugIn.hpp"
+
+namespace ostrel {
+
+/// An alert's window that remembers what it was told. There is one at a time.
+class FakeAlertView final : public AlertView {
+ public:
+  /// What all windows of the test were told, and how the next is made. Each test starts with an empty one.
+  struct Record {
+    std::vector<Alert> alerts;
+    std::vector<DesktopLook> looks;  ///< of openings and of changes
+    int windows = 0;
+    int activations = 0;
+    bool isShown = false;
+    std::function<void(std::size_t)> closed;
+    std::string failure;  ///< why no window can be made; empty when one can
+  };
+
+  static Record& record() {
+    static Record all;
+    return all;
+  }
+
+  static std::expected<std::unique_ptr<AlertView>, std::string> make(
+      Log& /*log*/, std::function<void(std::size_t)> closed) {
+    if (!record().failure.empty()) return std::unexpected(record().failure);
+    record().closed = std::move(closed);
+    record().windows += 1;
+    return std::make_unique<FakeAlertView>();
+  }
+
+  ~FakeAlertView() override { record().isShown = false; }
+
+  void open(const Alert& alert, const DesktopLook& look) override {
+    record().isShown = true;
+    record().alerts.push_back(alert);
+    record().looks.push_back(look);
+  }
+  void setLook(const DesktopLook& look) override { record().looks.push_back(look); }
+  void activate() override { record().activations += 1; }
+
+  /// The person presses that button.
+  static void answer(std::size_t button) {
+    record().isShown = false;
+    record().closed(button);
+  }
+};
+
+}  // namespace ostrel

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "Platform/Alerts.hpp"
+
+namespace ostrel {
+
+/// The names of the alerts that can be shown.
+std::span<const std::string_view> previewAlertNames();
+
+/// The alert of that name; nothing for an unknown one.
+std::optional<Alert> previewAlert(std::string_view name);
+
+}  // namespace ostrel
