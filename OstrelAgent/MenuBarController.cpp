@@ -1,6 +1,7 @@
 #include "OstrelAgent/MenuBarController.hpp"
 
 #include <algorithm>
+#include <thread>
 #include <utility>
 
 #include "OstrelAgent/ContainerBlock.hpp"
@@ -100,22 +101,24 @@ void MenuBarController::refresh() {
     if (known && *read == *known && !isAwaited) return queue.postLazily(std::move(finish));
     queue.post(std::move(finish));
   };
-  const auto record = [records = tools_.records, mdmEnrolled = mdmEnrolled_,
-                       &queue = services_.backgroundQueue](const Snapshot& snapshot, bool egressLockExists) {
-    const NetworkExtensionAssertion assertion = {egressLockExists, snapshot.egressLockEnabled,
-                                                 snapshot.transparentProxy, mdmEnrolled};
-    queue.run(QualityOfService::utility,
-              [records, assertion] { records.recordNetworkExtensionAssertion(assertion); });
-  };
-  services_.statusQueue.run(
-      QualityOfService::utility, [report, record, ending = run->ending, helper = tools_.helper,
-                                  &preferences = services_.networkPreferences] {
-        const auto reading = std::make_shared<StatusReading>(readStatus(helper, ending));
-        loadNetworkState(preferences, reading, [report, record, reading](bool egressLockExists) {
-          record(reading->snapshot, egressLockExists);
-          report(reading);
-        });
-      });
+  services_.statusQueue.run(QualityOfService::utility, [report, ending = run->ending, helper = tools_.helper,
+                                                        records = tools_.records, mdmEnrolled = mdmEnrolled_,
+                                                        &preferences = services_.networkPreferences,
+                                                        &backgroundQueue = services_.backgroundQueue] {
+    const auto reading = std::make_shared<StatusReading>(readStatus(helper, ending));
+    const auto record = [records, thread = std::this_thread::get_id(),
+                         &backgroundQueue](const NetworkExtensionAssertion& assertion) {
+      const auto write = [records, assertion] { records.recordNetworkExtensionAssertion(assertion); };
+      // Loads that complete at once are on a background thread still.
+      if (std::this_thread::get_id() == thread) return write();
+      backgroundQueue.run(QualityOfService::utility, write);
+    };
+    loadNetworkState(preferences, reading, [report, record, reading, mdmEnrolled](bool egressLockExists) {
+      report(reading);
+      const auto& snapshot = reading->snapshot;
+      record({egressLockExists, snapshot.egressLockEnabled, snapshot.transparentProxy, mdmEnrolled});
+    });
+  });
 }
 
 void MenuBarController::togglePanel() {

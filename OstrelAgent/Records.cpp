@@ -36,7 +36,11 @@ void Records::recordAppliedCapture(const CaptureConfig& captureConfig) const {
 }
 
 void Records::recordNetworkExtensionAssertion(const NetworkExtensionAssertion& assertion) const {
-  write("egress-lock-configuration.json", assertion.record(clock_->now()));
+  const auto write = [this, record = assertion.record(clock_->now())] {
+    return files_->rewriteAtomically(folder_ + "/egress-lock-configuration.json", record).has_value();
+  };
+  // Only the first finds no folder.
+  if (!write() && files_->makeFolders(folder_)) (void)write();
 }
 
 std::string Records::reactivatedVersion() const {

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "Platform/Posix/Descriptor.hpp"
+#include "Platform/Posix/ExchangeFiles.hpp"
 #include "Platform/Posix/PosixError.hpp"
 
 namespace ostrel {
@@ -42,12 +43,13 @@ std::expected<std::string, PlatformError> readAll(int descriptor, std::size_t ex
 }
 
 /// The file behind a link, so that replacing it keeps the link.
-std::expected<std::filesystem::path, PlatformError> behindLink(const std::string& path) {
+std::expected<std::string, PlatformError> behindLink(const std::string& path) {
+  struct stat status {};
+  if (::lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return path;
   std::error_code error;
-  if (!std::filesystem::is_symlink(path, error)) return path;
   auto target = std::filesystem::canonical(path, error);
   if (error) return failure(error.value());
-  return target;
+  return target.string();
 }
 
 int writeNewFile(Descriptor file, std::string_view bytes) {
@@ -90,7 +92,7 @@ std::expected<void, PlatformError> PosixFiles::writeAtomically(const std::string
   Descriptor file;
   do {
     const auto name = ".ostrel-" + std::to_string(::getpid()) + "-" + std::to_string(++temporaries_);
-    temporary = target->parent_path() / name;
+    temporary = target->substr(0, target->rfind('/') + 1) + name;
     file = Descriptor(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
   } while (!file && errno == EEXIST);
   if (!file) return failure(errno);
@@ -99,6 +101,26 @@ std::expected<void, PlatformError> PosixFiles::writeAtomically(const std::string
   if (error == 0) return {};
   (void)::unlink(temporary.c_str());
   return failure(error);
+}
+
+std::expected<void, PlatformError> PosixFiles::rewriteAtomically(const std::string& path,
+                                                                 std::string_view bytes) {
+  const auto real = realPath_(path);
+  struct stat status {};
+  if (::lstat(real.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return writeAtomically(path, bytes);
+  const auto name = real.rfind('/') + 1;
+  const auto spare = real.substr(0, name) + ".ostrel-" + real.substr(name);
+  const std::lock_guard lock(rewriting_);
+  Descriptor file(::open(spare.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
+  if (!file) return failure(errno);
+  // Over what is there: of a file that is emptied first, systems write back at once what comes next.
+  int error = writeAll(file.number(), bytes);
+  if (error == 0 && ::ftruncate(file.number(), static_cast<off_t>(bytes.size())) != 0) error = errno;
+  if (error == 0) error = file.close();
+  if (error == 0) error = exchangeFiles(spare, real);
+  if (error == EINVAL) error = std::rename(spare.c_str(), real.c_str()) == 0 ? 0 : errno;
+  if (error != 0) return failure(error);
+  return {};
 }
 
 std::expected<void, PlatformError> PosixFiles::createPrivately(const std::string& path,

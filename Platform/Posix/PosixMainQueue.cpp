@@ -66,11 +66,15 @@ void PosixMainQueue::forgetWatches() {
 
 void PosixMainQueue::runReadable() {
   forgetWatches();
+  if (watches_.empty()) return;
   // Its work may watch others.
-  for (const auto& watch : std::vector(watches_)) {
-    pollfd readable{watch.descriptor, POLLIN, 0};
-    const auto work = watch.work.lock();
-    if (work && ::poll(&readable, 1, 0) > 0) (*work)();
+  const auto watches = watches_;
+  std::vector<pollfd> readable;
+  for (const auto& watch : watches) readable.push_back({watch.descriptor, POLLIN, 0});
+  if (::poll(readable.data(), readable.size(), 0) <= 0) return;
+  for (std::size_t i = 0; i < watches.size(); ++i) {
+    const auto work = watches[i].work.lock();
+    if (work && readable[i].revents != 0) (*work)();
   }
 }
 

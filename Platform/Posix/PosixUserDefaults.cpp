@@ -69,6 +69,17 @@ std::optional<DefaultsValue> readValue(const Json& json) {
   return std::nullopt;
 }
 
+/// Those of the file that can be read.
+std::map<std::string, DefaultsValue> valuesOf(const std::string& bytes) {
+  std::map<std::string, DefaultsValue> values;
+  const auto settings = parsedSettings(bytes);
+  if (!settings) return values;
+  for (const auto& [key, json] : settings->items()) {
+    if (auto value = readValue(json)) values.emplace(key, std::move(*value));
+  }
+  return values;
+}
+
 struct JsonOfValue {
   template <class Plain>
   Json operator()(const Plain& value) const {
@@ -107,12 +118,14 @@ PosixUserDefaults::PosixUserDefaults(Files& files, std::string path)
     : files_(files), path_(std::move(path)) {}
 
 std::optional<DefaultsValue> PosixUserDefaults::value(const std::string& key) const {
-  const auto bytes = files_.read(path_);
+  auto bytes = files_.read(path_);
   if (!bytes) return std::nullopt;
-  const auto settings = parsedSettings(*bytes);
-  if (!settings) return std::nullopt;
-  const auto stored = settings->find(key);
-  return stored == settings->end() ? std::nullopt : readValue(*stored);
+  if (*bytes != readBytes_) {
+    readValues_ = valuesOf(*bytes);
+    readBytes_ = std::move(*bytes);
+  }
+  const auto stored = readValues_.find(key);
+  return stored == readValues_.end() ? std::nullopt : std::optional(stored->second);
 }
 
 std::expected<void, PlatformError> PosixUserDefaults::set(const std::string& key, DefaultsValue value) {

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <map>
+#include <string>
+
 #include "Platform/Files.hpp"
 #include "Platform/UserDefaults.hpp"
 
 namespace ostrel {
 
-/// The settings as one JSON file, read anew at each access. A damaged file is moved aside, to its name with
+/// The settings as one JSON file, read anew at each access and parsed when it has changed. A damaged file is
+/// moved aside, to its name with
 /// ".damaged", before a fresh one is written; of dates by name those that can be read count.
 class PosixUserDefaults final : public UserDefaults {
  public:
@@ -18,6 +22,8 @@ class PosixUserDefaults final : public UserDefaults {
  private:
   Files& files_;
   const std::string path_;
+  mutable std::string readBytes_;                            ///< as read last
+  mutable std::map<std::string, DefaultsValue> readValues_;  ///< in these bytes
 };
 
 }  // namespace ostrel

@@ -38,6 +38,11 @@ TEST_F(FilesContract, WhatIsWrittenIsReadUntilItIsRemoved) {
       ASSERT_EQ(codeOf(each->writeAtomically("/a/b/file", bytes)), 0);
       EXPECT_EQ(each->read("/a/b/file"), bytes);
     }
+    for (const auto& bytes :
+         {std::string("longest of all"), std::string(), std::string("long"), std::string("l")}) {
+      ASSERT_EQ(codeOf(each->rewriteAtomically("/a/b/file", bytes)), 0);
+      EXPECT_EQ(each->read("/a/b/file"), bytes);
+    }
     EXPECT_TRUE(each->exists("/a/b/file"));
     EXPECT_TRUE(each->modificationTime("/a/b/file"));
     EXPECT_FALSE(each->isExecutableFile("/a/b/file"));
@@ -57,6 +62,7 @@ TEST_F(FilesContract, WhatIsInTheWayIsAnErrorOfItsOwn) {
     EXPECT_FALSE(each->isExecutableFile("/folder"));
     EXPECT_EQ(codeOf(each->read("/folder")), EISDIR);
     EXPECT_EQ(codeOf(each->writeAtomically("/folder", "")), EISDIR);
+    EXPECT_EQ(codeOf(each->rewriteAtomically("/folder", "")), EISDIR);
     EXPECT_EQ(codeOf(each->remove("/folder")), EISDIR);
     EXPECT_EQ(codeOf(each->read("/missing/file")), ENOENT);
     EXPECT_EQ(codeOf(each->writeAtomically("/missing/file", "")), ENOENT);
@@ -69,6 +75,7 @@ TEST_F(FilesContract, WhatIsInTheWayIsAnErrorOfItsOwn) {
 
 TEST_F(PosixFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
   folder.write("file", "old");
+  folder.write("again", "old");
   // A file may not grow past the limit, as on a full disk; the signal that says so is ignored.
   const auto signal = std::signal(SIGXFSZ, SIG_IGN);
   rlimit before{};
@@ -77,22 +84,30 @@ TEST_F(PosixFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
   ::setrlimit(RLIMIT_FSIZE, &tight);
   const auto written = files.writeAtomically("/file", std::string(5000, 'x'));
   const auto created = files.createPrivately("/new", std::string(5000, 'x'));
+  const auto rewritten = files.rewriteAtomically("/again", std::string(5000, 'x'));
   ::setrlimit(RLIMIT_FSIZE, &before);
   (void)std::signal(SIGXFSZ, signal);
   EXPECT_EQ(codeOf(written), EFBIG);
   EXPECT_EQ(codeOf(created), EFBIG);
+  EXPECT_EQ(codeOf(rewritten), EFBIG);
+  EXPECT_EQ(folder.read("again"), "old");
+  EXPECT_EQ(codeOf(files.rewriteAtomically("/again", "new")), 0);
+  EXPECT_EQ(folder.read("again"), "new");
   EXPECT_EQ(codeOf(files.writeAtomically("/" + std::string(300, 'n'), "new")), ENAMETOOLONG);
   EXPECT_EQ(folder.read("file"), "old");
   const std::string longest = "/" + std::string(255, 'n');
   EXPECT_EQ(codeOf(files.writeAtomically(longest, "new")), 0);
   EXPECT_EQ(files.read(longest), "new");
   using Folder = std::filesystem::directory_iterator;
-  EXPECT_EQ(std::distance(Folder(folder.path()), Folder()), 2) << "no other file is left";
+  EXPECT_EQ(std::distance(Folder(folder.path()), Folder()), 4)
+      << "no other file is left, but what lies beside the third";
 }
 
 TEST_F(PosixFilesTest, AFileIsPrivateAndALinkToItStaysALink) {
   const auto target = folder.write("dotfiles/settings", "old");
   std::filesystem::create_symlink(target, folder / "settings");
+  EXPECT_EQ(codeOf(files.rewriteAtomically("/settings", "newer")), 0);
+  EXPECT_EQ(folder.read("dotfiles/settings"), "newer");
   EXPECT_EQ(codeOf(files.writeAtomically("/settings", "new")), 0);
   EXPECT_TRUE(std::filesystem::is_symlink(folder / "settings"));
   EXPECT_EQ(folder.read("dotfiles/settings"), "new");
