@@ -12,6 +12,7 @@ namespace ostrel {
 class FakeBackgroundQueue final : public BackgroundQueue {
  public:
   void run(QualityOfService quality, std::function<void()> work) override {
+    if (wrap) work = wrap(std::move(work));
     (quality == QualityOfService::userInitiated ? urgent_ : other_).push_back(std::move(work));
   }
 
@@ -29,6 +30,9 @@ class FakeBackgroundQueue final : public BackgroundQueue {
   }
 
   std::size_t countWaiting() const { return urgent_.size() + other_.size(); }
+
+  /// What takes the place of each work that arrives, if anything.
+  std::function<std::function<void()>(std::function<void()>)> wrap;
 
  private:
   std::deque<std::function<void()>> urgent_;

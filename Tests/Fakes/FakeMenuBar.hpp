@@ -7,8 +7,8 @@
 
 namespace ostrel {
 
-/// The menu-bar role on a host of fakes, or with another item in the place of the fake one.
-inline std::shared_ptr<MenuBarController> menuBarOn(FakeHost& host, StatusItem& statusItem) {
+/// The menu-bar role on a host of fakes, or with another item or clock in the place of the fake one.
+inline std::shared_ptr<MenuBarController> menuBarOn(FakeHost& host, StatusItem& statusItem, Clock& clock) {
   const HelperRunner helper(host.bundle, host.files, host.childProcesses, host.standardStreams);
   const ControlSocket daemon(host.unixSockets, host.files);
   const Records records(host.files, host.clock, host.userAccount);
@@ -17,7 +17,7 @@ inline std::shared_ptr<MenuBarController> menuBarOn(FakeHost& host, StatusItem& 
           .mainQueue = host.mainQueue,
           .backgroundQueue = host.backgroundQueue,
           .statusQueue = host.statusQueue,
-          .clock = host.clock,
+          .clock = clock,
           .childProcesses = host.childProcesses,
           .networkPreferences = host.networkPreferences,
           .timeFormat = host.timeFormat,
@@ -42,6 +42,10 @@ inline std::shared_ptr<MenuBarController> menuBarOn(FakeHost& host, StatusItem& 
       },
       std::make_shared<RedNotifier>(
           RedNotifier::Services{host.userNotifications, host.userDefaults, host.log}, [] {}));
+}
+
+inline std::shared_ptr<MenuBarController> menuBarOn(FakeHost& host, StatusItem& statusItem) {
+  return menuBarOn(host, statusItem, host.clock);
 }
 
 }  // namespace ostrel

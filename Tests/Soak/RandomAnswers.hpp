@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Tests/Fakes/FakeChildProcesses.hpp"
+#include "Tests/Fakes/FakeUnixSockets.hpp"
+#include "Tests/Soak/Dice.hpp"
+
+namespace ostrel {
+
+/// What a helper comes to that is asked for the status: mostly a report, else any way to fail.
+FakeChildProcesses::Result randomStatus(Dice& dice);
+
+/// What any other child comes to.
+FakeChildProcesses::Result randomResult(Dice& dice);
+
+/// One answer of the daemon to whatever it is asked, or none.
+FakeUnixSockets::Pieces randomAnswer(Dice& dice);
+
+}  // namespace ostrel
