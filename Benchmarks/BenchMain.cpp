@@ -7,6 +7,7 @@
 
 #include "Benchmarks/AgentBenchmark.hpp"
 #include "Benchmarks/BenchTable.hpp"
+#include "Benchmarks/NudgeBenchmark.hpp"
 #include "Benchmarks/Process.hpp"
 #include "Benchmarks/ReportBenchmark.hpp"
 #include "Benchmarks/SocketBenchmark.hpp"
@@ -20,6 +21,7 @@ constexpr int quickRefreshes = 4;
 constexpr int starts = 400;
 constexpr int exchanges = 4000;
 constexpr int activations = 21;
+constexpr int pathChanges = 1000;
 
 void compare(const char* what, const char* unit, double measured, double reference, const char* bar) {
   const auto format = std::string("%.1f ") + unit;
@@ -40,6 +42,10 @@ void run(bool isQuick) {
           socket.controlSocketMicroseconds, socket.bareMicroseconds, "2 times");
   printRow("CPU of `activate` that finds everything approved, its children with it",
            formatted("%.1f ms", activationMilliseconds(activations)), "", "", "50 ms");
+  const auto nudges = measureNudges(pathChanges);
+  printRow("CPU of a burst of 1,000 changes of the network, median of 21",
+           formatted("%.2f ms", nudges.milliseconds), "", "", "5 ms");
+  printRow("check-ins that it leads to", std::to_string(nudges.checkIns), "", "", "1");
   const auto agent = measureAgent(isQuick ? quickRefreshes : refreshes);
   compare("CPU of one refresh, median; reference: a bare loop", "µs", agent.agent.refreshMicroseconds,
           agent.bareLoop.refreshMicroseconds, "1.5 times");

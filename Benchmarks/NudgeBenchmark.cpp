@@ -1,0 +1,71 @@
+#include "Benchmarks/NudgeBenchmark.hpp"
+
+#include <algorithm>
+#include <ctime>
+#include <string>
+#include <vector>
+
+#include "OstrelAgent/CheckInNudges.hpp"
+#include "Platform/Posix/PosixMainQueue.hpp"
+#include "Tests/Fakes/FakeMainQueue.hpp"
+#include "Tests/Fakes/FakeNetworkPath.hpp"
+#include "Tests/Fakes/FakeSystemWake.hpp"
+
+namespace ostrel {
+
+namespace {
+
+constexpr int bursts = 21;
+
+double cpuMilliseconds() {
+  timespec time{};
+  (void)::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+/// Nudges of an enrolled Mac with a network that goes back and forth.
+class MovingMac {
+ public:
+  MovingMac(MainQueue& queue, Clock& clock)
+      : nudges_({queue, clock, path_, wake_}, [this](const std::string&) { ++checkIns_; }) {
+    Snapshot snapshot;
+    snapshot.enrolled = true;
+    nudges_.start();
+    nudges_.nudgeOnNetworkExtensionChange(snapshot);
+    path_.update(true, {"en0"});
+  }
+
+  void move(int pathChanges) const {
+    for (int i = 0; i < pathChanges; ++i) path_.update(true, {i % 2 == 0 ? "en1" : "en0"});
+  }
+
+  int checkIns() const { return checkIns_; }
+
+ private:
+  FakeNetworkPath path_;
+  FakeSystemWake wake_;
+  int checkIns_ = 0;
+  CheckInNudges nudges_;
+};
+
+}  // namespace
+
+NudgeFigures measureNudges(int pathChanges) {
+  FakeClock clock;
+  std::vector<double> times;
+  for (int burst = 0; burst < bursts; ++burst) {
+    PosixMainQueue queue;
+    const MovingMac mac(queue, clock);
+    const auto start = cpuMilliseconds();
+    mac.move(pathChanges);
+    times.push_back(cpuMilliseconds() - start);
+  }
+  std::ranges::sort(times);
+  FakeMainQueue turned(clock);
+  const MovingMac mac(turned, clock);
+  mac.move(pathChanges);
+  turned.advance(std::chrono::minutes(10));
+  return {times[times.size() / 2], mac.checkIns()};
+}
+
+}  // namespace ostrel
