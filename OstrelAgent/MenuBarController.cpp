@@ -88,7 +88,8 @@ void MenuBarController::fillPanelActions() {
 
 void MenuBarController::refresh() {
   const auto run = statusRuns_.begin();
-  if (!run) return;
+  // Runs whose ends were posted lazily give their places back now.
+  if (!run) return services_.mainQueue.post([] {});
   // An open panel shows times that go on.
   const auto known = services_.screens.isPanelShown() ? nullptr : lastRead_;
   const auto report = [weak = weak_from_this(), run = *run, known, generation = healthGeneration_,

@@ -392,6 +392,19 @@ TEST_F(MenuBarControllerTest, BackgroundWorkOfAControllerThatIsGoneEndsQuietly) 
   EXPECT_EQ(icons(), std::vector<std::string>{unreported});
 }
 
+TEST_F(MenuBarControllerTest, OpeningThePanelOverAndOverNeverWaitsForTheNextTick) {
+  controller->start();
+  settle();
+  pass(5s);
+  for (int opening = 0; opening < 12; ++opening) {
+    const auto runs = statusRuns();
+    controller->togglePanel();
+    controller->togglePanel();
+    settle();
+    EXPECT_EQ(statusRuns(), runs + 1) << opening;
+  }
+}
+
 TEST_F(MenuBarControllerTest, AHangingHelperHoldsFourRunsAndIsFollowedWithinOneTickOnceItAnswers) {
   // A run that waits on the queue is one that hangs; run there, it tells whether it was ended.
   controller->start();
