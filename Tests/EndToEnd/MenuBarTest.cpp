@@ -111,17 +111,19 @@ TEST_F(OstrelAgent, ASignalEndsItWhileItWaitsForADaemonThatIsSilentOrDrips) {
     std::vector<std::string> command;
     UnixServer::Serve serve;
     int status;
+    const char* lines = "";
   };
   const Row rows[] = {{{agent}, UnixServer::awaitClose, -SIGTERM},
                       {{agent, "onboarding"}, UnixServer::awaitClose, 128 + SIGTERM},
-                      {{agent, "onboarding"}, UnixServer::drip, 128 + SIGTERM}};
+                      {{agent, "onboarding"}, UnixServer::drip, 128 + SIGTERM},
+                      {{agent, "menubar"}, UnixServer::drip, 128 + SIGTERM, "panel\npress 1\n"}};
   for (const auto& row : rows) {
     std::atomic<bool> isAsked = false;
     const UnixServer daemon(socketPath(), [&](int connection) {
       isAsked = true;
       row.serve(connection);
     });
-    Process process(row.command, environment);
+    Process process(row.command, environment, row.lines);
     EXPECT_TRUE(becomesTrue([&isAsked] { return isAsked.load(); }));
     process.signal(SIGTERM);
     EXPECT_EQ(process.end(10s), row.status);

@@ -1,4 +1,14 @@
 #include <gtest/gtest.h>
+#include <linux/route.h>
+#include <net/if.h>
+#include <sched.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 
 #include "Platform/Linux/DefaultRoutes.hpp"
 #include "Platform/Linux/LinuxNetworkPath.hpp"
@@ -61,6 +71,55 @@ TEST(NetworkPath, IsToldSoonOnceAndNotInsideTheCall) {
   EXPECT_EQ(told, 0);
   queue.runDue();
   EXPECT_EQ(told, 1);
+}
+
+void expect(bool isTrue, const char* what) {
+  if (!isTrue) std::fprintf(stderr, "%s\n", what);
+  if (!isTrue) std::_Exit(1);
+}
+
+/// In a network of its own, whose default route comes and goes until the kernel has no room for the news.
+void overflowRoutes() {
+  const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  char loopback[] = "lo";
+  ifreq link{};
+  std::memcpy(link.ifr_name, loopback, sizeof loopback);
+  link.ifr_flags = IFF_UP | IFF_RUNNING;
+  expect(::ioctl(socket, SIOCSIFFLAGS, &link) == 0, "the link cannot be set up");
+  rtentry route{};
+  route.rt_dst.sa_family = route.rt_gateway.sa_family = route.rt_genmask.sa_family = AF_INET;
+  route.rt_flags = RTF_UP;
+  route.rt_dev = loopback;
+  PosixMainQueue queue;
+  const PosixFiles files([](std::string_view path) { return std::string(path); });
+  LinuxNetworkPath path(queue, files);
+  std::vector<NetworkPathUpdate> updates;
+  const auto follow = path.follow([&](const auto& update) { updates.push_back(update); });
+  queue.runDue();
+  for (int change = 0; change < 5000; ++change) {
+    expect(::ioctl(socket, change % 2 == 0 ? SIOCADDRT : SIOCDELRT, &route) == 0,
+           "the route cannot be changed");
+  }
+  expect(::ioctl(socket, SIOCADDRT, &route) == 0, "the route cannot be changed");
+  queue.runDue();
+  queue.runDue();
+  expect(updates == std::vector<NetworkPathUpdate>{{}, {true, {"lo"}}},
+         "the path after the flood is not told once");
+  expect(::ioctl(socket, SIOCDELRT, &route) == 0, "the route cannot be changed");
+  queue.runDue();
+  queue.runDue();
+  expect(updates.size() == 3 && !updates.back().satisfied, "what comes after the flood is not told");
+  std::_Exit(0);
+}
+
+TEST(NetworkPath, IsReadAnewWhenTheKernelHadNoRoomForItsNews) {
+  EXPECT_EXIT(
+      {
+        if (::unshare(CLONE_NEWNET) != 0 && ::unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0) std::_Exit(77);
+        overflowRoutes();
+      },
+      [](int status) { return WIFEXITED(status) && (WEXITSTATUS(status) == 0 || WEXITSTATUS(status) == 77); },
+      "");
 }
 
 }  // namespace
