@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
-#include <linux/route.h>
 #include <net/if.h>
+#include <net/route.h>
 #include <sched.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
