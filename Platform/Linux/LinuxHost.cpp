@@ -148,7 +148,7 @@ class LinuxHost final : public HostLifetime {
                              consoleOnboardingWindow_,
                              consoleAlerts_};
   std::unique_ptr<Desktop> desktop_ = makeDesktop();
-  CombinedSystemWake machinesWake_{tellersOfWake()};
+  CombinedSystemWake machinesWake_{mainQueue_, tellersOfWake()};
   SimulatedSystemWake systemWake_{machinesWake_, orders_, ordersWatch_};
   PosixBackgroundQueue backgroundQueue_{backgroundThreads};
   PosixBackgroundQueue statusQueue_{statusThreads};

@@ -1,23 +1,50 @@
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "Platform/Linux/CombinedSystemWake.hpp"
+#include "Platform/Posix/PosixMainQueue.hpp"
 #include "Tests/Fakes/FakeSystemWake.hpp"
 
 namespace ostrel {
 namespace {
 
-TEST(SystemWakeTest, IsToldByEachOfSeveralServicesWhileSomebodyFollows) {
+using Told = std::vector<std::string>;
+
+struct SystemWakeTest : testing::Test {
+  PosixMainQueue queue;
   FakeSystemWake first;
   FakeSystemWake second;
-  CombinedSystemWake both({&first, &second});
-  int wakes = 0;
-  auto token = both.follow([&] { ++wakes; });
+  CombinedSystemWake both{queue, {&first, &second}};
+  Told told;
+  ScheduledWork token = both.follow([this] { told.emplace_back("wake"); });
+};
+
+TEST_F(SystemWakeTest, IsToldByEachOfSeveralServicesWhileSomebodyFollows) {
   first.wake();
-  EXPECT_EQ(wakes, 1);
+  queue.runDue();
+  EXPECT_EQ(told, Told{"wake"});
   second.wake();
-  EXPECT_EQ(wakes, 2);
+  queue.runDue();
+  EXPECT_EQ(told, (Told{"wake", "wake"}));
   token.reset();
   EXPECT_FALSE(first.isFollowed() || second.isFollowed());
+}
+
+TEST_F(SystemWakeTest, IsToldAfterTheTimersThatAreDueByThen) {
+  const auto timer = queue.after(std::chrono::milliseconds(0), [this] { told.emplace_back("timer"); });
+  second.wake();
+  EXPECT_EQ(told, Told{});
+  queue.runDue();
+  EXPECT_EQ(told, (Told{"timer", "wake"}));
+}
+
+TEST_F(SystemWakeTest, IsToldToNobodyWhoHasGoneMeanwhile) {
+  first.wake();
+  token.reset();
+  queue.runDue();
+  EXPECT_EQ(told, Told{});
 }
 
 }  // namespace
