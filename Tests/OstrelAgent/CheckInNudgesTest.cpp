@@ -95,6 +95,10 @@ TEST_F(CheckInNudgesTest, ABurstGivesOneNudgeTenSecondsAfterItsLatestEvent) {
   joinAnother();
   host.mainQueue.advance(10s);
   EXPECT_EQ(reasons, (Reasons{"wake", "network"})) << "the wake is told once";
+  host.mainQueue.advance(1min);
+  for (int change = 0; change < 1000; ++change) joinAnother();
+  host.mainQueue.advance(10min);
+  EXPECT_EQ(reasons, (Reasons{"wake", "network", "network"})) << "a thousand changes";
 }
 
 TEST_F(CheckInNudgesTest, EventsWithoutAPauseAreFollowedByANudgeAfterThirtySeconds) {
