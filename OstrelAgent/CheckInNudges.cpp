@@ -73,7 +73,8 @@ void CheckInNudges::scheduleCheckinNudge(Event event) {
   const auto now = services_.clock.now();
   if (isTooSoonToNudge(lastNudgeFiredAt_, now)) return;
   if (event == Event::wake) nudgeSawWake_ = true;
-  if (!nudgeBurstStart_) nudgeBurstStart_ = now;
+  // A burst that seems to begin later began before the clock was set back.
+  if (!nudgeBurstStart_ || *nudgeBurstStart_ > now) nudgeBurstStart_ = now;
   nudgeWork_ = services_.mainQueue.after(nudgeDelay(*nudgeBurstStart_, now), [this] { fire(); });
 }
 

@@ -90,8 +90,7 @@ void MenuBarController::refresh() {
   const auto run = statusRuns_.begin();
   // Runs whose ends were posted lazily give their places back now.
   if (!run) return services_.mainQueue.post([] {});
-  // An open panel shows times that go on.
-  const auto known = services_.screens.isPanelShown() ? nullptr : lastRead_;
+  const auto known = isTimeNews() ? nullptr : lastRead_;
   const auto report = [weak = weak_from_this(), run = *run, known, generation = healthGeneration_,
                        &queue = services_.mainQueue](const std::shared_ptr<const StatusReading>& read) {
     auto finish = [weak, number = run.number, generation, read] {
@@ -120,6 +119,12 @@ void MenuBarController::refresh() {
       record({egressLockExists, snapshot.egressLockEnabled, snapshot.transparentProxy, mdmEnrolled});
     });
   });
+}
+
+/// True while the same reading, a little later, may change what the person sees or is told.
+bool MenuBarController::isTimeNews() const {
+  const bool isRed = ProtectionVerdict::of(latest_).kind == ProtectionVerdict::Case::notProtected;
+  return services_.screens.isPanelShown() || isRed || model_.updateInFlight;
 }
 
 void MenuBarController::togglePanel() {
@@ -151,8 +156,8 @@ void MenuBarController::probeDeviceManagement() {
 void MenuBarController::finishRefresh(std::uint64_t run, std::uint64_t generation,
                                       std::shared_ptr<const StatusReading> read) {
   const auto finish = statusRuns_.finish(run);
-  if (finish.startsWaiting) refresh();
   if (finish.mayPublish) publish(generation, std::move(read));
+  if (finish.startsWaiting) refresh();
 }
 
 void MenuBarController::publish(std::uint64_t generation, std::shared_ptr<const StatusReading> read) {

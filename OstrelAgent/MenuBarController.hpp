@@ -86,6 +86,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   void showLatest();
   void notify();
   void draw();
+  bool isTimeNews() const;
   PanelContent content() const;
 
   Services services_;

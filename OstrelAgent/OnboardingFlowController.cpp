@@ -83,7 +83,10 @@ void OnboardingFlowController::perform(OnboardingAction action, const std::strin
 
 void OnboardingFlowController::windowWillClose() {
   isOpen_ = false;
-  (void)services_.userDefaults.remove(onboardingFlowProcessIdentifierKey);
+  const auto shown = services_.userDefaults.get<std::int64_t>(onboardingFlowProcessIdentifierKey);
+  if (shown == services_.workspace.processIdentifier()) {
+    (void)services_.userDefaults.remove(onboardingFlowProcessIdentifierKey);
+  }
   pollTimer_ = nullptr;
   activation_ = nullptr;
   services_.shell.terminate();

@@ -95,16 +95,16 @@ void PanelActions::sendDiagnostics() {
   arguments.emplace_back("--send");
   inBackground(
       QualityOfService::userInitiated,
-      [helper = tools_.helper, arguments = std::move(arguments)] {
-        return helper.runHelperCapturingStdout(arguments);
+      [helper = tools_.helper, arguments = std::move(arguments), &clock = services_.clock] {
+        const auto output = helper.runHelperCapturingStdout(arguments);
+        return diagnosticsSending(output, clock.now());
       },
-      [](PanelActions& self, const HelperRunner::HelperOutput& output) { self.finishSending(output); });
+      [](PanelActions& self, const DiagnosticsSending& sending) { self.finishSending(sending); });
 }
 
-void PanelActions::finishSending(const HelperRunner::HelperOutput& output) {
-  auto sending = diagnosticsSending(output, services_.clock.now());
+void PanelActions::finishSending(const DiagnosticsSending& sending) {
   if (sending.sentAt) panel_.model.diagnosticsSentAt = sending.sentAt;
-  panel_.model.sendDiagnosticsError = std::move(sending.error);
+  panel_.model.sendDiagnosticsError = sending.error;
   show(&StatusPanelModel::sendDiagnosticsInFlight, false);
 }
 

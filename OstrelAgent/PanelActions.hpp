@@ -12,6 +12,7 @@
 #include "OstrelAgent/DeviceCATrust.hpp"
 #include "OstrelAgent/HelperRunner.hpp"
 #include "OstrelAgent/NetworkConfigurations.hpp"
+#include "OstrelAgent/PanelNotices.hpp"
 #include "OstrelAgent/StatusPanelActions.hpp"
 #include "OstrelAgent/StatusPanelModel.hpp"
 #include "OstrelAgent/StatusReport.hpp"
@@ -83,7 +84,7 @@ class PanelActions : public std::enable_shared_from_this<PanelActions> {
   void finishCheckIn(const CheckIn& checkIn, bool isUsers);
   void copyDiagnostics();
   void sendDiagnostics();
-  void finishSending(const HelperRunner::HelperOutput& output);
+  void finishSending(const DiagnosticsSending& sending);
   void confirmAndInstallUpdate();
   void installUpdate();
   void presentUpdateFailure(const ControlSocketError& error);

@@ -14,7 +14,7 @@ bool bringRepairFlowToFront(std::int64_t process, Workspace& workspace, Log& log
   return false;
 }
 
-void openRepairFlow(const RepairFlowServices& services) {
+void openRepairFlow(const RepairFlowServices& services, std::optional<Date>& startedAt) {
   auto& log = services.log;
   const auto executable = services.bundle.executablePath();
   if (executable.empty()) {
@@ -24,7 +24,10 @@ void openRepairFlow(const RepairFlowServices& services) {
     (void)bringRepairFlowToFront(*running, services.workspace, log);
     return;
   }
+  const auto now = services.clock.now();
+  if (startedAt && now >= *startedAt && now - *startedAt < longestRepairFlowStart) return;
   const auto started = services.childProcesses.start({executable, {"repair"}});
+  startedAt = started ? std::optional(now) : std::nullopt;
   if (!started) log.line("ostrel: could not open the repair flow: " + started.error().description);
 }
 

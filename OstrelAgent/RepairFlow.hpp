@@ -1,10 +1,12 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 
 #include "Platform/Bundle.hpp"
 #include "Platform/ChildProcesses.hpp"
+#include "Platform/Clock.hpp"
 #include "Platform/Log.hpp"
 #include "Platform/UserDefaults.hpp"
 #include "Platform/Workspace.hpp"
@@ -26,11 +28,15 @@ struct RepairFlowServices {
   const UserDefaults& userDefaults;
   Workspace& workspace;
   ChildProcesses& childProcesses;
+  const Clock& clock;
   Log& log;
 };
 
+/// Longest time from the start of a repair flow to its window; until then a second one is not started.
+inline constexpr std::chrono::milliseconds longestRepairFlowStart{3000};
+
 /// Brings the onboarding or repair window that is open to the front, or else starts the repair flow as a
-/// process of its own. What fails is told in the log. Main thread.
-void openRepairFlow(const RepairFlowServices& services);
+/// process of its own, and notes when. What fails is told in the log. Main thread.
+void openRepairFlow(const RepairFlowServices& services, std::optional<Date>& startedAt);
 
 }  // namespace ostrel

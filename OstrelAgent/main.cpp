@@ -46,7 +46,9 @@ std::function<void()> repairFlowOpener(const Host& host) {
                                         .userDefaults = host.userDefaults,
                                         .workspace = host.workspace,
                                         .childProcesses = host.childProcesses,
-                                        .log = host.log}] { openRepairFlow(services); };
+                                        .clock = host.clock,
+                                        .log = host.log},
+          startedAt = std::make_shared<std::optional<Date>>()] { openRepairFlow(services, *startedAt); };
 }
 
 std::shared_ptr<RedNotifier> redNotifier(const Host& host) {

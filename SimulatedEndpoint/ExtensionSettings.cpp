@@ -1,6 +1,6 @@
 #include "SimulatedEndpoint/ExtensionSettings.hpp"
 
-#include "Platform/SimulatedMac/StateLock.hpp"
+#include "Platform/Posix/FileLock.hpp"
 
 namespace ostrel::simulated {
 
@@ -18,7 +18,7 @@ std::expected<SystemExtensionAction, std::string> ExtensionSettings::deny() cons
 }
 
 std::expected<void, std::string> ExtensionSettings::bundle(const std::string& version) const {
-  const auto lock = StateLock::take(lockPath_);
+  const auto lock = FileLock::take(lockPath_);
   if (!lock) return std::unexpected(lock.error().description);
   auto state = read();
   state.bundledVersion = version;
@@ -27,7 +27,7 @@ std::expected<void, std::string> ExtensionSettings::bundle(const std::string& ve
 
 std::expected<SystemExtensionAction, std::string> ExtensionSettings::answer(Answer answer) const {
   if (!read().awaiting) return std::unexpected("nothing waits for approval");
-  const auto lock = StateLock::take(lockPath_);
+  const auto lock = FileLock::take(lockPath_);
   if (!lock) return std::unexpected(lock.error().description);
   auto state = read();
   if (!state.awaiting) return std::unexpected("nothing waits for approval any more");

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "Platform/SimulatedMac/StateLock.hpp"
+#include "Platform/Posix/FileLock.hpp"
 #include "SimulatedEndpoint/JsonFile.hpp"
 #include "SimulatedEndpoint/LaunchedProcess.hpp"
 #include "SimulatedEndpoint/PropertyList.hpp"
@@ -53,7 +53,7 @@ LaunchJobs::LaunchJobs(Files& files, const HostRoot& root)
 
 int LaunchJobs::bootstrap(const std::string& domain, const std::string& propertyList) {
   if (domain != "gui/" + std::to_string(::getuid()) || !hasGraphicalSession()) return unsupportedDomain;
-  const auto lock = StateLock::take(lockPath_, patience);
+  const auto lock = FileLock::take(lockPath_, patience);
   if (!lock) return inputOutputError;
   const auto text = files_.read(root_.realPath(propertyList));
   const auto list = text ? parsePropertyList(*text) : Json();
@@ -70,7 +70,7 @@ int LaunchJobs::bootstrap(const std::string& domain, const std::string& property
 }
 
 int LaunchJobs::bootout(const std::string& service) {
-  const auto lock = StateLock::take(lockPath_, patience);
+  const auto lock = FileLock::take(lockPath_, patience);
   if (!lock) return inputOutputError;
   auto jobs = load();
   if (!jobs.contains(service)) return noSuchProcess;
@@ -80,7 +80,7 @@ int LaunchJobs::bootout(const std::string& service) {
 }
 
 int LaunchJobs::kickstart(const std::string& service) {
-  const auto lock = StateLock::take(lockPath_, patience);
+  const auto lock = FileLock::take(lockPath_, patience);
   if (!lock) return inputOutputError;
   auto jobs = load();
   if (!jobs.contains(service)) return noSuchService;

@@ -1,6 +1,6 @@
 #include "SimulatedEndpoint/Orders.hpp"
 
-#include "Platform/SimulatedMac/StateLock.hpp"
+#include "Platform/Posix/FileLock.hpp"
 #include "SimulatedEndpoint/JsonFile.hpp"
 
 namespace ostrel::simulated {
@@ -21,7 +21,7 @@ Json Orders::order(const std::string& name) const {
 }
 
 std::expected<void, std::string> Orders::give(const std::string& name, const Json& order) const {
-  const auto lock = StateLock::take(lockPath_);
+  const auto lock = FileLock::take(lockPath_);
   if (!lock) return std::unexpected(lock.error().description);
   auto orders = all();
   orders[name] = order;
@@ -30,7 +30,7 @@ std::expected<void, std::string> Orders::give(const std::string& name, const Jso
 }
 
 std::expected<void, std::string> Orders::clear() const {
-  const auto lock = StateLock::take(lockPath_);
+  const auto lock = FileLock::take(lockPath_);
   if (!lock) return std::unexpected(lock.error().description);
   if (auto gone = files_.remove(path_); !gone) return std::unexpected(gone.error().description);
   return {};

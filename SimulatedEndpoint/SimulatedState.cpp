@@ -5,7 +5,7 @@
 #include <system_error>
 #include <utility>
 
-#include "Platform/SimulatedMac/StateLock.hpp"
+#include "Platform/Posix/FileLock.hpp"
 #include "SimulatedEndpoint/DottedPath.hpp"
 #include "SimulatedEndpoint/EndpointFiles.hpp"
 #include "SimulatedEndpoint/EndpointReport.hpp"
@@ -85,7 +85,7 @@ std::expected<Scenario, std::string> SimulatedState::observed() const {
 
 std::expected<void, std::string> SimulatedState::choose(const Scenario& scenario,
                                                         std::string_view changedPath) const {
-  const auto lock = StateLock::take(root_.realPath(simulatedstate::lock));
+  const auto lock = FileLock::take(root_.realPath(simulatedstate::lock));
   if (!lock) return std::unexpected(lock.error().description);
   return write(scenario, changedPath);
 }
@@ -99,7 +99,7 @@ std::expected<void, std::string> SimulatedState::change(const Change& change,
                                                         std::string_view changedPath) const {
   // What cannot be done leaves no trace, not even the lock's file.
   if (const auto planned = changed(change); !planned) return std::unexpected(planned.error());
-  const auto lock = StateLock::take(root_.realPath(simulatedstate::lock));
+  const auto lock = FileLock::take(root_.realPath(simulatedstate::lock));
   if (!lock) return std::unexpected(lock.error().description);
   const auto after = changed(change);
   if (!after) return std::unexpected(after.error());

@@ -117,7 +117,8 @@ class LinuxHost final : public HostLifetime {
   PosixFiles files_{realPath()};
   PosixUnixSockets unixSockets_{realPath()};
   UserAccount userAccount_{hostRoot_.home(), hostRoot_.temporaryFolder(), ::getuid()};
-  PosixUserDefaults defaults_{files_, hostRoot_.home() + "/Library/Preferences/tech.brenn.ostrel-agent.json"};
+  const std::string defaultsPath_ = hostRoot_.home() + "/Library/Preferences/tech.brenn.ostrel-agent.json";
+  PosixUserDefaults defaults_{files_, defaultsPath_, hostRoot_.realPath(defaultsPath_ + ".lock")};
   PosixTimeFormat timeFormat_{languages_.empty() ? "en" : languages_.front()};
   SimulatedNetworkPreferences networkPreferences_{files_, hostRoot_.realPath(simulatedstate::lock)};
   PosixChildProcesses childProcesses_{realPath()};

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <new>
@@ -50,6 +51,13 @@ std::expected<std::string, PlatformError> behindLink(const std::string& path) {
   auto target = std::filesystem::canonical(path, error);
   if (error) return failure(error.value());
   return target.string();
+}
+
+/// Whoever opened the file before this one took its place may be reading that still.
+bool isFresh(const struct stat& status) {
+  using namespace std::chrono;
+  const auto age = system_clock::now().time_since_epoch() - seconds(status.st_mtim.tv_sec);
+  return age < seconds(2);
 }
 
 int writeNewFile(Descriptor file, std::string_view bytes) {
@@ -107,7 +115,8 @@ std::expected<void, PlatformError> PosixFiles::rewriteAtomically(const std::stri
                                                                  std::string_view bytes) {
   const auto real = realPath_(path);
   struct stat status {};
-  if (::lstat(real.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return writeAtomically(path, bytes);
+  const bool isPlain = ::lstat(real.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+  if (!isPlain || isFresh(status)) return writeAtomically(path, bytes);
   const auto name = real.rfind('/') + 1;
   const auto spare = real.substr(0, name) + ".ostrel-" + real.substr(name);
   const std::lock_guard lock(rewriting_);

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "Platform/Posix/FileLock.hpp"
 #include "Platform/Posix/PosixError.hpp"
 
 namespace ostrel {
@@ -114,8 +115,8 @@ std::expected<void, PlatformError> write(Files& files, const std::string& path, 
 
 }  // namespace
 
-PosixUserDefaults::PosixUserDefaults(Files& files, std::string path)
-    : files_(files), path_(std::move(path)) {}
+PosixUserDefaults::PosixUserDefaults(Files& files, std::string path, std::string lockPath)
+    : files_(files), path_(std::move(path)), lockPath_(std::move(lockPath)) {}
 
 std::optional<DefaultsValue> PosixUserDefaults::value(const std::string& key) const {
   auto bytes = files_.read(path_);
@@ -129,6 +130,8 @@ std::optional<DefaultsValue> PosixUserDefaults::value(const std::string& key) co
 }
 
 std::expected<void, PlatformError> PosixUserDefaults::set(const std::string& key, DefaultsValue value) {
+  const auto lock = FileLock::take(lockPath_);
+  if (!lock) return std::unexpected(lock.error());
   auto settings = settingsToChange(files_, path_);
   if (!settings) return std::unexpected(std::move(settings.error()));
   (*settings)[key] = std::visit(JsonOfValue(), value);
@@ -136,6 +139,8 @@ std::expected<void, PlatformError> PosixUserDefaults::set(const std::string& key
 }
 
 std::expected<void, PlatformError> PosixUserDefaults::remove(const std::string& key) {
+  const auto lock = FileLock::take(lockPath_);
+  if (!lock) return std::unexpected(lock.error());
   const auto bytes = files_.read(path_);
   if (!bytes && isPosixError(bytes.error(), ENOENT)) return {};
   if (!bytes) return std::unexpected(bytes.error());

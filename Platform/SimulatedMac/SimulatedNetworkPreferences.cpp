@@ -4,9 +4,9 @@
 #include <cerrno>
 #include <utility>
 
+#include "Platform/Posix/FileLock.hpp"
 #include "Platform/SimulatedMac/HostRoot.hpp"
 #include "Platform/SimulatedMac/NetworkPreferencesFile.hpp"
-#include "Platform/SimulatedMac/StateLock.hpp"
 
 namespace ostrel {
 
@@ -151,7 +151,7 @@ NetworkPreferences::TransparentProxies SimulatedNetworkPreferences::readProxies(
 
 NetworkPreferences::Done SimulatedNetworkPreferences::changeProxies(FaultyCall call, const Change& change) {
   if (auto ordered = orders_.takeFailure(call)) return std::unexpected(std::move(*ordered));
-  const auto lock = StateLock::take(lockPath_);
+  const auto lock = FileLock::take(lockPath_);
   if (!lock) return std::unexpected(unusableProxies(lock.error().description));
   auto configurations = readProxies();
   if (!configurations) return std::unexpected(configurations.error());

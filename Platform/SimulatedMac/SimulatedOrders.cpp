@@ -4,8 +4,8 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "Platform/Posix/FileLock.hpp"
 #include "Platform/SimulatedMac/HostRoot.hpp"
-#include "Platform/SimulatedMac/StateLock.hpp"
 
 namespace ostrel {
 
@@ -59,7 +59,7 @@ std::optional<PlatformError> SimulatedOrders::takeFailure(FaultyCall call) {
   if (!files_.exists(simulatedstate::orders)) return std::nullopt;
   const auto name = nameOf(call);
   if (countOf(ordersOf(files_), name) <= 0) return std::nullopt;
-  const auto lock = StateLock::take(lockPath_);
+  const auto lock = FileLock::take(lockPath_);
   if (!lock) return lock.error();
   auto orders = ordersOf(files_);
   const int count = countOf(orders, name);

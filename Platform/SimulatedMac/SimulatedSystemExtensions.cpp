@@ -4,8 +4,8 @@
 #include <optional>
 #include <utility>
 
+#include "Platform/Posix/FileLock.hpp"
 #include "Platform/SimulatedMac/HostRoot.hpp"
-#include "Platform/SimulatedMac/StateLock.hpp"
 
 namespace ostrel {
 
@@ -64,7 +64,7 @@ bool SimulatedSystemExtensions::isReplacementCancelled(const Request& request) c
 }
 
 void SimulatedSystemExtensions::take(Request request) {
-  std::optional lock = StateLock::take(lockPath_);
+  std::optional lock = FileLock::take(lockPath_);
   if (!*lock) return fail(request, error(ErrorCode::unknown, lock->error().description));
   auto state = read();
   request.before = state;

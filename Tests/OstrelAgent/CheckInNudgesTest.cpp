@@ -131,6 +131,21 @@ TEST_F(CheckInNudgesTest, EventsWithinAMinuteOfANudgeAreDropped) {
   EXPECT_EQ(reasons, (Reasons{"network", "network"}));
 }
 
+TEST_F(CheckInNudgesTest, ABurstEndsInTimeThoughTheClockIsSet) {
+  for (const auto shift : {-24h, 24h}) {
+    reasons.clear();
+    host.mainQueue.advance(1min);
+    host.systemWake.wake();
+    host.clock.advance(shift);
+    for (int event = 0; event < 8; ++event) {
+      host.mainQueue.advance(5s);
+      joinAnother();
+    }
+    EXPECT_EQ(reasons, Reasons{"wake"}) << shift.count();
+    host.clock.advance(-shift);
+  }
+}
+
 TEST_F(CheckInNudgesTest, ABurstThatEndsWithoutNetworkOrEnrolmentMayBeTriedAgainAtOnce) {
   host.systemWake.wake();
   host.networkPath.update(false);

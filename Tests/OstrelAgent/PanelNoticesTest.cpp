@@ -44,7 +44,7 @@ TEST(PanelNotices, SendingDiagnosticsTellsWhenTheyWereSentOrWhyNot) {
   const Date now{std::chrono::seconds(1000)};
   struct Row {
     std::int32_t status;
-    const char* output;
+    std::string output;
     DiagnosticsSending sending;
   };
   const auto failed = [](const char* sentence) { return DiagnosticsSending{std::nullopt, sentence}; };
@@ -64,10 +64,14 @@ TEST(PanelNotices, SendingDiagnosticsTellsWhenTheyWereSentOrWhyNot) {
       {5, R"({"retry_after_seconds":"61"})", failed("Couldn't send: ")},
       {0, "not JSON", failed("Couldn't send: ")},
       {0, "[]", failed("Couldn't send: ")},
+      {0, "", failed("Couldn't send: ")},
+      {0, R"({"report":")" + std::string(20000000, 'x') + R"(","error":"too large"})",
+       failed("Couldn't send: too large")},
       {127, "", failed("Couldn't collect diagnostics (exit 127). Try again in a moment.")},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(diagnosticsSending({row.status, row.output}, now), row.sending) << row.status << row.output;
+    EXPECT_EQ(diagnosticsSending({row.status, row.output}, now), row.sending)
+        << row.status << row.output.substr(0, 100);
   }
 }
 

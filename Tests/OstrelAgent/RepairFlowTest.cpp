@@ -8,11 +8,17 @@
 namespace ostrel {
 namespace {
 
+using namespace std::chrono_literals;
+
 struct RepairFlowTest : testing::Test {
-  void open() { openRepairFlow({host.bundle, host.userDefaults, workspace, host.childProcesses, host.log}); }
+  void open() {
+    openRepairFlow({host.bundle, host.userDefaults, workspace, host.childProcesses, host.clock, host.log},
+                   startedAt);
+  }
 
   FakeHost host;
   FakeWorkspace workspace;
+  std::optional<Date> startedAt;
 };
 
 TEST_F(RepairFlowTest, StartsTheFlowUnlessOneRunsWhichComesToTheFront) {
@@ -29,6 +35,26 @@ TEST_F(RepairFlowTest, StartsTheFlowUnlessOneRunsWhichComesToTheFront) {
   EXPECT_EQ(host.childProcesses.started.size(), 1U);
   EXPECT_EQ(host.log.lines, std::vector<std::string>{
                                 "ostrel: the repair flow is running but could not be brought to the front"});
+}
+
+TEST_F(RepairFlowTest, ASecondPressStartsNoSecondFlowUnlessTheFirstHasDied) {
+  open();
+  host.clock.advance(2999ms);
+  open();
+  EXPECT_EQ(host.childProcesses.started.size(), 1U) << "its window is about to come";
+  host.clock.advance(1ms);
+  open();
+  EXPECT_EQ(host.childProcesses.started.size(), 2U) << "it ended without one";
+  host.clock.advance(-24h);
+  open();
+  EXPECT_EQ(host.childProcesses.started.size(), 3U) << "the clock was set back";
+  host.childProcesses.startResult = std::unexpected(PlatformError{posixErrorDomain, EAGAIN, "busy"});
+  host.clock.advance(3s);
+  open();
+  host.childProcesses.startResult = {};
+  ASSERT_TRUE(host.userDefaults.set("OnboardingFlowProcessID", std::string("77")));
+  open();
+  EXPECT_EQ(host.childProcesses.started.size(), 4U + 1U) << "nothing was started, and nothing shows";
 }
 
 TEST_F(RepairFlowTest, TellsTheLogWhatKeepsItFromStarting) {

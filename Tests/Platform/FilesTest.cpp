@@ -5,6 +5,8 @@
 
 #include <cerrno>
 #include <csignal>
+#include <fstream>
+#include <iterator>
 
 #include "Platform/Posix/PosixClock.hpp"
 #include "Platform/Posix/PosixFiles.hpp"
@@ -38,11 +40,8 @@ TEST_F(FilesContract, WhatIsWrittenIsReadUntilItIsRemoved) {
       ASSERT_EQ(codeOf(each->writeAtomically("/a/b/file", bytes)), 0);
       EXPECT_EQ(each->read("/a/b/file"), bytes);
     }
-    for (const auto& bytes :
-         {std::string("longest of all"), std::string(), std::string("long"), std::string("l")}) {
-      ASSERT_EQ(codeOf(each->rewriteAtomically("/a/b/file", bytes)), 0);
-      EXPECT_EQ(each->read("/a/b/file"), bytes);
-    }
+    ASSERT_EQ(codeOf(each->rewriteAtomically("/a/b/file", "again")), 0);
+    EXPECT_EQ(each->read("/a/b/file"), "again");
     EXPECT_TRUE(each->exists("/a/b/file"));
     EXPECT_TRUE(each->modificationTime("/a/b/file"));
     EXPECT_FALSE(each->isExecutableFile("/a/b/file"));
@@ -75,7 +74,9 @@ TEST_F(FilesContract, WhatIsInTheWayIsAnErrorOfItsOwn) {
 
 TEST_F(PosixFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
   folder.write("file", "old");
-  folder.write("again", "old");
+  const auto again = folder.write("again", "old");
+  std::filesystem::last_write_time(again,
+                                   std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
   // A file may not grow past the limit, as on a full disk; the signal that says so is ignored.
   const auto signal = std::signal(SIGXFSZ, SIG_IGN);
   rlimit before{};
@@ -101,6 +102,28 @@ TEST_F(PosixFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
   using Folder = std::filesystem::directory_iterator;
   EXPECT_EQ(std::distance(Folder(folder.path()), Folder()), 4)
       << "no other file is left, but what lies beside the third";
+}
+
+TEST_F(PosixFilesTest, ARewrittenFileIsWholeForWhoeverReadsIt) {
+  const auto path = folder.write("file", "first");
+  const auto age = [&] {
+    std::filesystem::last_write_time(path,
+                                     std::filesystem::file_time_type::clock::now() - std::chrono::seconds(3));
+  };
+  for (const auto& bytes :
+       {std::string("longest of all"), std::string(), std::string("long"), std::string("l")}) {
+    age();
+    ASSERT_EQ(codeOf(files.rewriteAtomically("/file", bytes)), 0);
+    EXPECT_EQ(folder.read("file"), bytes);
+  }
+  using Folder = std::filesystem::directory_iterator;
+  EXPECT_EQ(std::distance(Folder(folder.path()), Folder()), 2) << "one beside it, however often";
+  age();
+  ASSERT_EQ(codeOf(files.rewriteAtomically("/file", "seen")), 0);
+  std::ifstream reader(path);
+  for (const auto* bytes : {"x", "y", "z"}) ASSERT_EQ(codeOf(files.rewriteAtomically("/file", bytes)), 0);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(reader), {}), "seen") << "rewritten while it was read";
+  EXPECT_EQ(folder.read("file"), "z");
 }
 
 TEST_F(PosixFilesTest, AFileIsPrivateAndALinkToItStaysALink) {

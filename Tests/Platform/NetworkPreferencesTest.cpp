@@ -3,10 +3,10 @@
 #include <cerrno>
 #include <thread>
 
+#include "Platform/Posix/FileLock.hpp"
 #include "Platform/Posix/PosixFiles.hpp"
 #include "Platform/SimulatedMac/HostRoot.hpp"
 #include "Platform/SimulatedMac/SimulatedNetworkPreferences.hpp"
-#include "Platform/SimulatedMac/StateLock.hpp"
 #include "Tests/Fakes/FakeFiles.hpp"
 #include "Tests/Fakes/FakeNetworkPreferences.hpp"
 #include "Tests/Fakes/TemporaryFolder.hpp"
@@ -146,19 +146,19 @@ TEST_F(NetworkPreferencesTest, FailsAsOftenAsOrderedOverAllItsUsers) {
   }
 }
 
-TEST(StateLock, ATurnThatDoesNotComeIsAnError) {
+TEST(FileLock, ATurnThatDoesNotComeIsAnError) {
   const TemporaryFolder place;
   {
-    const auto held = StateLock::take(place / "folder/lock");
+    const auto held = FileLock::take(place / "folder/lock");
     ASSERT_TRUE(held);
-    EXPECT_EQ(StateLock::take(place / "folder/lock", std::chrono::milliseconds(10)).error().code, ETIMEDOUT);
+    EXPECT_EQ(FileLock::take(place / "folder/lock", std::chrono::milliseconds(10)).error().code, ETIMEDOUT);
   }
-  EXPECT_TRUE(StateLock::take(place / "folder/lock"));
+  EXPECT_TRUE(FileLock::take(place / "folder/lock"));
   place.write("file", "");
-  EXPECT_EQ(StateLock::take(place / "file/lock").error().code, ENOTDIR);
+  EXPECT_EQ(FileLock::take(place / "file/lock").error().code, ENOTDIR);
 }
 
-TEST(StateLock, ChangesOfManyThreadsAreAllKept) {
+TEST(FileLock, ChangesOfManyThreadsAreAllKept) {
   const TemporaryFolder place;
   PosixFiles files([&](std::string_view path) { return place / "root" + std::string(path); });
   std::vector<std::thread> threads;

@@ -2,10 +2,13 @@
 
 #include <cerrno>
 #include <limits>
+#include <thread>
 
+#include "Platform/Posix/PosixFiles.hpp"
 #include "Platform/Posix/PosixUserDefaults.hpp"
 #include "Tests/Fakes/FakeFiles.hpp"
 #include "Tests/Fakes/FakeUserDefaults.hpp"
+#include "Tests/Fakes/TemporaryFolder.hpp"
 
 namespace ostrel {
 namespace {
@@ -14,8 +17,26 @@ constexpr const char* path = "/Users/ana/Library/Preferences/agent.json";
 
 struct PosixUserDefaultsTest : testing::Test {
   FakeFiles files;
-  PosixUserDefaults defaults{files, path};
+  TemporaryFolder place;
+  PosixUserDefaults defaults{files, path, place / "lock"};
 };
+
+TEST_F(PosixUserDefaultsTest, ChangesOfSeveralProcessesAreAllKept) {
+  // Each has a view of its own on the same files.
+  PosixFiles disk([](std::string_view macPath) { return std::string(macPath); });
+  const auto change = [&](const std::string& key) {
+    PosixUserDefaults each(disk, place / "settings.json", place / "lock");
+    for (std::int64_t i = 0; i < 50; ++i) EXPECT_TRUE(each.set(key + std::to_string(i), i));
+  };
+  std::thread other(change, "other");
+  change("one");
+  other.join();
+  const PosixUserDefaults each(disk, place / "settings.json", place / "lock");
+  for (std::int64_t i = 0; i < 50; ++i) {
+    EXPECT_EQ(each.get<std::int64_t>("one" + std::to_string(i)), i);
+    EXPECT_EQ(each.get<std::int64_t>("other" + std::to_string(i)), i);
+  }
+}
 
 using UserDefaultsContract = PosixUserDefaultsTest;
 

@@ -1,4 +1,4 @@
-#include "Platform/SimulatedMac/StateLock.hpp"
+#include "Platform/Posix/FileLock.hpp"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -23,11 +23,11 @@ std::unexpected<PlatformError> failure(const std::string& path, int number) {
 
 }  // namespace
 
-std::expected<StateLock, PlatformError> StateLock::take(const std::string& path,
-                                                        std::chrono::milliseconds patience) {
+std::expected<FileLock, PlatformError> FileLock::take(const std::string& path,
+                                                      std::chrono::milliseconds patience) {
   std::error_code error;
   std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
-  StateLock lock(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  FileLock lock(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
   if (lock.descriptor_ < 0) return failure(path, errno);
   const auto deadline = std::chrono::steady_clock::now() + patience;
   while (::flock(lock.descriptor_, LOCK_EX | LOCK_NB) != 0) {
@@ -38,7 +38,7 @@ std::expected<StateLock, PlatformError> StateLock::take(const std::string& path,
   return lock;
 }
 
-StateLock::~StateLock() {
+FileLock::~FileLock() {
   if (descriptor_ >= 0) ::close(descriptor_);
 }
 

@@ -9,23 +9,23 @@
 
 namespace ostrel {
 
-/// Holds the simulated Mac's state for one change, against other processes and threads.
-class StateLock {
+/// Holds a file for one change of it, or of files beside it, against other processes and threads.
+class FileLock {
  public:
   /// Changes are short, and a main thread may wait: who holds the lock longer than this is not well.
   static constexpr std::chrono::milliseconds usualPatience{2000};
 
   /// Takes the lock by the real path of its file, waiting for its turn. Fails where the file cannot be made,
   /// and with ETIMEDOUT when the turn does not come in time.
-  static std::expected<StateLock, PlatformError> take(const std::string& path,
-                                                      std::chrono::milliseconds patience = usualPatience);
+  static std::expected<FileLock, PlatformError> take(const std::string& path,
+                                                     std::chrono::milliseconds patience = usualPatience);
 
-  StateLock(StateLock&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
-  StateLock& operator=(StateLock&&) = delete;
-  ~StateLock();
+  FileLock(FileLock&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+  FileLock& operator=(FileLock&&) = delete;
+  ~FileLock();
 
  private:
-  explicit StateLock(int descriptor) : descriptor_(descriptor) {}
+  explicit FileLock(int descriptor) : descriptor_(descriptor) {}
 
   int descriptor_;
 };
