@@ -252,6 +252,36 @@ TEST_F(DesktopNotificationsTest, WaitsForTheBusUntilItIsKnownToBeMissing) {
   EXPECT_EQ(resultOf(begin(ofNone, alarm("c"))), missing);
 }
 
+TEST_F(DesktopNotificationsTest, TakesAwayWhatStillShowsAtItsEnd) {
+  NotificationDaemon daemon(desktop);
+  auto line = std::make_unique<DesktopBus>(QString::fromStdString(bus.address()), log);
+  auto brief = std::make_unique<DesktopNotifications>(*line);
+  prepare(*brief);
+  for (const char* identifier : {"1", "2", "3", "4"})
+    ASSERT_EQ(resultOf(begin(*brief, alarm(identifier))), "");
+  daemon.press(1, "FIX");
+  daemon.close(2, 2);
+  ASSERT_TRUE(spinUntil([&] { return responses.size() == 2; }));
+  brief.reset();
+  line.reset();
+  EXPECT_TRUE(spinUntil([&] { return daemon.closings.size() >= 3; }));
+  settle(desktop);
+  EXPECT_EQ(daemon.closings, (QList<uint>{1, 3, 4}));
+}
+
+TEST_F(DesktopNotificationsTest, TakesNothingAwayFromADaemonThatWasStartedSince) {
+  auto daemon = std::make_unique<NotificationDaemon>(desktop);
+  auto brief = std::make_unique<DesktopNotifications>(program);
+  ASSERT_EQ(resultOf(begin(*brief, alarm("a"))), "");
+  daemon.reset();
+  auto stranger = bus.connect();
+  const NotificationDaemon next(stranger);
+  brief.reset();
+  answerTo(program.connection(), busCall("GetId"));
+  answerTo(stranger, busCall("GetId"));
+  EXPECT_EQ(next.closings, QList<uint>());
+}
+
 TEST_F(DesktopNotificationsTest, AnswersNobodyAfterItsEnd) {
   NotificationDaemon daemon(desktop);
   auto brief = std::make_unique<DesktopNotifications>(program);

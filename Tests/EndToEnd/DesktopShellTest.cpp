@@ -122,6 +122,18 @@ TEST_F(DesktopShell, TellsWhenNobodyShowsNotifications) {
   EXPECT_EQ(process.error(), notAuthorized);
 }
 
+TEST_F(DesktopShell, TakesItsNotificationsAwayAtItsEnd) {
+  place.write("root/Users/robin/Library/Preferences/tech.brenn.ostrel-agent.json",
+              R"({"ContainerBlockNotifyRuntimes": ["Podman", "Colima"]})");
+  control({"scenario", "container-blocked"});
+  auto process = menuBar();
+  ASSERT_TRUE(spinUntil([&] { return notifications->notified.size() == 2; }));
+  EXPECT_TRUE(becomesLabelled(process, "Ostrel Agent: degraded")) << "it has heard that they show";
+  process.signal(SIGTERM);
+  EXPECT_EQ(process.end(), 128 + SIGTERM);
+  EXPECT_TRUE(spinUntil([&] { return notifications->closings == QList<uint>{1, 2}; }));
+}
+
 TEST_F(DesktopShell, ShowsTheEmojiWithoutItsGlyphImages) {
   copyBundle();
   for (const char* name : {"ostrel-menubar-light", "ostrel-menubar-dark"}) {

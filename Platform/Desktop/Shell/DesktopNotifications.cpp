@@ -71,6 +71,10 @@ struct DesktopNotifications::Post {
 DesktopNotifications::DesktopNotifications(DesktopBus& bus, std::chrono::milliseconds patience)
     : bus_(bus), patience_(patience) {}
 
+DesktopNotifications::~DesktopNotifications() {
+  while (!shown_.empty()) close(shown_.begin()->first);
+}
+
 void DesktopNotifications::readAuthorization(std::function<void(NotificationAuthorization)> completion) {
   bus_.whenKnown(this, [this, completion = std::move(completion)] {
     if (!bus_.isJoined()) return completion(NotificationAuthorization::denied);
@@ -192,7 +196,9 @@ QStringList DesktopNotifications::actionsOf(const std::string& category) const {
 void DesktopNotifications::close(uint number) {
   if (number == 0) return;
   shown_.erase(number);
-  bus_.connection().send(daemonCall("CloseNotification") << number);
+  // By its own name: the next daemon, which the other one would start, has given the number to another.
+  bus_.connection().send(QDBusMessage::createMethodCall(daemon_, path, service, "CloseNotification")
+                         << number);
 }
 
 /// A notification that no longer waits for the person; nothing when the signal is about none of this program.

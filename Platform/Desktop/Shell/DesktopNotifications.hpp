@@ -18,7 +18,7 @@ namespace ostrel {
 
 /// Notifications by the desktop's notification daemon (org.freedesktop.Notifications), which is never waited
 /// for. Where one runs or can be started the program counts as authorized, else as denied: there is nobody
-/// else to ask.
+/// else to ask. What still shows at the end is closed, since nobody would hear of its buttons.
 class DesktopNotifications final : public QObject, public UserNotifications {
   Q_OBJECT
 
@@ -27,6 +27,9 @@ class DesktopNotifications final : public QObject, public UserNotifications {
   /// buttons work all the same.
   explicit DesktopNotifications(DesktopBus& bus,
                                 std::chrono::milliseconds patience = std::chrono::seconds(25));
+  DesktopNotifications(const DesktopNotifications&) = delete;
+  DesktopNotifications& operator=(const DesktopNotifications&) = delete;
+  ~DesktopNotifications() override;
 
   void readAuthorization(std::function<void(NotificationAuthorization)> completion) override;
   void requestAuthorization(std::function<void(std::expected<void, PlatformError>)> completion) override;
