@@ -7,6 +7,7 @@
 
 #include "Benchmarks/AgentBenchmark.hpp"
 #include "Benchmarks/BenchTable.hpp"
+#include "Benchmarks/GateBenchmark.hpp"
 #include "Benchmarks/NudgeBenchmark.hpp"
 #include "Benchmarks/Process.hpp"
 #include "Benchmarks/ReportBenchmark.hpp"
@@ -22,6 +23,7 @@ constexpr int starts = 400;
 constexpr int exchanges = 4000;
 constexpr int activations = 21;
 constexpr int pathChanges = 1000;
+constexpr int readings = 100000;
 
 void compare(const char* what, const char* unit, double measured, double reference, const char* bar) {
   const auto format = std::string("%.1f ") + unit;
@@ -46,6 +48,11 @@ void run(bool isQuick) {
   printRow("CPU of a burst of 1,000 changes of the network, median of 21",
            formatted("%.2f ms", nudges.milliseconds), "", "", "5 ms");
   printRow("check-ins that it leads to", std::to_string(nudges.checkIns), "", "", "1");
+  const auto gates = measureGates(readings);
+  printRow("readings that the gate of the red notification takes, median of 21",
+           formatted("%.1f M/s", gates.redReadings / 1e6), "", "", "1 M/s");
+  printRow("readings that the gate of the container notification takes, median of 21",
+           formatted("%.1f M/s", gates.containerReadings / 1e6), "", "", "1 M/s");
   const auto agent = measureAgent(isQuick ? quickRefreshes : refreshes);
   compare("CPU of one refresh, median; reference: a bare loop", "µs", agent.agent.refreshMicroseconds,
           agent.bareLoop.refreshMicroseconds, "1.5 times");
