@@ -9,33 +9,18 @@
 
 namespace ostrel {
 
-namespace {
-
-/// Adds the network preferences to the snapshot, one load after the other, on whatever threads they complete;
-/// `done` learns whether there is an egress lock.
-void loadNetworkState(NetworkPreferences& preferences, const std::shared_ptr<StatusReading>& reading,
-                      std::function<void(bool)> done) {
-  preferences.loadTransparentProxies([&preferences, reading, done = std::move(done)](const auto& proxies) {
-    addTransparentProxies(reading->snapshot, proxies);
-    preferences.loadContentFilter([reading, done](const auto& filter) {
-      addContentFilter(reading->snapshot, filter);
-      done(filter && filter->hasProvider);
-    });
-  });
-}
-
-}  // namespace
+namespace {}  // namespace
 
 MenuBarController::MenuBarController(Services services, Tools tools, std::shared_ptr<RedNotifier> redNotifier)
     : services_(services),
-      tools_(std::move(tools)),
+      tools_(std::make_shared<const Tools>(std::move(tools))),
       redNotifier_(std::move(redNotifier)),
       statusRuns_(services.mainQueue),
       times_{.clockTime = [&format = services.timeFormat](Date date) { return format.clockTime(date); },
              .shortDate = [&format = services.timeFormat](Date date) { return format.shortDate(date); }},
       nudges_({services.mainQueue, services.clock, services.networkPath, services.systemWake},
               [this](const std::string& reason) { actions_->checkNow(reason); }),
-      reactivation_({services.backgroundQueue, services.childProcesses, services.bundle}, tools_.records) {}
+      reactivation_({services.backgroundQueue, services.childProcesses, services.bundle}, tools_->records) {}
 
 void MenuBarController::start() {
   const auto weak = weak_from_this();
@@ -75,7 +60,7 @@ void MenuBarController::fillPanelActions() {
       PanelActions::Services{services_.mainQueue, services_.backgroundQueue, services_.clock,
                              services_.bundle, services_.log, services_.shell, services_.pasteboard,
                              services_.alerts},
-      PanelActions::Tools{tools_.helper, tools_.socket, tools_.trust, tools_.configurations},
+      PanelActions::Tools{tools_->helper, tools_->socket, tools_->trust, tools_->configurations},
       PanelActions::Panel{.model = model_,
                           .draw = weakly([](MenuBarController& self) { self.draw(); }),
                           .refresh = weakly([](MenuBarController& self) { self.refresh(); }),
@@ -83,42 +68,73 @@ void MenuBarController::fillPanelActions() {
                             if (const auto self = weak.lock()) self->applyHealth(health);
                           }});
   panelActions_ = actions_->callbacks();
-  panelActions_.openRepairFlow = tools_.openRepairFlow;
+  panelActions_.openRepairFlow = tools_->openRepairFlow;
 }
 
+/// One refresh on its way through the background, on whatever threads the loads complete.
+struct MenuBarController::Refresh : std::enable_shared_from_this<Refresh> {
+  Refresh(MenuBarController& owner, StatusRuns::Run begun)
+      : controller(owner.weak_from_this()),
+        run(std::move(begun)),
+        services(owner.services_),
+        tools(owner.tools_),
+        known(owner.isTimeNews() ? nullptr : owner.lastRead_),
+        generation(owner.healthGeneration_),
+        mdmEnrolled(owner.mdmEnrolled_) {}
+
+  void start() {
+    reading = std::make_shared<StatusReading>(readStatus(tools->helper, run.ending));
+    services.networkPreferences.loadTransparentProxies([self = shared_from_this()](const auto& proxies) {
+      addTransparentProxies(self->reading->snapshot, proxies);
+      self->services.networkPreferences.loadContentFilter(
+          [self](const auto& filter) { self->finish(filter); });
+    });
+  }
+
+  void finish(const NetworkPreferences::ContentFilter& filter) {
+    addContentFilter(reading->snapshot, filter);
+    const auto& snapshot = reading->snapshot;
+    const NetworkExtensionAssertion assertion = {filter && filter->hasProvider, snapshot.egressLockEnabled,
+                                                 snapshot.transparentProxy, mdmEnrolled};
+    report();
+    // Loads that complete at once are on a background thread still.
+    if (std::this_thread::get_id() == thread)
+      return tools->records.recordNetworkExtensionAssertion(assertion);
+    services.backgroundQueue.run(QualityOfService::utility, [tools = tools, assertion] {
+      tools->records.recordNetworkExtensionAssertion(assertion);
+    });
+  }
+
+  void report() {
+    // The main thread need not be woken for what it knows, unless a request waits for the run's place.
+    const bool isNews = !known || *reading != *known || run.ending.terminate.stop_requested();
+    const auto hand = isNews ? &MainQueue::post : &MainQueue::postLazily;
+    (services.mainQueue.*hand)([self = shared_from_this()] {
+      const auto alive = self->controller.lock();
+      if (alive) alive->finishRefresh(self->run.number, self->generation, self->reading);
+    });
+  }
+
+  const std::weak_ptr<MenuBarController> controller;
+  const StatusRuns::Run run;
+  const Services services;
+  const std::shared_ptr<const Tools> tools;
+  const std::shared_ptr<const StatusReading> known;
+  const std::uint64_t generation;
+  const std::optional<bool> mdmEnrolled;
+  std::shared_ptr<StatusReading> reading;
+  std::thread::id thread;
+};
+
 void MenuBarController::refresh() {
-  const auto run = statusRuns_.begin();
+  auto run = statusRuns_.begin();
   // Runs whose ends were posted lazily give their places back now.
   if (!run) return services_.mainQueue.post([] {});
-  const auto known = isTimeNews() ? nullptr : lastRead_;
-  const auto report = [weak = weak_from_this(), run = *run, known, generation = healthGeneration_,
-                       &queue = services_.mainQueue](const std::shared_ptr<const StatusReading>& read) {
-    auto finish = [weak, number = run.number, generation, read] {
-      if (const auto self = weak.lock()) self->finishRefresh(number, generation, read);
-    };
-    // The main thread need not be woken for what it knows, unless a request waits for the run's place.
-    const bool isAwaited = run.ending.terminate.stop_requested();
-    if (known && *read == *known && !isAwaited) return queue.postLazily(std::move(finish));
-    queue.post(std::move(finish));
-  };
-  services_.statusQueue.run(QualityOfService::utility, [report, ending = run->ending, helper = tools_.helper,
-                                                        records = tools_.records, mdmEnrolled = mdmEnrolled_,
-                                                        &preferences = services_.networkPreferences,
-                                                        &backgroundQueue = services_.backgroundQueue] {
-    const auto reading = std::make_shared<StatusReading>(readStatus(helper, ending));
-    const auto record = [records, thread = std::this_thread::get_id(),
-                         &backgroundQueue](const NetworkExtensionAssertion& assertion) {
-      const auto write = [records, assertion] { records.recordNetworkExtensionAssertion(assertion); };
-      // Loads that complete at once are on a background thread still.
-      if (std::this_thread::get_id() == thread) return write();
-      backgroundQueue.run(QualityOfService::utility, write);
-    };
-    loadNetworkState(preferences, reading, [report, record, reading, mdmEnrolled](bool egressLockExists) {
-      report(reading);
-      const auto& snapshot = reading->snapshot;
-      record({egressLockExists, snapshot.egressLockEnabled, snapshot.transparentProxy, mdmEnrolled});
-    });
-  });
+  services_.statusQueue.run(QualityOfService::utility,
+                            [refresh = std::make_shared<Refresh>(*this, std::move(*run))] {
+                              refresh->thread = std::this_thread::get_id();
+                              refresh->start();
+                            });
 }
 
 /// True while the same reading, a little later, may change what the person sees or is told.
@@ -194,7 +210,7 @@ void MenuBarController::notify() {
   const auto now = services_.clock.now();
   redNotifier_->observe(ProtectionVerdict::of(latest_), now);
   if (const auto block = ContainerBlock::read(latest_.runtimeTrust)) {
-    redNotifier_->observeContainerBlocks(block->runtimes, tools_.containerTrust.notify(), now);
+    redNotifier_->observeContainerBlocks(block->runtimes, tools_->containerTrust.notify(), now);
   }
 }
 

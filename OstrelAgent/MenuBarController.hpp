@@ -77,6 +77,8 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   void togglePanel();
 
  private:
+  struct Refresh;
+
   void probeDeviceManagement();
   void fillPanelActions();
   void finishRefresh(std::uint64_t run, std::uint64_t generation, std::shared_ptr<const StatusReading> read);
@@ -90,7 +92,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   PanelContent content() const;
 
   Services services_;
-  Tools tools_;
+  const std::shared_ptr<const Tools> tools_;
   std::shared_ptr<RedNotifier> redNotifier_;
   StatusRuns statusRuns_;
   TimeTexts times_;

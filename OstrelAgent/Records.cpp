@@ -1,7 +1,5 @@
 #include "OstrelAgent/Records.hpp"
 
-#include <nlohmann/json.hpp>
-
 #include "OstrelAgent/RFC3339.hpp"
 #include "OstrelAgent/Utf8.hpp"
 #include "OstrelAgent/Whitespace.hpp"
@@ -15,15 +13,17 @@ constexpr const char* reactivatedVersionName = "reactivated-version";
 }  // namespace
 
 std::string NetworkExtensionAssertion::record(Date observedAt) const {
-  nlohmann::json object = {{"configuration_exists", egressLockExists},
-                           {"enabled", egressLockEnabled},
-                           {"observed_at", formatRFC3339(observedAt)}};
-  if (mdmEnrolled) object["mdm_enrolled"] = *mdmEnrolled;
+  // Put together by hand, as it is every five seconds: there is nothing in it to escape.
+  const auto word = [](bool value) { return value ? "true" : "false"; };
+  std::string object = R"({"configuration_exists":)";
+  object.append(word(egressLockExists)).append(R"(,"enabled":)").append(word(egressLockEnabled));
+  if (mdmEnrolled) object.append(R"(,"mdm_enrolled":)").append(word(*mdmEnrolled));
+  object.append(R"(,"observed_at":")").append(formatRFC3339(observedAt)).append(1, '"');
   if (transparentProxy) {
-    object["transparent_proxy_approved"] = transparentProxy->approved;
-    object["transparent_proxy_enabled"] = transparentProxy->enabled;
+    object.append(R"(,"transparent_proxy_approved":)").append(word(transparentProxy->approved));
+    object.append(R"(,"transparent_proxy_enabled":)").append(word(transparentProxy->enabled));
   }
-  return object.dump();
+  return object + '}';
 }
 
 Records::Records(Files& files, const Clock& clock, const UserAccount& account)

@@ -4,6 +4,7 @@
 #include <sys/eventfd.h>
 #include <sys/timerfd.h>
 
+#include <array>
 #include <cerrno>
 #include <system_error>
 
@@ -37,11 +38,23 @@ void WakeDescriptor::disarm() {
 bool WakeDescriptor::watch(int descriptor) {
   epoll_event event{};
   event.events = EPOLLIN;
+  event.data.fd = descriptor;
   return ::epoll_ctl(descriptor_.number(), EPOLL_CTL_ADD, descriptor, &event) == 0;
 }
 
 void WakeDescriptor::unwatch(int descriptor) {
   (void)::epoll_ctl(descriptor_.number(), EPOLL_CTL_DEL, descriptor, nullptr);
+}
+
+std::vector<int> WakeDescriptor::readable() const {
+  std::array<epoll_event, 16> events{};
+  const int count = ::epoll_wait(descriptor_.number(), events.data(), events.size(), 0);
+  std::vector<int> descriptors;
+  for (int i = 0; i < count; ++i) {
+    const int descriptor = events[static_cast<std::size_t>(i)].data.fd;
+    if (descriptor != event_.number() && descriptor != timer_.number()) descriptors.push_back(descriptor);
+  }
+  return descriptors;
 }
 
 // The steady clock of the standard library is CLOCK_MONOTONIC here, so its times need no conversion.

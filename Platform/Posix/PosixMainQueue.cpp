@@ -1,7 +1,5 @@
 #include "Platform/Posix/PosixMainQueue.hpp"
 
-#include <poll.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <system_error>
@@ -67,14 +65,11 @@ void PosixMainQueue::forgetWatches() {
 void PosixMainQueue::runReadable() {
   forgetWatches();
   if (watches_.empty()) return;
-  // Its work may watch others.
-  const auto watches = watches_;
-  std::vector<pollfd> readable;
-  for (const auto& watch : watches) readable.push_back({watch.descriptor, POLLIN, 0});
-  if (::poll(readable.data(), readable.size(), 0) <= 0) return;
-  for (std::size_t i = 0; i < watches.size(); ++i) {
-    const auto work = watches[i].work.lock();
-    if (work && readable[i].revents != 0) (*work)();
+  // Their work may watch others, or end a watch.
+  for (const int descriptor : wake_.readable()) {
+    const auto watch = std::ranges::find(watches_, descriptor, &Watch::descriptor);
+    const auto work = watch == watches_.end() ? nullptr : watch->work.lock();
+    if (work) (*work)();
   }
 }
 

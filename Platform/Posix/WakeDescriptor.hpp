@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <optional>
+#include <vector>
 
 #include "Platform/Posix/Descriptor.hpp"
 
@@ -26,6 +27,9 @@ class WakeDescriptor {
 
   /// One that is closed is watched no more anyway.
   void unwatch(int descriptor);
+
+  /// Those of the watched that are readable now; of many some, the rest another time.
+  std::vector<int> readable() const;
 
  private:
   void setTimer(std::optional<std::chrono::steady_clock::time_point> due);
