@@ -83,6 +83,7 @@ struct MenuBarController::Refresh : std::enable_shared_from_this<Refresh> {
         mdmEnrolled(owner.mdmEnrolled_) {}
 
   void start() {
+    thread = std::this_thread::get_id();
     reading = std::make_shared<StatusReading>(readStatus(tools->helper, run.ending));
     services.networkPreferences.loadTransparentProxies([self = shared_from_this()](const auto& proxies) {
       addTransparentProxies(self->reading->snapshot, proxies);
@@ -130,11 +131,8 @@ void MenuBarController::refresh() {
   auto run = statusRuns_.begin();
   // Runs whose ends were posted lazily give their places back now.
   if (!run) return services_.mainQueue.post([] {});
-  services_.statusQueue.run(QualityOfService::utility,
-                            [refresh = std::make_shared<Refresh>(*this, std::move(*run))] {
-                              refresh->thread = std::this_thread::get_id();
-                              refresh->start();
-                            });
+  services_.statusQueue.run(QualityOfService::utility, [refresh = std::make_shared<Refresh>(
+                                                            *this, std::move(*run))] { refresh->start(); });
 }
 
 /// True while the same reading, a little later, may change what the person sees or is told.

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "OstrelAgent/CommandLine.hpp"
 #include "OstrelAgent/ControlSocket.hpp"
@@ -51,11 +52,11 @@ std::function<void()> repairFlowOpener(const Host& host) {
           startedAt = std::make_shared<std::optional<Date>>()] { openRepairFlow(services, *startedAt); };
 }
 
-std::shared_ptr<RedNotifier> redNotifier(const Host& host) {
+std::shared_ptr<RedNotifier> redNotifier(const Host& host, std::function<void()> openRepairFlow) {
   return std::make_shared<RedNotifier>(
       RedNotifier::Services{
           .notifications = host.userNotifications, .userDefaults = host.userDefaults, .log = host.log},
-      repairFlowOpener(host));
+      std::move(openRepairFlow));
 }
 
 /// On a host that is gone before that of the icon is made; a signal ends the wait at once.
@@ -72,6 +73,7 @@ int runMenuBar() {
   auto& host = lifetime->services();
   installTranslation(host.bundle, host.log);
   host.shell.setActivationPolicy(ActivationPolicy::accessory);
+  const auto openRepairFlow = repairFlowOpener(host);
   const auto controller = std::make_shared<MenuBarController>(
       MenuBarController::Services{
           .mainQueue = host.mainQueue,
@@ -98,9 +100,9 @@ int runMenuBar() {
           .configurations = networkConfigurations(host),
           .records = records(host),
           .containerTrust = ContainerTrustPreferences(host.userDefaults),
-          .openRepairFlow = repairFlowOpener(host),
+          .openRepairFlow = openRepairFlow,
       },
-      redNotifier(host));
+      redNotifier(host, openRepairFlow));
   controller->start();
   return host.shell.run();
 }
@@ -115,8 +117,9 @@ int runRelaunch() {
   auto& host = lifetime->services();
   installTranslation(host.bundle, host.log);
   host.shell.setActivationPolicy(ActivationPolicy::accessory);
-  const auto controller = std::make_shared<RelaunchController>(
-      host.mainQueue, host.backgroundQueue, host.shell, menuBarAgent(host), redNotifier(host));
+  const auto controller =
+      std::make_shared<RelaunchController>(host.mainQueue, host.backgroundQueue, host.shell,
+                                           menuBarAgent(host), redNotifier(host, repairFlowOpener(host)));
   controller->applicationDidFinishLaunching();
   return host.shell.run();
 }

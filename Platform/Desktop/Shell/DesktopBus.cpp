@@ -28,7 +28,7 @@ QString sessionBusAddress() {
       .arg(QString::fromLatin1(folder.toPercentEncoding("/", "~")));
 }
 
-// The places of the bus's specification; the second is where the first one leads.
+// Where the bus's own library looks; the second is where the first one leads.
 QString systemBusAddress() {
   const auto address = qgetenv("DBUS_SYSTEM_BUS_ADDRESS").trimmed();
   if (!address.isEmpty()) return QString::fromLocal8Bit(address);

@@ -46,7 +46,7 @@ PlatformError errorOf(const QDBusMessage& answer) {
 QVariantMap hintsOf(const UserNotification& notification) {
   QVariantMap hints{{QStringLiteral("desktop-entry"), QStringLiteral("ostrel-agent")},
                     {QStringLiteral("urgency"), QVariant::fromValue(normalUrgency)}};
-  // The names of kinds that are not the specification's begin so.
+  // The names of kinds of a program's own begin so.
   if (!notification.category.empty())
     hints.insert(QStringLiteral("category"), QStringLiteral("x-") + textOf(notification.category));
   if (notification.sound == NotificationSound::standard) {
