@@ -29,7 +29,7 @@ std::chrono::nanoseconds timeSlept() { return timeOf(CLOCK_BOOTTIME) - timeOf(CL
 
 /// A sleep sets the wall clock, and that ends a timer on it (timerfd_create(2)). Whoever else sets the clock
 /// does so, too, but lets the system sleep no longer than before.
-class SleepWatch : public std::enable_shared_from_this<SleepWatch> {
+class SleepWatch {
  public:
   SleepWatch(PosixMainQueue& queue, std::function<void()> woke) : queue_(queue), woke_(std::move(woke)) {}
 
@@ -51,9 +51,7 @@ class SleepWatch : public std::enable_shared_from_this<SleepWatch> {
     if (!arm()) watch_ = nullptr;
     const auto slept = timeSlept();
     if (slept - std::exchange(slept_, slept) < shortestSleep) return;
-    queue_.post([weak = weak_from_this()] {
-      if (const auto self = weak.lock()) self->woke_();
-    });
+    woke_();
   }
 
   PosixMainQueue& queue_;

@@ -27,7 +27,8 @@ std::expected<FileLock, PlatformError> FileLock::take(const std::string& path,
                                                       std::chrono::milliseconds patience) {
   std::error_code error;
   std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
-  FileLock lock(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  // Neither a pipe in the place of the file nor one that cannot be written is in the way.
+  FileLock lock(::open(path.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0600));
   if (lock.descriptor_ < 0) return failure(path, errno);
   const auto deadline = std::chrono::steady_clock::now() + patience;
   while (::flock(lock.descriptor_, LOCK_EX | LOCK_NB) != 0) {
