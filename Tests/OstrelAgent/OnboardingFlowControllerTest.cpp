@@ -6,10 +6,7 @@
 
 #include "OstrelAgent/Copy.hpp"
 #include "Tests/Fakes/FakeHost.hpp"
-#include "Tests/Fakes/FakeLog.hpp"
 #include "Tests/Fakes/FakeOnboardingWindow.hpp"
-#include "Tests/Fakes/FakeUserDefaults.hpp"
-#include "Tests/Fakes/FakeUserNotifications.hpp"
 #include "Tests/Fakes/FakeWorkspace.hpp"
 
 namespace ostrel {
@@ -55,25 +52,25 @@ struct OnboardingFlowControllerTest : testing::Test {
   void open(OnboardingMode mode = OnboardingMode::onboard) {
     const HelperRunner helper(host.bundle, host.files, host.childProcesses, host.standardStreams);
     const ControlSocket socket(host.unixSockets, host.files);
-    const Records records(host.files, host.clock, account);
+    const Records records(host.files, host.clock, host.userAccount);
     controller = std::make_shared<OnboardingFlowController>(
         mode,
-        OnboardingFlowController::Services{
-            host.mainQueue, host.backgroundQueue, host.statusQueue, host.childProcesses, host.bundle, log,
-            defaults, host.networkPreferences, notifications, workspace, window, host.shell},
+        OnboardingFlowController::Services{host.mainQueue, host.backgroundQueue, host.statusQueue,
+                                           host.childProcesses, host.bundle, host.log, host.userDefaults,
+                                           host.networkPreferences, host.userNotifications, workspace, window,
+                                           host.shell},
         OnboardingFlowController::Tools{
-            helper, socket, DeviceCATrust(socket, host.files, host.childProcesses, account),
-            NetworkConfigurations(host.networkPreferences, host.mainQueue, log, records),
-            MenuBarAgent(host.bundle, host.files, host.childProcesses, host.standardStreams, account)});
+            helper, socket, DeviceCATrust(socket, host.files, host.childProcesses, host.userAccount),
+            NetworkConfigurations(host.networkPreferences, host.mainQueue, host.log, records),
+            MenuBarAgent(host.bundle, host.files, host.childProcesses, host.standardStreams,
+                         host.userAccount)});
     controller->show();
     host.mainQueue.runAll();
   }
 
   /// Has the daemon give these answers to the next requests.
   void answer(std::initializer_list<const char*> texts) {
-    for (const auto* text : texts) {
-      host.unixSockets.answers.push_back({std::string(text) + "\n"});
-    }
+    for (const auto* text : texts) host.unixSockets.answers.push_back({std::string(text) + "\n"});
   }
 
   void runAll() {
@@ -107,12 +104,8 @@ struct OnboardingFlowControllerTest : testing::Test {
   }
 
   FakeHost host;
-  FakeLog log;
-  FakeUserDefaults defaults;
-  FakeUserNotifications notifications{host.mainQueue};
   FakeWorkspace workspace;
   FakeOnboardingWindow window;
-  UserAccount account{"/Users/robin", "/tmp", 501};
   FakeChildProcesses::Result securityResult = ChildResult{0, ""};
   FakeChildProcesses::Result activationResult = ChildResult{0, ""};
   bool wasActivated = false;
@@ -130,8 +123,8 @@ TEST_F(OnboardingFlowControllerTest, LeadsFromATokenToAnActivationThatAsksForApp
   open();
   runAll();
   EXPECT_EQ(title(), "Set up Ostrel Agent");
-  EXPECT_EQ(notifications.requests, 1);
-  EXPECT_EQ(defaults.get<std::int64_t>("OnboardingFlowProcessID"), 4242);
+  EXPECT_EQ(host.userNotifications.requests, 1);
+  EXPECT_EQ(host.userDefaults.get<std::int64_t>("OnboardingFlowProcessID"), 4242);
 
   window.typed = "wrong";
   press(enrol);
@@ -163,7 +156,7 @@ TEST_F(OnboardingFlowControllerTest, LeadsFromATokenToAnActivationThatAsksForApp
   EXPECT_EQ(title(), "Ostrel Agent is set up");
   press(finish);
   EXPECT_EQ(host.shell.exitStatus, 0);
-  EXPECT_FALSE(defaults.value("OnboardingFlowProcessID"));
+  EXPECT_FALSE(host.userDefaults.value("OnboardingFlowProcessID"));
 }
 
 TEST_F(OnboardingFlowControllerTest, AnEnrolledMacGoesStraightToTheTrustOnceWhoeverFindsItFirst) {
@@ -496,14 +489,14 @@ TEST_F(OnboardingFlowControllerTest, OnTheFirstWayTheChecklistStaysThoughTrustIs
 
 TEST_F(OnboardingFlowControllerTest, AsksForNotificationsUnlessThatIsDecided) {
   for (const auto decided : {NotificationAuthorization::denied, NotificationAuthorization::authorized}) {
-    notifications.authorization = decided;
+    host.userNotifications.authorization = decided;
     open(OnboardingMode::repair);
-    EXPECT_EQ(notifications.requests, 0);
+    EXPECT_EQ(host.userNotifications.requests, 0);
   }
-  notifications.authorization = NotificationAuthorization::notDetermined;
-  notifications.requestResult = std::unexpected(PlatformError{"UNErrorDomain", 1, "not allowed"});
+  host.userNotifications.authorization = NotificationAuthorization::notDetermined;
+  host.userNotifications.requestResult = std::unexpected(PlatformError{"UNErrorDomain", 1, "not allowed"});
   open(OnboardingMode::repair);
-  EXPECT_EQ(log.lines, Errors{"ostrel: notification authorization request failed: not allowed"});
+  EXPECT_EQ(host.log.lines, Errors{"ostrel: notification authorization request failed: not allowed"});
 }
 
 }  // namespace
