@@ -24,18 +24,16 @@ HelperRunner::HelperOutput HelperRunner::runHelperCapturingStdout(const std::vec
 HelperRunner::HelperOutput HelperRunner::run(const std::vector<std::string>& arguments, ChildStream output,
                                              const ChildEnding& ending) const {
   const auto path = helperPath();
+  auto result = childProcesses_->run({path, arguments, output, ChildStream::inherited}, ending);
+  if (result) return {result->status, std::move(result->output)};
+  if (isEndOfHost(result.error())) return {helperNotStarted, ""};
+  // Looked for only now: the helper runs every few seconds, and is there.
   if (!files_->isExecutableFile(path)) {
     streams_->writeError("embedded ostrel-agent-endpoint not found at " + path + "\n");
     return {helperNotFound, ""};
   }
-  auto result = childProcesses_->run({path, arguments, output, ChildStream::inherited}, ending);
-  if (!result) {
-    if (!isEndOfHost(result.error())) {
-      streams_->writeError("failed to run helper: " + result.error().description + "\n");
-    }
-    return {helperNotStarted, ""};
-  }
-  return {result->status, std::move(result->output)};
+  streams_->writeError("failed to run helper: " + result.error().description + "\n");
+  return {helperNotStarted, ""};
 }
 
 }  // namespace ostrel

@@ -9,8 +9,6 @@
 
 namespace ostrel {
 
-namespace {}  // namespace
-
 MenuBarController::MenuBarController(Services services, Tools tools, std::shared_ptr<RedNotifier> redNotifier)
     : services_(services),
       tools_(std::make_shared<const Tools>(std::move(tools))),
@@ -110,9 +108,10 @@ struct MenuBarController::Refresh : std::enable_shared_from_this<Refresh> {
     // The main thread need not be woken for what it knows, unless a request waits for the run's place.
     const bool isNews = !known || *reading != *known || run.ending.terminate.stop_requested();
     const auto hand = isNews ? &MainQueue::post : &MainQueue::postLazily;
-    (services.mainQueue.*hand)([self = shared_from_this()] {
-      const auto alive = self->controller.lock();
-      if (alive) alive->finishRefresh(self->run.number, self->generation, self->reading);
+    (services.mainQueue.*hand)([controller = controller, number = run.number, generation = generation,
+                                read = isNews ? reading : known] {
+      const auto alive = controller.lock();
+      if (alive) alive->finishRefresh(number, generation, read);
     });
   }
 
@@ -177,7 +176,8 @@ void MenuBarController::finishRefresh(std::uint64_t run, std::uint64_t generatio
 void MenuBarController::publish(std::uint64_t generation, std::shared_ptr<const StatusReading> read) {
   // The health of a check-in that ended while this was read is fresher.
   const bool isOvertaken = generation != healthGeneration_;
-  const bool isNews = !lastRead_ || *read != *lastRead_ || isOvertaken;
+  const bool isKnown = lastRead_ && (read == lastRead_ || *read == *lastRead_);
+  const bool isNews = !isKnown || isOvertaken;
   model_.hasReading = true;
   if (isNews) {
     latest_ = read->snapshot;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <span>
@@ -25,6 +26,8 @@ struct PosixChildProcesses::Child {
   Pipe stop;         ///< readable when nothing more is to be read; not open when nothing is captured
   bool isEndedWithProgram = false;
 
+  bool isStopped = false;  ///< the pipe has been written to
+
   void terminate() const { ::kill(target, SIGTERM); }
 
   /// One that shares the terminal is the person's to end: in the middle it might leave things half done.
@@ -34,8 +37,9 @@ struct PosixChildProcesses::Child {
     kill();
   }
 
-  void kill() const {
+  void kill() {
     ::kill(target, SIGKILL);
+    isStopped = true;
     if (stop.writing) (void)writeAll(stop.writing.number(), "k");
   }
 };
@@ -64,26 +68,9 @@ namespace {
 
 constexpr std::size_t errorLimit = 65536;
 
-/// The pipes of a run; not open for what is not captured.
-struct Pipes {
-  Pipe output;
-  Pipe error;
-  Pipe stop;
-};
-
-std::expected<Pipes, PlatformError> pipesFor(const ChildCommand& command) {
-  const bool capturesOutput = command.output == ChildStream::captured;
-  const bool capturesError = command.error == ChildStream::captured;
-  Pipes pipes;
-  for (const auto& [isWanted, pipe] :
-       {std::pair(capturesOutput, &pipes.output), std::pair(capturesError, &pipes.error),
-        std::pair(capturesOutput || capturesError, &pipes.stop)}) {
-    if (!isWanted) continue;
-    auto made = makePipe();
-    if (!made) return std::unexpected(std::move(made.error()));
-    *pipe = std::move(*made);
-  }
-  return pipes;
+/// The pipe of a stream; not open where it is not captured.
+std::expected<Pipe, PlatformError> pipeFor(ChildStream stream) {
+  return stream == ChildStream::captured ? makePipe() : Pipe();
 }
 
 /// One captured stream of a child: what is read of it, up to a limit.
@@ -224,20 +211,37 @@ std::expected<ChildResult, PlatformError> PosixChildProcesses::runChild(const Ch
                                                                         const ChildOutput& received) {
   if (ending.kill.stop_requested()) return ChildResult{SIGKILL, {}};
   if (ending.terminate.stop_requested()) return ChildResult{SIGTERM, {}};
-  auto pipes = pipesFor(command);
-  if (!pipes) return std::unexpected(std::move(pipes.error()));
-  auto& [output, error, stop] = *pipes;
-  const CaptureDescriptors captured{output.writing.number(), error.writing.number()};
+  auto output = pipeFor(command.output);
+  if (!output) return std::unexpected(std::move(output.error()));
+  auto error = pipeFor(command.error);
+  if (!error) return std::unexpected(std::move(error.error()));
+  auto stop = output->reading || error->reading ? takeStopPipe() : Pipe();
+  if (!stop) return std::unexpected(std::move(stop.error()));
+  const CaptureDescriptors captured{output->writing.number(), error->writing.number()};
   const auto process = spawnChild(realPath_(command.executable), command, captured);
   if (!process) return std::unexpected(process.error());
-  (void)output.writing.close();
-  (void)error.writing.close();
+  (void)output->writing.close();
+  (void)error->writing.close();
   const bool leadsGroup = command.output != ChildStream::inherited;
-  Child child{*process, leadsGroup ? -*process : *process, std::move(stop)};
-  auto result = attend(child, std::move(output.reading), std::move(error.reading), ending, received);
+  Child child{*process, leadsGroup ? -*process : *process, std::move(*stop)};
+  auto result = attend(child, std::move(output->reading), std::move(error->reading), ending, received);
   (void)waitFor(*process, 0);
+  if (!child.isStopped) keepStopPipe(std::move(child.stop));
   if (child.isEndedWithProgram) return std::unexpected(posixError(ECANCELED));
   return result;
+}
+
+std::expected<Pipe, PlatformError> PosixChildProcesses::takeStopPipe() {
+  {
+    const std::lock_guard lock(mutex_);
+    if (spareStop_.reading) return std::exchange(spareStop_, {});
+  }
+  return makePipe();
+}
+
+void PosixChildProcesses::keepStopPipe(Pipe pipe) {
+  const std::lock_guard lock(mutex_);
+  if (!spareStop_.reading) spareStop_ = std::move(pipe);
 }
 
 ChildResult PosixChildProcesses::attend(Child& child, Descriptor output, Descriptor error,

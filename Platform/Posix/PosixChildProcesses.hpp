@@ -45,6 +45,9 @@ class PosixChildProcesses final : public ChildProcesses {
   ChildResult attend(Child& child, Descriptor output, Descriptor error, const ChildEnding& ending,
                      const ChildOutput& received);
 
+  std::expected<Pipe, PlatformError> takeStopPipe();
+  void keepStopPipe(Pipe pipe);
+
   void reapStarted();
 
   const PathMap realPath_;
@@ -54,6 +57,7 @@ class PosixChildProcesses final : public ChildProcesses {
   std::set<Child*> children_;
   std::set<pid_t> started_;
   std::size_t runs_ = 0;
+  Pipe spareStop_;  ///< of an earlier run that nobody stopped, since most runs come one after the other
   bool ended_ = false;
 };
 

@@ -65,6 +65,16 @@ int writeNewFile(Descriptor file, std::string_view bytes) {
   return error != 0 ? error : file.close();
 }
 
+/// Over what is there: of a file that is emptied first, systems write back at once what comes next.
+int writeOver(Descriptor file, std::string_view bytes) {
+  const auto size = static_cast<off_t>(bytes.size());
+  struct stat status {};
+  if (::fstat(file.number(), &status) != 0) return errno;
+  if (const int error = writeAll(file.number(), bytes); error != 0) return error;
+  if (status.st_size > size && ::ftruncate(file.number(), size) != 0) return errno;
+  return file.close();
+}
+
 }  // namespace
 
 PosixFiles::PosixFiles(PathMap realPath) : realPath_(std::move(realPath)) {}
@@ -122,10 +132,7 @@ std::expected<void, PlatformError> PosixFiles::rewriteAtomically(const std::stri
   const std::lock_guard lock(rewriting_);
   Descriptor file(::open(spare.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
   if (!file) return failure(errno);
-  // Over what is there: of a file that is emptied first, systems write back at once what comes next.
-  int error = writeAll(file.number(), bytes);
-  if (error == 0 && ::ftruncate(file.number(), static_cast<off_t>(bytes.size())) != 0) error = errno;
-  if (error == 0) error = file.close();
+  int error = writeOver(std::move(file), bytes);
   if (error == 0) error = exchangeFiles(spare, real);
   if (error == EINVAL) error = std::rename(spare.c_str(), real.c_str()) == 0 ? 0 : errno;
   if (error != 0) return failure(error);

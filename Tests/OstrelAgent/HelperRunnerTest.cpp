@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+
 #include "Tests/Fakes/FakeHost.hpp"
 
 namespace ostrel {
@@ -14,9 +16,12 @@ struct HelperRunnerTest : testing::Test {
   HelperRunner helper{host.bundle, host.files, host.childProcesses, host.standardStreams};
 };
 
-TEST_F(HelperRunnerTest, AHelperThatIsNoExecutableFileIsNamedAndNotStarted) {
+TEST_F(HelperRunnerTest, AHelperThatIsNoExecutableFileIsNamed) {
   host.files.put(helperPath, "#!/bin/sh\n");
-  for (int round = 0; round < 2; ++round) {
+  for (const int number : {EACCES, ENOENT}) {
+    host.childProcesses.answer = [number](const ChildCommand&) {
+      return std::unexpected(PlatformError{posixErrorDomain, number, "why"});
+    };
     host.standardStreams.error.clear();
     EXPECT_EQ(helper.runHelper({"uninstall"}), 127);
     const auto captured = helper.runHelperCapturingStdout({"status", "--json"});
@@ -26,7 +31,6 @@ TEST_F(HelperRunnerTest, AHelperThatIsNoExecutableFileIsNamedAndNotStarted) {
     EXPECT_EQ(host.standardStreams.error, line + line);
     host.files.files.clear();
   }
-  EXPECT_TRUE(host.childProcesses.commands.empty());
 }
 
 TEST_F(HelperRunnerTest, AHelperThatCannotBeStartedIsToldWithTheReason) {
