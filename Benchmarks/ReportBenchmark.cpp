@@ -26,13 +26,14 @@ void composePanel(benchmark::State& state, const std::string& report) {
   const PanelActionSet actions = {PanelAction::checkNow, PanelAction::installUpdate,
                                   PanelAction::openRepairFlow, PanelAction::trustDeviceCA,
                                   PanelAction::quitStatusIcon};
+  const StatusSources sources = {{0, report},
+                                 std::vector{TransparentProxyConfiguration{true, true}},
+                                 ContentFilterConfiguration{true, true}};
   StatusPanelModel model;
   model.hasReading = true;
   for (auto _ : state) {
-    model.snap = statusReading(0, report).snapshot;
+    model.snap = statusReading(sources).snapshot;
     if (model.snap.statusError) return state.SkipWithError("the report does not decode");
-    addTransparentProxies(model.snap, std::vector{TransparentProxyConfiguration{true, true}});
-    addContentFilter(model.snap, ContentFilterConfiguration{true, true});
     benchmark::DoNotOptimize(ProtectionVerdict::of(model.snap));
     benchmark::DoNotOptimize(panelContent(model, now, times, actions));
   }

@@ -22,6 +22,8 @@ class HelperRunner {
   struct HelperOutput {
     std::int32_t status = 0;
     std::string standardOutput;
+
+    bool operator==(const HelperOutput&) const = default;
   };
 
   HelperRunner(const Bundle& bundle, const Files& files, ChildProcesses& childProcesses,

@@ -76,26 +76,30 @@ struct MenuBarController::Refresh : std::enable_shared_from_this<Refresh> {
         run(std::move(begun)),
         services(owner.services_),
         tools(owner.tools_),
-        known(owner.isTimeNews() ? nullptr : owner.lastRead_),
+        known(owner.lastRead_),
+        isEager(owner.isTimeNews()),
         generation(owner.healthGeneration_),
         mdmEnrolled(owner.mdmEnrolled_) {}
 
   void start() {
     thread = std::this_thread::get_id();
-    reading = std::make_shared<StatusReading>(readStatus(tools->helper, run.ending));
-    services.networkPreferences.loadTransparentProxies([self = shared_from_this()](const auto& proxies) {
-      addTransparentProxies(self->reading->snapshot, proxies);
-      self->services.networkPreferences.loadContentFilter(
-          [self](const auto& filter) { self->finish(filter); });
+    sources.helper = runStatus(tools->helper, run.ending);
+    services.networkPreferences.loadTransparentProxies([self = shared_from_this()](auto proxies) {
+      self->sources.transparentProxies = std::move(proxies);
+      self->services.networkPreferences.loadContentFilter([self](auto filter) {
+        self->sources.contentFilter = std::move(filter);
+        self->finish();
+      });
     });
   }
 
-  void finish(const NetworkPreferences::ContentFilter& filter) {
-    addContentFilter(reading->snapshot, filter);
-    const auto& snapshot = reading->snapshot;
-    const NetworkExtensionAssertion assertion = {filter && filter->hasProvider, snapshot.egressLockEnabled,
+  void finish() {
+    const auto& filter = sources.contentFilter;
+    const bool hasProvider = filter && filter->hasProvider;
+    const auto read = report();
+    const auto& snapshot = read->reading.snapshot;
+    const NetworkExtensionAssertion assertion = {hasProvider, snapshot.egressLockEnabled,
                                                  snapshot.transparentProxy, mdmEnrolled};
-    report();
     // Loads that complete at once are on a background thread still.
     if (std::this_thread::get_id() == thread)
       return tools->records.recordNetworkExtensionAssertion(assertion);
@@ -104,25 +108,36 @@ struct MenuBarController::Refresh : std::enable_shared_from_this<Refresh> {
     });
   }
 
-  void report() {
+  /// What comes as it came last time tells the same.
+  std::shared_ptr<const Read> readOf(StatusSources came) const {
+    if (known && came == known->sources) return known;
+    auto reading = statusReading(came);
+    return std::make_shared<const Read>(std::move(came), std::move(reading));
+  }
+
+  /// Hands what was read to the controller.
+  std::shared_ptr<const Read> report() {
+    const auto read = readOf(std::move(sources));
     // The main thread need not be woken for what it knows, unless a request waits for the run's place.
-    const bool isNews = !known || *reading != *known || run.ending.terminate.stop_requested();
-    const auto hand = isNews ? &MainQueue::post : &MainQueue::postLazily;
-    (services.mainQueue.*hand)([controller = controller, number = run.number, generation = generation,
-                                read = isNews ? reading : known] {
+    const bool isNews = isEager || !known || read->reading != known->reading;
+    const bool isWanted = isNews || run.ending.terminate.stop_requested();
+    const auto hand = isWanted ? &MainQueue::post : &MainQueue::postLazily;
+    (services.mainQueue.*hand)([controller = controller, number = run.number, generation = generation, read] {
       const auto alive = controller.lock();
       if (alive) alive->finishRefresh(number, generation, read);
     });
+    return read;
   }
 
   const std::weak_ptr<MenuBarController> controller;
   const StatusRuns::Run run;
   const Services services;
   const std::shared_ptr<const Tools> tools;
-  const std::shared_ptr<const StatusReading> known;
+  const std::shared_ptr<const Read> known;
+  const bool isEager;
   const std::uint64_t generation;
   const std::optional<bool> mdmEnrolled;
-  std::shared_ptr<StatusReading> reading;
+  StatusSources sources;
   std::thread::id thread;
 };
 
@@ -167,26 +182,26 @@ void MenuBarController::probeDeviceManagement() {
 }
 
 void MenuBarController::finishRefresh(std::uint64_t run, std::uint64_t generation,
-                                      std::shared_ptr<const StatusReading> read) {
+                                      std::shared_ptr<const Read> read) {
   const auto finish = statusRuns_.finish(run);
   if (finish.mayPublish) publish(generation, std::move(read));
   if (finish.startsWaiting) refresh();
 }
 
-void MenuBarController::publish(std::uint64_t generation, std::shared_ptr<const StatusReading> read) {
+void MenuBarController::publish(std::uint64_t generation, std::shared_ptr<const Read> read) {
   // The health of a check-in that ended while this was read is fresher.
   const bool isOvertaken = generation != healthGeneration_;
-  const bool isKnown = lastRead_ && (read == lastRead_ || *read == *lastRead_);
+  const bool isKnown = lastRead_ && (read == lastRead_ || read->reading == lastRead_->reading);
   const bool isNews = !isKnown || isOvertaken;
   model_.hasReading = true;
   if (isNews) {
-    latest_ = read->snapshot;
+    latest_ = read->reading.snapshot;
     latest_.mdmEnrolled = mdmEnrolled_.value_or(false);
     if (isOvertaken && appliedHealth_) latest_.apply(*appliedHealth_);
     nudges_.nudgeOnNetworkExtensionChange(latest_);
     showLatest();
   }
-  if (read->reactivateVersion) reactivation_.driveReactivationOnce(*read->reactivateVersion);
+  if (const auto& version = read->reading.reactivateVersion) reactivation_.driveReactivationOnce(*version);
   lastRead_ = isOvertaken ? nullptr : std::move(read);
   notify();
   actions_->clearUpdateInFlightIfSettled(latest_);

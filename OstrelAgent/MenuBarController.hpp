@@ -79,10 +79,16 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
  private:
   struct Refresh;
 
+  /// What a refresh read: what came, and what it tells.
+  struct Read {
+    StatusSources sources;
+    StatusReading reading;
+  };
+
   void probeDeviceManagement();
   void fillPanelActions();
-  void finishRefresh(std::uint64_t run, std::uint64_t generation, std::shared_ptr<const StatusReading> read);
-  void publish(std::uint64_t generation, std::shared_ptr<const StatusReading> read);
+  void finishRefresh(std::uint64_t run, std::uint64_t generation, std::shared_ptr<const Read> read);
+  void publish(std::uint64_t generation, std::shared_ptr<const Read> read);
   void applyHealth(const StatusReport::Health& health);
   void applyIcon(const Snapshot& snapshot);
   void showLatest();
@@ -104,8 +110,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   ScheduledWork timer_;
   std::optional<bool> mdmEnrolled_;
   Snapshot latest_;
-  std::shared_ptr<const StatusReading>
-      lastRead_;  ///< what the last published refresh read, and what `latest_` shows
+  std::shared_ptr<const Read> lastRead_;  ///< by the last published refresh; what `latest_` shows
   std::optional<StatusReport::Health> appliedHealth_;  ///< the last that came with a check-in
   std::uint64_t healthGeneration_ = 0;                 ///< grows with each
   std::optional<MenuBarIcon> shownIcon_;

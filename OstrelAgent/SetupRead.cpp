@@ -8,7 +8,7 @@ namespace ostrel {
 
 SetupObservation readSetup(const HelperRunner& helper, const ChildEnding& ending) {
   SetupObservation observation;
-  const auto run = helper.runHelperCapturingStdout({"status", "--json"}, ending);
+  const auto run = runStatus(helper, ending);
   if (run.status != 0) return observation;
   if (const auto report = StatusReport::decode(run.standardOutput)) observation.addReport(*report);
   return observation;

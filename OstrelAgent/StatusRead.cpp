@@ -6,25 +6,34 @@
 
 namespace ostrel {
 
-StatusReading statusReading(std::int32_t status, std::string_view standardOutput) {
-  StatusReading reading;
-  if (status == 0) {
-    if (const auto report = StatusReport::decode(standardOutput)) {
+namespace {
+
+void addReport(StatusReading& reading, const HelperRunner::HelperOutput& helper) {
+  if (helper.status == 0) {
+    if (const auto report = StatusReport::decode(helper.standardOutput)) {
       reading.snapshot.fill(*report);
       if (report->reactivatePending.value_or(false)) {
         reading.reactivateVersion = report->reactivateVersion.value_or("");
       }
-      return reading;
+      return;
     }
   }
   // A report that cannot be read from a helper that ended well is told with the number 0.
-  reading.snapshot.statusError = Copy::statusUnavailable.with(status);
+  reading.snapshot.statusError = Copy::statusUnavailable.with(helper.status);
+}
+
+}  // namespace
+
+StatusReading statusReading(const StatusSources& sources) {
+  StatusReading reading;
+  addReport(reading, sources.helper);
+  addTransparentProxies(reading.snapshot, sources.transparentProxies);
+  addContentFilter(reading.snapshot, sources.contentFilter);
   return reading;
 }
 
-StatusReading readStatus(const HelperRunner& helper, const ChildEnding& ending) {
-  const auto output = helper.runHelperCapturingStdout({"status", "--json"}, ending);
-  return statusReading(output.status, output.standardOutput);
+HelperRunner::HelperOutput runStatus(const HelperRunner& helper, const ChildEnding& ending) {
+  return helper.runHelperCapturingStdout({"status", "--json"}, ending);
 }
 
 bool isConnected(const NetworkPreferences::TransparentProxies& loaded) {

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "OstrelAgent/HelperRunner.hpp"
 #include "OstrelAgent/Snapshot.hpp"
@@ -11,7 +9,16 @@
 
 namespace ostrel {
 
-/// What one run of the helper tells.
+/// What a refresh takes in, as it comes.
+struct StatusSources {
+  HelperRunner::HelperOutput helper;
+  NetworkPreferences::TransparentProxies transparentProxies = {};
+  NetworkPreferences::ContentFilter contentFilter = {};
+
+  bool operator==(const StatusSources&) const = default;
+};
+
+/// What they tell.
 struct StatusReading {
   Snapshot snapshot;
   /// The version for which the extension is to be re-activated, empty when it is not said; absent when none
@@ -21,12 +28,12 @@ struct StatusReading {
   bool operator==(const StatusReading&) const = default;
 };
 
-/// The reading of a helper run: filled from its report, or with `statusError` alone when the helper failed
-/// or printed no report.
-StatusReading statusReading(std::int32_t status, std::string_view standardOutput);
+/// Filled from the helper's report, or with `statusError` in its place when the helper failed or printed no
+/// report; then from the network preferences.
+StatusReading statusReading(const StatusSources& sources);
 
 /// Runs the helper for its status report. Blocks.
-StatusReading readStatus(const HelperRunner& helper, const ChildEnding& ending = {});
+HelperRunner::HelperOutput runStatus(const HelperRunner& helper, const ChildEnding& ending = {});
 
 /// True when the extension diverts traffic by one of the proxies, of those too that came with an error.
 bool isConnected(const NetworkPreferences::TransparentProxies& loaded);

@@ -130,7 +130,7 @@ std::expected<PreviewReading, JsonError> readPreviewDocument(std::string_view by
   if (status == 0 && envelope->report) {
     snapshot.fill(*envelope->report);
   } else {
-    snapshot = statusReading(static_cast<std::int32_t>(status), "").snapshot;
+    snapshot = statusReading({.helper = {static_cast<std::int32_t>(status), ""}}).snapshot;
   }
   addTransparentProxies(snapshot, proxiesOf(*envelope));
   addContentFilter(snapshot, filterOf(*envelope));

@@ -167,7 +167,7 @@ TEST_F(CheckInNudgesTest, AChangeOfTheNetworkExtensionNudgesAtOnceWhileEnrolled)
     bool nudges;
   };
   Snapshot unread;
-  unread.statusError = std::string("agent status unavailable");
+  unread.statusError = "agent status unavailable";
   unread.egressLockEnabled = true;
   const Row rows[] = {
       {enrolled(), false},

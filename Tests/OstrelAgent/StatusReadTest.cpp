@@ -27,10 +27,10 @@ TEST(StatusRead, OnlyAReportOfAHelperThatEndedWellIsRead) {
   for (const auto& row : rows) {
     Snapshot expected;
     expected.statusError = row.error;
-    EXPECT_TRUE(statusReading(row.status, row.output) == StatusReading{expected})
+    EXPECT_TRUE(statusReading({{row.status, row.output}}) == StatusReading{expected})
         << row.error << " " << row.output;
   }
-  const auto snapshot = statusReading(0, report + "\n").snapshot;
+  const auto snapshot = statusReading({{0, report + "\n"}}).snapshot;
   EXPECT_EQ(snapshot.statusError, std::nullopt);
   EXPECT_EQ(snapshot.verdict, "protected");
   EXPECT_TRUE(snapshot.daemonListening);
@@ -46,7 +46,7 @@ TEST(StatusRead, AReactivationIsWantedWhenItIsPending) {
   };
   for (const auto& [members, version] : rows) {
     const auto report = "{" + members + reportText().substr(1);
-    EXPECT_EQ(statusReading(0, report).reactivateVersion, version) << members;
+    EXPECT_EQ(statusReading({{0, report}}).reactivateVersion, version) << members;
   }
 }
 

@@ -277,7 +277,7 @@ void TurnedSoak::expect(bool holds, const std::string& rule) {
 void TurnedSoak::expectRest() {
   expect(host_.statusQueue.countWaiting() == 0, "a status run is left at rest");
   expect(host_.mainQueue.countTimers() <= 4, "more timers than tick, nudge and two notices at rest");
-  const auto reading = status_ ? statusReading(status_->status, status_->output) : statusReading(1, "");
+  const auto reading = status_ ? statusReading({{status_->status, status_->output}}) : statusReading({{1, ""}});
   const auto& snapshot = reading.snapshot;
   const auto& item = host_.statusItem;
   const auto palette = MenuBarPalette::matching(item.shownAppearance);
