@@ -16,6 +16,7 @@ namespace {
 
 constexpr int starts = 11;
 constexpr int openings = 50;
+constexpr int firstOpenings = 11;
 constexpr int timedOpenings = 21;
 
 std::string mebibytes(double kibibytes) { return formatted("%.1f MiB", kibibytes / 1024); }
@@ -53,11 +54,14 @@ void printDesktop() {
            formatted("%.0f", desktop.signalsOfRefreshes), "", "", "0");
 }
 
+void printFirstOpening() {
+  printRow("click to the panel's first frame, first time, with loading the views, median of 11",
+           formatted("%.1f ms", measureFirstOpening(reportContent(), firstOpenings)), "", "", "60 ms");
+}
+
 void printOpening() {
   const auto opening = measureOpening(reportContent(), timedOpenings);
-  printRow("click to the panel's first frame, first time, with loading the views",
-           formatted("%.1f ms", opening.firstMilliseconds), "", "", "60 ms");
-  printRow("the same later, median of 21", formatted("%.1f ms", opening.laterMilliseconds), "", "", "20 ms");
+  printRow("click to the panel's first frame later, median of 21", formatted("%.1f ms", opening.milliseconds), "", "", "20 ms");
   printRow("frames of 100 updates that change nothing", std::to_string(opening.framesOfEqualUpdates), "", "",
            "0");
 }
@@ -68,6 +72,7 @@ void printOpening() {
 
 int main() {
   try {
+    ostrel::printFirstOpening();
     ostrel::printDesktop();
     ostrel::printOpening();
   } catch (const std::exception& error) {
