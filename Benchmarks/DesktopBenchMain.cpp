@@ -61,7 +61,8 @@ void printFirstOpening() {
 
 void printOpening() {
   const auto opening = measureOpening(reportContent(), timedOpenings);
-  printRow("click to the panel's first frame later, median of 21", formatted("%.1f ms", opening.milliseconds), "", "", "20 ms");
+  printRow("click to the panel's first frame later, median of 21", formatted("%.1f ms", opening.milliseconds),
+           "", "", "20 ms");
   printRow("frames of 100 updates that change nothing", std::to_string(opening.framesOfEqualUpdates), "", "",
            "0");
 }

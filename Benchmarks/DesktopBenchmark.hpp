@@ -19,13 +19,13 @@ struct DesktopFigures {
 };
 DesktopFigures measureDesktop(int starts, int openings);
 
-/// Milliseconds from the click to the panel's first frame, the first time, with loading the views: the median of
-/// that many processes. Call it before the toolkit is used.
+/// Milliseconds from the click to the panel's first frame, the first time, with loading the views: the median
+/// of that many processes. Call it before the toolkit is used.
 double measureFirstOpening(const PanelContent& content, int processes);
 
 /// The same in this process, once the views are loaded.
 struct OpeningFigures {
-  double milliseconds = 0;  ///< the median
+  double milliseconds = 0;       ///< the median
   int framesOfEqualUpdates = 0;  ///< of a hundred updates that change nothing
 };
 OpeningFigures measureOpening(const PanelContent& content, int openings);

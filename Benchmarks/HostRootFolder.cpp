@@ -9,9 +9,11 @@ namespace ostrel {
 HostRootFolder::HostRootFolder() {
   ::setenv("OSTREL_HOST_ROOT", path().c_str(), 1);
   medianRunMicroseconds({OSTREL_SIMULATED_ENDPOINT, "scenario", "protected"}, 1);
-  // Between two check-ins a real endpoint tells the same again and again; the scenario's times go with the clock.
-  for (const char* time : {"checkin.last_success", "health.runtime_trust.knobs.0.last_seen",
-                           "health.runtime_trust.knobs.1.last_seen", "health.runtime_trust.knobs.2.last_seen"}) {
+  // Between two check-ins a real endpoint tells the same again and again; the scenario's times go with the
+  // clock.
+  for (const char* time :
+       {"checkin.last_success", "health.runtime_trust.knobs.0.last_seen",
+        "health.runtime_trust.knobs.1.last_seen", "health.runtime_trust.knobs.2.last_seen"}) {
     medianRunMicroseconds(
         {OSTREL_SIMULATED_ENDPOINT, "set", std::string("report.") + time, "2025-01-02T03:04:05Z"}, 1);
   }

@@ -10,8 +10,12 @@ void Reactivation::driveReactivationOnce(const std::string& version) {
   reactivateTriggered_ = true;
   services_.backgroundQueue.run(QualityOfService::utility, [&children = services_.childProcesses, executable,
                                                             records = records_, version] {
-    const auto ended =
-        children.run({executable, {"reactivate"}, ChildStream::discarded, ChildStream::discarded});
+    // Half way through it would leave the Mac without its extension until the next login.
+    const auto ended = children.run({.executable = executable,
+                                     .arguments = {"reactivate"},
+                                     .output = ChildStream::discarded,
+                                     .error = ChildStream::discarded,
+                                     .outlivesProgram = true});
     if (ended && ended->status == 0 && !version.empty()) records.recordReactivated(version);
   });
 }

@@ -21,6 +21,8 @@ struct ChildCommand {
   std::vector<std::string> arguments;
   ChildStream output = ChildStream::inherited;
   ChildStream error = ChildStream::inherited;
+  /// The end of the host leaves it to itself, and its run fails by `isEndOfHost`.
+  bool outlivesProgram = false;
 };
 
 /// How a run ended: the exit status, or the number of the signal that ended it, and what was captured.

@@ -23,7 +23,9 @@ namespace ostrel {
 struct PosixChildProcesses::Child {
   pid_t process = 0;
   pid_t target = 0;  ///< what signals go to: the process, or its group as a negative number
-  Pipe stop;         ///< readable when nothing more is to be read; not open when nothing is captured
+  bool outlivesProgram = false;
+  Pipe stop;  ///< readable when nothing more is to be waited for; not open when the child's end is all there
+              ///< is
   bool isEndedWithProgram = false;
 
   bool isStopped = false;  ///< the pipe has been written to
@@ -34,11 +36,16 @@ struct PosixChildProcesses::Child {
   void endWithProgram() {
     if (target >= 0) return;
     isEndedWithProgram = true;
+    if (outlivesProgram) return stopWaiting();
     kill();
   }
 
   void kill() {
     ::kill(target, SIGKILL);
+    stopWaiting();
+  }
+
+  void stopWaiting() {
     isStopped = true;
     if (stop.writing) (void)writeAll(stop.writing.number(), "k");
   }
@@ -142,6 +149,14 @@ void readStreams(CapturedStream& output, CapturedStream& error, int stop, int ch
   }
 }
 
+/// Returns when one of the two is readable, at once where there is nothing that tells the child's end.
+void waitForEither(int stop, int childEnd) {
+  if (childEnd < 0) return;
+  std::array<pollfd, 2> watched = {pollfd{stop, POLLIN, 0}, pollfd{childEnd, POLLIN, 0}};
+  while (::poll(watched.data(), watched.size(), -1) < 0 && errno == EINTR) {
+  }
+}
+
 /// A child that cannot be waited for, since somebody else has reaped it, did not end well.
 siginfo_t waitFor(pid_t process, int options) {
   siginfo_t info{};
@@ -215,7 +230,8 @@ std::expected<ChildResult, PlatformError> PosixChildProcesses::runChild(const Ch
   if (!output) return std::unexpected(std::move(output.error()));
   auto error = pipeFor(command.error);
   if (!error) return std::unexpected(std::move(error.error()));
-  auto stop = output->reading || error->reading ? takeStopPipe() : Pipe();
+  const bool isWatched = output->reading || error->reading || command.outlivesProgram;
+  auto stop = isWatched ? takeStopPipe() : Pipe();
   if (!stop) return std::unexpected(std::move(stop.error()));
   const CaptureDescriptors captured{output->writing.number(), error->writing.number()};
   const auto process = spawnChild(realPath_(command.executable), command, captured);
@@ -223,8 +239,9 @@ std::expected<ChildResult, PlatformError> PosixChildProcesses::runChild(const Ch
   (void)output->writing.close();
   (void)error->writing.close();
   const bool leadsGroup = command.output != ChildStream::inherited;
-  Child child{*process, leadsGroup ? -*process : *process, std::move(*stop)};
+  Child child{*process, leadsGroup ? -*process : *process, command.outlivesProgram, std::move(*stop)};
   auto result = attend(child, std::move(output->reading), std::move(error->reading), ending, received);
+  if (child.isEndedWithProgram && child.outlivesProgram) return std::unexpected(posixError(ECANCELED));
   (void)waitFor(*process, 0);
   if (!child.isStopped) keepStopPipe(std::move(child.stop));
   if (child.isEndedWithProgram) return std::unexpected(posixError(ECANCELED));
@@ -247,7 +264,7 @@ void PosixChildProcesses::keepStopPipe(Pipe pipe) {
 ChildResult PosixChildProcesses::attend(Child& child, Descriptor output, Descriptor error,
                                         const ChildEnding& ending, const ChildOutput& received) {
   const Attendance attendance(*this, child);
-  const auto childEnd = error ? watchChildEnd(child.process) : Descriptor();
+  const auto childEnd = error || child.outlivesProgram ? watchChildEnd(child.process) : Descriptor();
   const std::stop_callback terminating(ending.terminate, [&child] { child.terminate(); });
   const std::stop_callback killing(ending.kill, [&child] { child.kill(); });
   ChildResult result;
@@ -258,6 +275,11 @@ ChildResult PosixChildProcesses::attend(Child& child, Descriptor output, Descrip
   if (!outputStream.isWithinLimit()) child.kill();
   (void)output.close();
   (void)error.close();
+  if (child.outlivesProgram) {
+    waitForEither(child.stop.reading.number(), childEnd.number());
+    const std::lock_guard lock(mutex_);
+    if (child.isEndedWithProgram) return result;
+  }
   // The child stays a zombie until all that may signal it is gone, so that no signal meets a recycled number.
   const auto end = waitFor(child.process, WNOWAIT);
   result.status = outputStream.isWithinLimit() ? end.si_status : SIGKILL;

@@ -17,7 +17,7 @@ constexpr const char* notProtected = "Ostrel Agent: not protected";
 bool isProbe(const ChildCommand& command) { return command.executable == "/usr/bin/profiles"; }
 
 bool isReactivation(const ChildCommand& command) {
-  return command.arguments == std::vector<std::string>{"reactivate"};
+  return command.arguments == std::vector<std::string>{"reactivate"} && command.outlivesProgram;
 }
 
 /// A report of two runtimes in which a download was blocked.

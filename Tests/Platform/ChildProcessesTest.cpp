@@ -260,6 +260,25 @@ TEST_F(PosixChildProcessesTest, TheEndOfAllLeavesAChildOfTheTerminalToEndByItsel
   EXPECT_EQ(run.get(), (ChildResult{4, ""}));
 }
 
+TEST_F(PosixChildProcessesTest, TheEndOfAllLeavesAChildThatOutlivesTheProgramWithoutWaitingForIt) {
+  const auto outliving = [](const std::string& script) {
+    auto command = shell(script, ChildStream::discarded);
+    command.outlivesProgram = true;
+    return command;
+  };
+  EXPECT_EQ(children.run(outliving("exit 3")), (ChildResult{3, ""}));
+  const auto script = "echo $$ > " + (folder / "pid") + "; " + ready() + "until test -e " + (folder / "go") +
+                      "; do sleep 0.01; done; : > " + (folder / "done");
+  auto run = std::async(std::launch::async, [&] { return children.run(outliving(script)); });
+  ASSERT_TRUE(becomesTrue([&] { return std::filesystem::exists(folder / "ready"); }));
+  children.endAll();
+  EXPECT_EQ(run.get(), std::unexpected(FakeChildProcesses::endOfHost()));
+  EXPECT_EQ(::waitpid(std::stoi(folder.read("pid")), nullptr, WNOHANG), 0) << "it has ended";
+  folder.write("go", "");
+  EXPECT_EQ(::waitpid(std::stoi(folder.read("pid")), nullptr, 0), std::stoi(folder.read("pid")));
+  EXPECT_TRUE(std::filesystem::exists(folder / "done"));
+}
+
 TEST_F(PosixChildProcessesTest, TwoHundredRunsOfFourThreadsKeepTheirResultsApart) {
   std::vector<std::jthread> threads;
   threads.reserve(4);
@@ -291,7 +310,8 @@ TEST_F(PosixChildProcessesTest, AChildGetsNoDescriptorOfTheProgram) {
 
 TEST_F(PosixChildProcessesTest, RunsWithoutFreeDescriptorsFailAndLeaveNothing) {
   EXPECT_TRUE(children.run(shell("exit 0")));
-  // A sanitizer that looks at an error for the first time wants descriptors, too. And no pipe is kept of this.
+  // A sanitizer that looks at an error for the first time wants descriptors, too. And no pipe is kept of
+  // this.
   EXPECT_FALSE(children.run({folder / "missing", {}, ChildStream::captured}));
   rlimit before{};
   ::getrlimit(RLIMIT_NOFILE, &before);

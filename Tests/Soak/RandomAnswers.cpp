@@ -25,11 +25,22 @@ Json component(Dice& dice) {
           {"self_healing", dice.oneIn(2)}};
 }
 
+/// Some of the containers' runtimes had a download rejected.
+Json blockedContainers(Dice& dice) {
+  Json component = {
+      {"state", "failed"}, {"code", "CONTAINER_REJECTED_LEAF"}, {"severity", "yellow"}, {"params", {""}}};
+  for (const auto* runtime : containerRuntimes) {
+    if (dice.oneIn(2)) component["params"].push_back(runtime);
+  }
+  return component;
+}
+
 Json health(Dice& dice) {
   Json health = {{"verdict", dice.pick(verdicts)}, {"off_by_policy", dice.below(3)}};
   for (const auto* name : {"daemon", "ca", "sysext", "egress_lock", "runtime_trust"}) {
     if (!dice.oneIn(4)) health[name] = component(dice);
   }
+  if (dice.oneIn(4)) health["runtime_trust"] = blockedContainers(dice);
   return health;
 }
 

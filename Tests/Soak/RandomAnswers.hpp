@@ -6,6 +6,9 @@
 
 namespace ostrel {
 
+/// Those that may have a download rejected.
+inline constexpr const char* containerRuntimes[] = {"one", "two", "three"};
+
 /// What a helper comes to that is asked for the status: mostly a report, else any way to fail.
 FakeChildProcesses::Result randomStatus(Dice& dice);
 

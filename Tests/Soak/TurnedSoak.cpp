@@ -43,6 +43,7 @@ TurnedSoak::TurnedSoak(std::uint64_t seed) : dice_(seed), status_(randomStatus(d
     };
   };
   fillAnswers();
+  forgetSettings();
   controller_ = menuBarOn(host_, host_.statusItem, wall_);
   controller_->start();
   settle();
@@ -123,6 +124,7 @@ void TurnedSoak::sleepOrSetClock() {
     wall_.offset -= std::chrono::minutes(dice_.below(48 * 60));
     nudges_.forget();
     redNotifications_.forget();
+    containerNotifications_.clear();
   }
   if (dice_.oneIn(2)) host_.systemWake.wake();
 }
@@ -134,9 +136,13 @@ void TurnedSoak::changeNotifications() {
   host_.userNotifications.postResult = dice_.oneIn(3) ? Result(std::unexpected(refusal)) : Result();
   host_.userNotifications.respond({.kind = dice_.pick(kinds), .category = notProtectedCategory});
   host_.userDefaults.writeError = dice_.oneIn(3) ? std::optional(refusal) : std::nullopt;
-  if (!dice_.oneIn(8)) return;
+  if (dice_.oneIn(8)) forgetSettings();
+}
+
+/// But for the runtimes of which the person wants to be told.
+void TurnedSoak::forgetSettings() {
   host_.userDefaults = FakeUserDefaults();
-  redNotifications_.forget();
+  (void)host_.userDefaults.set("ContainerBlockNotifyRuntimes", std::vector<std::string>{"one", "two"});
 }
 
 void TurnedSoak::usePanel() {
@@ -263,7 +269,12 @@ void TurnedSoak::takeNotifications() {
   if (shown.size() > 1) shown.erase(shown.begin(), shown.end() - 1);
   auto& posted = host_.userNotifications.posted;
   for (const auto& notification : posted) {
-    if (notification.category != notProtectedCategory) continue;
+    if (notification.category != notProtectedCategory) {
+      auto& ofRuntime = containerNotifications_[notification.title];
+      expect(ofRuntime.take(wall_.now(), 24h - 10s), "two notifications of one runtime within a day");
+      expect(!notification.title.contains("three"), "a notification that nobody wanted");
+      continue;
+    }
     const std::chrono::milliseconds least = std::exchange(hasRecovered_, false) ? 1h : 24h;
     expect(redNotifications_.take(wall_.now(), least - 10s), "two notifications too soon after another");
   }
@@ -277,7 +288,8 @@ void TurnedSoak::expect(bool holds, const std::string& rule) {
 void TurnedSoak::expectRest() {
   expect(host_.statusQueue.countWaiting() == 0, "a status run is left at rest");
   expect(host_.mainQueue.countTimers() <= 4, "more timers than tick, nudge and two notices at rest");
-  const auto reading = status_ ? statusReading({{status_->status, status_->output}}) : statusReading({{1, ""}});
+  const auto reading =
+      status_ ? statusReading({{status_->status, status_->output}}) : statusReading({{1, ""}});
   const auto& snapshot = reading.snapshot;
   const auto& item = host_.statusItem;
   const auto palette = MenuBarPalette::matching(item.shownAppearance);

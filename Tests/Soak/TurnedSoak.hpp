@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -45,6 +46,7 @@ class TurnedSoak {
   void changeNetworkExtension();
   void sleepOrSetClock();
   void changeNotifications();
+  void forgetSettings();
   void usePanel();
   void pressButton(const std::vector<PanelButton>& buttons);
   void changeAnswers();
@@ -67,7 +69,8 @@ class TurnedSoak {
   NetworkExtensionState settledExtension_;  ///< as it was when all was at rest
   Spacing nudges_;
   Spacing redNotifications_;
-  bool hasRecovered_ = false;  ///< since the last notification
+  std::map<std::string, Spacing> containerNotifications_;  ///< by title, which names the runtime
+  bool hasRecovered_ = false;                              ///< since the last notification
   std::ptrdiff_t reactivations_ = 0;
   int refreshes_ = 0;
   std::optional<std::string> fault_;
