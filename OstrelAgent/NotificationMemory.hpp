@@ -2,7 +2,6 @@
 
 #include <map>
 #include <optional>
-#include <set>
 #include <string>
 
 #include "Platform/Log.hpp"
@@ -10,30 +9,28 @@
 
 namespace ostrel {
 
-/// When notifications were last posted, in the user's settings. They are read once, since the one icon of a
-/// person alone writes them, and what cannot be written is known for as long as the program runs, so that
-/// nobody is told the same every minute. Main thread.
+/// When notifications were last posted, in the user's settings. What cannot be written there is kept for as
+/// long as the program runs, so that nobody is told the same every minute. Main thread.
 class NotificationMemory {
  public:
   NotificationMemory(UserDefaults& userDefaults, Log& log) : userDefaults_(userDefaults), log_(log) {}
 
   /// Of the not-protected notification.
-  std::optional<Date> notProtected();
+  std::optional<Date> notProtected() const;
   void setNotProtected(std::optional<Date> date);
 
   /// Of the container-blocked notifications, by runtime.
-  std::map<std::string, Date> containerBlocks();
+  std::map<std::string, Date> containerBlocks() const;
   void setContainerBlocks(std::map<std::string, Date> dates);
 
  private:
   template <class T>
-  std::optional<T> get(const std::string& key);
+  std::optional<T> get(const std::string& key) const;
   void put(const std::string& key, std::optional<DefaultsValue> value);
 
   UserDefaults& userDefaults_;
   Log& log_;
-  std::map<std::string, std::optional<DefaultsValue>> known_;
-  std::set<std::string> unwritten_;
+  std::map<std::string, std::optional<DefaultsValue>> unwritten_;
 };
 
 }  // namespace ostrel

@@ -21,7 +21,8 @@ struct ChildCommand {
   std::vector<std::string> arguments;
   ChildStream output = ChildStream::inherited;
   ChildStream error = ChildStream::inherited;
-  /// The end of the host leaves it to itself, and its run fails by `isEndOfHost`.
+  /// The end of the host leaves it to itself, neither waited for nor reaped, and its run fails by
+  /// `isEndOfHost`. For a child whose streams are captured or discarded.
   bool outlivesProgram = false;
 };
 

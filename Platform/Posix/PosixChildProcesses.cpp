@@ -27,8 +27,9 @@ struct PosixChildProcesses::Child {
   Pipe stop;  ///< readable when nothing more is to be waited for; not open when the child's end is all there
               ///< is
   bool isEndedWithProgram = false;
+  bool isLeft = false;  ///< to itself, and neither waited for nor reaped
 
-  bool isStopped = false;  ///< the pipe has been written to
+  std::atomic<bool> isStopped = false;  ///< the pipe has been written to
 
   void terminate() const { ::kill(target, SIGTERM); }
 
@@ -149,14 +150,6 @@ void readStreams(CapturedStream& output, CapturedStream& error, int stop, int ch
   }
 }
 
-/// Returns when one of the two is readable, at once where there is nothing that tells the child's end.
-void waitForEither(int stop, int childEnd) {
-  if (childEnd < 0) return;
-  std::array<pollfd, 2> watched = {pollfd{stop, POLLIN, 0}, pollfd{childEnd, POLLIN, 0}};
-  while (::poll(watched.data(), watched.size(), -1) < 0 && errno == EINTR) {
-  }
-}
-
 /// A child that cannot be waited for, since somebody else has reaped it, did not end well.
 siginfo_t waitFor(pid_t process, int options) {
   siginfo_t info{};
@@ -166,6 +159,22 @@ siginfo_t waitFor(pid_t process, int options) {
     break;
   }
   return info;
+}
+
+bool hasEnded(pid_t process) {
+  siginfo_t info{};
+  return ::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOHANG | WNOWAIT) != 0 ||
+         info.si_pid != 0;
+}
+
+/// Waits until the child has ended or `stop` is readable. Where no descriptor tells the child's end it looks
+/// for it, a few times a second.
+void waitForEither(pid_t process, int childEnd, int stop) {
+  std::array<pollfd, 2> watched = {pollfd{stop, POLLIN, 0}, pollfd{childEnd, POLLIN, 0}};
+  const int patience = childEnd < 0 ? 200 : -1;
+  while (::poll(watched.data(), watched.size(), patience) <= 0) {
+    if (hasEnded(process)) return;
+  }
 }
 
 }  // namespace
@@ -241,10 +250,10 @@ std::expected<ChildResult, PlatformError> PosixChildProcesses::runChild(const Ch
   const bool leadsGroup = command.output != ChildStream::inherited;
   Child child{*process, leadsGroup ? -*process : *process, command.outlivesProgram, std::move(*stop)};
   auto result = attend(child, std::move(output->reading), std::move(error->reading), ending, received);
-  if (child.isEndedWithProgram && child.outlivesProgram) return std::unexpected(posixError(ECANCELED));
+  if (child.isLeft) return std::unexpected(posixError(ECANCELED));
   (void)waitFor(*process, 0);
   if (!child.isStopped) keepStopPipe(std::move(child.stop));
-  if (child.isEndedWithProgram) return std::unexpected(posixError(ECANCELED));
+  if (child.isEndedWithProgram && !child.outlivesProgram) return std::unexpected(posixError(ECANCELED));
   return result;
 }
 
@@ -276,9 +285,10 @@ ChildResult PosixChildProcesses::attend(Child& child, Descriptor output, Descrip
   (void)output.close();
   (void)error.close();
   if (child.outlivesProgram) {
-    waitForEither(child.stop.reading.number(), childEnd.number());
+    waitForEither(child.process, childEnd.number(), child.stop.reading.number());
     const std::lock_guard lock(mutex_);
-    if (child.isEndedWithProgram) return result;
+    child.isLeft = child.isEndedWithProgram && !hasEnded(child.process);
+    if (child.isLeft) return result;
   }
   // The child stays a zombie until all that may signal it is gone, so that no signal meets a recycled number.
   const auto end = waitFor(child.process, WNOWAIT);

@@ -32,8 +32,9 @@ class PosixChildProcesses final : public ChildProcesses {
   /// Once it has ended, the next run or start reaps it.
   std::expected<void, PlatformError> start(const ChildCommand& command) override;
 
-  /// Kills the child of every run, but for one that shares the terminal, and starts no more. Those runs and
-  /// every later one fail. Call it before the queues on which runs block are joined. Any thread.
+  /// Kills the child of every run and starts no more, but waits for one that shares the terminal and leaves
+  /// one that outlives the program. Those runs and every later one fail. Call it before the queues on which
+  /// runs block are joined. Any thread.
   void endAll();
 
  private:

@@ -141,6 +141,8 @@ void TurnedSoak::changeNotifications() {
 
 /// But for the runtimes of which the person wants to be told.
 void TurnedSoak::forgetSettings() {
+  redNotifications_.forget();
+  containerNotifications_.clear();
   host_.userDefaults = FakeUserDefaults();
   (void)host_.userDefaults.set("ContainerBlockNotifyRuntimes", std::vector<std::string>{"one", "two"});
 }
