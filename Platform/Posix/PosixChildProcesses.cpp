@@ -24,11 +24,9 @@ struct PosixChildProcesses::Child {
   pid_t process = 0;
   pid_t target = 0;  ///< what signals go to: the process, or its group as a negative number
   bool outlivesProgram = false;
-  Pipe stop;  ///< readable when nothing more is to be waited for; not open when the child's end is all there
-              ///< is
+  Pipe stop;  ///< readable when nothing more is to be waited for; not open where only the child's end is
   bool isEndedWithProgram = false;
-  bool isLeft = false;  ///< to itself, and neither waited for nor reaped
-
+  bool isLeft = false;                  ///< to itself, and neither waited for nor reaped
   std::atomic<bool> isStopped = false;  ///< the pipe has been written to
 
   void terminate() const { ::kill(target, SIGTERM); }
