@@ -1,4 +1,4 @@
-# Headers that nearly every file includes are read once and not by each file: that is a third of the time to build. The
+# Headers that nearly every file includes are read once and not by each file: that is a fifth of the time to build. The
 # presets tsan and release build without (CMAKE_DISABLE_PRECOMPILE_HEADERS), which finds the file that forgot to
 # include what it uses.
 set(standardHeaders

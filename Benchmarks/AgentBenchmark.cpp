@@ -4,6 +4,7 @@
 #include <thread>
 #include <vector>
 
+#include "Benchmarks/BenchTable.hpp"
 #include "Benchmarks/HostRootFolder.hpp"
 #include "Benchmarks/Process.hpp"
 #include "OstrelAgent/MenuBarController.hpp"
@@ -28,8 +29,7 @@ class Watch {
   PollerFigures figures() {
     const auto switches = static_cast<double>(process_.contextSwitches() - firstSwitches_);
     const auto count = static_cast<double>(refreshes_.size());
-    std::ranges::sort(refreshes_);
-    return {refreshes_[refreshes_.size() / 2], switches / count, process_.residentKiB()};
+    return {median(refreshes_), switches / count, process_.residentKiB()};
   }
 
  private:

@@ -1,5 +1,6 @@
 #include "Benchmarks/BenchTable.hpp"
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <iterator>
@@ -10,6 +11,11 @@ void printRow(const char* what, const std::string& measured, const std::string& 
               const std::string& ratio, const char* bar) {
   std::printf("| %s | %s | %s | %s | %s |\n", what, measured.c_str(), reference.c_str(), ratio.c_str(), bar);
   std::fflush(stdout);
+}
+
+double median(std::vector<double> values) {
+  std::ranges::sort(values);
+  return values[values.size() / 2];
 }
 
 std::string formatted(const char* format, double value) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace ostrel {
 
@@ -10,6 +11,9 @@ void printRow(const char* what, const std::string& measured, const std::string& 
 
 /// A number by a format of printf.
 std::string formatted(const char* format, double value);
+
+/// The upper one of two in the middle.
+double median(std::vector<double> values);
 
 /// The report that the figures are about.
 std::string readReport();

@@ -8,7 +8,9 @@
 #include <chrono>
 #include <optional>
 #include <stdexcept>
+#include <utility>
 
+#include "Benchmarks/BenchTable.hpp"
 #include "Benchmarks/HostRootFolder.hpp"
 #include "Benchmarks/Process.hpp"
 #include "OstrelAgent/MenuBarController.hpp"
@@ -83,8 +85,7 @@ DesktopFigures measureDesktop(int starts, int openings) {
     times.push_back(tray.start());
     waitFor(std::chrono::milliseconds(300));
   }
-  std::ranges::sort(times);
-  figures.startMilliseconds = times[times.size() / 2];
+  figures.startMilliseconds = median(std::move(times));
 
   waitFor(MenuBarController::refreshPeriod / 2);
   const auto signalsBefore = tray.signalCount();

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <ctime>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "Benchmarks/BenchTable.hpp"
 #include "OstrelAgent/CheckInNudges.hpp"
 #include "Platform/Posix/PosixMainQueue.hpp"
 #include "Tests/Fakes/FakeMainQueue.hpp"
@@ -60,12 +62,11 @@ NudgeFigures measureNudges(int pathChanges) {
     mac.move(pathChanges);
     times.push_back(cpuMilliseconds() - start);
   }
-  std::ranges::sort(times);
   FakeMainQueue turned(clock);
   const MovingMac mac(turned, clock);
   mac.move(pathChanges);
   turned.advance(std::chrono::minutes(10));
-  return {times[times.size() / 2], mac.checkIns()};
+  return {median(std::move(times)), mac.checkIns()};
 }
 
 }  // namespace ostrel

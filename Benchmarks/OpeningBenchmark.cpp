@@ -10,7 +10,9 @@
 #include <chrono>
 #include <cstdlib>
 #include <stdexcept>
+#include <utility>
 
+#include "Benchmarks/BenchTable.hpp"
 #include "Benchmarks/DesktopBenchmark.hpp"
 #include "Benchmarks/FrameCounter.hpp"
 #include "Platform/Linux/DesktopPlugIns.hpp"
@@ -96,11 +98,6 @@ double openOnceElsewhere(const PanelContent& content) {
   if (child > 0) ::waitpid(child, nullptr, 0);
   if (!isTold) throw std::runtime_error("the panel does not open");
   return milliseconds;
-}
-
-double median(std::vector<double> times) {
-  std::ranges::sort(times);
-  return times[times.size() / 2];
 }
 
 }  // namespace

@@ -12,6 +12,9 @@
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
+
+#include "Benchmarks/BenchTable.hpp"
 
 namespace ostrel {
 
@@ -97,8 +100,7 @@ double medianRunMicroseconds(const std::vector<std::string>& command, int rounds
     times.push_back(
         std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count());
   }
-  std::ranges::sort(times);
-  return times[times.size() / 2];
+  return median(std::move(times));
 }
 
 double medianRunCpuMilliseconds(const std::vector<std::string>& command, int rounds) {
@@ -113,8 +115,7 @@ double medianRunCpuMilliseconds(const std::vector<std::string>& command, int rou
     if (status != 0) throw std::runtime_error(command.front() + " failed");
     times.push_back(milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime));
   }
-  std::ranges::sort(times);
-  return times[times.size() / 2];
+  return median(std::move(times));
 }
 
 }  // namespace ostrel

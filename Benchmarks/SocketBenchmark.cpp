@@ -12,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "Benchmarks/BenchTable.hpp"
 #include "OstrelAgent/ControlSocket.hpp"
 #include "Platform/Posix/PosixFiles.hpp"
 #include "Platform/Posix/PosixUnixSockets.hpp"
@@ -100,11 +101,6 @@ double microsecondsOf(const auto& exchange) {
   const auto start = std::chrono::steady_clock::now();
   if (!exchange()) throw std::runtime_error("a request went unanswered");
   return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count();
-}
-
-double median(std::vector<double> values) {
-  std::ranges::sort(values);
-  return values[values.size() / 2];
 }
 
 }  // namespace

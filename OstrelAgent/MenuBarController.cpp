@@ -94,11 +94,11 @@ struct MenuBarController::Refresh : std::enable_shared_from_this<Refresh> {
   }
 
   void finish() {
-    const auto& filter = sources.contentFilter;
-    const bool hasProvider = filter && filter->hasProvider;
-    const auto read = report();
+    const auto read = takeRead();
+    report(read);
+    const auto& filter = read->sources.contentFilter;
     const auto& snapshot = read->reading.snapshot;
-    const NetworkExtensionAssertion assertion = {hasProvider, snapshot.egressLockEnabled,
+    const NetworkExtensionAssertion assertion = {filter && filter->hasProvider, snapshot.egressLockEnabled,
                                                  snapshot.transparentProxy, mdmEnrolled};
     // Loads that complete at once are on a background thread still.
     if (std::this_thread::get_id() == thread)
@@ -109,15 +109,14 @@ struct MenuBarController::Refresh : std::enable_shared_from_this<Refresh> {
   }
 
   /// What comes as it came last time tells the same.
-  std::shared_ptr<const Read> readOf(StatusSources came) const {
-    if (known && came == known->sources) return known;
-    auto reading = statusReading(came);
-    return std::make_shared<const Read>(std::move(came), std::move(reading));
+  std::shared_ptr<const Read> takeRead() {
+    if (known && sources == known->sources) return known;
+    auto reading = statusReading(sources);
+    return std::make_shared<const Read>(std::move(sources), std::move(reading));
   }
 
   /// Hands what was read to the controller.
-  std::shared_ptr<const Read> report() {
-    const auto read = readOf(std::move(sources));
+  void report(const std::shared_ptr<const Read>& read) {
     // The main thread need not be woken for what it knows, unless a request waits for the run's place.
     const bool isNews = isEager || !known || read->reading != known->reading;
     const bool isWanted = isNews || run.ending.terminate.stop_requested();
@@ -126,7 +125,6 @@ struct MenuBarController::Refresh : std::enable_shared_from_this<Refresh> {
       const auto alive = controller.lock();
       if (alive) alive->finishRefresh(number, generation, read);
     });
-    return read;
   }
 
   const std::weak_ptr<MenuBarController> controller;

@@ -22,7 +22,7 @@ inline std::string contentOf(const std::filesystem::path& path) {
 /// A folder of one test or figure, gone with it.
 class TemporaryFolder {
  public:
-  TemporaryFolder() : path_((std::filesystem::temp_directory_path() / "ostrel-test-XXXXXX").string()) {
+  TemporaryFolder() : path_(std::filesystem::temp_directory_path() / ("ostrel-test-" + std::string(6, 'X'))) {
     if (::mkdtemp(path_.data()) == nullptr) throw std::runtime_error("no temporary folder at " + path_);
   }
   TemporaryFolder(const TemporaryFolder&) = delete;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <ranges>
 
 #include "OstrelAgent/Copy.hpp"
 #include "Tests/Fakes/FakeHost.hpp"
@@ -21,7 +22,6 @@ constexpr const char* jobFile = "/Users/robin/Library/LaunchAgents/tech.brenn.os
 
 using Errors = std::vector<std::string>;
 using Proxies = std::vector<TransparentProxyConfiguration>;
-
 /// The flow over a host of fakes: what the status report, the daemon and the tools answer is the test's.
 struct OnboardingFlowControllerTest : testing::Test {
   OnboardingFlowControllerTest() {
@@ -143,10 +143,9 @@ TEST_F(OnboardingFlowControllerTest, LeadsFromATokenToAnActivationThatAsksForApp
   EXPECT_EQ(window.typed, "");
   EXPECT_EQ(title(), "Finish setting up Ostrel Agent");
   EXPECT_EQ(row(Step::approval).errors, Errors{"denied"});
-  const auto awaited = std::ranges::any_of(window.contents, [](const OnboardingContent& content) {
+  EXPECT_TRUE(std::ranges::any_of(window.contents, [](const OnboardingContent& content) {
     return !content.rows.empty() && content.rows[0].progress == "approval required → open";
-  });
-  EXPECT_TRUE(awaited);
+  }));
 
   activationResult = ChildResult{0, ""};
   extensionCode = "SYSEXT_DIVERTING";
@@ -447,9 +446,8 @@ TEST_F(OnboardingFlowControllerTest, EachFailureOfTheFilterNamesItsStage) {
     poll();
     const auto first = window.contents.size();
     press(turnOnNetworkFilter);
-    const auto isTold = std::any_of(
-        window.contents.begin() + static_cast<std::ptrdiff_t>(first), window.contents.end(),
-        [&, text = words](const OnboardingContent& content) {
+    const auto isTold = std::ranges::any_of(
+        window.contents | std::views::drop(first), [text = words](const OnboardingContent& content) {
           const auto& errors = content.rows.at(1).errors;
           return !errors.empty() && errors[0].starts_with("Couldn't turn the network filter on (") &&
                  errors[0].contains(text);
