@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "OstrelAgent/Copy.hpp"
-#include "OstrelAgent/Utf8.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
+#include "OstrelAgent/Text/Utf8.hpp"
 
 namespace ostrel {
 

@@ -4,8 +4,8 @@
 #include <array>
 
 #include "OstrelAgent/ContainerBlock.hpp"
-#include "OstrelAgent/Copy.hpp"
 #include "OstrelAgent/StatusPanel.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {
 

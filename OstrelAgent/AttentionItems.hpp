@@ -8,7 +8,7 @@
 #include "OstrelAgent/GuardRow.hpp"
 #include "OstrelAgent/RowState.hpp"
 #include "OstrelAgent/StatusPanelActions.hpp"
-#include "OstrelAgent/TimeTexts.hpp"
+#include "OstrelAgent/Text/TimeTexts.hpp"
 
 namespace ostrel {
 

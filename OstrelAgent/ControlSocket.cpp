@@ -5,8 +5,8 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
-#include "OstrelAgent/Copy.hpp"
-#include "OstrelAgent/Whitespace.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
+#include "OstrelAgent/Text/Whitespace.hpp"
 
 namespace ostrel {
 

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <variant>
 
-#include "OstrelAgent/JsonMembers.hpp"
+#include "OstrelAgent/Text/JsonMembers.hpp"
 #include "Platform/Files.hpp"
 #include "Platform/UnixSockets.hpp"
 

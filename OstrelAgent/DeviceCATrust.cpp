@@ -6,9 +6,9 @@
 #include <tuple>
 #include <utility>
 
-#include "OstrelAgent/Copy.hpp"
-#include "OstrelAgent/FreshUUID.hpp"
-#include "OstrelAgent/IgnoringCase.hpp"
+#include "OstrelAgent/Text/AsciiCase.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
+#include "OstrelAgent/Text/RandomUuid.hpp"
 
 namespace ostrel {
 
@@ -65,7 +65,7 @@ Outcome DeviceCATrust::ensureTrusted() const {
 }
 
 Outcome DeviceCATrust::write(std::string_view certPEM) const {
-  const auto path = account_.temporaryFolder + "/ostrel-device-ca-" + freshUUID() + ".pem";
+  const auto path = account_.temporaryFolder + "/ostrel-device-ca-" + randomUuid() + ".pem";
   const auto staged = files_.createPrivately(path, certPEM);
   if (!staged) return failed(Copy::trustStageFailed.with(staged.error().description));
   const StagedFile stagedFile(files_, path);

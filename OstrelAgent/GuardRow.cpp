@@ -5,7 +5,7 @@
 #include <tuple>
 #include <unordered_map>
 
-#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {
 

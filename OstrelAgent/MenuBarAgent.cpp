@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "OstrelAgent/Utf8.hpp"
+#include "OstrelAgent/Text/Utf8.hpp"
 
 namespace ostrel {
 

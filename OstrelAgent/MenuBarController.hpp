@@ -15,7 +15,7 @@
 #include "OstrelAgent/StatusPanelModel.hpp"
 #include "OstrelAgent/StatusRead.hpp"
 #include "OstrelAgent/StatusRuns.hpp"
-#include "OstrelAgent/TimeTexts.hpp"
+#include "OstrelAgent/Text/TimeTexts.hpp"
 #include "OstrelAgent/Verdict.hpp"
 #include "Platform/BackgroundQueue.hpp"
 #include "Platform/Clock.hpp"

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "OstrelAgent/Copy.hpp"
-#include "OstrelAgent/Overloaded.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
+#include "OstrelAgent/Text/Overloaded.hpp"
 
 namespace ostrel {
 

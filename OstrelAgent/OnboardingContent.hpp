@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "OstrelAgent/OnboardingFlow.hpp"
-#include "OstrelAgent/TextDirection.hpp"
+#include "OstrelAgent/Text/TextDirection.hpp"
 
 namespace ostrel {
 

@@ -4,10 +4,10 @@
 #include <ranges>
 #include <span>
 
-#include "OstrelAgent/Copy.hpp"
-#include "OstrelAgent/IgnoringCase.hpp"
-#include "OstrelAgent/Utf8.hpp"
-#include "OstrelAgent/Whitespace.hpp"
+#include "OstrelAgent/Text/AsciiCase.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
+#include "OstrelAgent/Text/Utf8.hpp"
+#include "OstrelAgent/Text/Whitespace.hpp"
 
 namespace ostrel {
 

@@ -3,11 +3,11 @@
 #include <utility>
 
 #include "OstrelAgent/Controller.hpp"
-#include "OstrelAgent/Copy.hpp"
-#include "OstrelAgent/InBackground.hpp"
 #include "OstrelAgent/RedNotifier.hpp"
 #include "OstrelAgent/RepairFlow.hpp"
 #include "OstrelAgent/SetupRead.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
+#include "Platform/InBackground.hpp"
 
 namespace ostrel {
 

@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "OstrelAgent/Controller.hpp"
-#include "OstrelAgent/InBackground.hpp"
 #include "OstrelAgent/PanelAlerts.hpp"
 #include "OstrelAgent/PanelNotices.hpp"
+#include "Platform/InBackground.hpp"
 
 namespace ostrel {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "OstrelAgent/ContainerBlock.hpp"
-#include "OstrelAgent/Copy.hpp"
 #include "OstrelAgent/PanelHeader.hpp"
 #include "OstrelAgent/StatusPanel.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {
 

@@ -7,7 +7,7 @@
 
 #include "OstrelAgent/AttentionItems.hpp"
 #include "OstrelAgent/StatusPanelModel.hpp"
-#include "OstrelAgent/TextDirection.hpp"
+#include "OstrelAgent/Text/TextDirection.hpp"
 
 namespace ostrel {
 

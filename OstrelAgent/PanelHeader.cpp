@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {
 

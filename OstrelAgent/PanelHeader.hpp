@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "OstrelAgent/TimeTexts.hpp"
+#include "OstrelAgent/Text/TimeTexts.hpp"
 #include "OstrelAgent/Verdict.hpp"
 
 namespace ostrel {

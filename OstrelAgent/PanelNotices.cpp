@@ -1,7 +1,7 @@
 #include "OstrelAgent/PanelNotices.hpp"
 
-#include "OstrelAgent/Copy.hpp"
 #include "OstrelAgent/RFC3339.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {
 

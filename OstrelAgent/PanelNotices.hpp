@@ -7,7 +7,7 @@
 
 #include "OstrelAgent/ControlSocket.hpp"
 #include "OstrelAgent/HelperRunner.hpp"
-#include "OstrelAgent/JsonMembers.hpp"
+#include "OstrelAgent/Text/JsonMembers.hpp"
 #include "Platform/Date.hpp"
 
 namespace ostrel {

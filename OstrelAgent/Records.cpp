@@ -1,8 +1,8 @@
 #include "OstrelAgent/Records.hpp"
 
 #include "OstrelAgent/RFC3339.hpp"
-#include "OstrelAgent/Utf8.hpp"
-#include "OstrelAgent/Whitespace.hpp"
+#include "OstrelAgent/Text/Utf8.hpp"
+#include "OstrelAgent/Text/Whitespace.hpp"
 
 namespace ostrel {
 

@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "OstrelAgent/ContainerBlockNotificationGate.hpp"
-#include "OstrelAgent/Copy.hpp"
-#include "OstrelAgent/FreshUUID.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
+#include "OstrelAgent/Text/RandomUuid.hpp"
 
 namespace ostrel {
 
@@ -86,7 +86,7 @@ void RedNotifier::rememberContainerBlock(const std::string& runtime, Date now) {
 
 void RedNotifier::postNotProtected() {
   services_.notifications.post(
-      {.identifier = freshUUID(),
+      {.identifier = randomUuid(),
        .title = std::string(Copy::notificationNotProtectedTitle.text()),
        .body = std::string(Copy::notificationNotProtectedBody.text()),
        .category = notProtectedCategory,
@@ -99,7 +99,7 @@ void RedNotifier::postNotProtected() {
 
 void RedNotifier::postContainerBlocked(const std::string& runtime, std::function<void()> accepted) {
   services_.notifications.post(
-      {.identifier = freshUUID(),
+      {.identifier = randomUuid(),
        .title = Copy::notificationContainerBlockedTitle.with(runtime),
        .body = std::string(Copy::notificationContainerBlockedBody.text()),
        .category = containerBlockedCategory},

@@ -1,6 +1,6 @@
 #include "OstrelAgent/RowState.hpp"
 
-#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "OstrelAgent/Copy.hpp"
 #include "OstrelAgent/RuntimeTrustRow.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "OstrelAgent/RowState.hpp"
-#include "OstrelAgent/TimeTexts.hpp"
+#include "OstrelAgent/Text/TimeTexts.hpp"
 
 namespace ostrel {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {
 

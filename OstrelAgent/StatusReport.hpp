@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "OstrelAgent/JsonDecoder.hpp"
+#include "OstrelAgent/Text/JsonDecoder.hpp"
 
 namespace ostrel {
 

@@ -4,7 +4,7 @@
 #include <numbers>
 #include <vector>
 
-#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {
 

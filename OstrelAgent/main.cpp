@@ -8,14 +8,14 @@
 #include "OstrelAgent/CommandLine.hpp"
 #include "OstrelAgent/ControlSocket.hpp"
 #include "OstrelAgent/Controller.hpp"
-#include "OstrelAgent/EditMenu.hpp"
 #include "OstrelAgent/MenuBarClaim.hpp"
 #include "OstrelAgent/MenuBarController.hpp"
 #include "OstrelAgent/OnboardingFlowController.hpp"
 #include "OstrelAgent/RedNotifier.hpp"
 #include "OstrelAgent/RelaunchController.hpp"
 #include "OstrelAgent/RepairFlow.hpp"
-#include "OstrelAgent/Translation.hpp"
+#include "OstrelAgent/Text/EditMenu.hpp"
+#include "OstrelAgent/Text/Translation.hpp"
 #include "Platform/Host.hpp"
 
 namespace ostrel {

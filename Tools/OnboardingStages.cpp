@@ -5,8 +5,8 @@
 #include <iterator>
 #include <string>
 
-#include "OstrelAgent/Copy.hpp"
 #include "OstrelAgent/OnboardingFlow.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {
 

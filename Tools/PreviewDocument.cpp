@@ -4,10 +4,10 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
-#include "OstrelAgent/JsonDecoder.hpp"
 #include "OstrelAgent/RFC3339.hpp"
 #include "OstrelAgent/StatusRead.hpp"
 #include "OstrelAgent/StatusReport.hpp"
+#include "OstrelAgent/Text/JsonDecoder.hpp"
 
 namespace ostrel {
 

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string_view>
 
-#include "OstrelAgent/JsonDecoder.hpp"
 #include "OstrelAgent/StatusPanelModel.hpp"
+#include "OstrelAgent/Text/JsonDecoder.hpp"
 
 namespace ostrel {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "OstrelAgent/JsonDecoder.hpp"
+#include "OstrelAgent/Text/JsonDecoder.hpp"
 
 namespace ostrel {
 

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "OstrelAgent/Copy.hpp"
 #include "OstrelAgent/PanelContent.hpp"
-#include "OstrelAgent/Translation.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
+#include "OstrelAgent/Text/Translation.hpp"
 #include "OstrelAgent/Verdict.hpp"
 #include "Platform/Console/AlertText.hpp"
 #include "Platform/Console/OnboardingText.hpp"

@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "OstrelAgent/Whitespace.hpp"
+#include "OstrelAgent/Text/Whitespace.hpp"
 
 namespace ostrel {
 

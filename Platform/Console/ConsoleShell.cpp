@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "OstrelAgent/Overloaded.hpp"
+#include "OstrelAgent/Text/Overloaded.hpp"
 #include "Platform/Console/ConsoleCommand.hpp"
 
 namespace ostrel {

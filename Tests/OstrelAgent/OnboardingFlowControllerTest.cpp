@@ -5,7 +5,7 @@
 #include <optional>
 #include <ranges>
 
-#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 #include "Tests/Fakes/FakeHost.hpp"
 #include "Tests/Fakes/FakeOnboardingWindow.hpp"
 #include "Tests/Fakes/FakeWorkspace.hpp"

@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "OstrelAgent/Copy.hpp"
 #include "OstrelAgent/RowState.hpp"
-#include "OstrelAgent/TimeTexts.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
+#include "OstrelAgent/Text/TimeTexts.hpp"
 #include "Tests/Fakes/FakeTimeFormat.hpp"
 
 namespace ostrel {

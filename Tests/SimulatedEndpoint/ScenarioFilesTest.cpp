@@ -2,9 +2,9 @@
 
 #include <array>
 
-#include "OstrelAgent/Copy.hpp"
 #include "OstrelAgent/PanelHeader.hpp"
 #include "OstrelAgent/Snapshot.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 #include "OstrelAgent/Verdict.hpp"
 #include "Platform/Posix/PosixFiles.hpp"
 #include "SimulatedEndpoint/HelperAnswers.hpp"

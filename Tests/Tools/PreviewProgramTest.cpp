@@ -5,7 +5,7 @@
 #include <set>
 #include <sstream>
 
-#include "OstrelAgent/StringsTable.hpp"
+#include "OstrelAgent/Text/StringsTable.hpp"
 #include "Tests/EndToEnd/Process.hpp"
 #include "Tests/OstrelAgent/ReportText.hpp"
 #include "Tools/OnboardingStages.hpp"

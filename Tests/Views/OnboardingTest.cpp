@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 #include "Platform/Desktop/Views/OnboardingViewWindow.hpp"
 #include "Platform/Desktop/Views/Picture.hpp"
 #include "Platform/Desktop/Views/SecretField.hpp"

@@ -4,7 +4,7 @@
 #include <QDBusVariant>
 #include <utility>
 
-#include "OstrelAgent/TextDirection.hpp"
+#include "OstrelAgent/Text/TextDirection.hpp"
 #include "Platform/Desktop/Shell/VirtualObject.hpp"
 
 namespace ostrel {

@@ -1,9 +1,9 @@
-#include "OstrelAgent/StringsTable.hpp"
+#include "OstrelAgent/Text/StringsTable.hpp"
 
 #include <algorithm>
 #include <optional>
 
-#include "OstrelAgent/Utf8.hpp"
+#include "OstrelAgent/Text/Utf8.hpp"
 
 namespace ostrel {
 

@@ -1,4 +1,4 @@
-#include "OstrelAgent/JsonNumbers.hpp"
+#include "OstrelAgent/Text/JsonNumbers.hpp"
 
 #include <algorithm>
 #include <charconv>

@@ -1,10 +1,10 @@
-#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 
 #include <algorithm>
 #include <array>
 #include <unordered_map>
 
-#include "OstrelAgent/DetailCodes.gen.hpp"
+#include "OstrelAgent/Text/DetailCodes.gen.hpp"
 
 namespace ostrel {
 
@@ -13,7 +13,7 @@ namespace {
 constexpr Message allMessages[] = {
 #define COPY_MESSAGE(member, key, english) {key, english},
 #define COPY_ONBOARDING(member, key, english) {key, english},
-#include "OstrelAgent/CopyMessages.def"
+#include "OstrelAgent/Text/CopyMessages.def"
 #undef COPY_MESSAGE
 #undef COPY_ONBOARDING
 };

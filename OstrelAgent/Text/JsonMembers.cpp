@@ -1,10 +1,10 @@
-#include "OstrelAgent/JsonMembers.hpp"
+#include "OstrelAgent/Text/JsonMembers.hpp"
 
 #include <algorithm>
 #include <charconv>
 #include <nlohmann/json.hpp>
 
-#include "OstrelAgent/JsonDecoder.hpp"
+#include "OstrelAgent/Text/JsonDecoder.hpp"
 
 namespace ostrel {
 

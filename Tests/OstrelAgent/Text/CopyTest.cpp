@@ -1,4 +1,4 @@
-#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "OstrelAgent/FreshUUID.hpp"
+#include "OstrelAgent/Text/RandomUuid.hpp"
 
 #include <cstddef>
 #include <random>
@@ -6,7 +6,7 @@
 
 namespace ostrel {
 
-std::string freshUUID() {
+std::string randomUuid() {
   constexpr std::string_view digits = "0123456789ABCDEF";
   std::string uuid = "xxxxxxxx-xxxx-4xxx-Nxxx-xxxxxxxxxxxx";
   std::random_device random;

@@ -1,4 +1,4 @@
-#include "OstrelAgent/IgnoringCase.hpp"
+#include "OstrelAgent/Text/AsciiCase.hpp"
 
 #include <algorithm>
 

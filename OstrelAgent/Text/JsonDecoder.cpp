@@ -1,10 +1,10 @@
-#include "OstrelAgent/JsonDecoder.hpp"
+#include "OstrelAgent/Text/JsonDecoder.hpp"
 
 #include <algorithm>
 #include <limits>
 #include <nlohmann/json.hpp>
 
-#include "OstrelAgent/JsonNumbers.hpp"
+#include "OstrelAgent/Text/JsonNumbers.hpp"
 
 namespace ostrel {
 

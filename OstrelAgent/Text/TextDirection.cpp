@@ -1,4 +1,4 @@
-#include "OstrelAgent/TextDirection.hpp"
+#include "OstrelAgent/Text/TextDirection.hpp"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "OstrelAgent/StringsTable.hpp"
+#include "OstrelAgent/Text/StringsTable.hpp"
 
 #include <gtest/gtest.h>
 

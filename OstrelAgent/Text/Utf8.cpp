@@ -1,4 +1,4 @@
-#include "OstrelAgent/Utf8.hpp"
+#include "OstrelAgent/Text/Utf8.hpp"
 
 #include <cstddef>
 

@@ -1,4 +1,4 @@
-#include "OstrelAgent/Whitespace.hpp"
+#include "OstrelAgent/Text/Whitespace.hpp"
 
 #include <gtest/gtest.h>
 

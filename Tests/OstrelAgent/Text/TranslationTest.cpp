@@ -1,8 +1,8 @@
-#include "OstrelAgent/Translation.hpp"
+#include "OstrelAgent/Text/Translation.hpp"
 
 #include <gtest/gtest.h>
 
-#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 #include "Tests/Fakes/FakeBundle.hpp"
 #include "Tests/Fakes/FakeLog.hpp"
 

@@ -1,6 +1,6 @@
-#include "OstrelAgent/TimeTexts.hpp"
+#include "OstrelAgent/Text/TimeTexts.hpp"
 
-#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {
 

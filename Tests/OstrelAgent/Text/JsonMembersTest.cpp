@@ -1,4 +1,4 @@
-#include "OstrelAgent/JsonMembers.hpp"
+#include "OstrelAgent/Text/JsonMembers.hpp"
 
 #include <gtest/gtest.h>
 

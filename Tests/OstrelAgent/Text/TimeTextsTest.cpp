@@ -1,4 +1,4 @@
-#include "OstrelAgent/TimeTexts.hpp"
+#include "OstrelAgent/Text/TimeTexts.hpp"
 
 #include <gtest/gtest.h>
 

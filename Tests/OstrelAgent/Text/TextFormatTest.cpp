@@ -1,4 +1,4 @@
-#include "OstrelAgent/TextFormat.hpp"
+#include "OstrelAgent/Text/TextFormat.hpp"
 
 #include <gtest/gtest.h>
 

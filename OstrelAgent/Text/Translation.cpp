@@ -1,9 +1,9 @@
-#include "OstrelAgent/Translation.hpp"
+#include "OstrelAgent/Text/Translation.hpp"
 
 #include <string>
 #include <utility>
 
-#include "OstrelAgent/Copy.hpp"
+#include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {
 

@@ -1,4 +1,4 @@
-#include "OstrelAgent/JsonDecoder.hpp"
+#include "OstrelAgent/Text/JsonDecoder.hpp"
 
 #include <gtest/gtest.h>
 

@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "OstrelAgent/StringsTable.hpp"
-#include "OstrelAgent/TextFormat.hpp"
+#include "OstrelAgent/Text/StringsTable.hpp"
+#include "OstrelAgent/Text/TextFormat.hpp"
 
 namespace ostrel {
 
@@ -39,14 +39,14 @@ class Copy {
 
 #define COPY_MESSAGE(member, key, english) static constexpr Message member{key, english};
 #define COPY_ONBOARDING(member, key, english)
-#include "OstrelAgent/CopyMessages.def"
+#include "OstrelAgent/Text/CopyMessages.def"
 #undef COPY_MESSAGE
 #undef COPY_ONBOARDING
 
   struct Onboarding {
 #define COPY_MESSAGE(member, key, english)
 #define COPY_ONBOARDING(member, key, english) static constexpr Message member{key, english};
-#include "OstrelAgent/CopyMessages.def"
+#include "OstrelAgent/Text/CopyMessages.def"
 #undef COPY_MESSAGE
 #undef COPY_ONBOARDING
   };
