@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "Benchmarks/BenchTable.hpp"
-#include "OstrelAgent/ControlSocket.hpp"
+#include "OstrelAgent/Daemon/ControlSocket.hpp"
 #include "Platform/Posix/PosixFiles.hpp"
 #include "Platform/Posix/PosixUnixSockets.hpp"
 #include "Tests/Fakes/TemporaryFolder.hpp"

@@ -10,7 +10,7 @@
 #include <string_view>
 
 #include "OstrelAgent/CaptureConfig.hpp"
-#include "OstrelAgent/HelperRunner.hpp"
+#include "OstrelAgent/Daemon/HelperRunner.hpp"
 #include "OstrelAgent/MenuBarAgent.hpp"
 #include "OstrelAgent/NetworkConfigurations.hpp"
 #include "Platform/BackgroundQueue.hpp"

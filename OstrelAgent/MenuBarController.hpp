@@ -6,7 +6,7 @@
 
 #include "OstrelAgent/CheckInNudges.hpp"
 #include "OstrelAgent/ContainerTrustPreferences.hpp"
-#include "OstrelAgent/HelperRunner.hpp"
+#include "OstrelAgent/Daemon/HelperRunner.hpp"
 #include "OstrelAgent/PanelActions.hpp"
 #include "OstrelAgent/PanelContent.hpp"
 #include "OstrelAgent/Reactivation.hpp"

@@ -9,9 +9,9 @@
 
 #include "OstrelAgent/ActivationRun.hpp"
 #include "OstrelAgent/CaptureConfig.hpp"
-#include "OstrelAgent/ControlSocket.hpp"
-#include "OstrelAgent/DeviceCATrust.hpp"
-#include "OstrelAgent/HelperRunner.hpp"
+#include "OstrelAgent/Daemon/ControlSocket.hpp"
+#include "OstrelAgent/Daemon/DeviceCATrust.hpp"
+#include "OstrelAgent/Daemon/HelperRunner.hpp"
 #include "OstrelAgent/MenuBarAgent.hpp"
 #include "OstrelAgent/NetworkConfigurations.hpp"
 #include "OstrelAgent/OnboardingContent.hpp"

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "OstrelAgent/ControlSocket.hpp"
-#include "OstrelAgent/DeviceCATrust.hpp"
-#include "OstrelAgent/HelperRunner.hpp"
+#include "OstrelAgent/Daemon/ControlSocket.hpp"
+#include "OstrelAgent/Daemon/DeviceCATrust.hpp"
+#include "OstrelAgent/Daemon/HelperRunner.hpp"
 #include "OstrelAgent/NetworkConfigurations.hpp"
 #include "OstrelAgent/PanelNotices.hpp"
 #include "OstrelAgent/StatusPanelActions.hpp"

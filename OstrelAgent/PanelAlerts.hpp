@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "OstrelAgent/ControlSocket.hpp"
+#include "OstrelAgent/Daemon/ControlSocket.hpp"
 #include "Platform/Alerts.hpp"
 
 namespace ostrel {

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "OstrelAgent/ControlSocket.hpp"
-#include "OstrelAgent/HelperRunner.hpp"
+#include "OstrelAgent/Daemon/ControlSocket.hpp"
+#include "OstrelAgent/Daemon/HelperRunner.hpp"
 #include "OstrelAgent/Text/JsonMembers.hpp"
 #include "Platform/Date.hpp"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "OstrelAgent/HelperRunner.hpp"
+#include "OstrelAgent/Daemon/HelperRunner.hpp"
 #include "OstrelAgent/OnboardingFlow.hpp"
 #include "Platform/NetworkPreferences.hpp"
 

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "OstrelAgent/HelperRunner.hpp"
+#include "OstrelAgent/Daemon/HelperRunner.hpp"
 #include "OstrelAgent/Snapshot.hpp"
 #include "Platform/NetworkPreferences.hpp"
 

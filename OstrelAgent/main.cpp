@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "OstrelAgent/CommandLine.hpp"
-#include "OstrelAgent/ControlSocket.hpp"
 #include "OstrelAgent/Controller.hpp"
+#include "OstrelAgent/Daemon/ControlSocket.hpp"
 #include "OstrelAgent/MenuBarClaim.hpp"
 #include "OstrelAgent/MenuBarController.hpp"
 #include "OstrelAgent/OnboardingFlowController.hpp"

@@ -1,4 +1,4 @@
-#include "OstrelAgent/DeviceCATrust.hpp"
+#include "OstrelAgent/Daemon/DeviceCATrust.hpp"
 
 #include <gtest/gtest.h>
 

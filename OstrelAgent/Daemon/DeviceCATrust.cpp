@@ -1,4 +1,4 @@
-#include "OstrelAgent/DeviceCATrust.hpp"
+#include "OstrelAgent/Daemon/DeviceCATrust.hpp"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "OstrelAgent/HelperRunner.hpp"
+#include "OstrelAgent/Daemon/HelperRunner.hpp"
 
 #include <utility>
 

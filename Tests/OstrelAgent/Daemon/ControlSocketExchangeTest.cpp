@@ -5,7 +5,7 @@
 #include <future>
 #include <latch>
 
-#include "OstrelAgent/ControlSocket.hpp"
+#include "OstrelAgent/Daemon/ControlSocket.hpp"
 #include "Platform/Posix/PosixFiles.hpp"
 #include "Platform/Posix/PosixUnixSockets.hpp"
 #include "Tests/Fakes/TemporaryFolder.hpp"

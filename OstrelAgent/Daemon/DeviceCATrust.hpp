@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "OstrelAgent/ControlSocket.hpp"
+#include "OstrelAgent/Daemon/ControlSocket.hpp"
 #include "Platform/ChildProcesses.hpp"
 #include "Platform/Files.hpp"
 #include "Platform/UserAccount.hpp"

@@ -1,4 +1,4 @@
-#include "OstrelAgent/ControlSocket.hpp"
+#include "OstrelAgent/Daemon/ControlSocket.hpp"
 
 #include <array>
 #include <cerrno>
