@@ -7,7 +7,7 @@
 
 #include "Benchmarks/BenchTable.hpp"
 #include "Benchmarks/DesktopBenchmark.hpp"
-#include "OstrelAgent/StatusRead.hpp"
+#include "OstrelAgent/Status/StatusRead.hpp"
 #include "Platform/Posix/PosixTimeFormat.hpp"
 
 namespace ostrel {

@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "OstrelAgent/PanelContent.hpp"
-#include "OstrelAgent/StatusRead.hpp"
-#include "OstrelAgent/Verdict.hpp"
+#include "OstrelAgent/Status/StatusRead.hpp"
+#include "OstrelAgent/Status/Verdict.hpp"
 #include "Platform/Posix/PosixTimeFormat.hpp"
 
 namespace ostrel {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "OstrelAgent/RFC3339.hpp"
+#include "OstrelAgent/Status/RFC3339.hpp"
 
 namespace ostrel {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "OstrelAgent/Snapshot.hpp"
+#include "OstrelAgent/Status/Snapshot.hpp"
 #include "Platform/Clock.hpp"
 #include "Platform/MainQueue.hpp"
 #include "Platform/NetworkPath.hpp"

@@ -71,7 +71,7 @@ void MenuBarController::fillPanelActions() {
 
 /// One refresh on its way through the background, on whatever threads the loads complete.
 struct MenuBarController::Refresh : std::enable_shared_from_this<Refresh> {
-  Refresh(MenuBarController& owner, StatusRuns::Run begun)
+  Refresh(MenuBarController& owner, StatusRunLimiter::Run begun)
       : controller(owner.weak_from_this()),
         run(std::move(begun)),
         services(owner.services_),
@@ -128,7 +128,7 @@ struct MenuBarController::Refresh : std::enable_shared_from_this<Refresh> {
   }
 
   const std::weak_ptr<MenuBarController> controller;
-  const StatusRuns::Run run;
+  const StatusRunLimiter::Run run;
   const Services services;
   const std::shared_ptr<const Tools> tools;
   const std::shared_ptr<const Read> known;

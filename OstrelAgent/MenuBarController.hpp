@@ -11,12 +11,12 @@
 #include "OstrelAgent/PanelContent.hpp"
 #include "OstrelAgent/Reactivation.hpp"
 #include "OstrelAgent/RedNotifier.hpp"
+#include "OstrelAgent/Status/MenuBarIcon.hpp"
+#include "OstrelAgent/Status/StatusRead.hpp"
+#include "OstrelAgent/Status/StatusRunLimiter.hpp"
 #include "OstrelAgent/StatusPanelActions.hpp"
 #include "OstrelAgent/StatusPanelModel.hpp"
-#include "OstrelAgent/StatusRead.hpp"
-#include "OstrelAgent/StatusRuns.hpp"
 #include "OstrelAgent/Text/TimeTexts.hpp"
-#include "OstrelAgent/Verdict.hpp"
 #include "Platform/BackgroundQueue.hpp"
 #include "Platform/Clock.hpp"
 #include "Platform/MainQueue.hpp"
@@ -100,7 +100,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   Services services_;
   const std::shared_ptr<const Tools> tools_;
   std::shared_ptr<RedNotifier> redNotifier_;
-  StatusRuns statusRuns_;
+  StatusRunLimiter statusRuns_;
   TimeTexts times_;
   StatusPanelModel model_;
   std::shared_ptr<PanelActions> actions_;

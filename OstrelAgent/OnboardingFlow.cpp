@@ -123,18 +123,6 @@ std::optional<OnboardingStage> stageAfter(const OnboardingStage& stage, const On
   return std::nullopt;
 }
 
-void SetupObservation::addReport(const StatusReport& report) {
-  statusRead = true;
-  enrolled = report.enrolled.value_or(false);
-  caTrustPending = report.caTrustPending.value_or(false);
-  daemonListening = report.daemonListening;
-  if (!report.health) return;
-  verdict = report.health->verdict.value_or("");
-  if (!report.health->sysext) return;
-  sysextState = report.health->sysext->state;
-  sysextCode = report.health->sysext->code.value_or("");
-}
-
 ChecklistStepState OnboardingChecklist::state(Step step, const SetupObservation& observation) {
   return rowOf(step).state(observation);
 }

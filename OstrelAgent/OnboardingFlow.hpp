@@ -8,7 +8,7 @@
 #include <utility>
 #include <variant>
 
-#include "OstrelAgent/StatusReport.hpp"
+#include "OstrelAgent/Status/StatusRead.hpp"
 
 namespace ostrel {
 
@@ -63,24 +63,6 @@ struct OnboardingEvent {
 
 /// The stage after an event, or nothing when the event does not concern the stage.
 std::optional<OnboardingStage> stageAfter(const OnboardingStage& stage, const OnboardingEvent& event);
-
-/// One reading of the Mac's setup.
-struct SetupObservation {
-  bool statusRead = false;
-  bool enrolled = false;
-  bool caTrustPending = false;
-  bool daemonListening = false;
-  bool sysextActive = false;  ///< a transparent proxy is connected
-  std::string sysextState;
-  std::string sysextCode;
-  std::optional<bool> transparentProxyEnabled;  ///< absent when the configurations could not be loaded
-  std::string verdict;
-
-  /// Takes over what the helper's report says.
-  void addReport(const StatusReport& report);
-
-  bool operator==(const SetupObservation&) const = default;
-};
 
 enum class ChecklistStepState { satisfied, pending, unreadable };
 

@@ -5,7 +5,7 @@
 #include "OstrelAgent/Controller.hpp"
 #include "OstrelAgent/RedNotifier.hpp"
 #include "OstrelAgent/RepairFlow.hpp"
-#include "OstrelAgent/SetupRead.hpp"
+#include "OstrelAgent/Status/StatusRead.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
 #include "Platform/InBackground.hpp"
 

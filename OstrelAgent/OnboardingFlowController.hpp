@@ -15,7 +15,7 @@
 #include "OstrelAgent/MenuBarAgent.hpp"
 #include "OstrelAgent/NetworkConfigurations.hpp"
 #include "OstrelAgent/OnboardingContent.hpp"
-#include "OstrelAgent/StatusRuns.hpp"
+#include "OstrelAgent/Status/StatusRunLimiter.hpp"
 #include "Platform/BackgroundQueue.hpp"
 #include "Platform/OnboardingWindow.hpp"
 #include "Platform/Shell.hpp"
@@ -96,7 +96,7 @@ class OnboardingFlowController : public std::enable_shared_from_this<OnboardingF
   Services services_;
   Tools tools_;
   OnboardingFlowModel model_;
-  StatusRuns statusRuns_;
+  StatusRunLimiter statusRuns_;
   std::unique_ptr<ActivationRun> activation_;
   ScheduledWork pollTimer_;
   std::uint64_t pollGeneration_ = 0;

@@ -3,8 +3,8 @@
 #include <optional>
 #include <string>
 
+#include "OstrelAgent/Status/Verdict.hpp"
 #include "OstrelAgent/Text/TimeTexts.hpp"
-#include "OstrelAgent/Verdict.hpp"
 
 namespace ostrel {
 

@@ -1,6 +1,6 @@
 #include "OstrelAgent/PanelNotices.hpp"
 
-#include "OstrelAgent/RFC3339.hpp"
+#include "OstrelAgent/Status/RFC3339.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {

@@ -1,6 +1,6 @@
 #include "OstrelAgent/Records.hpp"
 
-#include "OstrelAgent/RFC3339.hpp"
+#include "OstrelAgent/Status/RFC3339.hpp"
 #include "OstrelAgent/Text/Utf8.hpp"
 #include "OstrelAgent/Text/Whitespace.hpp"
 

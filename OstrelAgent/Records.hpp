@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "OstrelAgent/CaptureConfig.hpp"
-#include "OstrelAgent/Snapshot.hpp"
+#include "OstrelAgent/Status/Snapshot.hpp"
 #include "Platform/Clock.hpp"
 #include "Platform/Files.hpp"
 #include "Platform/UserAccount.hpp"

@@ -3,7 +3,7 @@
 #include <optional>
 #include <vector>
 
-#include "OstrelAgent/Verdict.hpp"
+#include "OstrelAgent/Status/Verdict.hpp"
 #include "Platform/Date.hpp"
 
 namespace ostrel {

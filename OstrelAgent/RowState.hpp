@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "OstrelAgent/Snapshot.hpp"
+#include "OstrelAgent/Status/Snapshot.hpp"
 
 namespace ostrel {
 

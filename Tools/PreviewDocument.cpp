@@ -4,9 +4,9 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
-#include "OstrelAgent/RFC3339.hpp"
-#include "OstrelAgent/StatusRead.hpp"
-#include "OstrelAgent/StatusReport.hpp"
+#include "OstrelAgent/Status/RFC3339.hpp"
+#include "OstrelAgent/Status/StatusRead.hpp"
+#include "OstrelAgent/Status/StatusReport.hpp"
 #include "OstrelAgent/Text/JsonDecoder.hpp"
 
 namespace ostrel {

@@ -3,7 +3,7 @@
 #include <nlohmann/json_fwd.hpp>
 
 #include "OstrelAgent/PanelContent.hpp"
-#include "OstrelAgent/Verdict.hpp"
+#include "OstrelAgent/Status/Verdict.hpp"
 
 namespace ostrel {
 

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Status/Verdict.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
 #include "OstrelAgent/Text/Translation.hpp"
-#include "OstrelAgent/Verdict.hpp"
 #include "Platform/Console/AlertText.hpp"
 #include "Platform/Console/OnboardingText.hpp"
 #include "Platform/Console/PanelText.hpp"

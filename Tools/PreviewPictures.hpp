@@ -5,7 +5,7 @@
 
 #include "OstrelAgent/OnboardingContent.hpp"
 #include "OstrelAgent/PanelContent.hpp"
-#include "OstrelAgent/Verdict.hpp"
+#include "OstrelAgent/Status/Verdict.hpp"
 #include "Platform/Alerts.hpp"
 #include "Platform/Bundle.hpp"
 #include "Platform/Log.hpp"

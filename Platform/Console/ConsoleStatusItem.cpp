@@ -1,6 +1,6 @@
 #include "Platform/Console/ConsoleStatusItem.hpp"
 
-#include "OstrelAgent/Verdict.hpp"
+#include "OstrelAgent/Status/MenuBarIcon.hpp"
 
 namespace ostrel {
 

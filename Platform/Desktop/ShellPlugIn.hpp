@@ -8,7 +8,7 @@
 
 #include "OstrelAgent/OnboardingContent.hpp"
 #include "OstrelAgent/PanelContent.hpp"
-#include "OstrelAgent/Verdict.hpp"
+#include "OstrelAgent/Status/MenuBarIcon.hpp"
 #include "Platform/Alerts.hpp"
 #include "Platform/Desktop/DesktopLook.hpp"
 #include "Platform/Desktop/ViewsPlugIn.hpp"

@@ -3,7 +3,7 @@
 #include <optional>
 #include <vector>
 
-#include "OstrelAgent/Verdict.hpp"
+#include "OstrelAgent/Status/MenuBarIcon.hpp"
 #include "Platform/Desktop/Shell/DesktopStatusItem.hpp"
 #include "Platform/Desktop/Shell/EmbeddedIcon.hpp"
 #include "Tests/Desktop/DesktopTest.hpp"

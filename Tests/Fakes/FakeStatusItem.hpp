@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "OstrelAgent/Status/MenuBarIcon.hpp"
 #include "OstrelAgent/StatusPanelActions.hpp"
-#include "OstrelAgent/Verdict.hpp"
 #include "Platform/StatusItem.hpp"
 
 namespace ostrel {

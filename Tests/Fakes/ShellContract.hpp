@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "OstrelAgent/PanelContent.hpp"
-#include "OstrelAgent/Verdict.hpp"
+#include "OstrelAgent/Status/MenuBarIcon.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/StatusItem.hpp"
 

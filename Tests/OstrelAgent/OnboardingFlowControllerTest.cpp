@@ -330,7 +330,7 @@ TEST_F(OnboardingFlowControllerTest, AHelperThatHangsDoesNotLeaveAnOldGreenStand
   runAll();
   EXPECT_EQ(title(), "This Mac is protected again");
   host.networkPreferences.transparentProxies = std::unexpected(PlatformError{vpnErrorDomain, 5, "denied"});
-  for (std::size_t i = 0; i <= StatusRuns::mostOutstanding; ++i) {
+  for (std::size_t i = 0; i <= StatusRunLimiter::mostOutstanding; ++i) {
     host.mainQueue.advance(OnboardingFlowController::pollPeriod);
   }
   EXPECT_EQ(title(), "This Mac is protected again");

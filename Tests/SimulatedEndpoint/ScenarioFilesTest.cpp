@@ -3,9 +3,9 @@
 #include <array>
 
 #include "OstrelAgent/PanelHeader.hpp"
-#include "OstrelAgent/Snapshot.hpp"
+#include "OstrelAgent/Status/Snapshot.hpp"
+#include "OstrelAgent/Status/Verdict.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
-#include "OstrelAgent/Verdict.hpp"
 #include "Platform/Posix/PosixFiles.hpp"
 #include "SimulatedEndpoint/HelperAnswers.hpp"
 #include "SimulatedEndpoint/ScenarioFolder.hpp"

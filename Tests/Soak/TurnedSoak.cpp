@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "OstrelAgent/StatusRead.hpp"
-#include "OstrelAgent/StatusRuns.hpp"
+#include "OstrelAgent/Status/StatusRead.hpp"
+#include "OstrelAgent/Status/StatusRunLimiter.hpp"
 #include "Tests/Fakes/FakeMenuBar.hpp"
 #include "Tests/Soak/RandomAnswers.hpp"
 
@@ -234,7 +234,8 @@ void TurnedSoak::take() {
   expect(reactivations_ <= 1, "the extension is re-activated a second time");
   host_.childProcesses.commands.clear();
   takeNotifications();
-  expect(host_.statusQueue.countWaiting() <= StatusRuns::mostOutstanding, "more status runs than places");
+  expect(host_.statusQueue.countWaiting() <= StatusRunLimiter::mostOutstanding,
+         "more status runs than places");
   auto& panels = host_.screens.panels;
   if (panels.size() > 1) panels.erase(panels.begin(), panels.end() - 1);
   host_.log.lines.clear();

@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "OstrelAgent/PanelContent.hpp"
-#include "OstrelAgent/Verdict.hpp"
+#include "OstrelAgent/Status/Verdict.hpp"
 #include "Tests/OstrelAgent/Readings.hpp"
 #include "Tests/OstrelAgent/ReportText.hpp"
 #include "Tools/PreviewJson.hpp"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "OstrelAgent/Verdict.hpp"
+#include "OstrelAgent/Status/MenuBarIcon.hpp"
 #include "Platform/Desktop/Shell/EmbeddedIcon.hpp"
 #include "Platform/Desktop/Shell/LookWatcher.hpp"
 #include "Platform/Desktop/Shell/StatusItemMenu.hpp"

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "OstrelAgent/Verdict.hpp"
+#include "OstrelAgent/Status/MenuBarIcon.hpp"
 
 namespace ostrel {
 

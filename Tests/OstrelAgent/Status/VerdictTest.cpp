@@ -1,4 +1,5 @@
-#include "OstrelAgent/Verdict.hpp"
+#include "OstrelAgent/Status/MenuBarIcon.hpp"
+#include "OstrelAgent/Status/Verdict.hpp"
 
 #include <gtest/gtest.h>
 

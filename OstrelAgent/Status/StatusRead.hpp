@@ -4,7 +4,7 @@
 #include <string>
 
 #include "OstrelAgent/Daemon/HelperRunner.hpp"
-#include "OstrelAgent/Snapshot.hpp"
+#include "OstrelAgent/Status/Snapshot.hpp"
 #include "Platform/NetworkPreferences.hpp"
 
 namespace ostrel {
@@ -41,5 +41,31 @@ bool isConnected(const NetworkPreferences::TransparentProxies& loaded);
 /// Adds what the network preferences say. What was not loaded keeps its default.
 void addTransparentProxies(Snapshot& snapshot, const NetworkPreferences::TransparentProxies& loaded);
 void addContentFilter(Snapshot& snapshot, const NetworkPreferences::ContentFilter& loaded);
+
+/// One reading of the Mac's setup.
+struct SetupObservation {
+  bool statusRead = false;
+  bool enrolled = false;
+  bool caTrustPending = false;
+  bool daemonListening = false;
+  bool sysextActive = false;  ///< a transparent proxy is connected
+  std::string sysextState;
+  std::string sysextCode;
+  std::optional<bool> transparentProxyEnabled;  ///< absent when the configurations could not be loaded
+  std::string verdict;
+
+  /// Takes over what the helper's report says.
+  void addReport(const StatusReport& report);
+
+  bool operator==(const SetupObservation&) const = default;
+};
+
+/// What the helper's status report says of the setup; nothing read when it fails or does not decode. Blocks.
+SetupObservation readSetup(const HelperRunner& helper, const ChildEnding& ending = {});
+
+/// The observation with what the network preferences say; after a failed load at most that the extension is
+/// active.
+SetupObservation withTransparentProxies(SetupObservation observation,
+                                        const NetworkPreferences::TransparentProxies& loaded);
 
 }  // namespace ostrel

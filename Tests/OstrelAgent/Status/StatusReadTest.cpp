@@ -1,4 +1,4 @@
-#include "OstrelAgent/StatusRead.hpp"
+#include "OstrelAgent/Status/StatusRead.hpp"
 
 #include <gtest/gtest.h>
 

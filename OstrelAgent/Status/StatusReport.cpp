@@ -1,4 +1,4 @@
-#include "OstrelAgent/StatusReport.hpp"
+#include "OstrelAgent/Status/StatusReport.hpp"
 
 #include <array>
 

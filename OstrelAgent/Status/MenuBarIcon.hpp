@@ -1,36 +1,15 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
 
-#include "OstrelAgent/Snapshot.hpp"
+#include "OstrelAgent/Status/Verdict.hpp"
 #include "Platform/Appearance.hpp"
 #include "Platform/Canvas.hpp"
 
 namespace ostrel {
-
-/// The overall judgement of the device.
-struct ProtectionVerdict {
-  enum class Case { isProtected, protectedWithOff, needsAttention, notProtected, notReported };
-
-  Case kind = Case::notReported;
-  std::int64_t count = 0;  ///< protections off by policy, of `protectedWithOff`
-
-  /// The verdict of the daemon's word, compared exactly.
-  static ProtectionVerdict fromWire(std::string_view wire, std::int64_t offByPolicy);
-  static ProtectionVerdict of(const Snapshot& snapshot);
-
-  /// Tooltip of the menu-bar icon.
-  std::string menuBarDescription() const;
-
-  /// Word of the panel's header.
-  std::string headerText() const;
-
-  bool operator==(const ProtectionVerdict&) const = default;
-};
 
 /// The mark in the icon's corner: all well, needs attention or not reported, not protected.
 enum class MenuBarBadge { dot, square, octagon };

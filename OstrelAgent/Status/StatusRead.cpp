@@ -1,4 +1,4 @@
-#include "OstrelAgent/StatusRead.hpp"
+#include "OstrelAgent/Status/StatusRead.hpp"
 
 #include <algorithm>
 
@@ -50,6 +50,34 @@ void addTransparentProxies(Snapshot& snapshot, const NetworkPreferences::Transpa
 
 void addContentFilter(Snapshot& snapshot, const NetworkPreferences::ContentFilter& loaded) {
   snapshot.egressLockEnabled = loaded && loaded->hasProvider && loaded->enabled;
+}
+
+void SetupObservation::addReport(const StatusReport& report) {
+  statusRead = true;
+  enrolled = report.enrolled.value_or(false);
+  caTrustPending = report.caTrustPending.value_or(false);
+  daemonListening = report.daemonListening;
+  if (!report.health) return;
+  verdict = report.health->verdict.value_or("");
+  if (!report.health->sysext) return;
+  sysextState = report.health->sysext->state;
+  sysextCode = report.health->sysext->code.value_or("");
+}
+
+SetupObservation readSetup(const HelperRunner& helper, const ChildEnding& ending) {
+  SetupObservation observation;
+  const auto run = runStatus(helper, ending);
+  if (run.status != 0) return observation;
+  if (const auto report = StatusReport::decode(run.standardOutput)) observation.addReport(*report);
+  return observation;
+}
+
+SetupObservation withTransparentProxies(SetupObservation observation,
+                                        const NetworkPreferences::TransparentProxies& loaded) {
+  observation.sysextActive = isConnected(loaded);
+  if (!loaded) return observation;
+  observation.transparentProxyEnabled = std::ranges::any_of(*loaded, &TransparentProxyConfiguration::enabled);
+  return observation;
 }
 
 }  // namespace ostrel

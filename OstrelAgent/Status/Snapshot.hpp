@@ -3,9 +3,10 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "OstrelAgent/StatusReport.hpp"
+#include "OstrelAgent/Status/StatusReport.hpp"
 #include "Platform/Date.hpp"
 
 namespace ostrel {
@@ -92,6 +93,14 @@ struct Snapshot {
 
   bool operator==(const Snapshot&) const = default;
 };
+
+/// What trust settings protect when the daemon does not say so itself.
+namespace TrustGaps {
+
+/// The ecosystems that a trust setting protects; none for a setting that is not known.
+std::vector<std::string> legacyKnobProtects(std::string_view env);
+
+}  // namespace TrustGaps
 
 /// The network-extension facts of a snapshot as compact JSON with sorted keys.
 std::string networkExtensionStates(const Snapshot& snapshot);

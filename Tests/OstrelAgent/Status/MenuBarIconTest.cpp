@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "OstrelAgent/Verdict.hpp"
+#include "OstrelAgent/Status/MenuBarIcon.hpp"
 
 namespace ostrel {
 namespace {

@@ -14,7 +14,7 @@ namespace ostrel {
 /// Keeps the status runs bounded while a helper hangs. With all places taken a new request ends the oldest
 /// run, politely at first, and waits for its place; requests that come meanwhile share that place. Main
 /// thread.
-class StatusRuns {
+class StatusRunLimiter {
  public:
   static constexpr std::size_t mostOutstanding = 4;
   static constexpr std::chrono::milliseconds graceBeforeKill{2000};
@@ -24,7 +24,7 @@ class StatusRuns {
     ChildEnding ending;
   };
 
-  explicit StatusRuns(MainQueue& mainQueue) : mainQueue_(mainQueue) {}
+  explicit StatusRunLimiter(MainQueue& mainQueue) : mainQueue_(mainQueue) {}
 
   /// A new run, or nothing when the request has to wait for a place.
   std::optional<Run> begin();

@@ -1,4 +1,4 @@
-#include "OstrelAgent/Snapshot.hpp"
+#include "OstrelAgent/Status/Snapshot.hpp"
 
 #include <gtest/gtest.h>
 

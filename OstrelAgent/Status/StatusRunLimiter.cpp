@@ -1,11 +1,11 @@
-#include "OstrelAgent/StatusRuns.hpp"
+#include "OstrelAgent/Status/StatusRunLimiter.hpp"
 
 #include <algorithm>
 #include <utility>
 
 namespace ostrel {
 
-std::optional<StatusRuns::Run> StatusRuns::begin() {
+std::optional<StatusRunLimiter::Run> StatusRunLimiter::begin() {
   if (outstanding_.size() >= mostOutstanding) {
     const bool isPlaceComing = std::ranges::any_of(outstanding_, &Outstanding::isBeingEnded);
     if (!isPlaceComing) endOldest();
@@ -16,7 +16,7 @@ std::optional<StatusRuns::Run> StatusRuns::begin() {
   return Run{run.number, {run.terminate.get_token(), run.kill.get_token()}};
 }
 
-StatusRuns::Finish StatusRuns::finish(std::uint64_t number) {
+StatusRunLimiter::Finish StatusRunLimiter::finish(std::uint64_t number) {
   const auto run = std::ranges::find(outstanding_, number, &Outstanding::number);
   if (run == outstanding_.end()) return {};
   const bool wasEnded = run->isBeingEnded();
@@ -28,7 +28,7 @@ StatusRuns::Finish StatusRuns::finish(std::uint64_t number) {
           .startsWaiting = std::exchange(isRequestWaiting_, false)};
 }
 
-void StatusRuns::endOldest() {
+void StatusRunLimiter::endOldest() {
   auto& oldest = outstanding_.front();
   oldest.killTimer =
       mainQueue_.after(graceBeforeKill, [kill = oldest.kill]() mutable { kill.request_stop(); });

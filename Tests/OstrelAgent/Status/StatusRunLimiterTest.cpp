@@ -1,4 +1,4 @@
-#include "OstrelAgent/StatusRuns.hpp"
+#include "OstrelAgent/Status/StatusRunLimiter.hpp"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct StatusRunsTest : testing::Test {
+struct StatusRunLimiterTest : testing::Test {
   /// Takes every place; the runs are numbered from 1.
   void begin(int count) {
     for (int i = 0; i < count; ++i) {
@@ -25,11 +25,11 @@ struct StatusRunsTest : testing::Test {
 
   FakeClock clock;
   FakeMainQueue queue{clock};
-  StatusRuns runs{queue};
-  std::vector<StatusRuns::Run> begun;
+  StatusRunLimiter runs{queue};
+  std::vector<StatusRunLimiter::Run> begun;
 };
 
-TEST_F(StatusRunsTest, AFifthRequestEndsTheOldestAndKillsItOnlyAfterTwoSeconds) {
+TEST_F(StatusRunLimiterTest, AFifthRequestEndsTheOldestAndKillsItOnlyAfterTwoSeconds) {
   begin(4);
   EXPECT_FALSE(isTerminated(1));
   EXPECT_FALSE(runs.begin());
@@ -42,7 +42,7 @@ TEST_F(StatusRunsTest, AFifthRequestEndsTheOldestAndKillsItOnlyAfterTwoSeconds) 
   for (std::size_t number = 2; number <= 4; ++number) EXPECT_FALSE(isTerminated(number)) << number;
 }
 
-TEST_F(StatusRunsTest, RequestsThatWaitShareOnePlaceAndEndNoFurtherRun) {
+TEST_F(StatusRunLimiterTest, RequestsThatWaitShareOnePlaceAndEndNoFurtherRun) {
   begin(4);
   for (int i = 0; i < 50; ++i) EXPECT_FALSE(runs.begin());
   EXPECT_FALSE(isTerminated(2));
@@ -53,7 +53,7 @@ TEST_F(StatusRunsTest, RequestsThatWaitShareOnePlaceAndEndNoFurtherRun) {
   EXPECT_FALSE(runs.finish(2).startsWaiting);
 }
 
-TEST_F(StatusRunsTest, APlaceThatBecomesFreeByItselfServesTheRequestThatWaits) {
+TEST_F(StatusRunLimiterTest, APlaceThatBecomesFreeByItselfServesTheRequestThatWaits) {
   begin(4);
   EXPECT_FALSE(runs.begin());
   EXPECT_TRUE(runs.finish(3).startsWaiting);
@@ -62,14 +62,14 @@ TEST_F(StatusRunsTest, APlaceThatBecomesFreeByItselfServesTheRequestThatWaits) {
   EXPECT_FALSE(isTerminated(2)) << "the first, still on its way out, is the one that makes room";
 }
 
-TEST_F(StatusRunsTest, ARunThatWasNotEndedIsPublishedInWhateverOrderItFinishes) {
+TEST_F(StatusRunLimiterTest, ARunThatWasNotEndedIsPublishedInWhateverOrderItFinishes) {
   begin(3);
   for (const std::uint64_t number : {3U, 1U, 2U}) EXPECT_TRUE(runs.finish(number).mayPublish) << number;
 }
 
-TEST_F(StatusRunsTest, ARunThatWasEndedIsPublishedUnlessALaterOneHasFinished) {
+TEST_F(StatusRunLimiterTest, ARunThatWasEndedIsPublishedUnlessALaterOneHasFinished) {
   for (const bool isOvertaken : {false, true}) {
-    StatusRuns fresh(queue);
+    StatusRunLimiter fresh(queue);
     for (int i = 0; i < 4; ++i) ASSERT_TRUE(fresh.begin());
     EXPECT_FALSE(fresh.begin());
     if (isOvertaken) {

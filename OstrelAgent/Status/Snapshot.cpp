@@ -1,9 +1,8 @@
-#include "OstrelAgent/Snapshot.hpp"
+#include "OstrelAgent/Status/Snapshot.hpp"
 
 #include <algorithm>
 
-#include "OstrelAgent/RFC3339.hpp"
-#include "OstrelAgent/TrustGaps.hpp"
+#include "OstrelAgent/Status/RFC3339.hpp"
 
 namespace ostrel {
 
@@ -43,6 +42,32 @@ void fillGuard(Snapshot& snapshot, const std::vector<StatusReport::Feature>& fea
 }
 
 }  // namespace
+
+namespace TrustGaps {
+
+namespace {
+
+struct Row {
+  std::string_view env;
+  std::string_view ecosystem;
+};
+
+constexpr Row rows[] = {
+    {"NODE_EXTRA_CA_CERTS", "npm"}, {"REQUESTS_CA_BUNDLE", "pypi"}, {"SSL_CERT_FILE", "rubygems"},
+    {"SSL_CERT_FILE", "pypi"},      {"GEMRC", "rubygems"},          {"PHP_INI_SCAN_DIR", "packagist"},
+};
+
+}  // namespace
+
+std::vector<std::string> legacyKnobProtects(std::string_view env) {
+  std::vector<std::string> ecosystems;
+  for (const auto& row : rows) {
+    if (row.env == env) ecosystems.emplace_back(row.ecosystem);
+  }
+  return ecosystems;
+}
+
+}  // namespace TrustGaps
 
 void Snapshot::fill(const StatusReport& report) {
   daemonListening = report.daemonListening;

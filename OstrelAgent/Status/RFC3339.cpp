@@ -1,4 +1,4 @@
-#include "OstrelAgent/RFC3339.hpp"
+#include "OstrelAgent/Status/RFC3339.hpp"
 
 #include <algorithm>
 
