@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "OstrelAgent/ContainerBlock.hpp"
+#include "OstrelAgent/Containers/ContainerBlock.hpp"
 #include "OstrelAgent/StatusPanel.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
 

@@ -4,7 +4,7 @@
 #include <thread>
 #include <utility>
 
-#include "OstrelAgent/ContainerBlock.hpp"
+#include "OstrelAgent/Containers/ContainerBlock.hpp"
 #include "OstrelAgent/DeviceManagementProbe.hpp"
 
 namespace ostrel {

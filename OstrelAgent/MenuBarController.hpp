@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "OstrelAgent/CheckInNudges.hpp"
-#include "OstrelAgent/ContainerTrustPreferences.hpp"
+#include "OstrelAgent/Containers/ContainerTrustPreferences.hpp"
 #include "OstrelAgent/Daemon/HelperRunner.hpp"
 #include "OstrelAgent/PanelActions.hpp"
 #include "OstrelAgent/PanelContent.hpp"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "OstrelAgent/ContainerBlock.hpp"
+#include "OstrelAgent/Containers/ContainerBlock.hpp"
 #include "OstrelAgent/PanelHeader.hpp"
 #include "OstrelAgent/StatusPanel.hpp"
 #include "OstrelAgent/Text/Copy.hpp"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "OstrelAgent/Containers/ContainerBlock.hpp"
 #include "OstrelAgent/RuntimeTrustRow.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
 
@@ -136,6 +137,16 @@ std::string checkinFact(const Snapshot& snapshot, Date now, const TimeTexts& tim
   }
   auto age = times.relativeAge(*snapshot.lastCheckinSuccess, now);
   return isFailing ? Copy::checkinFailingLastOK.with(age) : age;
+}
+
+RowState containersState(const Snapshot& snapshot, const std::vector<std::string>& runningRuntimes) {
+  if (const auto block = ContainerBlock::read(snapshot.runtimeTrust)) {
+    return weighed(block->text(), snapshot.runtimeTrust);
+  }
+  if (!runningRuntimes.empty()) {
+    return RowState::info(Copy::guardContainersRunning.with(Copy::listJoined(runningRuntimes)));
+  }
+  return RowState::info(Copy::guardContainersNoneRunning.text());
 }
 
 }  // namespace ostrel

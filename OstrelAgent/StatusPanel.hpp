@@ -33,4 +33,7 @@ RowState healthRollup(const std::vector<StatusComponent>& components);
 /// When the device last checked in with the service.
 std::string checkinFact(const Snapshot& snapshot, Date now, const TimeTexts& times);
 
+/// The containers row, given the names of the runtimes that run now.
+RowState containersState(const Snapshot& snapshot, const std::vector<std::string>& runningRuntimes);
+
 }  // namespace ostrel

@@ -1,4 +1,4 @@
-#include "OstrelAgent/ContainerBlock.hpp"
+#include "OstrelAgent/Containers/ContainerBlock.hpp"
 
 #include <algorithm>
 #include <iterator>
@@ -18,16 +18,6 @@ std::optional<ContainerBlock> ContainerBlock::read(const Snapshot::ComponentHeal
 
 std::string ContainerBlock::text() const {
   return Copy::guardContainersBlockedIn.with(Copy::listJoined(runtimes));
-}
-
-RowState containersState(const Snapshot& snapshot, const std::vector<std::string>& runningRuntimes) {
-  if (const auto block = ContainerBlock::read(snapshot.runtimeTrust)) {
-    return weighed(block->text(), snapshot.runtimeTrust);
-  }
-  if (!runningRuntimes.empty()) {
-    return RowState::info(Copy::guardContainersRunning.with(Copy::listJoined(runningRuntimes)));
-  }
-  return RowState::info(Copy::guardContainersNoneRunning.text());
 }
 
 }  // namespace ostrel

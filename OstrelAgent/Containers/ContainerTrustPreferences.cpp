@@ -1,4 +1,4 @@
-#include "OstrelAgent/ContainerTrustPreferences.hpp"
+#include "OstrelAgent/Containers/ContainerTrustPreferences.hpp"
 
 #include <vector>
 

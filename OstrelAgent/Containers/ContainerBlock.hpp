@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "OstrelAgent/RowState.hpp"
+#include "OstrelAgent/Status/Snapshot.hpp"
 
 namespace ostrel {
 
@@ -21,8 +21,5 @@ struct ContainerBlock {
 
   bool operator==(const ContainerBlock&) const = default;
 };
-
-/// The containers row, given the names of the runtimes that run now.
-RowState containersState(const Snapshot& snapshot, const std::vector<std::string>& runningRuntimes);
 
 }  // namespace ostrel

@@ -1,4 +1,4 @@
-#include "OstrelAgent/ContainerBlock.hpp"
+#include "OstrelAgent/Containers/ContainerBlock.hpp"
 
 #include <gtest/gtest.h>
 
