@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Panel/PanelContent.hpp"
 
 namespace ostrel {
 

@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <string_view>
 
-#include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Panel/PanelContent.hpp"
 #include "OstrelAgent/Status/StatusRead.hpp"
 #include "OstrelAgent/Status/Verdict.hpp"
 #include "Platform/Posix/PosixTimeFormat.hpp"

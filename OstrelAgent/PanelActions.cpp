@@ -3,8 +3,7 @@
 #include <utility>
 
 #include "OstrelAgent/Controller.hpp"
-#include "OstrelAgent/PanelAlerts.hpp"
-#include "OstrelAgent/PanelNotices.hpp"
+#include "OstrelAgent/Panel/PanelMessages.hpp"
 #include "Platform/InBackground.hpp"
 
 namespace ostrel {

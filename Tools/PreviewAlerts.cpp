@@ -4,7 +4,7 @@
 #include <array>
 #include <iterator>
 
-#include "OstrelAgent/PanelAlerts.hpp"
+#include "OstrelAgent/Panel/PanelMessages.hpp"
 
 namespace ostrel {
 

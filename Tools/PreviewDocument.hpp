@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "OstrelAgent/StatusPanelModel.hpp"
+#include "OstrelAgent/Panel/StatusPanelModel.hpp"
 #include "OstrelAgent/Text/JsonDecoder.hpp"
 
 namespace ostrel {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Panel/PanelContent.hpp"
 #include "OstrelAgent/Status/Verdict.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
 #include "OstrelAgent/Text/Translation.hpp"

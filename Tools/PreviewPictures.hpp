@@ -4,7 +4,7 @@
 #include <string>
 
 #include "OstrelAgent/OnboardingContent.hpp"
-#include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Panel/PanelContent.hpp"
 #include "OstrelAgent/Status/Verdict.hpp"
 #include "Platform/Alerts.hpp"
 #include "Platform/Bundle.hpp"

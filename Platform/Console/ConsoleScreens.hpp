@@ -4,7 +4,7 @@
 #include <functional>
 #include <optional>
 
-#include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Panel/PanelContent.hpp"
 #include "Platform/Console/ConsolePress.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/StandardStreams.hpp"

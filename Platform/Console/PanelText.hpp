@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Panel/PanelContent.hpp"
 
 namespace ostrel {
 

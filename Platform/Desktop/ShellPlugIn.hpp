@@ -7,7 +7,7 @@
 #include <string>
 
 #include "OstrelAgent/OnboardingContent.hpp"
-#include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Panel/PanelContent.hpp"
 #include "OstrelAgent/Status/MenuBarIcon.hpp"
 #include "Platform/Alerts.hpp"
 #include "Platform/Desktop/DesktopLook.hpp"

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Panel/PanelContent.hpp"
 #include "Platform/Screens.hpp"
 
 namespace ostrel {

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "OstrelAgent/Panel/StatusPanelActions.hpp"
 #include "OstrelAgent/Status/MenuBarIcon.hpp"
-#include "OstrelAgent/StatusPanelActions.hpp"
 #include "Platform/StatusItem.hpp"
 
 namespace ostrel {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Panel/PanelContent.hpp"
 #include "OstrelAgent/Status/MenuBarIcon.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/StatusItem.hpp"

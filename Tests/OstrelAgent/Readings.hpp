@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "OstrelAgent/RowState.hpp"
+#include "OstrelAgent/Panel/RowState.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
 #include "OstrelAgent/Text/TimeTexts.hpp"
 #include "Tests/Fakes/FakeTimeFormat.hpp"

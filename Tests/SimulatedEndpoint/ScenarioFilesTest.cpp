@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "OstrelAgent/PanelHeader.hpp"
+#include "OstrelAgent/Panel/PanelHeader.hpp"
 #include "OstrelAgent/Status/Snapshot.hpp"
 #include "OstrelAgent/Status/Verdict.hpp"
 #include "OstrelAgent/Text/Copy.hpp"

@@ -4,7 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Panel/PanelContent.hpp"
 #include "OstrelAgent/Status/Verdict.hpp"
 #include "Tests/OstrelAgent/Readings.hpp"
 #include "Tests/OstrelAgent/ReportText.hpp"

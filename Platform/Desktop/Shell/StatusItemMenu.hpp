@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "OstrelAgent/StatusPanelActions.hpp"
+#include "OstrelAgent/Panel/StatusPanelActions.hpp"
 #include "Platform/Desktop/Shell/DBusTypes.hpp"
 #include "Platform/Desktop/Shell/DesktopBus.hpp"
 

@@ -3,7 +3,7 @@
 #include <QtQml/qqmlregistration.h>
 #include <QObject>
 
-#include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Panel/PanelContent.hpp"
 #include "Platform/Desktop/Views/PanelValues.hpp"
 #include "Platform/Desktop/Views/ValueList.hpp"
 

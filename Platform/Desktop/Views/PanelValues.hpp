@@ -4,7 +4,7 @@
 #include <QObject>
 #include <QString>
 
-#include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Panel/PanelContent.hpp"
 #include "Platform/Desktop/Views/StateKind.hpp"
 
 namespace ostrel {

@@ -3,7 +3,7 @@
 #include <QtQml/qqmlregistration.h>
 #include <QObject>
 
-#include "OstrelAgent/RowState.hpp"
+#include "OstrelAgent/Panel/RowState.hpp"
 
 /// The kinds of a state by the names that QML has for them. Properties hold their numbers: the toolkit gives
 /// values of an enumeration to QML only as such.

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "OstrelAgent/AttentionItems.hpp"
-#include "OstrelAgent/StatusPanelModel.hpp"
+#include "OstrelAgent/Panel/AttentionItems.hpp"
+#include "OstrelAgent/Panel/StatusPanelModel.hpp"
 #include "OstrelAgent/Text/TextDirection.hpp"
 
 namespace ostrel {

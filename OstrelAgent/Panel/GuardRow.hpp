@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "OstrelAgent/RowState.hpp"
+#include "OstrelAgent/Panel/RowState.hpp"
 
 namespace ostrel {
 

@@ -1,4 +1,4 @@
-#include "OstrelAgent/StatusPanelActions.hpp"
+#include "OstrelAgent/Panel/StatusPanelActions.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "OstrelAgent/StatusPanel.hpp"
+#include "OstrelAgent/Panel/StatusPanel.hpp"
 
 #include <gtest/gtest.h>
 

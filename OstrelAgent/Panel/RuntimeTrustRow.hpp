@@ -1,6 +1,6 @@
 #pragma once
 
-#include "OstrelAgent/RowState.hpp"
+#include "OstrelAgent/Panel/RowState.hpp"
 
 namespace ostrel {
 

@@ -1,4 +1,4 @@
-#include "OstrelAgent/RuntimeTrustRow.hpp"
+#include "OstrelAgent/Panel/RuntimeTrustRow.hpp"
 
 #include <algorithm>
 #include <iterator>

@@ -1,4 +1,4 @@
-#include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Panel/PanelContent.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
-#include "OstrelAgent/PanelContent.hpp"
+#include "OstrelAgent/Panel/PanelContent.hpp"
 
 #include <algorithm>
 
 #include "OstrelAgent/Containers/ContainerBlock.hpp"
-#include "OstrelAgent/PanelHeader.hpp"
-#include "OstrelAgent/StatusPanel.hpp"
+#include "OstrelAgent/Panel/PanelHeader.hpp"
+#include "OstrelAgent/Panel/StatusPanel.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {

@@ -1,8 +1,8 @@
-#include "OstrelAgent/AttentionItems.hpp"
+#include "OstrelAgent/Panel/AttentionItems.hpp"
 
 #include <gtest/gtest.h>
 
-#include "OstrelAgent/StatusPanel.hpp"
+#include "OstrelAgent/Panel/StatusPanel.hpp"
 #include "Tests/OstrelAgent/Readings.hpp"
 
 namespace ostrel {

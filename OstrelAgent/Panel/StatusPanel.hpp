@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "OstrelAgent/RowState.hpp"
+#include "OstrelAgent/Panel/RowState.hpp"
 #include "OstrelAgent/Text/TimeTexts.hpp"
 
 namespace ostrel {

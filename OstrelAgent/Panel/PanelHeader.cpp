@@ -1,4 +1,4 @@
-#include "OstrelAgent/PanelHeader.hpp"
+#include "OstrelAgent/Panel/PanelHeader.hpp"
 
 #include <algorithm>
 #include <vector>

@@ -1,10 +1,10 @@
-#include "OstrelAgent/StatusPanel.hpp"
+#include "OstrelAgent/Panel/StatusPanel.hpp"
 
 #include <algorithm>
 #include <iterator>
 
 #include "OstrelAgent/Containers/ContainerBlock.hpp"
-#include "OstrelAgent/RuntimeTrustRow.hpp"
+#include "OstrelAgent/Panel/RuntimeTrustRow.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {

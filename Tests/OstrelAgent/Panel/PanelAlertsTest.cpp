@@ -1,4 +1,4 @@
-#include "OstrelAgent/PanelAlerts.hpp"
+#include "OstrelAgent/Panel/PanelMessages.hpp"
 
 #include <gtest/gtest.h>
 

@@ -8,6 +8,7 @@
 #include "OstrelAgent/Daemon/ControlSocket.hpp"
 #include "OstrelAgent/Daemon/HelperRunner.hpp"
 #include "OstrelAgent/Text/JsonMembers.hpp"
+#include "Platform/Alerts.hpp"
 #include "Platform/Date.hpp"
 
 namespace ostrel {
@@ -29,5 +30,17 @@ struct DiagnosticsSending {
 /// By the helper's exit status and what it printed; diagnostics that were sent at no readable time were sent
 /// now.
 DiagnosticsSending diagnosticsSending(const HelperRunner::HelperOutput& output, Date now);
+
+/// Asks whether to install the update that is offered; the first button says so.
+Alert installAlert();
+
+/// Tells why an update could not be started.
+Alert updateFailedAlert(const ControlSocketError& error);
+
+/// Tells why the network filter could not be turned on.
+Alert filterOnFailedAlert(std::string reason);
+
+/// Tells why the device certificate could not be trusted.
+Alert trustFailedAlert(std::string reason);
 
 }  // namespace ostrel

@@ -1,4 +1,4 @@
-#include "OstrelAgent/RowState.hpp"
+#include "OstrelAgent/Panel/RowState.hpp"
 
 #include "OstrelAgent/Text/Copy.hpp"
 

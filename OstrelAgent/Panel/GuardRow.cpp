@@ -1,4 +1,4 @@
-#include "OstrelAgent/GuardRow.hpp"
+#include "OstrelAgent/Panel/GuardRow.hpp"
 
 #include <algorithm>
 #include <string_view>

@@ -1,4 +1,6 @@
-#include "OstrelAgent/PanelNotices.hpp"
+#include "OstrelAgent/Panel/PanelMessages.hpp"
+
+#include <utility>
 
 #include "OstrelAgent/Status/RFC3339.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
@@ -27,6 +29,12 @@ std::optional<std::string> filledText(const JsonMembers& object, std::string_vie
 }
 
 DiagnosticsSending notSent(std::string sentence) { return {std::nullopt, std::move(sentence)}; }
+
+std::string text(const Message& message) { return std::string(message.text()); }
+
+Alert news(const Message& title, std::string reason) {
+  return {text(title), std::move(reason), {text(Copy::alertButtonOk)}};
+}
 
 }  // namespace
 
@@ -60,5 +68,23 @@ DiagnosticsSending diagnosticsSending(const HelperRunner::HelperOutput& output, 
   if (seconds >= 1) return notSent(Copy::noticeDiagnosticsSentRecently.with((seconds - 1) / 60 + 1));
   return notSent(Copy::noticeDiagnosticsSendFailed.with(answer->text("error").value_or("")));
 }
+
+Alert installAlert() {
+  return {text(Copy::alertInstallTitle),
+          text(Copy::alertInstallBody),
+          {text(Copy::alertButtonInstall), text(Copy::alertButtonCancel)}};
+}
+
+Alert updateFailedAlert(const ControlSocketError& error) {
+  // A daemon from before this action refuses it so.
+  const bool isTooOld = error.message.starts_with("unknown ");
+  return news(Copy::alertUpdateFailedTitle, isTooOld
+                                                ? text(Copy::updateServiceTooOld)
+                                                : error.userMessage(Copy::socketOpInstallUpdates.text()));
+}
+
+Alert filterOnFailedAlert(std::string reason) { return news(Copy::alertFilterOnTitle, std::move(reason)); }
+
+Alert trustFailedAlert(std::string reason) { return news(Copy::alertTrustTitle, std::move(reason)); }
 
 }  // namespace ostrel

@@ -1,4 +1,4 @@
-#include "OstrelAgent/GuardRow.hpp"
+#include "OstrelAgent/Panel/GuardRow.hpp"
 
 #include <gtest/gtest.h>
 

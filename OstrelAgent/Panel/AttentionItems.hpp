@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "OstrelAgent/GuardRow.hpp"
-#include "OstrelAgent/RowState.hpp"
-#include "OstrelAgent/StatusPanelActions.hpp"
+#include "OstrelAgent/Panel/GuardRow.hpp"
+#include "OstrelAgent/Panel/RowState.hpp"
+#include "OstrelAgent/Panel/StatusPanelActions.hpp"
 #include "OstrelAgent/Text/TimeTexts.hpp"
 
 namespace ostrel {

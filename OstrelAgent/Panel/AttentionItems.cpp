@@ -1,10 +1,10 @@
-#include "OstrelAgent/AttentionItems.hpp"
+#include "OstrelAgent/Panel/AttentionItems.hpp"
 
 #include <algorithm>
 #include <array>
 
 #include "OstrelAgent/Containers/ContainerBlock.hpp"
-#include "OstrelAgent/StatusPanel.hpp"
+#include "OstrelAgent/Panel/StatusPanel.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {
