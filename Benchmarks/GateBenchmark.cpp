@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "OstrelAgent/ContainerBlockNotificationGate.hpp"
-#include "OstrelAgent/RedNotificationGate.hpp"
+#include "OstrelAgent/Notifications/ContainerBlockNotificationGate.hpp"
+#include "OstrelAgent/Notifications/RedNotificationGate.hpp"
 
 namespace ostrel {
 

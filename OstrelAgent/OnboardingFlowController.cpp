@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "OstrelAgent/Controller.hpp"
-#include "OstrelAgent/RedNotifier.hpp"
+#include "OstrelAgent/Notifications/RedNotifier.hpp"
 #include "OstrelAgent/RepairFlow.hpp"
 #include "OstrelAgent/Status/StatusRead.hpp"
 #include "OstrelAgent/Text/Copy.hpp"

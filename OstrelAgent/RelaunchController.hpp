@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "OstrelAgent/MenuBarAgent.hpp"
-#include "OstrelAgent/RedNotifier.hpp"
+#include "OstrelAgent/Notifications/RedNotifier.hpp"
 #include "Platform/BackgroundQueue.hpp"
 #include "Platform/MainQueue.hpp"
 #include "Platform/Shell.hpp"

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "OstrelAgent/NotificationMemory.hpp"
-#include "OstrelAgent/RedNotificationGate.hpp"
+#include "OstrelAgent/Notifications/NotificationMemory.hpp"
+#include "OstrelAgent/Notifications/RedNotificationGate.hpp"
 #include "Platform/Log.hpp"
 #include "Platform/UserNotifications.hpp"
 

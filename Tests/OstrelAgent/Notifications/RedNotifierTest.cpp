@@ -1,4 +1,4 @@
-#include "OstrelAgent/RedNotifier.hpp"
+#include "OstrelAgent/Notifications/RedNotifier.hpp"
 
 #include <gtest/gtest.h>
 

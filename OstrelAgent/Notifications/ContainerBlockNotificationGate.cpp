@@ -1,4 +1,4 @@
-#include "OstrelAgent/ContainerBlockNotificationGate.hpp"
+#include "OstrelAgent/Notifications/ContainerBlockNotificationGate.hpp"
 
 #include <chrono>
 #include <utility>

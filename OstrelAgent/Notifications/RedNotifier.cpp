@@ -1,8 +1,8 @@
-#include "OstrelAgent/RedNotifier.hpp"
+#include "OstrelAgent/Notifications/RedNotifier.hpp"
 
 #include <utility>
 
-#include "OstrelAgent/ContainerBlockNotificationGate.hpp"
+#include "OstrelAgent/Notifications/ContainerBlockNotificationGate.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
 #include "OstrelAgent/Text/RandomUuid.hpp"
 

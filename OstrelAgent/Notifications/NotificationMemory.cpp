@@ -1,4 +1,4 @@
-#include "OstrelAgent/NotificationMemory.hpp"
+#include "OstrelAgent/Notifications/NotificationMemory.hpp"
 
 #include <utility>
 

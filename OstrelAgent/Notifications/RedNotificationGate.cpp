@@ -1,4 +1,4 @@
-#include "OstrelAgent/RedNotificationGate.hpp"
+#include "OstrelAgent/Notifications/RedNotificationGate.hpp"
 
 #include <algorithm>
 #include <chrono>
