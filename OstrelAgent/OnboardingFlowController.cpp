@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "OstrelAgent/Controller.hpp"
+#include "OstrelAgent/Extension/Controller.hpp"
 #include "OstrelAgent/Notifications/RedNotifier.hpp"
 #include "OstrelAgent/RepairFlow.hpp"
 #include "OstrelAgent/Status/StatusRead.hpp"

@@ -8,12 +8,12 @@
 #include <string_view>
 
 #include "OstrelAgent/ActivationRun.hpp"
-#include "OstrelAgent/CaptureConfig.hpp"
 #include "OstrelAgent/Daemon/ControlSocket.hpp"
 #include "OstrelAgent/Daemon/DeviceCATrust.hpp"
 #include "OstrelAgent/Daemon/HelperRunner.hpp"
-#include "OstrelAgent/MenuBarAgent.hpp"
-#include "OstrelAgent/NetworkConfigurations.hpp"
+#include "OstrelAgent/Extension/CaptureConfig.hpp"
+#include "OstrelAgent/Extension/MenuBarAgent.hpp"
+#include "OstrelAgent/Extension/NetworkConfigurations.hpp"
 #include "OstrelAgent/OnboardingContent.hpp"
 #include "OstrelAgent/Status/StatusRunLimiter.hpp"
 #include "Platform/BackgroundQueue.hpp"

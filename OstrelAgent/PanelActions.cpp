@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "OstrelAgent/Controller.hpp"
+#include "OstrelAgent/Extension/Controller.hpp"
 #include "OstrelAgent/Panel/PanelMessages.hpp"
 #include "Platform/InBackground.hpp"
 

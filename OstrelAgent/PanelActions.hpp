@@ -11,7 +11,7 @@
 #include "OstrelAgent/Daemon/ControlSocket.hpp"
 #include "OstrelAgent/Daemon/DeviceCATrust.hpp"
 #include "OstrelAgent/Daemon/HelperRunner.hpp"
-#include "OstrelAgent/NetworkConfigurations.hpp"
+#include "OstrelAgent/Extension/NetworkConfigurations.hpp"
 #include "OstrelAgent/Panel/PanelMessages.hpp"
 #include "OstrelAgent/Panel/StatusPanelActions.hpp"
 #include "OstrelAgent/Panel/StatusPanelModel.hpp"

@@ -5,14 +5,14 @@
 #include <string>
 #include <utility>
 
-#include "OstrelAgent/CommandLine.hpp"
-#include "OstrelAgent/Controller.hpp"
 #include "OstrelAgent/Daemon/ControlSocket.hpp"
+#include "OstrelAgent/Extension/CommandLine.hpp"
+#include "OstrelAgent/Extension/Controller.hpp"
+#include "OstrelAgent/Extension/RelaunchController.hpp"
 #include "OstrelAgent/MenuBarClaim.hpp"
 #include "OstrelAgent/MenuBarController.hpp"
 #include "OstrelAgent/Notifications/RedNotifier.hpp"
 #include "OstrelAgent/OnboardingFlowController.hpp"
-#include "OstrelAgent/RelaunchController.hpp"
 #include "OstrelAgent/RepairFlow.hpp"
 #include "OstrelAgent/Text/EditMenu.hpp"
 #include "OstrelAgent/Text/Translation.hpp"

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "OstrelAgent/CaptureConfig.hpp"
+#include "OstrelAgent/Extension/CaptureConfig.hpp"
 #include "OstrelAgent/Status/Snapshot.hpp"
 #include "Platform/Clock.hpp"
 #include "Platform/Files.hpp"

@@ -1,4 +1,4 @@
-#include "OstrelAgent/Records.hpp"
+#include "OstrelAgent/Extension/Records.hpp"
 
 #include <gtest/gtest.h>
 

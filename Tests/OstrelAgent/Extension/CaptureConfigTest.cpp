@@ -1,4 +1,4 @@
-#include "OstrelAgent/CaptureConfig.hpp"
+#include "OstrelAgent/Extension/CaptureConfig.hpp"
 
 #include <gtest/gtest.h>
 

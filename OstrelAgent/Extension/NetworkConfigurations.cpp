@@ -1,4 +1,4 @@
-#include "OstrelAgent/NetworkConfigurations.hpp"
+#include "OstrelAgent/Extension/NetworkConfigurations.hpp"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "OstrelAgent/Controller.hpp"
+#include "OstrelAgent/Extension/Controller.hpp"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "OstrelAgent/Records.hpp"
+#include "OstrelAgent/Extension/Records.hpp"
 #include "Platform/BackgroundQueue.hpp"
 #include "Platform/Bundle.hpp"
 #include "Platform/ChildProcesses.hpp"

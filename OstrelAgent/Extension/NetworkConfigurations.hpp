@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "OstrelAgent/CaptureConfig.hpp"
-#include "OstrelAgent/Records.hpp"
+#include "OstrelAgent/Extension/CaptureConfig.hpp"
+#include "OstrelAgent/Extension/Records.hpp"
 #include "Platform/Log.hpp"
 #include "Platform/MainQueue.hpp"
 #include "Platform/NetworkPreferences.hpp"

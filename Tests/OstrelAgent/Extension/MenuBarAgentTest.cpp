@@ -1,4 +1,4 @@
-#include "OstrelAgent/MenuBarAgent.hpp"
+#include "OstrelAgent/Extension/MenuBarAgent.hpp"
 
 #include <gtest/gtest.h>
 

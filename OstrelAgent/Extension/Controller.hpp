@@ -9,10 +9,10 @@
 #include <string>
 #include <string_view>
 
-#include "OstrelAgent/CaptureConfig.hpp"
 #include "OstrelAgent/Daemon/HelperRunner.hpp"
-#include "OstrelAgent/MenuBarAgent.hpp"
-#include "OstrelAgent/NetworkConfigurations.hpp"
+#include "OstrelAgent/Extension/CaptureConfig.hpp"
+#include "OstrelAgent/Extension/MenuBarAgent.hpp"
+#include "OstrelAgent/Extension/NetworkConfigurations.hpp"
 #include "Platform/BackgroundQueue.hpp"
 #include "Platform/MainQueue.hpp"
 #include "Platform/Shell.hpp"

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <memory>
 
-#include "OstrelAgent/MenuBarAgent.hpp"
+#include "OstrelAgent/Extension/MenuBarAgent.hpp"
 #include "OstrelAgent/Notifications/RedNotifier.hpp"
 #include "Platform/BackgroundQueue.hpp"
 #include "Platform/MainQueue.hpp"

@@ -1,4 +1,4 @@
-#include "OstrelAgent/RelaunchController.hpp"
+#include "OstrelAgent/Extension/RelaunchController.hpp"
 
 #include <gtest/gtest.h>
 

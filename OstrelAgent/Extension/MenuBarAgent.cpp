@@ -1,4 +1,4 @@
-#include "OstrelAgent/MenuBarAgent.hpp"
+#include "OstrelAgent/Extension/MenuBarAgent.hpp"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,4 +1,4 @@
-#include "OstrelAgent/Records.hpp"
+#include "OstrelAgent/Extension/Records.hpp"
 
 #include "OstrelAgent/Status/RFC3339.hpp"
 #include "OstrelAgent/Text/Utf8.hpp"

@@ -1,4 +1,4 @@
-#include "OstrelAgent/Reactivation.hpp"
+#include "OstrelAgent/Extension/Reactivation.hpp"
 
 namespace ostrel {
 

@@ -1,4 +1,4 @@
-#include "OstrelAgent/CommandLine.hpp"
+#include "OstrelAgent/Extension/CommandLine.hpp"
 
 #include <algorithm>
 #include <iterator>
