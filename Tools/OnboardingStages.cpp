@@ -5,7 +5,7 @@
 #include <iterator>
 #include <string>
 
-#include "OstrelAgent/OnboardingFlow.hpp"
+#include "OstrelAgent/Onboarding/OnboardingFlow.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {

@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-#include "OstrelAgent/OnboardingContent.hpp"
+#include "OstrelAgent/Onboarding/OnboardingContent.hpp"
 
 namespace ostrel {
 

@@ -3,7 +3,7 @@
 #include <expected>
 #include <string>
 
-#include "OstrelAgent/OnboardingContent.hpp"
+#include "OstrelAgent/Onboarding/OnboardingContent.hpp"
 #include "OstrelAgent/Panel/PanelContent.hpp"
 #include "OstrelAgent/Status/Verdict.hpp"
 #include "Platform/Alerts.hpp"

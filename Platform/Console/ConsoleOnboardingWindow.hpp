@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "OstrelAgent/OnboardingContent.hpp"
+#include "OstrelAgent/Onboarding/OnboardingContent.hpp"
 #include "Platform/Console/ConsolePress.hpp"
 #include "Platform/OnboardingWindow.hpp"
 #include "Platform/StandardStreams.hpp"

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "OstrelAgent/OnboardingContent.hpp"
+#include "OstrelAgent/Onboarding/OnboardingContent.hpp"
 
 namespace ostrel {
 

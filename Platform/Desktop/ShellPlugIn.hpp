@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "OstrelAgent/OnboardingContent.hpp"
+#include "OstrelAgent/Onboarding/OnboardingContent.hpp"
 #include "OstrelAgent/Panel/PanelContent.hpp"
 #include "OstrelAgent/Status/MenuBarIcon.hpp"
 #include "Platform/Alerts.hpp"

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "OstrelAgent/OnboardingContent.hpp"
+#include "OstrelAgent/Onboarding/OnboardingContent.hpp"
 #include "OstrelAgent/Panel/PanelContent.hpp"
 #include "Platform/Alerts.hpp"
 #include "Platform/Desktop/DesktopLook.hpp"

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "OstrelAgent/OnboardingContent.hpp"
+#include "OstrelAgent/Onboarding/OnboardingContent.hpp"
 #include "Platform/OnboardingWindow.hpp"
 
 namespace ostrel {

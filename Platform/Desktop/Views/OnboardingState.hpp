@@ -3,7 +3,7 @@
 #include <QtQml/qqmlregistration.h>
 #include <QString>
 
-#include "OstrelAgent/OnboardingContent.hpp"
+#include "OstrelAgent/Onboarding/OnboardingContent.hpp"
 #include "Platform/Desktop/Views/OnboardingValues.hpp"
 #include "Platform/Desktop/Views/ValueList.hpp"
 #include "Platform/Desktop/Views/WindowState.hpp"

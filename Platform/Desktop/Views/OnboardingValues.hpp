@@ -6,7 +6,7 @@
 #include <QString>
 #include <QVariant>
 
-#include "OstrelAgent/OnboardingContent.hpp"
+#include "OstrelAgent/Onboarding/OnboardingContent.hpp"
 #include "Platform/Desktop/Views/Shield.hpp"
 #include "Platform/Desktop/Views/StateKind.hpp"
 

@@ -1,58 +1,17 @@
-#include "OstrelAgent/OnboardingFlow.hpp"
+#include "OstrelAgent/Onboarding/OnboardingChecklist.hpp"
 
 #include <algorithm>
-#include <ranges>
 #include <span>
 
-#include "OstrelAgent/Text/AsciiCase.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
-#include "OstrelAgent/Text/Utf8.hpp"
-#include "OstrelAgent/Text/Whitespace.hpp"
 
 namespace ostrel {
 
 namespace {
 
-using Kind = OnboardingEvent::Kind;
 using Step = OnboardingChecklist::Step;
 using enum ChecklistStepState;
 using Texts = Copy::Onboarding;
-namespace stages = onboardingstage;
-
-constexpr std::string_view tokenPrefix = "zq_enroll_";
-
-constexpr std::size_t anyStage = std::variant_npos;
-
-using MakeStage = OnboardingStage (*)(const std::string& text);
-
-constexpr MakeStage checklist = [](const std::string&) -> OnboardingStage { return stages::Checklist{}; };
-constexpr MakeStage enrolling = [](const std::string&) -> OnboardingStage { return stages::Enrolling{}; };
-constexpr MakeStage trusting = [](const std::string&) -> OnboardingStage { return stages::Trusting{}; };
-constexpr MakeStage enterToken = [](const std::string& text) -> OnboardingStage {
-  return stages::EnterToken{text};
-};
-constexpr MakeStage trustNeeded = [](const std::string& text) -> OnboardingStage {
-  return stages::TrustNeeded{text};
-};
-
-struct Transition {
-  std::size_t from;
-  Kind event;
-  MakeStage to;
-};
-
-constexpr std::size_t atToken = 0;
-constexpr std::size_t atTrustNeeded = 1;
-constexpr std::size_t atEnrolling = 2;
-constexpr std::size_t atTrusting = 3;
-constexpr std::size_t atChecklist = 4;
-
-constexpr Transition transitions[] = {
-    {atToken, Kind::tokenRejected, enterToken},       {atToken, Kind::enrolmentBegan, enrolling},
-    {atEnrolling, Kind::enrolmentFailed, enterToken}, {anyStage, Kind::trustBegan, trusting},
-    {atTrusting, Kind::trusted, checklist},           {atTrusting, Kind::trustRefused, trustNeeded},
-    {atTrustNeeded, Kind::trustDeferred, checklist},  {atChecklist, Kind::trustOwed, trustNeeded},
-};
 
 /// The codes that prove the approval even when no proxy is connected.
 constexpr std::string_view approvedCodes[] = {
@@ -110,19 +69,6 @@ const StepRow& rowOf(Step step) { return *std::ranges::find(stepRows, step, &Ste
 
 }  // namespace
 
-OnboardingStage initialStage(OnboardingMode mode) {
-  if (mode == OnboardingMode::repair) return stages::Checklist{};
-  return stages::EnterToken{};
-}
-
-std::optional<OnboardingStage> stageAfter(const OnboardingStage& stage, const OnboardingEvent& event) {
-  for (const auto& row : transitions) {
-    if (row.event != event.kind || (row.from != anyStage && row.from != stage.index())) continue;
-    return row.to(event.text);
-  }
-  return std::nullopt;
-}
-
 ChecklistStepState OnboardingChecklist::state(Step step, const SetupObservation& observation) {
   return rowOf(step).state(observation);
 }
@@ -148,31 +94,6 @@ std::string_view OnboardingChecklist::note(Step step, ChecklistStepState state) 
   const auto& row = rowOf(step);
   if (state == satisfied) return row.satisfiedNote.text();
   return state == pending ? row.pendingNote.text() : row.unreadableNote.text();
-}
-
-std::optional<ActivationState> activationOfProgress(std::string_view chunk) {
-  std::optional<std::string_view> last;
-  for (const auto piece : std::views::split(chunk, '\n')) {
-    const std::string_view line(piece.begin(), piece.end());
-    if (!isBlank(line)) last = line;
-  }
-  if (!last) return std::nullopt;
-  if (containsIgnoringCase(*last, "approval required"))
-    return activationstate::AwaitingApproval{std::string(*last)};
-  return activationstate::Running{std::string(*last)};
-}
-
-ActivationState activationAfterExit(int status, std::string_view standardError) {
-  if (status == 0) return activationstate::Idle{};
-  const auto sentence = isUtf8(standardError) ? trimmed(standardError) : std::string_view();
-  if (!sentence.empty()) return activationstate::Failed{std::string(sentence)};
-  return activationstate::Failed{Texts::activationExited.with(status)};
-}
-
-std::expected<std::string, std::string> acceptableToken(std::string_view typed) {
-  const auto token = trimmed(typed);
-  if (token.starts_with(tokenPrefix) && token.size() > tokenPrefix.size()) return std::string(token);
-  return std::unexpected(Texts::tokenErrorBadPrefix.with(tokenPrefix));
 }
 
 }  // namespace ostrel

@@ -1,4 +1,4 @@
-#include "OstrelAgent/RepairFlow.hpp"
+#include "OstrelAgent/Onboarding/RepairFlow.hpp"
 
 namespace ostrel {
 

@@ -1,4 +1,4 @@
-#include "OstrelAgent/OnboardingContent.hpp"
+#include "OstrelAgent/Onboarding/OnboardingContent.hpp"
 
 #include <algorithm>
 #include <utility>

@@ -5,7 +5,7 @@
 #include <stop_token>
 #include <string>
 
-#include "OstrelAgent/OnboardingFlow.hpp"
+#include "OstrelAgent/Onboarding/ActivationState.hpp"
 #include "Platform/BackgroundQueue.hpp"
 #include "Platform/ChildProcesses.hpp"
 #include "Platform/MainQueue.hpp"

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "OstrelAgent/OnboardingFlow.hpp"
+#include "OstrelAgent/Onboarding/OnboardingFlow.hpp"
 #include "OstrelAgent/Text/TextDirection.hpp"
 
 namespace ostrel {

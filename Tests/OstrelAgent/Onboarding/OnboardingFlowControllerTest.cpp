@@ -1,4 +1,4 @@
-#include "OstrelAgent/OnboardingFlowController.hpp"
+#include "OstrelAgent/Onboarding/OnboardingFlowController.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "OstrelAgent/OnboardingFlow.hpp"
+#include "OstrelAgent/Onboarding/OnboardingFlow.hpp"
 
 #include <gtest/gtest.h>
 

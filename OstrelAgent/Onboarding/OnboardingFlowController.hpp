@@ -7,14 +7,14 @@
 #include <string>
 #include <string_view>
 
-#include "OstrelAgent/ActivationRun.hpp"
 #include "OstrelAgent/Daemon/ControlSocket.hpp"
 #include "OstrelAgent/Daemon/DeviceCATrust.hpp"
 #include "OstrelAgent/Daemon/HelperRunner.hpp"
 #include "OstrelAgent/Extension/CaptureConfig.hpp"
 #include "OstrelAgent/Extension/MenuBarAgent.hpp"
 #include "OstrelAgent/Extension/NetworkConfigurations.hpp"
-#include "OstrelAgent/OnboardingContent.hpp"
+#include "OstrelAgent/Onboarding/ActivationRun.hpp"
+#include "OstrelAgent/Onboarding/OnboardingContent.hpp"
 #include "OstrelAgent/Status/StatusRunLimiter.hpp"
 #include "Platform/BackgroundQueue.hpp"
 #include "Platform/OnboardingWindow.hpp"

@@ -1,10 +1,10 @@
-#include "OstrelAgent/OnboardingFlowController.hpp"
+#include "OstrelAgent/Onboarding/OnboardingFlowController.hpp"
 
 #include <utility>
 
 #include "OstrelAgent/Extension/Controller.hpp"
 #include "OstrelAgent/Notifications/RedNotifier.hpp"
-#include "OstrelAgent/RepairFlow.hpp"
+#include "OstrelAgent/Onboarding/RepairFlow.hpp"
 #include "OstrelAgent/Status/StatusRead.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
 #include "Platform/InBackground.hpp"

@@ -1,4 +1,4 @@
-#include "OstrelAgent/ActivationRun.hpp"
+#include "OstrelAgent/Onboarding/ActivationRun.hpp"
 
 #include <utility>
 

@@ -18,7 +18,7 @@ std::string skipped(const std::string& reason) {
   return checkinNotice(JsonMembers::of(R"({"ok":true,"skipped":")" + reason + R"("})").value());
 }
 
-TEST(PanelNotices, ACheckInTellsTheFirstThatTheDaemonSaid) {
+TEST(PanelMessages, ACheckInTellsTheFirstThatTheDaemonSaid) {
   const std::pair<const char*, const char*> rows[] = {
       {R"({"checked_in":true,"skipped":"x","last_error":"y"})", "Checked in"},
       {R"({"checked_in":false,"skipped":"offline","last_error":"y"})", "Skipped: offline"},
@@ -33,14 +33,14 @@ TEST(PanelNotices, ACheckInTellsTheFirstThatTheDaemonSaid) {
             "Check-in failed: No.");
 }
 
-TEST(PanelNotices, AReasonIsCutAfter120CharactersHoweverManyBytesTheyTake) {
+TEST(PanelMessages, AReasonIsCutAfter120CharactersHoweverManyBytesTheyTake) {
   for (const std::string_view character : {"a", "é", "😀"}) {
     EXPECT_EQ(skipped(repeated(character, 120)), "Skipped: " + repeated(character, 120));
     EXPECT_EQ(skipped(repeated(character, 121)), "Skipped: " + repeated(character, 120) + "…");
   }
 }
 
-TEST(PanelNotices, SendingDiagnosticsTellsWhenTheyWereSentOrWhyNot) {
+TEST(PanelMessages, SendingDiagnosticsTellsWhenTheyWereSentOrWhyNot) {
   const Date now{std::chrono::seconds(1000)};
   struct Row {
     std::int32_t status;
@@ -73,6 +73,17 @@ TEST(PanelNotices, SendingDiagnosticsTellsWhenTheyWereSentOrWhyNot) {
     EXPECT_EQ(diagnosticsSending({row.status, row.output}, now), row.sending)
         << row.status << row.output.substr(0, 100);
   }
+}
+
+TEST(PanelMessages, AServiceThatDoesNotKnowUpdatesIsTooOldForThem) {
+  const auto isTooOld = [](const Error& error) {
+    return updateFailedAlert(error).text.starts_with("This Mac's Ostrel Guard service is too old");
+  };
+  EXPECT_TRUE(isTooOld({.kind = Case::requestFailed, .message = "unknown action \"update\""}));
+  EXPECT_TRUE(isTooOld({.kind = Case::refused, .message = "unknown action", .reason = "unknown_action"}));
+  EXPECT_EQ(updateFailedAlert({.kind = Case::refused, .message = "An unknown hash.", .reason = "hash"}).text,
+            "An unknown hash.");
+  EXPECT_NE(updateFailedAlert({.kind = Case::notAdmin}).text.find("install updates"), std::string::npos);
 }
 
 }  // namespace
