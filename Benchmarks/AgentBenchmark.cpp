@@ -7,7 +7,7 @@
 #include "Benchmarks/BenchTable.hpp"
 #include "Benchmarks/HostRootFolder.hpp"
 #include "Benchmarks/Process.hpp"
-#include "OstrelAgent/MenuBarController.hpp"
+#include "OstrelAgent/MenuBar/MenuBarController.hpp"
 #include "Platform/SimulatedMac/HostRoot.hpp"
 
 namespace ostrel {

@@ -13,7 +13,7 @@
 #include "Benchmarks/BenchTable.hpp"
 #include "Benchmarks/HostRootFolder.hpp"
 #include "Benchmarks/Process.hpp"
-#include "OstrelAgent/MenuBarController.hpp"
+#include "OstrelAgent/MenuBar/MenuBarController.hpp"
 #include "Tests/Desktop/SignalRecorder.hpp"
 #include "Tests/Desktop/TrayWatcher.hpp"
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Benchmarks/BenchTable.hpp"
-#include "OstrelAgent/CheckInNudges.hpp"
+#include "OstrelAgent/MenuBar/CheckInNudges.hpp"
 #include "Platform/Posix/PosixMainQueue.hpp"
 #include "Tests/Fakes/FakeMainQueue.hpp"
 #include "Tests/Fakes/FakeNetworkPath.hpp"

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "OstrelAgent/MenuBarController.hpp"
+#include "OstrelAgent/MenuBar/MenuBarController.hpp"
 #include "Tests/Fakes/FakeHost.hpp"
 
 namespace ostrel {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "OstrelAgent/MenuBarController.hpp"
+#include "OstrelAgent/MenuBar/MenuBarController.hpp"
 #include "Tests/Fakes/FakeHost.hpp"
 #include "Tests/Soak/Dice.hpp"
 #include "Tests/Soak/Spacing.hpp"

@@ -1,4 +1,4 @@
-#include "OstrelAgent/DeviceManagementProbe.hpp"
+#include "OstrelAgent/MenuBar/DeviceManagementProbe.hpp"
 
 namespace ostrel {
 

@@ -4,15 +4,15 @@
 #include <memory>
 #include <optional>
 
-#include "OstrelAgent/CheckInNudges.hpp"
 #include "OstrelAgent/Containers/ContainerTrustPreferences.hpp"
 #include "OstrelAgent/Daemon/HelperRunner.hpp"
 #include "OstrelAgent/Extension/Reactivation.hpp"
+#include "OstrelAgent/MenuBar/CheckInNudges.hpp"
+#include "OstrelAgent/MenuBar/PanelActionRunner.hpp"
 #include "OstrelAgent/Notifications/RedNotifier.hpp"
 #include "OstrelAgent/Panel/PanelContent.hpp"
 #include "OstrelAgent/Panel/StatusPanelActions.hpp"
 #include "OstrelAgent/Panel/StatusPanelModel.hpp"
-#include "OstrelAgent/PanelActions.hpp"
 #include "OstrelAgent/Status/MenuBarIcon.hpp"
 #include "OstrelAgent/Status/StatusRead.hpp"
 #include "OstrelAgent/Status/StatusRunLimiter.hpp"
@@ -103,7 +103,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   StatusRunLimiter statusRuns_;
   TimeTexts times_;
   StatusPanelModel model_;
-  std::shared_ptr<PanelActions> actions_;
+  std::shared_ptr<PanelActionRunner> actions_;
   CheckInNudges nudges_;
   Reactivation reactivation_;
   StatusPanelActions panelActions_;

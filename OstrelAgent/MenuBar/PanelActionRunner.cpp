@@ -1,4 +1,4 @@
-#include "OstrelAgent/PanelActions.hpp"
+#include "OstrelAgent/MenuBar/PanelActionRunner.hpp"
 
 #include <utility>
 
@@ -28,28 +28,28 @@ bool isUpdateUnsettled(const Snapshot& snapshot, std::optional<Date> until, Date
   return isOffered && until && now < *until;
 }
 
-PanelActions::PanelActions(Services services, Tools tools, Panel panel)
+PanelActionRunner::PanelActionRunner(Services services, Tools tools, Panel panel)
     : services_(services), tools_(std::move(tools)), panel_(std::move(panel)) {}
 
-StatusPanelActions PanelActions::callbacks() {
+StatusPanelActions PanelActionRunner::callbacks() {
   const auto bound = [weak = weak_from_this()](auto action) {
     return [weak, action] {
       if (const auto self = weak.lock()) action(*self);
     };
   };
   StatusPanelActions callbacks;
-  callbacks.enableEgressLock = bound([](PanelActions& self) { self.enableEgressLock(); });
-  callbacks.enableTransparentProxy = bound([](PanelActions& self) { self.enableTransparentProxy(); });
-  callbacks.trustDeviceCA = bound([](PanelActions& self) { self.trustDeviceCA(); });
-  callbacks.installUpdate = bound([](PanelActions& self) { self.confirmAndInstallUpdate(); });
-  callbacks.checkNow = bound([](PanelActions& self) { self.checkNow(userReason); });
-  callbacks.copyDiagnostics = bound([](PanelActions& self) { self.copyDiagnostics(); });
-  callbacks.sendDiagnostics = bound([](PanelActions& self) { self.sendDiagnostics(); });
+  callbacks.enableEgressLock = bound([](PanelActionRunner& self) { self.enableEgressLock(); });
+  callbacks.enableTransparentProxy = bound([](PanelActionRunner& self) { self.enableTransparentProxy(); });
+  callbacks.trustDeviceCA = bound([](PanelActionRunner& self) { self.trustDeviceCA(); });
+  callbacks.installUpdate = bound([](PanelActionRunner& self) { self.confirmAndInstallUpdate(); });
+  callbacks.checkNow = bound([](PanelActionRunner& self) { self.checkNow(userReason); });
+  callbacks.copyDiagnostics = bound([](PanelActionRunner& self) { self.copyDiagnostics(); });
+  callbacks.sendDiagnostics = bound([](PanelActionRunner& self) { self.sendDiagnostics(); });
   callbacks.quitStatusIcon = [&shell = services_.shell] { shell.terminate(); };
   return callbacks;
 }
 
-void PanelActions::checkNow(const std::string& reason) {
+void PanelActionRunner::checkNow(const std::string& reason) {
   const bool isUsers = reason == userReason;
   if (isUsers && panel_.model.checkinInFlight) return;
   if (isUsers) show(&StatusPanelModel::checkinInFlight, true);
@@ -59,10 +59,10 @@ void PanelActions::checkNow(const std::string& reason) {
         const auto answer = socket.send("checkin", {{"reason", reason}});
         return CheckIn{checkinNotice(answer), answer ? healthOf(*answer) : std::nullopt};
       },
-      [isUsers](PanelActions& self, const CheckIn& checkIn) { self.finishCheckIn(checkIn, isUsers); });
+      [isUsers](PanelActionRunner& self, const CheckIn& checkIn) { self.finishCheckIn(checkIn, isUsers); });
 }
 
-void PanelActions::finishCheckIn(const CheckIn& checkIn, bool isUsers) {
+void PanelActionRunner::finishCheckIn(const CheckIn& checkIn, bool isUsers) {
   if (checkIn.health) panel_.applyHealth(*checkIn.health);
   panel_.refresh();
   if (!isUsers) return;
@@ -70,7 +70,7 @@ void PanelActions::finishCheckIn(const CheckIn& checkIn, bool isUsers) {
   showNotice(&StatusPanelModel::checkinNotice, checkinNoticeToken_, checkIn.notice, checkinNoticeTime);
 }
 
-void PanelActions::copyDiagnostics() {
+void PanelActionRunner::copyDiagnostics() {
   if (panel_.model.diagnosticsInFlight) return;
   show(&StatusPanelModel::diagnosticsInFlight, true);
   inBackground(
@@ -78,7 +78,7 @@ void PanelActions::copyDiagnostics() {
       [helper = tools_.helper, arguments = diagnosticsArguments()] {
         return helper.runHelperCapturingStdout(arguments);
       },
-      [](PanelActions& self, const HelperRunner::HelperOutput& output) {
+      [](PanelActionRunner& self, const HelperRunner::HelperOutput& output) {
         self.panel_.model.diagnosticsInFlight = false;
         if (output.status == 0) self.services_.pasteboard.setText(output.standardOutput);
         self.showNotice(&StatusPanelModel::diagnosticsNotice, self.diagnosticsNoticeToken_,
@@ -86,7 +86,7 @@ void PanelActions::copyDiagnostics() {
       });
 }
 
-void PanelActions::sendDiagnostics() {
+void PanelActionRunner::sendDiagnostics() {
   if (panel_.model.sendDiagnosticsInFlight) return;
   panel_.model.sendDiagnosticsError.reset();
   show(&StatusPanelModel::sendDiagnosticsInFlight, true);
@@ -98,16 +98,16 @@ void PanelActions::sendDiagnostics() {
         const auto output = helper.runHelperCapturingStdout(arguments);
         return diagnosticsSending(output, clock.now());
       },
-      [](PanelActions& self, const DiagnosticsSending& sending) { self.finishSending(sending); });
+      [](PanelActionRunner& self, const DiagnosticsSending& sending) { self.finishSending(sending); });
 }
 
-void PanelActions::finishSending(const DiagnosticsSending& sending) {
+void PanelActionRunner::finishSending(const DiagnosticsSending& sending) {
   if (sending.sentAt) panel_.model.diagnosticsSentAt = sending.sentAt;
   panel_.model.sendDiagnosticsError = sending.error;
   show(&StatusPanelModel::sendDiagnosticsInFlight, false);
 }
 
-void PanelActions::confirmAndInstallUpdate() {
+void PanelActionRunner::confirmAndInstallUpdate() {
   if (panel_.model.updateInFlight || std::exchange(isAskingToInstall_, true)) return;
   services_.shell.activate();
   services_.alerts.show(installAlert(), [weak = weak_from_this()](std::size_t button) {
@@ -118,30 +118,30 @@ void PanelActions::confirmAndInstallUpdate() {
   });
 }
 
-void PanelActions::installUpdate() {
+void PanelActionRunner::installUpdate() {
   updateInFlightUntil_ = services_.clock.now() + longestUpdate;
   show(&StatusPanelModel::updateInFlight, true);
   inBackground(
       QualityOfService::userInitiated, [socket = tools_.socket] { return socket.send("update"); },
-      [](PanelActions& self, const std::expected<JsonMembers, ControlSocketError>& answer) {
+      [](PanelActionRunner& self, const std::expected<JsonMembers, ControlSocketError>& answer) {
         if (!answer) self.presentUpdateFailure(answer.error());
       });
 }
 
-void PanelActions::presentUpdateFailure(const ControlSocketError& error) {
+void PanelActionRunner::presentUpdateFailure(const ControlSocketError& error) {
   updateInFlightUntil_.reset();
   show(&StatusPanelModel::updateInFlight, false);
   present(updateFailedAlert(error));
 }
 
-void PanelActions::clearUpdateInFlightIfSettled(const Snapshot& snapshot) {
+void PanelActionRunner::clearUpdateInFlightIfSettled(const Snapshot& snapshot) {
   if (!panel_.model.updateInFlight) return;
   if (isUpdateUnsettled(snapshot, updateInFlightUntil_, services_.clock.now())) return;
   panel_.model.updateInFlight = false;
   updateInFlightUntil_.reset();
 }
 
-void PanelActions::enableEgressLock() {
+void PanelActionRunner::enableEgressLock() {
   if (std::exchange(isSavingLock_, true)) return;
   tools_.configurations.saveEgressLockConfiguration(
       [weak = weak_from_this()](const NetworkConfigurations::LockSaved& saved) {
@@ -155,7 +155,7 @@ void PanelActions::enableEgressLock() {
       });
 }
 
-void PanelActions::enableTransparentProxy() {
+void PanelActionRunner::enableTransparentProxy() {
   // Two at once might each make a configuration.
   if (std::exchange(isSavingProxy_, true)) return;
   Controller::saveStaticCaptureConfig(services_.bundle, tools_.configurations,
@@ -165,21 +165,21 @@ void PanelActions::enableTransparentProxy() {
                                       });
 }
 
-void PanelActions::finishTransparentProxy(const std::string& error) {
+void PanelActionRunner::finishTransparentProxy(const std::string& error) {
   isSavingProxy_ = false;
   if (!error.empty()) services_.log.line("ostrel: could not save the transparent proxy: " + error);
   panel_.refresh();
   if (!error.empty()) present(filterOnFailedAlert(error));
 }
 
-void PanelActions::trustDeviceCA() {
+void PanelActionRunner::trustDeviceCA() {
   if (std::exchange(isTrusting_, true)) return;
   inBackground(
       QualityOfService::userInitiated, [trust = tools_.trust] { return trust.ensureTrusted(); },
-      [](PanelActions& self, const DeviceCATrust::Outcome& outcome) { self.finishTrust(outcome); });
+      [](PanelActionRunner& self, const DeviceCATrust::Outcome& outcome) { self.finishTrust(outcome); });
 }
 
-void PanelActions::finishTrust(const DeviceCATrust::Outcome& outcome) {
+void PanelActionRunner::finishTrust(const DeviceCATrust::Outcome& outcome) {
   isTrusting_ = false;
   const bool hasFailed = outcome.kind == DeviceCATrust::Outcome::Case::failed;
   if (hasFailed) services_.log.line("ostrel: could not trust the device certificate: " + outcome.message);
@@ -188,22 +188,22 @@ void PanelActions::finishTrust(const DeviceCATrust::Outcome& outcome) {
 }
 
 template <class Work, class Next>
-void PanelActions::inBackground(QualityOfService quality, Work work, Next next) {
+void PanelActionRunner::inBackground(QualityOfService quality, Work work, Next next) {
   ostrel::inBackground(services_.backgroundQueue, quality, services_.mainQueue, weak_from_this(),
                        std::move(work), next);
 }
 
-std::vector<std::string> PanelActions::diagnosticsArguments() const {
+std::vector<std::string> PanelActionRunner::diagnosticsArguments() const {
   return {"diagnostics", "--network-extension", networkExtensionStates(panel_.model.snap)};
 }
 
-void PanelActions::show(bool StatusPanelModel::*flag, bool value) {
+void PanelActionRunner::show(bool StatusPanelModel::*flag, bool value) {
   panel_.model.*flag = value;
   panel_.draw();
 }
 
-void PanelActions::showNotice(Notice notice, ScheduledWork& token, std::string text,
-                              std::chrono::milliseconds time) {
+void PanelActionRunner::showNotice(Notice notice, ScheduledWork& token, std::string text,
+                                   std::chrono::milliseconds time) {
   panel_.model.*notice = std::move(text);
   token = services_.mainQueue.after(time, [weak = weak_from_this(), notice] {
     const auto self = weak.lock();
@@ -214,7 +214,7 @@ void PanelActions::showNotice(Notice notice, ScheduledWork& token, std::string t
   panel_.draw();
 }
 
-void PanelActions::present(const Alert& alert) {
+void PanelActionRunner::present(const Alert& alert) {
   services_.shell.activate();
   services_.alerts.show(alert, [](std::size_t) {});
 }

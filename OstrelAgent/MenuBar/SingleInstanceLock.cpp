@@ -1,4 +1,4 @@
-#include "OstrelAgent/MenuBarClaim.hpp"
+#include "OstrelAgent/MenuBar/SingleInstanceLock.hpp"
 
 #include <utility>
 

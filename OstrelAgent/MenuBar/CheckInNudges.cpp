@@ -1,4 +1,4 @@
-#include "OstrelAgent/CheckInNudges.hpp"
+#include "OstrelAgent/MenuBar/CheckInNudges.hpp"
 
 #include <algorithm>
 #include <iterator>

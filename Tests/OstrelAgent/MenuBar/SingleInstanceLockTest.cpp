@@ -1,4 +1,4 @@
-#include "OstrelAgent/MenuBarClaim.hpp"
+#include "OstrelAgent/MenuBar/SingleInstanceLock.hpp"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 namespace ostrel {
 namespace {
 
-TEST(MenuBarClaim, BelongsToTheFirstUntilItEndsAndNeverKeepsThePersonFromTheIcon) {
+TEST(SingleInstanceLock, BelongsToTheFirstUntilItEndsAndNeverKeepsThePersonFromTheIcon) {
   FakeHost host;
   auto& instance = host.menuBarInstance;
   const auto claim = [&] { return claimMenuBar(instance, host.standardStreams, host.log); };

@@ -29,7 +29,7 @@ namespace ostrel {
 
 /// Does what the panel's buttons say, and tells in the panel what came of it. Main thread; work in the
 /// background holds it weakly. What is at work already is not begun again.
-class PanelActions : public std::enable_shared_from_this<PanelActions> {
+class PanelActionRunner : public std::enable_shared_from_this<PanelActionRunner> {
  public:
   static constexpr std::chrono::milliseconds checkinNoticeTime{6000};
   static constexpr std::chrono::milliseconds diagnosticsNoticeTime{8000};
@@ -62,7 +62,7 @@ class PanelActions : public std::enable_shared_from_this<PanelActions> {
     std::function<void(const StatusReport::Health&)> applyHealth;
   };
 
-  PanelActions(Services services, Tools tools, Panel panel);
+  PanelActionRunner(Services services, Tools tools, Panel panel);
 
   /// The callbacks of these actions; they hold this weakly.
   StatusPanelActions callbacks();

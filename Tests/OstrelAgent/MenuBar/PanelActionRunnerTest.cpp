@@ -1,4 +1,4 @@
-#include "OstrelAgent/PanelActions.hpp"
+#include "OstrelAgent/MenuBar/PanelActionRunner.hpp"
 
 #include <gtest/gtest.h>
 
@@ -12,25 +12,26 @@ using namespace std::chrono_literals;
 using Lines = std::vector<std::string>;
 
 /// The actions over a host of fakes, with a model in place of the panel.
-struct PanelActionsTest : testing::Test {
-  PanelActionsTest() {
+struct PanelActionRunnerTest : testing::Test {
+  PanelActionRunnerTest() {
     host.files.putExecutable(host.bundle.path() + "/Contents/Helpers/ostrel-agent-endpoint");
     host.files.put(std::string(ControlSocket::socketPath), "socket");
     host.bundle.resources["captured-hosts.json"] = R"(["registry.npmjs.org"])";
     const ControlSocket socket(host.unixSockets, host.files);
-    actions = std::make_shared<PanelActions>(
-        PanelActions::Services{host.mainQueue, host.backgroundQueue, host.clock, host.bundle, host.log,
-                               host.shell, host.pasteboard, host.alerts},
-        PanelActions::Tools{HelperRunner(host.bundle, host.files, host.childProcesses, host.standardStreams),
-                            socket, DeviceCATrust(socket, host.files, host.childProcesses, host.userAccount),
-                            NetworkConfigurations(host.networkPreferences, host.mainQueue, host.log,
-                                                  Records(host.files, host.clock, host.userAccount))},
-        PanelActions::Panel{model, [this] { ++draws; },
-                            [this] {
-                              ++refreshes;
-                              alertsAtRefresh = host.alerts.shown.size();
-                            },
-                            [this](const auto& health) { applied = health; }});
+    actions = std::make_shared<PanelActionRunner>(
+        PanelActionRunner::Services{host.mainQueue, host.backgroundQueue, host.clock, host.bundle, host.log,
+                                    host.shell, host.pasteboard, host.alerts},
+        PanelActionRunner::Tools{
+            HelperRunner(host.bundle, host.files, host.childProcesses, host.standardStreams), socket,
+            DeviceCATrust(socket, host.files, host.childProcesses, host.userAccount),
+            NetworkConfigurations(host.networkPreferences, host.mainQueue, host.log,
+                                  Records(host.files, host.clock, host.userAccount))},
+        PanelActionRunner::Panel{model, [this] { ++draws; },
+                                 [this] {
+                                   ++refreshes;
+                                   alertsAtRefresh = host.alerts.shown.size();
+                                 },
+                                 [this](const auto& health) { applied = health; }});
     callbacks = actions->callbacks();
   }
 
@@ -47,11 +48,11 @@ struct PanelActionsTest : testing::Test {
   int refreshes = 0;
   std::size_t alertsAtRefresh = 0;
   std::optional<StatusReport::Health> applied;
-  std::shared_ptr<PanelActions> actions;
+  std::shared_ptr<PanelActionRunner> actions;
   StatusPanelActions callbacks;
 };
 
-TEST_F(PanelActionsTest, ACheckInOfThePersonShowsThatItRunsAndThenItsLatestNotice) {
+TEST_F(PanelActionRunnerTest, ACheckInOfThePersonShowsThatItRunsAndThenItsLatestNotice) {
   answer(R"({"ok":true,"checked_in":true,"health":{"verdict":"degraded"}})");
   callbacks.checkNow();
   callbacks.checkNow();
@@ -79,7 +80,7 @@ TEST_F(PanelActionsTest, ACheckInOfThePersonShowsThatItRunsAndThenItsLatestNotic
   EXPECT_GT(draws, before);
 }
 
-TEST_F(PanelActionsTest, ACheckInForAnotherReasonShowsNothingButItsHealth) {
+TEST_F(PanelActionRunnerTest, ACheckInForAnotherReasonShowsNothingButItsHealth) {
   answer(R"({"ok":true,"checked_in":true,"health":{"verdict":"protected"}})");
   actions->checkNow("network");
   EXPECT_FALSE(model.checkinInFlight);
@@ -90,7 +91,7 @@ TEST_F(PanelActionsTest, ACheckInForAnotherReasonShowsNothingButItsHealth) {
   EXPECT_EQ(draws, 0);
 }
 
-TEST_F(PanelActionsTest, DiagnosticsAreCopiedWhenTheHelperGaveThem) {
+TEST_F(PanelActionRunnerTest, DiagnosticsAreCopiedWhenTheHelperGaveThem) {
   model.snap.sysextActive = true;
   host.childProcesses.script = {ChildResult{0, "all is well\n"}, ChildResult{3, "half of"}};
   callbacks.copyDiagnostics();
@@ -109,7 +110,7 @@ TEST_F(PanelActionsTest, DiagnosticsAreCopiedWhenTheHelperGaveThem) {
   EXPECT_EQ(model.diagnosticsNotice, std::nullopt);
 }
 
-TEST_F(PanelActionsTest, DiagnosticsAreSentAndAnEarlierSendingIsRemembered) {
+TEST_F(PanelActionRunnerTest, DiagnosticsAreSentAndAnEarlierSendingIsRemembered) {
   host.childProcesses.script = {ChildResult{0, R"({"sent":true})"},
                                 ChildResult{0, R"({"sent":false,"retry_after_seconds":90})"}};
   const auto sentAt = host.clock.now();
@@ -131,7 +132,7 @@ TEST_F(PanelActionsTest, DiagnosticsAreSentAndAnEarlierSendingIsRemembered) {
   EXPECT_FALSE(model.sendDiagnosticsInFlight);
 }
 
-TEST_F(PanelActionsTest, AnUpdateIsInstalledOnlyWhenThePersonSaysSo) {
+TEST_F(PanelActionRunnerTest, AnUpdateIsInstalledOnlyWhenThePersonSaysSo) {
   callbacks.installUpdate();
   callbacks.installUpdate();
   ASSERT_EQ(host.alerts.shown.size(), 1U);
@@ -151,7 +152,7 @@ TEST_F(PanelActionsTest, AnUpdateIsInstalledOnlyWhenThePersonSaysSo) {
   EXPECT_TRUE(model.updateInFlight);
 }
 
-TEST_F(PanelActionsTest, AnUpdateThatCannotBeStartedIsToldAndMayBeTriedAgain) {
+TEST_F(PanelActionRunnerTest, AnUpdateThatCannotBeStartedIsToldAndMayBeTriedAgain) {
   callbacks.installUpdate();
   answer(R"({"ok":false,"error":"unknown action"})");
   host.alerts.press(0);
@@ -165,7 +166,7 @@ TEST_F(PanelActionsTest, AnUpdateThatCannotBeStartedIsToldAndMayBeTriedAgain) {
   EXPECT_EQ(host.alerts.shown.size(), 1U);
 }
 
-TEST_F(PanelActionsTest, AnUpdateSettlesWhenNoneIsOfferedOrAfterAQuarterOfAnHour) {
+TEST_F(PanelActionRunnerTest, AnUpdateSettlesWhenNoneIsOfferedOrAfterAQuarterOfAnHour) {
   const auto with = [](const char* state) {
     Snapshot snapshot;
     if (state != nullptr) snapshot.update = StatusReport::Update{state, std::nullopt, std::nullopt};
@@ -191,7 +192,7 @@ TEST_F(PanelActionsTest, AnUpdateSettlesWhenNoneIsOfferedOrAfterAQuarterOfAnHour
   }
 }
 
-TEST_F(PanelActionsTest, ALockThatCannotBeSavedIsLoggedAndTheStatusReadAnew) {
+TEST_F(PanelActionRunnerTest, ALockThatCannotBeSavedIsLoggedAndTheStatusReadAnew) {
   host.networkPreferences.contentFilter = ContentFilterConfiguration{};
   callbacks.enableEgressLock();
   settle();
@@ -207,7 +208,7 @@ TEST_F(PanelActionsTest, ALockThatCannotBeSavedIsLoggedAndTheStatusReadAnew) {
   EXPECT_EQ(host.alerts.shown.size(), 0U);
 }
 
-TEST_F(PanelActionsTest, AFilterThatCannotBeSavedIsLoggedThenReadAnewThenTold) {
+TEST_F(PanelActionRunnerTest, AFilterThatCannotBeSavedIsLoggedThenReadAnewThenTold) {
   callbacks.enableTransparentProxy();
   settle();
   EXPECT_TRUE(host.networkPreferences.transparentProxies->at(0).connected);
@@ -226,7 +227,7 @@ TEST_F(PanelActionsTest, AFilterThatCannotBeSavedIsLoggedThenReadAnewThenTold) {
   EXPECT_EQ(host.alerts.shown[0].text, "save proxy prefs: permission denied");
 }
 
-TEST_F(PanelActionsTest, ATrustThatFailsIsToldOneThatIsDeclinedIsNot) {
+TEST_F(PanelActionRunnerTest, ATrustThatFailsIsToldOneThatIsDeclinedIsNot) {
   host.files.folders.insert("/tmp");
   const char* certificate = R"({"ok":true,"ca_trusted":false,"ca_cert_pem":"PEM"})";
   answer(certificate);
@@ -247,7 +248,7 @@ TEST_F(PanelActionsTest, ATrustThatFailsIsToldOneThatIsDeclinedIsNot) {
   EXPECT_EQ(host.log.lines.size(), 1U);
 }
 
-TEST_F(PanelActionsTest, WorkOfAPanelThatIsGoneEndsQuietly) {
+TEST_F(PanelActionRunnerTest, WorkOfAPanelThatIsGoneEndsQuietly) {
   host.childProcesses.answer = [](const auto&) { return ChildResult{0, "{}"}; };
   host.networkPreferences.contentFilter = ContentFilterConfiguration{};
   for (const auto& work :

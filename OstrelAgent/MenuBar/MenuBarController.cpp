@@ -1,11 +1,11 @@
-#include "OstrelAgent/MenuBarController.hpp"
+#include "OstrelAgent/MenuBar/MenuBarController.hpp"
 
 #include <algorithm>
 #include <thread>
 #include <utility>
 
 #include "OstrelAgent/Containers/ContainerBlock.hpp"
-#include "OstrelAgent/DeviceManagementProbe.hpp"
+#include "OstrelAgent/MenuBar/DeviceManagementProbe.hpp"
 
 namespace ostrel {
 
@@ -54,17 +54,17 @@ void MenuBarController::fillPanelActions() {
       if (const auto self = weak.lock()) action(*self);
     };
   };
-  actions_ = std::make_shared<PanelActions>(
-      PanelActions::Services{services_.mainQueue, services_.backgroundQueue, services_.clock,
-                             services_.bundle, services_.log, services_.shell, services_.pasteboard,
-                             services_.alerts},
-      PanelActions::Tools{tools_->helper, tools_->socket, tools_->trust, tools_->configurations},
-      PanelActions::Panel{.model = model_,
-                          .draw = weakly([](MenuBarController& self) { self.draw(); }),
-                          .refresh = weakly([](MenuBarController& self) { self.refresh(); }),
-                          .applyHealth = [weak = weak_from_this()](const StatusReport::Health& health) {
-                            if (const auto self = weak.lock()) self->applyHealth(health);
-                          }});
+  actions_ = std::make_shared<PanelActionRunner>(
+      PanelActionRunner::Services{services_.mainQueue, services_.backgroundQueue, services_.clock,
+                                  services_.bundle, services_.log, services_.shell, services_.pasteboard,
+                                  services_.alerts},
+      PanelActionRunner::Tools{tools_->helper, tools_->socket, tools_->trust, tools_->configurations},
+      PanelActionRunner::Panel{.model = model_,
+                               .draw = weakly([](MenuBarController& self) { self.draw(); }),
+                               .refresh = weakly([](MenuBarController& self) { self.refresh(); }),
+                               .applyHealth = [weak = weak_from_this()](const StatusReport::Health& health) {
+                                 if (const auto self = weak.lock()) self->applyHealth(health);
+                               }});
   panelActions_ = actions_->callbacks();
   panelActions_.openRepairFlow = tools_->openRepairFlow;
 }
