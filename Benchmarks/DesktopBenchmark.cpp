@@ -14,8 +14,8 @@
 #include "Benchmarks/HostRootFolder.hpp"
 #include "Benchmarks/Process.hpp"
 #include "OstrelAgent/MenuBar/MenuBarController.hpp"
-#include "Tests/Desktop/SignalRecorder.hpp"
-#include "Tests/Desktop/TrayWatcher.hpp"
+#include "Tests/Shells/Desktop/Shell/SignalRecorder.hpp"
+#include "Tests/Shells/Desktop/Shell/TrayWatcher.hpp"
 
 namespace ostrel {
 

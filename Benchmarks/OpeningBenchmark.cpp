@@ -15,7 +15,7 @@
 #include "Benchmarks/BenchTable.hpp"
 #include "Benchmarks/DesktopBenchmark.hpp"
 #include "Benchmarks/FrameCounter.hpp"
-#include "Platform/Linux/DesktopPlugIns.hpp"
+#include "Hosts/DesktopPlugIns.hpp"
 #include "Platform/Linux/LinuxBundle.hpp"
 #include "Platform/Posix/PosixFiles.hpp"
 #include "Platform/Posix/PosixLog.hpp"

@@ -26,9 +26,9 @@ void composePanel(benchmark::State& state, const std::string& report) {
   const PanelActionSet actions = {PanelAction::checkNow, PanelAction::installUpdate,
                                   PanelAction::openRepairFlow, PanelAction::trustDeviceCA,
                                   PanelAction::quitStatusIcon};
-  const StatusSources sources = {{0, report},
-                                 std::vector{TransparentProxyConfiguration{true, true}},
-                                 ContentFilterConfiguration{true, true}};
+  const StatusInputs sources = {{0, report},
+                                std::vector{TransparentProxyConfiguration{true, true}},
+                                ContentFilterConfiguration{true, true}};
   StatusPanelModel model;
   model.hasReading = true;
   for (auto _ : state) {

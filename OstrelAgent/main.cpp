@@ -93,7 +93,7 @@ int runMenuBar() {
           .networkPath = host.networkPath,
           .systemWake = host.systemWake,
       },
-      MenuBarController::Tools{
+      MenuBarController::Collaborators{
           .helper = helperRunner(host),
           .socket = controlSocket(host),
           .trust = deviceCATrust(host),
@@ -159,7 +159,7 @@ int runOnboarding(OnboardingMode mode) {
                                                      .window = host.onboardingWindow,
                                                      .shell = host.shell,
                                                  },
-                                                 OnboardingFlowController::Tools{
+                                                 OnboardingFlowController::Collaborators{
                                                      .helper = helperRunner(host),
                                                      .socket = controlSocket(host),
                                                      .trust = deviceCATrust(host),
@@ -200,17 +200,17 @@ int run(const std::string& command, bool extensionOnly) {
 }
 
 /// Asks what the person needs, on a host that is gone before that of the command is made.
-std::string commandOfPersonsNeed() {
+std::string commandForThisMac() {
   const auto lifetime = makeHost(Presence::questions);
   const auto& host = lifetime->services();
   const auto daemon = controlSocket(host);
-  return commandByNeed({.isTrustPending = [&daemon] { return daemon.queryTrustPending(); },
-                        .isEnrolled = [&daemon] { return daemon.queryEnrolled(); },
-                        .hasMenuBarAgent = [&host] { return menuBarAgent(host).isInstalled(); }});
+  return defaultCommand({.isTrustPending = [&daemon] { return daemon.queryTrustPending(); },
+                         .isEnrolled = [&daemon] { return daemon.queryEnrolled(); },
+                         .hasMenuBarAgent = [&host] { return menuBarAgent(host).isInstalled(); }});
 }
 
 int run(const CommandLine& line) {
-  return run(line.command ? *line.command : commandOfPersonsNeed(), line.extensionOnly);
+  return run(line.command ? *line.command : commandForThisMac(), line.extensionOnly);
 }
 
 }  // namespace

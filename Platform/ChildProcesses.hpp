@@ -22,7 +22,7 @@ struct ChildCommand {
   ChildStream output = ChildStream::inherited;
   ChildStream error = ChildStream::inherited;
   /// The end of the host leaves it to itself, neither waited for nor reaped, and its run fails by
-  /// `isEndOfHost`. For a child whose streams are captured or discarded.
+  /// `isHostShuttingDown`. For a child whose streams are captured or discarded.
   bool outlivesProgram = false;
 };
 
@@ -36,14 +36,14 @@ struct ChildResult {
 };
 
 /// Requests, from any thread, that a run end: politely (TERM), or at once (KILL, nothing more is read).
-struct ChildEnding {
+struct ChildStopTokens {
   std::stop_token terminate;
   std::stop_token kill;
 };
 
 /// True for the error of a run that the end of the host has ended, or kept from starting: nothing is to
 /// follow it, and nobody is to be told.
-inline bool isEndOfHost(const PlatformError& error) {
+inline bool isHostShuttingDown(const PlatformError& error) {
   return error.domain == posixErrorDomain && error.code == ECANCELED;
 }
 
@@ -58,10 +58,10 @@ class ChildProcesses {
 
   /// Starts the child, reads its output to the end, waits for it and reaps it. Of its standard error it reads
   /// what has come when the child ends: children of its own may keep that open. Blocks; any thread. Fails
-  /// when the child cannot be started, or by `isEndOfHost`. Where `received` is given, the result has no
-  /// output.
+  /// when the child cannot be started, or by `isHostShuttingDown`. Where `received` is given, the result has
+  /// no output.
   virtual std::expected<ChildResult, PlatformError> run(const ChildCommand& command,
-                                                        const ChildEnding& ending = {},
+                                                        const ChildStopTokens& ending = {},
                                                         const ChildOutput& received = {}) = 0;
 
   /// Starts the child and leaves it to itself: it has a session of its own, reads an empty input, and lives

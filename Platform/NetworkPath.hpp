@@ -22,7 +22,7 @@ class NetworkPath {
   virtual ~NetworkPath() = default;
 
   /// Tells the path as it is, and then every update, while the token lives; never inside the call.
-  [[nodiscard]] virtual ScheduledWork follow(std::function<void(const NetworkPathUpdate&)> updated) = 0;
+  [[nodiscard]] virtual ScheduledWork observe(std::function<void(const NetworkPathUpdate&)> updated) = 0;
 };
 
 }  // namespace ostrel

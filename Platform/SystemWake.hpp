@@ -12,7 +12,7 @@ class SystemWake {
   virtual ~SystemWake() = default;
 
   /// Calls `woke` after each sleep while the token lives; never inside the call.
-  [[nodiscard]] virtual ScheduledWork follow(std::function<void()> woke) = 0;
+  [[nodiscard]] virtual ScheduledWork observe(std::function<void()> woke) = 0;
 };
 
 }  // namespace ostrel

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <utility>
 
-#include "SimulatedEndpoint/ControlOrders.hpp"
+#include "SimulatedEndpoint/ControlOverrides.hpp"
 #include "SimulatedEndpoint/Daemon.hpp"
 #include "SimulatedEndpoint/EndpointFiles.hpp"
 #include "SimulatedEndpoint/EndpointReport.hpp"
@@ -47,7 +47,7 @@ constexpr const char* help =
     "The Mac itself:\n"
     "  wake                       return from sleep\n"
     "\n"
-    "Orders, which stay until they are taken back:\n"
+    "Overrides, which stay until they are taken back:\n"
     "  approval new|always|never        which requests for the extension need approval\n"
     "  result completed|after-reboot    how they end\n"
     "  callbacks once|twice             how often the system tells the end\n"
@@ -58,8 +58,8 @@ constexpr const char* help =
     "  fail-requests N DOMAIN CODE [TEXT]   the next N requests for the extension fail; so do with\n"
     "      fail-loads, fail-saves, fail-start, fail-removals         those of the transparent proxy\n"
     "      fail-filter-loads, fail-filter-saves                      those of the content filter\n"
-    "  orders                     print them\n"
-    "  clear-orders               take all back\n"
+    "  overrides                     print them\n"
+    "  clear-overrides               take all back\n"
     "\n"
     "  agent                      print the process number of the menu-bar agent that launchd runs\n"
     "  root                       print the folder of the simulated Mac\n"
@@ -216,7 +216,8 @@ constexpr std::array commands = {
 
 ControlResult runControl(Arguments arguments, const ControlPlace& place) {
   if (arguments.empty()) return {2, help};
-  if (auto ordered = runOrder(arguments, Orders(place.files, place.state.root()))) return *std::move(ordered);
+  if (auto ordered = runOverride(arguments, Overrides(place.files, place.state.root())))
+    return *std::move(ordered);
   const auto& name = arguments.front();
   const auto words = arguments.subspan(1);
   if (name == "install" && words.size() == 1 && words[0] == "--without-token") return install(false, place);

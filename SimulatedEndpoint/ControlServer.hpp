@@ -10,7 +10,7 @@
 #include <string>
 
 #include "Platform/Posix/Descriptor.hpp"
-#include "SimulatedEndpoint/Misbehaviour.hpp"
+#include "SimulatedEndpoint/FaultMode.hpp"
 
 namespace ostrel::simulated {
 

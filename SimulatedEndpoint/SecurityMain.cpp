@@ -6,7 +6,7 @@
 #include "SimulatedEndpoint/DeviceCertificate.hpp"
 #include "SimulatedEndpoint/EndpointFiles.hpp"
 #include "SimulatedEndpoint/EndpointReport.hpp"
-#include "SimulatedEndpoint/Orders.hpp"
+#include "SimulatedEndpoint/Overrides.hpp"
 #include "SimulatedEndpoint/SimulatedState.hpp"
 
 namespace {
@@ -40,7 +40,7 @@ int main(int argc, char** argv) {
   const auto pem = files.read(state.root().realPath(words[4]));
   if (!pem) return failed(1, "Error reading file " + words[4]);
   if (!isCertificate(*pem)) return failed(1, "SecCertificateCreateFromData: Unknown format in import.");
-  const auto order = Orders(files, state.root()).order("trust");
+  const auto order = Overrides(files, state.root()).order("trust");
   if (order == "cancel") {
     return failed(1, "SecTrustSettingsSetTrustSettings: The authorization was canceled by the user.");
   }

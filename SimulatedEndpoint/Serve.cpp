@@ -9,7 +9,7 @@
 #include "SimulatedEndpoint/ControlServer.hpp"
 #include "SimulatedEndpoint/Daemon.hpp"
 #include "SimulatedEndpoint/EndpointFiles.hpp"
-#include "SimulatedEndpoint/Orders.hpp"
+#include "SimulatedEndpoint/Overrides.hpp"
 #include "SimulatedEndpoint/ServiceLock.hpp"
 
 namespace ostrel::simulated {
@@ -40,11 +40,11 @@ int serve(Files& files, const SimulatedState& state, const std::string& toolFold
   std::printf("Serving at %s\n", endpointfiles::controlSocket);
   (void)std::fflush(stdout);
   Daemon daemon(files, state, now);
-  const Orders orders(files, state.root());
-  ControlServer server(**socket, {.closesEarly = [&] { return closesEarly(orders.order("misbehave")); },
+  const Overrides overrides(files, state.root());
+  ControlServer server(**socket, {.closesEarly = [&] { return closesEarly(overrides.order("misbehave")); },
                                   .reply =
                                       [&](const std::string& request) {
-                                        return misbehavingReply(orders.order("misbehave"),
+                                        return misbehavingReply(overrides.order("misbehave"),
                                                                 [&] { return daemon.answer(request); });
                                       }});
   server.serveUntil(signals.descriptor());

@@ -2,6 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "OstrelAgent/Status/MenuBarIcon.hpp"
+
 namespace ostrel {
 
 namespace {
@@ -127,15 +129,16 @@ Json json(const PanelContent::Protection& protection) {
 }
 
 Json json(const PanelContent::Health& health) {
-  return {
-      {"rollup", json(health.rollup)}, {"unfolds", health.unfolds}, {"components", list(health.components)}};
+  return {{"rollup", json(health.rollup)},
+          {"startsExpanded", health.startsExpanded},
+          {"components", list(health.components)}};
 }
 
 }  // namespace
 
 Json previewJson(const Snapshot& snapshot, const PanelContent& content) {
   const auto verdict = ProtectionVerdict::of(snapshot);
-  const auto sign = MenuBarSign::of(verdict);
+  const auto sign = VerdictSymbols::of(verdict);
   const auto any = [](const auto& value) { return json(value); };
   return {{"verdict", nameOf(verdict.kind)},
           {"off_by_policy", snapshot.offByPolicyCount()},

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "Platform/Linux/DesktopPlugIns.hpp"
+#include "Hosts/DesktopPlugIns.hpp"
 
 namespace ostrel {
 

@@ -17,16 +17,16 @@ std::int32_t HelperRunner::runHelper(const std::vector<std::string>& arguments) 
 }
 
 HelperRunner::HelperOutput HelperRunner::runHelperCapturingStdout(const std::vector<std::string>& arguments,
-                                                                  const ChildEnding& ending) const {
+                                                                  const ChildStopTokens& ending) const {
   return run(arguments, ChildStream::captured, ending);
 }
 
 HelperRunner::HelperOutput HelperRunner::run(const std::vector<std::string>& arguments, ChildStream output,
-                                             const ChildEnding& ending) const {
+                                             const ChildStopTokens& ending) const {
   const auto path = helperPath();
   auto result = childProcesses_->run({path, arguments, output, ChildStream::inherited}, ending);
   if (result) return {result->status, std::move(result->output)};
-  if (isEndOfHost(result.error())) return {helperNotStarted, ""};
+  if (isHostShuttingDown(result.error())) return {helperNotStarted, ""};
   // Looked for only now: the helper runs every few seconds, and is there.
   if (!files_->isExecutableFile(path)) {
     streams_->writeError("embedded ostrel-agent-endpoint not found at " + path + "\n");

@@ -37,11 +37,11 @@ class HelperRunner {
 
   /// Runs the helper and gives all it writes to standard output with its exit status.
   HelperOutput runHelperCapturingStdout(const std::vector<std::string>& arguments,
-                                        const ChildEnding& ending = {}) const;
+                                        const ChildStopTokens& ending = {}) const;
 
  private:
   HelperOutput run(const std::vector<std::string>& arguments, ChildStream output,
-                   const ChildEnding& ending) const;
+                   const ChildStopTokens& ending) const;
 
   const Bundle* bundle_;
   const Files* files_;

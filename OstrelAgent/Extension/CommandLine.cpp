@@ -35,7 +35,7 @@ std::optional<Role> roleOf(std::string_view command) {
   return row->role;
 }
 
-std::string commandByNeed(const NeedQuestions& questions) {
+std::string defaultCommand(const NeedQuestions& questions) {
   if (questions.isTrustPending()) return "onboarding";
   if (!questions.isEnrolled()) return "onboarding";
   if (questions.hasMenuBarAgent()) return "relaunch";

@@ -32,7 +32,7 @@ struct NeedQuestions {
 };
 
 /// The command for what the person most needs, where no argument names one.
-std::string commandByNeed(const NeedQuestions& questions);
+std::string defaultCommand(const NeedQuestions& questions);
 
 inline constexpr std::string_view usageLine =
     "usage: OstrelAgent activate|deactivate|reactivate|menubar|onboarding|repair\n";

@@ -88,7 +88,7 @@ std::optional<std::int32_t> MenuBarAgent::launchctl(const std::vector<std::strin
                                             .output = ChildStream::discarded,
                                             .error = ChildStream::discarded});
   if (result) return result->status;
-  if (isEndOfHost(result.error())) return std::nullopt;
+  if (isHostShuttingDown(result.error())) return std::nullopt;
   return launchctlNotStarted;
 }
 

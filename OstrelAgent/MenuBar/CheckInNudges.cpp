@@ -36,7 +36,7 @@ std::set<std::string> routableInterfaceNames(const std::vector<std::string>& int
 }
 
 bool isTooSoonToNudge(std::optional<Date> lastFired, Date now) {
-  return lastFired && now - *lastFired < CheckInNudges::leastInterval;
+  return lastFired && now - *lastFired < CheckInNudges::minInterval;
 }
 
 std::chrono::milliseconds nudgeDelay(Date burstStart, Date now) {
@@ -48,8 +48,8 @@ CheckInNudges::CheckInNudges(Services services, std::function<void(const std::st
     : services_(services), checkNow_(std::move(checkNow)) {}
 
 void CheckInNudges::start() {
-  wakeObserver_ = services_.systemWake.follow([this] { scheduleCheckinNudge(Event::wake); });
-  pathMonitor_ = services_.networkPath.follow([this](const NetworkPathUpdate& update) {
+  wakeObserver_ = services_.systemWake.observe([this] { scheduleCheckinNudge(Event::wake); });
+  pathMonitor_ = services_.networkPath.observe([this](const NetworkPathUpdate& update) {
     pathChanged(update.satisfied, routableInterfaceNames(update.interfaces));
   });
 }

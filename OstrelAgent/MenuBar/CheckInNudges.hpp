@@ -31,9 +31,9 @@ struct NetworkExtensionState {
 /// a minute, and at once after a change of the network extension. Main thread.
 class CheckInNudges {
  public:
-  static constexpr std::chrono::milliseconds quietTime{10000};      ///< from the latest event to the nudge
-  static constexpr std::chrono::milliseconds longestBurst{30000};   ///< from the first event to the nudge
-  static constexpr std::chrono::milliseconds leastInterval{60000};  ///< from nudge to nudge
+  static constexpr std::chrono::milliseconds quietTime{10000};     ///< from the latest event to the nudge
+  static constexpr std::chrono::milliseconds longestBurst{30000};  ///< from the first event to the nudge
+  static constexpr std::chrono::milliseconds minInterval{60000};   ///< from nudge to nudge
 
   enum class Event { wake, pathChange };
 

@@ -9,21 +9,23 @@
 
 namespace ostrel {
 
-MenuBarController::MenuBarController(Services services, Tools tools, std::shared_ptr<RedNotifier> redNotifier)
+MenuBarController::MenuBarController(Services services, Collaborators collaborators,
+                                     std::shared_ptr<RedNotifier> redNotifier)
     : services_(services),
-      tools_(std::make_shared<const Tools>(std::move(tools))),
+      collaborators_(std::make_shared<const Collaborators>(std::move(collaborators))),
       redNotifier_(std::move(redNotifier)),
       statusRuns_(services.mainQueue),
       times_{.clockTime = [&format = services.timeFormat](Date date) { return format.clockTime(date); },
              .shortDate = [&format = services.timeFormat](Date date) { return format.shortDate(date); }},
       nudges_({services.mainQueue, services.clock, services.networkPath, services.systemWake},
               [this](const std::string& reason) { actions_->checkNow(reason); }),
-      reactivation_({services.backgroundQueue, services.childProcesses, services.bundle}, tools_->records) {}
+      reactivation_({services.backgroundQueue, services.childProcesses, services.bundle},
+                    collaborators_->records) {}
 
 void MenuBarController::start() {
   const auto weak = weak_from_this();
   const auto press = [weak](const PanelButton& button) {
-    if (const auto self = weak.lock()) self->panelActions_.perform(button);
+    if (const auto self = weak.lock()) self->actionCallbacks_.perform(button);
   };
   services_.statusItem.install({.clicked =
                                     [weak] {
@@ -36,7 +38,7 @@ void MenuBarController::start() {
                                 .menuPressed = press});
   fillPanelActions();
   services_.screens.onPanelButton(press);
-  services_.statusItem.showMenu(statusItemMenu(panelActions_.available()));
+  services_.statusItem.showMenu(statusItemMenu(actionCallbacks_.available()));
   model_.snap = latest_;
   redNotifier_->start();
   applyIcon(latest_);
@@ -58,15 +60,16 @@ void MenuBarController::fillPanelActions() {
       PanelActionRunner::Services{services_.mainQueue, services_.backgroundQueue, services_.clock,
                                   services_.bundle, services_.log, services_.shell, services_.pasteboard,
                                   services_.alerts},
-      PanelActionRunner::Tools{tools_->helper, tools_->socket, tools_->trust, tools_->configurations},
+      PanelActionRunner::Collaborators{collaborators_->helper, collaborators_->socket, collaborators_->trust,
+                                       collaborators_->configurations},
       PanelActionRunner::Panel{.model = model_,
                                .draw = weakly([](MenuBarController& self) { self.draw(); }),
                                .refresh = weakly([](MenuBarController& self) { self.refresh(); }),
                                .applyHealth = [weak = weak_from_this()](const StatusReport::Health& health) {
                                  if (const auto self = weak.lock()) self->applyHealth(health);
                                }});
-  panelActions_ = actions_->callbacks();
-  panelActions_.openRepairFlow = tools_->openRepairFlow;
+  actionCallbacks_ = actions_->callbacks();
+  actionCallbacks_.openRepairFlow = collaborators_->openRepairFlow;
 }
 
 /// One refresh on its way through the background, on whatever threads the loads complete.
@@ -75,7 +78,7 @@ struct MenuBarController::Refresh : std::enable_shared_from_this<Refresh> {
       : controller(owner.weak_from_this()),
         run(std::move(begun)),
         services(owner.services_),
-        tools(owner.tools_),
+        collaborators(owner.collaborators_),
         known(owner.lastRead_),
         isEager(owner.isTimeNews()),
         generation(owner.healthGeneration_),
@@ -83,7 +86,7 @@ struct MenuBarController::Refresh : std::enable_shared_from_this<Refresh> {
 
   void start() {
     thread = std::this_thread::get_id();
-    sources.helper = runStatus(tools->helper, run.ending);
+    sources.helper = runStatus(collaborators->helper, run.ending);
     services.networkPreferences.loadTransparentProxies([self = shared_from_this()](auto proxies) {
       self->sources.transparentProxies = std::move(proxies);
       self->services.networkPreferences.loadContentFilter([self](auto filter) {
@@ -102,9 +105,9 @@ struct MenuBarController::Refresh : std::enable_shared_from_this<Refresh> {
                                                  snapshot.transparentProxy, mdmEnrolled};
     // Loads that complete at once are on a background thread still.
     if (std::this_thread::get_id() == thread)
-      return tools->records.recordNetworkExtensionAssertion(assertion);
-    services.backgroundQueue.run(QualityOfService::utility, [tools = tools, assertion] {
-      tools->records.recordNetworkExtensionAssertion(assertion);
+      return collaborators->records.recordNetworkExtensionAssertion(assertion);
+    services.backgroundQueue.run(QualityOfService::utility, [collaborators = collaborators, assertion] {
+      collaborators->records.recordNetworkExtensionAssertion(assertion);
     });
   }
 
@@ -130,12 +133,12 @@ struct MenuBarController::Refresh : std::enable_shared_from_this<Refresh> {
   const std::weak_ptr<MenuBarController> controller;
   const StatusRunLimiter::Run run;
   const Services services;
-  const std::shared_ptr<const Tools> tools;
+  const std::shared_ptr<const Collaborators> collaborators;
   const std::shared_ptr<const Read> known;
   const bool isEager;
   const std::uint64_t generation;
   const std::optional<bool> mdmEnrolled;
-  StatusSources sources;
+  StatusInputs sources;
   std::thread::id thread;
 };
 
@@ -221,7 +224,7 @@ void MenuBarController::notify() {
   const auto now = services_.clock.now();
   redNotifier_->observe(ProtectionVerdict::of(latest_), now);
   if (const auto block = ContainerBlock::read(latest_.runtimeTrust)) {
-    redNotifier_->observeContainerBlocks(block->runtimes, tools_->containerTrust.notify(), now);
+    redNotifier_->observeContainerBlocks(block->runtimes, collaborators_->containerTrust.notify(), now);
   }
 }
 
@@ -240,14 +243,14 @@ void MenuBarController::applyIcon(const Snapshot& snapshot) {
   auto& item = services_.statusItem;
   const auto palette = MenuBarPalette::matching(item.appearance());
   auto icon = MenuBarIcon::of(verdict, palette, item.hasImage(palette.glyphName()),
-                              item.hasSymbol(MenuBarSign::of(verdict).symbol));
+                              item.hasSymbol(VerdictSymbols::of(verdict).symbol));
   if (icon == shownIcon_) return;
   item.show(icon);
   shownIcon_ = std::move(icon);
 }
 
 PanelContent MenuBarController::content() const {
-  return panelContent(model_, services_.clock.now(), times_, panelActions_.available());
+  return panelContent(model_, services_.clock.now(), times_, actionCallbacks_.available());
 }
 
 }  // namespace ostrel

@@ -55,7 +55,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   };
 
   /// What the role does things with.
-  struct Tools {
+  struct Collaborators {
     HelperRunner helper;
     ControlSocket socket;
     DeviceCATrust trust;
@@ -65,7 +65,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
     std::function<void()> openRepairFlow;
   };
 
-  MenuBarController(Services services, Tools tools, std::shared_ptr<RedNotifier> redNotifier);
+  MenuBarController(Services services, Collaborators collaborators, std::shared_ptr<RedNotifier> redNotifier);
 
   /// Shows the icon, starts the first refresh and the timer. Call once.
   void start();
@@ -81,7 +81,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
 
   /// What a refresh read: what came, and what it tells.
   struct Read {
-    StatusSources sources;
+    StatusInputs sources;
     StatusReading reading;
   };
 
@@ -98,7 +98,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   PanelContent content() const;
 
   Services services_;
-  const std::shared_ptr<const Tools> tools_;
+  const std::shared_ptr<const Collaborators> collaborators_;
   std::shared_ptr<RedNotifier> redNotifier_;
   StatusRunLimiter statusRuns_;
   TimeTexts times_;
@@ -106,7 +106,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   std::shared_ptr<PanelActionRunner> actions_;
   CheckInNudges nudges_;
   Reactivation reactivation_;
-  StatusPanelActions panelActions_;
+  StatusPanelActions actionCallbacks_;
   ScheduledWork timer_;
   std::optional<bool> mdmEnrolled_;
   Snapshot latest_;

@@ -28,8 +28,8 @@ bool isUpdateUnsettled(const Snapshot& snapshot, std::optional<Date> until, Date
   return isOffered && until && now < *until;
 }
 
-PanelActionRunner::PanelActionRunner(Services services, Tools tools, Panel panel)
-    : services_(services), tools_(std::move(tools)), panel_(std::move(panel)) {}
+PanelActionRunner::PanelActionRunner(Services services, Collaborators collaborators, Panel panel)
+    : services_(services), collaborators_(std::move(collaborators)), panel_(std::move(panel)) {}
 
 StatusPanelActions PanelActionRunner::callbacks() {
   const auto bound = [weak = weak_from_this()](auto action) {
@@ -55,7 +55,7 @@ void PanelActionRunner::checkNow(const std::string& reason) {
   if (isUsers) show(&StatusPanelModel::checkinInFlight, true);
   inBackground(
       isUsers ? QualityOfService::userInitiated : QualityOfService::utility,
-      [socket = tools_.socket, reason] {
+      [socket = collaborators_.socket, reason] {
         const auto answer = socket.send("checkin", {{"reason", reason}});
         return CheckIn{checkinNotice(answer), answer ? healthOf(*answer) : std::nullopt};
       },
@@ -75,7 +75,7 @@ void PanelActionRunner::copyDiagnostics() {
   show(&StatusPanelModel::diagnosticsInFlight, true);
   inBackground(
       QualityOfService::userInitiated,
-      [helper = tools_.helper, arguments = diagnosticsArguments()] {
+      [helper = collaborators_.helper, arguments = diagnosticsArguments()] {
         return helper.runHelperCapturingStdout(arguments);
       },
       [](PanelActionRunner& self, const HelperRunner::HelperOutput& output) {
@@ -94,7 +94,7 @@ void PanelActionRunner::sendDiagnostics() {
   arguments.emplace_back("--send");
   inBackground(
       QualityOfService::userInitiated,
-      [helper = tools_.helper, arguments = std::move(arguments), &clock = services_.clock] {
+      [helper = collaborators_.helper, arguments = std::move(arguments), &clock = services_.clock] {
         const auto output = helper.runHelperCapturingStdout(arguments);
         return diagnosticsSending(output, clock.now());
       },
@@ -122,7 +122,7 @@ void PanelActionRunner::installUpdate() {
   updateInFlightUntil_ = services_.clock.now() + longestUpdate;
   show(&StatusPanelModel::updateInFlight, true);
   inBackground(
-      QualityOfService::userInitiated, [socket = tools_.socket] { return socket.send("update"); },
+      QualityOfService::userInitiated, [socket = collaborators_.socket] { return socket.send("update"); },
       [](PanelActionRunner& self, const std::expected<JsonMembers, ControlSocketError>& answer) {
         if (!answer) self.presentUpdateFailure(answer.error());
       });
@@ -143,7 +143,7 @@ void PanelActionRunner::clearUpdateInFlightIfSettled(const Snapshot& snapshot) {
 
 void PanelActionRunner::enableEgressLock() {
   if (std::exchange(isSavingLock_, true)) return;
-  tools_.configurations.saveEgressLockConfiguration(
+  collaborators_.configurations.saveEgressLockConfiguration(
       [weak = weak_from_this()](const NetworkConfigurations::LockSaved& saved) {
         const auto self = weak.lock();
         if (!self) return;
@@ -158,7 +158,7 @@ void PanelActionRunner::enableEgressLock() {
 void PanelActionRunner::enableTransparentProxy() {
   // Two at once might each make a configuration.
   if (std::exchange(isSavingProxy_, true)) return;
-  Controller::saveStaticCaptureConfig(services_.bundle, tools_.configurations,
+  Controller::saveStaticCaptureConfig(services_.bundle, collaborators_.configurations,
                                       [weak = weak_from_this()](const std::string& error) {
                                         if (const auto self = weak.lock())
                                           self->finishTransparentProxy(error);
@@ -175,7 +175,7 @@ void PanelActionRunner::finishTransparentProxy(const std::string& error) {
 void PanelActionRunner::trustDeviceCA() {
   if (std::exchange(isTrusting_, true)) return;
   inBackground(
-      QualityOfService::userInitiated, [trust = tools_.trust] { return trust.ensureTrusted(); },
+      QualityOfService::userInitiated, [trust = collaborators_.trust] { return trust.ensureTrusted(); },
       [](PanelActionRunner& self, const DeviceCATrust::Outcome& outcome) { self.finishTrust(outcome); });
 }
 

@@ -47,7 +47,7 @@ class PanelActionRunner : public std::enable_shared_from_this<PanelActionRunner>
   };
 
   /// What the actions do things with.
-  struct Tools {
+  struct Collaborators {
     HelperRunner helper;
     ControlSocket socket;
     DeviceCATrust trust;
@@ -62,7 +62,7 @@ class PanelActionRunner : public std::enable_shared_from_this<PanelActionRunner>
     std::function<void(const StatusReport::Health&)> applyHealth;
   };
 
-  PanelActionRunner(Services services, Tools tools, Panel panel);
+  PanelActionRunner(Services services, Collaborators collaborators, Panel panel);
 
   /// The callbacks of these actions; they hold this weakly.
   StatusPanelActions callbacks();
@@ -103,7 +103,7 @@ class PanelActionRunner : public std::enable_shared_from_this<PanelActionRunner>
   void present(const Alert& alert);
 
   Services services_;
-  Tools tools_;
+  Collaborators collaborators_;
   Panel panel_;
   std::optional<Date> updateInFlightUntil_;
   ScheduledWork checkinNoticeToken_;  ///< clears the notice; goes when another takes its place

@@ -21,7 +21,7 @@ ActivationRun::ActivationRun(Services services, const std::string& executable, E
   const ChildCommand command{executable, {"activate"}, ChildStream::captured, ChildStream::captured};
   services.backgroundQueue.run(
       QualityOfService::userInitiated, [&children = services.childProcesses, command, received, onMain,
-                                        ending = ChildEnding{terminate_.get_token(), {}}] {
+                                        ending = ChildStopTokens{terminate_.get_token(), {}}] {
         const auto ran = children.run(command, ending, received);
         const auto state = ran ? activationAfterExit(ran->status, ran->error)
                                : activationstate::Failed{

@@ -35,8 +35,12 @@ bool isApproved(const SetupObservation& observation) {
 
 }  // namespace
 
-OnboardingFlowController::OnboardingFlowController(OnboardingMode mode, Services services, Tools tools)
-    : services_(services), tools_(std::move(tools)), model_(mode), statusRuns_(services.mainQueue) {}
+OnboardingFlowController::OnboardingFlowController(OnboardingMode mode, Services services,
+                                                   Collaborators collaborators)
+    : services_(services),
+      collaborators_(std::move(collaborators)),
+      model_(mode),
+      statusRuns_(services.mainQueue) {}
 
 void OnboardingFlowController::show() {
   const auto weak = weak_from_this();
@@ -102,7 +106,8 @@ void OnboardingFlowController::refresh() {
       if (const auto self = weak.lock()) self->finishRefresh(number, observation);
     });
   };
-  services_.statusQueue.run(QualityOfService::utility, [finish, ending = run->ending, helper = tools_.helper,
+  services_.statusQueue.run(QualityOfService::utility, [finish, ending = run->ending,
+                                                        helper = collaborators_.helper,
                                                         &preferences = services_.networkPreferences] {
     preferences.loadTransparentProxies([finish, observation = readSetup(helper, ending)](const auto& loaded) {
       finish(withTransparentProxies(observation, loaded));
@@ -138,11 +143,11 @@ void OnboardingFlowController::publish(const SetupObservation& observation) {
 void OnboardingFlowController::followEnrolment() {
   if (!std::holds_alternative<stages::EnterToken>(model_.stage)) return;
   forgetToken();
-  startTrust(!tools_.menuBarAgent.isInstalled());
+  startTrust(!collaborators_.menuBarAgent.isInstalled());
 }
 
 void OnboardingFlowController::askWhetherEnrolled() {
-  inBackground([socket = tools_.socket] { return socket.queryEnrolled(); },
+  inBackground([socket = collaborators_.socket] { return socket.queryEnrolled(); },
                [](OnboardingFlowController& self, bool isEnrolled) {
                  if (isEnrolled) self.followEnrolment();
                });
@@ -159,7 +164,7 @@ void OnboardingFlowController::enrol(std::string_view typed) {
   move(Kind::enrolmentBegan);
   draw();
   inBackground(
-      [socket = tools_.socket, extra = ControlSocket::Extra{{"enrollment_token", model_.token}}] {
+      [socket = collaborators_.socket, extra = ControlSocket::Extra{{"enrollment_token", model_.token}}] {
         return socket.send("enroll", extra);
       },
       [](OnboardingFlowController& self, const EnrolmentAnswer& answer) { self.finishEnrolment(answer); });
@@ -185,7 +190,7 @@ void OnboardingFlowController::startTrust(bool thenActivate) {
   if (std::exchange(isTrusting_, true)) return;
   move(Kind::trustBegan);
   draw();
-  inBackground([trust = tools_.trust] { return trust.ensureTrusted(); },
+  inBackground([trust = collaborators_.trust] { return trust.ensureTrusted(); },
                [](OnboardingFlowController& self, const DeviceCATrust::Outcome& outcome) {
                  self.finishTrust(outcome);
                });
@@ -260,7 +265,7 @@ void OnboardingFlowController::turnOnNetworkFilter() {
   if (std::exchange(isSavingFilter_, true)) return;
   clearActionError(Step::proxy);
   draw();
-  Controller::saveStaticCaptureConfig(services_.bundle, tools_.configurations,
+  Controller::saveStaticCaptureConfig(services_.bundle, collaborators_.configurations,
                                       [weak = weak_from_this()](const std::string& error) {
                                         if (const auto self = weak.lock()) self->finishNetworkFilter(error);
                                       });

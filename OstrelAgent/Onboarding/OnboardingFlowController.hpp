@@ -47,7 +47,7 @@ class OnboardingFlowController : public std::enable_shared_from_this<OnboardingF
   };
 
   /// What the flow does things with.
-  struct Tools {
+  struct Collaborators {
     HelperRunner helper;
     ControlSocket socket;
     DeviceCATrust trust;
@@ -55,7 +55,7 @@ class OnboardingFlowController : public std::enable_shared_from_this<OnboardingF
     MenuBarAgent menuBarAgent;
   };
 
-  OnboardingFlowController(OnboardingMode mode, Services services, Tools tools);
+  OnboardingFlowController(OnboardingMode mode, Services services, Collaborators collaborators);
 
   /// Opens the window and starts. Call once.
   void show();
@@ -94,7 +94,7 @@ class OnboardingFlowController : public std::enable_shared_from_this<OnboardingF
   void draw();
 
   Services services_;
-  Tools tools_;
+  Collaborators collaborators_;
   OnboardingFlowModel model_;
   StatusRunLimiter statusRuns_;
   std::unique_ptr<ActivationRun> activation_;

@@ -5,6 +5,7 @@
 #include "OstrelAgent/Containers/ContainerBlock.hpp"
 #include "OstrelAgent/Panel/PanelHeader.hpp"
 #include "OstrelAgent/Panel/StatusPanel.hpp"
+#include "OstrelAgent/Status/MenuBarIcon.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
 
 namespace ostrel {
@@ -44,10 +45,10 @@ PanelButton containerTrustButton() {
 PanelButton quitButton() { return button(Copy::buttonQuitStatusIcon, PanelAction::quitStatusIcon); }
 
 /// Computes one content; holds what all its parts are computed from.
-class PanelComposer {
+class PanelContentBuilder {
  public:
-  PanelComposer(const StatusPanelModel& model, Date now, const TimeTexts& times,
-                const PanelActionSet& available)
+  PanelContentBuilder(const StatusPanelModel& model, Date now, const TimeTexts& times,
+                      const PanelActionSet& available)
       : model_(model), snap_(model.snap), now_(now), times_(times), available_(available) {}
 
   PanelContent content() const {
@@ -79,7 +80,7 @@ class PanelComposer {
  private:
   PanelContent::Header header() const {
     const auto verdict = ProtectionVerdict::of(snap_);
-    const auto sign = MenuBarSign::of(verdict);
+    const auto sign = VerdictSymbols::of(verdict);
     auto reading = PanelHeaderReading::read(verdict, snap_, now_, times_);
     return {std::move(reading.word), std::move(reading.deadlineLine), sign.symbol, tintOf(sign.badge)};
   }
@@ -99,7 +100,7 @@ class PanelComposer {
       block.installing = Copy::updateInstalling.text();
       block.protectionStaysOn = Copy::footerProtectionStaysOn.text();
     } else {
-      block.button = ifShown(button(Copy::buttonInstall, PanelAction::installUpdate));
+      block.button = ifAvailable(button(Copy::buttonInstall, PanelAction::installUpdate));
     }
     return block;
   }
@@ -112,7 +113,7 @@ class PanelComposer {
     const auto rows = components(snap_);
     content.cards = attentionItems(snap_, {failure, guard, lock, rows}, now_, times_);
     for (auto& card : content.cards) {
-      if (card.button) card.button = ifShown(inFlightAware(std::move(*card.button)));
+      if (card.button) card.button = ifAvailable(withInFlightTitle(std::move(*card.button)));
     }
     content.protection = protection(failure.has_value(), guard, ecosystems, lock);
     content.health = health(rows);
@@ -121,7 +122,7 @@ class PanelComposer {
   }
 
   static void markNote(PanelContent::Row& row, const std::vector<AttentionItem>& cards) {
-    row.isNoteOnCard = !row.note.empty() && std::ranges::any_of(cards, [&](const auto& card) {
+    row.isNoteShownOnCard = !row.note.empty() && std::ranges::any_of(cards, [&](const auto& card) {
       return card.title == row.label && card.action == row.note;
     });
   }
@@ -147,7 +148,7 @@ class PanelComposer {
     health.rollup = {"health", std::string(Copy::rowHealth.text()), healthRollup(rows), ""};
     for (const auto& row : rows) {
       health.components.push_back({row.id, row.name.value_or(""), row.state, noteOf(row.health, row.state)});
-      if (row.state.wantsAttention()) health.unfolds = true;
+      if (row.state.wantsAttention()) health.startsExpanded = true;
     }
     return health;
   }
@@ -177,7 +178,7 @@ class PanelComposer {
   }
 
   /// The button with the title of its work in flight, when that runs; it cannot be pressed meanwhile.
-  PanelButton inFlightAware(PanelButton button) const {
+  PanelButton withInFlightTitle(PanelButton button) const {
     const auto wait = [&](bool isInFlight, const Message& title) {
       if (!isInFlight) return;
       button.title = title.text();
@@ -192,7 +193,7 @@ class PanelComposer {
     return button;
   }
 
-  std::optional<PanelButton> ifShown(PanelButton button) const {
+  std::optional<PanelButton> ifAvailable(PanelButton button) const {
     if (!available_.contains(button.action)) return std::nullopt;
     return button;
   }
@@ -200,7 +201,7 @@ class PanelComposer {
   std::vector<PanelButton> shown(std::initializer_list<PanelButton> buttons) const {
     std::vector<PanelButton> shown;
     for (const auto& button : buttons) {
-      if (auto kept = ifShown(inFlightAware(button))) shown.push_back(std::move(*kept));
+      if (auto kept = ifAvailable(withInFlightTitle(button))) shown.push_back(std::move(*kept));
     }
     return shown;
   }
@@ -233,7 +234,7 @@ std::vector<PanelButton> statusItemMenu(const PanelActionSet& available) {
 
 PanelContent panelContent(const StatusPanelModel& model, Date now, const TimeTexts& times,
                           const PanelActionSet& available) {
-  return PanelComposer(model, now, times, available).content();
+  return PanelContentBuilder(model, now, times, available).content();
 }
 
 }  // namespace ostrel

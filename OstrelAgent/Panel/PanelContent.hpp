@@ -37,8 +37,8 @@ struct PanelContent {
     std::string id;
     std::string label;
     RowState state;
-    std::string note;           ///< what to do or expect; empty for a row that is ok
-    bool isNoteOnCard = false;  ///< a card says the note already, so that a view may leave it out
+    std::string note;                ///< what to do or expect; empty for a row that is ok
+    bool isNoteShownOnCard = false;  ///< a card says the note already, so that a view may leave it out
 
     bool operator==(const Row&) const = default;
   };
@@ -65,7 +65,7 @@ struct PanelContent {
   struct Health {
     Row rollup;
     std::vector<Row> components;
-    bool unfolds = false;  ///< a component needs attention, so they show without being asked for
+    bool startsExpanded = false;  ///< a component needs attention, so they show without being asked for
 
     bool operator==(const Health&) const = default;
   };

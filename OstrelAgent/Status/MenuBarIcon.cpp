@@ -59,7 +59,7 @@ void drawBadge(Canvas& canvas, const CanvasRect& rect, MenuBarBadge badge, MenuB
 
 }  // namespace
 
-MenuBarSign MenuBarSign::of(const ProtectionVerdict& verdict) {
+VerdictSymbols VerdictSymbols::of(const ProtectionVerdict& verdict) {
   using enum ProtectionVerdict::Case;
   switch (verdict.kind) {
     case isProtected:
@@ -98,7 +98,7 @@ std::string_view MenuBarPalette::glyphName() const {
 
 MenuBarIcon MenuBarIcon::of(const ProtectionVerdict& verdict, MenuBarPalette palette, bool hasGlyph,
                             bool hasSymbol) {
-  const auto sign = MenuBarSign::of(verdict);
+  const auto sign = VerdictSymbols::of(verdict);
   MenuBarIcon icon{menubarpicture::Title{sign.emoji, sign.badge, palette}, verdict.menuBarDescription()};
   if (hasSymbol) icon.picture = menubarpicture::Symbol{sign.symbol};
   if (hasGlyph) icon.picture = menubarpicture::Glyph{sign.badge, palette};

@@ -15,14 +15,14 @@ namespace ostrel {
 enum class MenuBarBadge { dot, square, octagon };
 
 /// The signs of a verdict, by what the menu bar can show.
-struct MenuBarSign {
+struct VerdictSymbols {
   MenuBarBadge badge = MenuBarBadge::square;
   std::string_view symbol;  ///< system symbol for want of the glyph image
   std::string_view emoji;   ///< for want of the symbol, too
 
-  static MenuBarSign of(const ProtectionVerdict& verdict);
+  static VerdictSymbols of(const ProtectionVerdict& verdict);
 
-  bool operator==(const MenuBarSign&) const = default;
+  bool operator==(const VerdictSymbols&) const = default;
 };
 
 /// The colours for a light or a dark menu bar.

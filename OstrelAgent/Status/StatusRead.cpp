@@ -24,7 +24,7 @@ void addReport(StatusReading& reading, const HelperRunner::HelperOutput& helper)
 
 }  // namespace
 
-StatusReading statusReading(const StatusSources& sources) {
+StatusReading statusReading(const StatusInputs& sources) {
   StatusReading reading;
   addReport(reading, sources.helper);
   addTransparentProxies(reading.snapshot, sources.transparentProxies);
@@ -32,7 +32,7 @@ StatusReading statusReading(const StatusSources& sources) {
   return reading;
 }
 
-HelperRunner::HelperOutput runStatus(const HelperRunner& helper, const ChildEnding& ending) {
+HelperRunner::HelperOutput runStatus(const HelperRunner& helper, const ChildStopTokens& ending) {
   return helper.runHelperCapturingStdout({"status", "--json"}, ending);
 }
 
@@ -64,7 +64,7 @@ void SetupObservation::addReport(const StatusReport& report) {
   sysextCode = report.health->sysext->code.value_or("");
 }
 
-SetupObservation readSetup(const HelperRunner& helper, const ChildEnding& ending) {
+SetupObservation readSetup(const HelperRunner& helper, const ChildStopTokens& ending) {
   SetupObservation observation;
   const auto run = runStatus(helper, ending);
   if (run.status != 0) return observation;

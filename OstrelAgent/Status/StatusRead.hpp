@@ -10,12 +10,12 @@
 namespace ostrel {
 
 /// What a refresh takes in, as it comes.
-struct StatusSources {
+struct StatusInputs {
   HelperRunner::HelperOutput helper;
   NetworkPreferences::TransparentProxies transparentProxies = {};
   NetworkPreferences::ContentFilter contentFilter = {};
 
-  bool operator==(const StatusSources&) const = default;
+  bool operator==(const StatusInputs&) const = default;
 };
 
 /// What they tell.
@@ -30,10 +30,10 @@ struct StatusReading {
 
 /// Filled from the helper's report, or with `statusError` in its place when the helper failed or printed no
 /// report; then from the network preferences.
-StatusReading statusReading(const StatusSources& sources);
+StatusReading statusReading(const StatusInputs& sources);
 
 /// Runs the helper for its status report. Blocks.
-HelperRunner::HelperOutput runStatus(const HelperRunner& helper, const ChildEnding& ending = {});
+HelperRunner::HelperOutput runStatus(const HelperRunner& helper, const ChildStopTokens& ending = {});
 
 /// True when the extension diverts traffic by one of the proxies, of those too that came with an error.
 bool isConnected(const NetworkPreferences::TransparentProxies& loaded);
@@ -61,7 +61,7 @@ struct SetupObservation {
 };
 
 /// What the helper's status report says of the setup; nothing read when it fails or does not decode. Blocks.
-SetupObservation readSetup(const HelperRunner& helper, const ChildEnding& ending = {});
+SetupObservation readSetup(const HelperRunner& helper, const ChildStopTokens& ending = {});
 
 /// The observation with what the network preferences say; after a failed load at most that the extension is
 /// active.

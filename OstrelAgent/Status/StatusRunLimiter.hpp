@@ -21,7 +21,7 @@ class StatusRunLimiter {
 
   struct Run {
     std::uint64_t number = 0;  ///< ascending in the order of starting
-    ChildEnding ending;
+    ChildStopTokens ending;
   };
 
   explicit StatusRunLimiter(MainQueue& mainQueue) : mainQueue_(mainQueue) {}

@@ -5,7 +5,7 @@
 
 namespace ostrel {
 
-Descriptor watchChildEnd(pid_t child) {
+Descriptor openPidfd(pid_t child) {
   // <sys/pidfd.h> of glibc 2.36 declares it without C linkage.
   return Descriptor(static_cast<int>(::syscall(SYS_pidfd_open, child, 0)));
 }

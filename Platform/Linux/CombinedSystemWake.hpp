@@ -17,14 +17,14 @@ class CombinedSystemWake final : public SystemWake {
   CombinedSystemWake(MainQueue& queue, std::vector<SystemWake*> services)
       : queue_(queue), services_(std::move(services)) {}
 
-  [[nodiscard]] ScheduledWork follow(std::function<void()> woke) override {
+  [[nodiscard]] ScheduledWork observe(std::function<void()> woke) override {
     const auto follower = std::make_shared<Follower>(std::move(woke));
     const auto tell = [&queue = queue_, weak = std::weak_ptr(follower)] {
       queue.post([weak] {
         if (const auto left = weak.lock()) left->woke();
       });
     };
-    for (auto* service : services_) follower->tokens.push_back(service->follow(tell));
+    for (auto* service : services_) follower->tokens.push_back(service->observe(tell));
     return follower;
   }
 

@@ -70,7 +70,7 @@ class Follower {
 
 }  // namespace
 
-ScheduledWork followFile(PosixMainQueue& mainQueue, const std::string& path, std::function<void()> changed) {
+ScheduledWork watchFile(PosixMainQueue& mainQueue, const std::string& path, std::function<void()> changed) {
   const auto follower = std::make_shared<Follower>(path, std::move(changed));
   follower->start(mainQueue);
   return follower;

@@ -80,7 +80,7 @@ class Follower : public std::enable_shared_from_this<Follower> {
 
 }  // namespace
 
-ScheduledWork LinuxNetworkPath::follow(std::function<void(const NetworkPathUpdate&)> updated) {
+ScheduledWork LinuxNetworkPath::observe(std::function<void(const NetworkPathUpdate&)> updated) {
   const auto follower = std::make_shared<Follower>(mainQueue_, files_, std::move(updated));
   follower->start();
   return follower;

@@ -14,7 +14,7 @@ class LinuxNetworkPath final : public NetworkPath {
   LinuxNetworkPath(PosixMainQueue& mainQueue, const Files& files) : mainQueue_(mainQueue), files_(files) {}
 
   /// Where the kernel tells no changes the first path stays the last.
-  [[nodiscard]] ScheduledWork follow(std::function<void(const NetworkPathUpdate&)> updated) override;
+  [[nodiscard]] ScheduledWork observe(std::function<void(const NetworkPathUpdate&)> updated) override;
 
  private:
   PosixMainQueue& mainQueue_;

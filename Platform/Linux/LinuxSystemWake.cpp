@@ -63,7 +63,7 @@ class SleepWatch {
 
 }  // namespace
 
-ScheduledWork LinuxSystemWake::follow(std::function<void()> woke) {
+ScheduledWork LinuxSystemWake::observe(std::function<void()> woke) {
   const auto watch = std::make_shared<SleepWatch>(mainQueue_, std::move(woke));
   watch->start();
   return watch;

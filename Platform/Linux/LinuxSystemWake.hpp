@@ -10,7 +10,7 @@ class LinuxSystemWake final : public SystemWake {
  public:
   explicit LinuxSystemWake(PosixMainQueue& mainQueue) : mainQueue_(mainQueue) {}
 
-  [[nodiscard]] ScheduledWork follow(std::function<void()> woke) override;
+  [[nodiscard]] ScheduledWork observe(std::function<void()> woke) override;
 
  private:
   PosixMainQueue& mainQueue_;

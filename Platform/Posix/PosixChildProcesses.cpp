@@ -26,7 +26,7 @@ struct PosixChildProcesses::Child {
   bool outlivesProgram = false;
   Pipe stop;  ///< readable when nothing more is to be waited for; not open where only the child's end is
   bool isEndedWithProgram = false;
-  bool isLeft = false;                  ///< to itself, and neither waited for nor reaped
+  bool isDetached = false;              ///< to itself, and neither waited for nor reaped
   std::atomic<bool> isStopped = false;  ///< the pipe has been written to
 
   void terminate() const { ::kill(target, SIGTERM); }
@@ -51,16 +51,16 @@ struct PosixChildProcesses::Child {
 };
 
 /// A child's place among those that `endAll` ends, held until just before it is reaped.
-class PosixChildProcesses::Attendance {
+class PosixChildProcesses::RunningChildRegistration {
  public:
-  Attendance(PosixChildProcesses& owner, Child& child) : owner_(owner), child_(child) {
+  RunningChildRegistration(PosixChildProcesses& owner, Child& child) : owner_(owner), child_(child) {
     const std::lock_guard lock(owner_.mutex_);
     owner_.children_.insert(&child_);
     if (owner_.ended_) child_.endWithProgram();
   }
-  Attendance(const Attendance&) = delete;
-  Attendance& operator=(const Attendance&) = delete;
-  ~Attendance() {
+  RunningChildRegistration(const RunningChildRegistration&) = delete;
+  RunningChildRegistration& operator=(const RunningChildRegistration&) = delete;
+  ~RunningChildRegistration() {
     const std::lock_guard lock(owner_.mutex_);
     owner_.children_.erase(&child_);
   }
@@ -188,7 +188,7 @@ PosixChildProcesses::PosixChildProcesses(PathMap realPath, std::size_t outputLim
 PosixChildProcesses::~PosixChildProcesses() {
   endAll();
   std::unique_lock lock(mutex_);
-  left_.wait(lock, [this] { return runs_ == 0; });
+  runFinished_.wait(lock, [this] { return runs_ == 0; });
 }
 
 void PosixChildProcesses::endAll() {
@@ -198,7 +198,7 @@ void PosixChildProcesses::endAll() {
 }
 
 std::expected<ChildResult, PlatformError> PosixChildProcesses::run(const ChildCommand& command,
-                                                                   const ChildEnding& ending,
+                                                                   const ChildStopTokens& ending,
                                                                    const ChildOutput& received) {
   {
     const std::lock_guard lock(mutex_);
@@ -209,7 +209,7 @@ std::expected<ChildResult, PlatformError> PosixChildProcesses::run(const ChildCo
   auto result = runChild(command, ending, received);
   const std::lock_guard lock(mutex_);
   --runs_;
-  left_.notify_all();
+  runFinished_.notify_all();
   return result;
 }
 
@@ -229,7 +229,7 @@ void PosixChildProcesses::reapStarted() {
 }
 
 std::expected<ChildResult, PlatformError> PosixChildProcesses::runChild(const ChildCommand& command,
-                                                                        const ChildEnding& ending,
+                                                                        const ChildStopTokens& ending,
                                                                         const ChildOutput& received) {
   if (ending.kill.stop_requested()) return ChildResult{SIGKILL, {}};
   if (ending.terminate.stop_requested()) return ChildResult{SIGTERM, {}};
@@ -247,8 +247,9 @@ std::expected<ChildResult, PlatformError> PosixChildProcesses::runChild(const Ch
   (void)error->writing.close();
   const bool leadsGroup = command.output != ChildStream::inherited;
   Child child{*process, leadsGroup ? -*process : *process, command.outlivesProgram, std::move(*stop)};
-  auto result = attend(child, std::move(output->reading), std::move(error->reading), ending, received);
-  if (child.isLeft) return std::unexpected(posixError(ECANCELED));
+  auto result =
+      captureUntilExit(child, std::move(output->reading), std::move(error->reading), ending, received);
+  if (child.isDetached) return std::unexpected(posixError(ECANCELED));
   (void)waitFor(*process, 0);
   if (!child.isStopped) keepStopPipe(std::move(child.stop));
   if (child.isEndedWithProgram && !child.outlivesProgram) return std::unexpected(posixError(ECANCELED));
@@ -268,10 +269,11 @@ void PosixChildProcesses::keepStopPipe(Pipe pipe) {
   if (!spareStop_.reading) spareStop_ = std::move(pipe);
 }
 
-ChildResult PosixChildProcesses::attend(Child& child, Descriptor output, Descriptor error,
-                                        const ChildEnding& ending, const ChildOutput& received) {
-  const Attendance attendance(*this, child);
-  const auto childEnd = error || child.outlivesProgram ? watchChildEnd(child.process) : Descriptor();
+ChildResult PosixChildProcesses::captureUntilExit(Child& child, Descriptor output, Descriptor error,
+                                                  const ChildStopTokens& ending,
+                                                  const ChildOutput& received) {
+  const RunningChildRegistration attendance(*this, child);
+  const auto childEnd = error || child.outlivesProgram ? openPidfd(child.process) : Descriptor();
   const std::stop_callback terminating(ending.terminate, [&child] { child.terminate(); });
   const std::stop_callback killing(ending.kill, [&child] { child.kill(); });
   ChildResult result;
@@ -285,8 +287,8 @@ ChildResult PosixChildProcesses::attend(Child& child, Descriptor output, Descrip
   if (child.outlivesProgram) {
     waitForEither(child.process, childEnd.number(), child.stop.reading.number());
     const std::lock_guard lock(mutex_);
-    child.isLeft = child.isEndedWithProgram && !hasEnded(child.process);
-    if (child.isLeft) return result;
+    child.isDetached = child.isEndedWithProgram && !hasEnded(child.process);
+    if (child.isDetached) return result;
   }
   // The child stays a zombie until all that may signal it is gone, so that no signal meets a recycled number.
   const auto end = waitFor(child.process, WNOWAIT);

@@ -26,7 +26,8 @@ class PosixChildProcesses final : public ChildProcesses {
   /// Ends every run as `endAll` does, and waits for the last to return.
   ~PosixChildProcesses() override;
 
-  std::expected<ChildResult, PlatformError> run(const ChildCommand& command, const ChildEnding& ending = {},
+  std::expected<ChildResult, PlatformError> run(const ChildCommand& command,
+                                                const ChildStopTokens& ending = {},
                                                 const ChildOutput& received = {}) override;
 
   /// Once it has ended, the next run or start reaps it.
@@ -39,12 +40,13 @@ class PosixChildProcesses final : public ChildProcesses {
 
  private:
   struct Child;
-  class Attendance;
+  class RunningChildRegistration;
 
-  std::expected<ChildResult, PlatformError> runChild(const ChildCommand& command, const ChildEnding& ending,
+  std::expected<ChildResult, PlatformError> runChild(const ChildCommand& command,
+                                                     const ChildStopTokens& ending,
                                                      const ChildOutput& received);
-  ChildResult attend(Child& child, Descriptor output, Descriptor error, const ChildEnding& ending,
-                     const ChildOutput& received);
+  ChildResult captureUntilExit(Child& child, Descriptor output, Descriptor error,
+                               const ChildStopTokens& ending, const ChildOutput& received);
 
   std::expected<Pipe, PlatformError> takeStopPipe();
   void keepStopPipe(Pipe pipe);
@@ -54,7 +56,7 @@ class PosixChildProcesses final : public ChildProcesses {
   const PathMap realPath_;
   const std::size_t outputLimit_;
   std::mutex mutex_;  // guards what follows
-  std::condition_variable left_;
+  std::condition_variable runFinished_;
   std::set<Child*> children_;
   std::set<pid_t> started_;
   std::size_t runs_ = 0;

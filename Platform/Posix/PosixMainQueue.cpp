@@ -73,7 +73,7 @@ void PosixMainQueue::runReadable() {
   }
 }
 
-void PosixMainQueue::runDue() {
+void PosixMainQueue::processDueWork() {
   runReadable();
   const auto now = SteadyClock::now();
   for (auto posts = countPosts();;) {

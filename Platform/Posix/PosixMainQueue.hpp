@@ -30,7 +30,7 @@ class PosixMainQueue final : public MainQueue {
 
   /// Runs what is due, in the order of its time; what that work posts waits for the next call. Main thread;
   /// may be called again from inside the work, as a modal question does.
-  void runDue();
+  void processDueWork();
 
  private:
   using Time = std::chrono::steady_clock::time_point;

@@ -16,18 +16,18 @@ namespace ostrel {
 
 namespace {
 
-constexpr const char* nowhere = "/dev/null";
+constexpr const char* devNull = "/dev/null";
 
 /// What ties the child to the program: the terminal, a process group that ends with it, or nothing.
-enum class Tie { terminal, group, none };
+enum class ChildAttachment { terminal, group, none };
 
-constexpr int flagOf(Tie tie) {
+constexpr int flagOf(ChildAttachment tie) {
   switch (tie) {
-    case Tie::terminal:
+    case ChildAttachment::terminal:
       return 0;
-    case Tie::group:
+    case ChildAttachment::group:
       return POSIX_SPAWN_SETPGROUP;
-    case Tie::none:
+    case ChildAttachment::none:
       return POSIX_SPAWN_SETSID;
   }
   return 0;
@@ -35,7 +35,7 @@ constexpr int flagOf(Tie tie) {
 
 class SpawnAttributes {
  public:
-  explicit SpawnAttributes(Tie tie) {
+  explicit SpawnAttributes(ChildAttachment tie) {
     posix_spawnattr_init(&value_);
     sigset_t signals;
     sigemptyset(&signals);
@@ -60,11 +60,11 @@ class SpawnAttributes {
 
 class SpawnStreams {
  public:
-  SpawnStreams(const ChildCommand& command, CaptureDescriptors captured, Tie tie) {
+  SpawnStreams(const ChildCommand& command, CaptureDescriptors captured, ChildAttachment tie) {
     posix_spawn_file_actions_init(&value_);
-    if (tie != Tie::terminal) open(STDIN_FILENO, O_RDONLY);
-    lead(STDOUT_FILENO, command.output, captured.output);
-    lead(STDERR_FILENO, command.error, captured.error);
+    if (tie != ChildAttachment::terminal) open(STDIN_FILENO, O_RDONLY);
+    redirect(STDOUT_FILENO, command.output, captured.output);
+    redirect(STDERR_FILENO, command.error, captured.error);
   }
   SpawnStreams(const SpawnStreams&) = delete;
   SpawnStreams& operator=(const SpawnStreams&) = delete;
@@ -73,12 +73,12 @@ class SpawnStreams {
   const posix_spawn_file_actions_t* get() const { return &value_; }
 
  private:
-  void lead(int number, ChildStream to, int captured) {
+  void redirect(int number, ChildStream to, int captured) {
     if (to == ChildStream::discarded) open(number, O_WRONLY);
     if (to == ChildStream::captured) posix_spawn_file_actions_adddup2(&value_, captured, number);
   }
 
-  void open(int number, int mode) { posix_spawn_file_actions_addopen(&value_, number, nowhere, mode, 0); }
+  void open(int number, int mode) { posix_spawn_file_actions_addopen(&value_, number, devNull, mode, 0); }
 
   posix_spawn_file_actions_t value_{};
 };
@@ -92,7 +92,7 @@ std::vector<char*> argumentList(const ChildCommand& command) {
 }
 
 std::expected<pid_t, PlatformError> spawn(const std::string& realPath, const ChildCommand& command,
-                                          CaptureDescriptors captured, Tie tie) {
+                                          CaptureDescriptors captured, ChildAttachment tie) {
   const SpawnAttributes attributes(tie);
   const SpawnStreams streams(command, captured, tie);
   const auto arguments = argumentList(command);
@@ -108,12 +108,12 @@ std::expected<pid_t, PlatformError> spawn(const std::string& realPath, const Chi
 std::expected<pid_t, PlatformError> spawnChild(const std::string& realPath, const ChildCommand& command,
                                                CaptureDescriptors captured) {
   return spawn(realPath, command, captured,
-               command.output == ChildStream::inherited ? Tie::terminal : Tie::group);
+               command.output == ChildStream::inherited ? ChildAttachment::terminal : ChildAttachment::group);
 }
 
 std::expected<pid_t, PlatformError> spawnDetachedChild(const std::string& realPath,
                                                        const ChildCommand& command) {
-  return spawn(realPath, command, {}, Tie::none);
+  return spawn(realPath, command, {}, ChildAttachment::none);
 }
 
 }  // namespace ostrel

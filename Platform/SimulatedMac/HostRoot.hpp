@@ -44,7 +44,7 @@ inline constexpr const char* contentFilter =
 /// "deactivation"}; a missing file is a Mac on which the extension was never installed.
 inline constexpr const char* systemExtension = "/Library/SystemExtensions/ostrel-agent.system-extension.json";
 /// What a developer has ordered to happen; a missing file is nothing.
-inline constexpr const char* orders = "/Library/Application Support/simulated-endpoint/orders.json";
+inline constexpr const char* overrides = "/Library/Application Support/simulated-endpoint/overrides.json";
 /// Held by a process while it changes one of the files here.
 inline constexpr const char* lock = "/Library/Application Support/simulated-endpoint/state.lock";
 /// {"enrolled": bool}: what the stand-in for the profiles tool tells.

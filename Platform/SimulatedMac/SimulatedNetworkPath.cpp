@@ -11,11 +11,11 @@ namespace {
 /// it the first one.
 class Follower {
  public:
-  Follower(const SimulatedOrders& orders, std::function<void(const NetworkPathUpdate&)> updated)
-      : orders_(orders), updated_(std::move(updated)) {}
+  Follower(const SimulatedOverrides& overrides, std::function<void(const NetworkPathUpdate&)> updated)
+      : overrides_(overrides), updated_(std::move(updated)) {}
 
-  void start(NetworkPath& machines, const OrdersWatch& watch) {
-    machinesToken_ = machines.follow([this](const NetworkPathUpdate& path) {
+  void start(NetworkPath& machines, const OverridesWatch& watch) {
+    machinesToken_ = machines.observe([this](const NetworkPathUpdate& path) {
       machinesPath_ = path;
       tell();
     });
@@ -26,13 +26,13 @@ class Follower {
 
  private:
   void tell() {
-    auto path = orders_.networkPath().value_or(*machinesPath_);
+    auto path = overrides_.networkPath().value_or(*machinesPath_);
     if (path == told_) return;
     told_ = std::move(path);
     updated_(*told_);
   }
 
-  const SimulatedOrders& orders_;
+  const SimulatedOverrides& overrides_;
   const std::function<void(const NetworkPathUpdate&)> updated_;
   std::optional<NetworkPathUpdate> machinesPath_;
   std::optional<NetworkPathUpdate> told_;
@@ -42,8 +42,8 @@ class Follower {
 
 }  // namespace
 
-ScheduledWork SimulatedNetworkPath::follow(std::function<void(const NetworkPathUpdate&)> updated) {
-  const auto follower = std::make_shared<Follower>(orders_, std::move(updated));
+ScheduledWork SimulatedNetworkPath::observe(std::function<void(const NetworkPathUpdate&)> updated) {
+  const auto follower = std::make_shared<Follower>(overrides_, std::move(updated));
   follower->start(machines_, watch_);
   return follower;
 }

@@ -3,23 +3,23 @@
 #include <utility>
 
 #include "Platform/NetworkPath.hpp"
-#include "Platform/SimulatedMac/OrdersWatch.hpp"
-#include "Platform/SimulatedMac/SimulatedOrders.hpp"
+#include "Platform/SimulatedMac/OverridesWatch.hpp"
+#include "Platform/SimulatedMac/SimulatedOverrides.hpp"
 
 namespace ostrel {
 
 /// The network path that is ordered; while none is, that of the machine.
 class SimulatedNetworkPath final : public NetworkPath {
  public:
-  SimulatedNetworkPath(NetworkPath& machines, const SimulatedOrders& orders, OrdersWatch watch)
-      : machines_(machines), orders_(orders), watch_(std::move(watch)) {}
+  SimulatedNetworkPath(NetworkPath& machines, const SimulatedOverrides& overrides, OverridesWatch watch)
+      : machines_(machines), overrides_(overrides), watch_(std::move(watch)) {}
 
-  [[nodiscard]] ScheduledWork follow(std::function<void(const NetworkPathUpdate&)> updated) override;
+  [[nodiscard]] ScheduledWork observe(std::function<void(const NetworkPathUpdate&)> updated) override;
 
  private:
   NetworkPath& machines_;
-  const SimulatedOrders& orders_;
-  const OrdersWatch watch_;
+  const SimulatedOverrides& overrides_;
+  const OverridesWatch watch_;
 };
 
 }  // namespace ostrel

@@ -89,12 +89,12 @@ Value SimulatedNetworkPreferences::Reading<Value>::of(const std::string& bytes) 
 SimulatedNetworkPreferences::SimulatedNetworkPreferences(Files& files, const std::string& lockPath)
     : files_(files),
       lockPath_(lockPath),
-      orders_(files, lockPath),
+      overrides_(files, lockPath),
       proxies_([](const std::string& bytes) { return transparentProxiesOfFile(bytes); }),
       filter_([](const std::string& bytes) { return contentFilterOfFile(bytes); }) {}
 
 void SimulatedNetworkPreferences::loadTransparentProxies(std::function<void(TransparentProxies)> completion) {
-  if (auto ordered = orders_.takeFailure(FaultyCall::loadProxies)) {
+  if (auto ordered = overrides_.takeFailure(FaultyCall::loadProxies)) {
     return completion(std::unexpected(std::move(*ordered)));
   }
   completion(readProxies());
@@ -123,7 +123,7 @@ void SimulatedNetworkPreferences::removeTransparentProxy(const std::string& iden
 }
 
 void SimulatedNetworkPreferences::loadContentFilter(std::function<void(ContentFilter)> completion) {
-  if (auto ordered = orders_.takeFailure(FaultyCall::loadFilter)) {
+  if (auto ordered = overrides_.takeFailure(FaultyCall::loadFilter)) {
     return completion(std::unexpected(std::move(*ordered)));
   }
   const auto bytes = files_.read(simulatedstate::contentFilter);
@@ -134,7 +134,7 @@ void SimulatedNetworkPreferences::loadContentFilter(std::function<void(ContentFi
 
 void SimulatedNetworkPreferences::saveContentFilter(const ContentFilterConfiguration& configuration,
                                                     std::function<void(Done)> completion) {
-  if (auto ordered = orders_.takeFailure(FaultyCall::saveFilter)) {
+  if (auto ordered = overrides_.takeFailure(FaultyCall::saveFilter)) {
     return completion(std::unexpected(std::move(*ordered)));
   }
   const auto written = writeState(simulatedstate::contentFilter, fileOfContentFilter(configuration));
@@ -150,7 +150,7 @@ NetworkPreferences::TransparentProxies SimulatedNetworkPreferences::readProxies(
 }
 
 NetworkPreferences::Done SimulatedNetworkPreferences::changeProxies(FaultyCall call, const Change& change) {
-  if (auto ordered = orders_.takeFailure(call)) return std::unexpected(std::move(*ordered));
+  if (auto ordered = overrides_.takeFailure(call)) return std::unexpected(std::move(*ordered));
   const auto lock = FileLock::take(lockPath_);
   if (!lock) return std::unexpected(unusableProxies(lock.error().description));
   auto configurations = readProxies();

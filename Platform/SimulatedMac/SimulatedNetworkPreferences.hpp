@@ -7,7 +7,7 @@
 
 #include "Platform/Files.hpp"
 #include "Platform/NetworkPreferences.hpp"
-#include "Platform/SimulatedMac/SimulatedOrders.hpp"
+#include "Platform/SimulatedMac/SimulatedOverrides.hpp"
 
 namespace ostrel {
 
@@ -52,7 +52,7 @@ class SimulatedNetworkPreferences final : public NetworkPreferences {
 
   Files& files_;
   const std::string lockPath_;
-  SimulatedOrders orders_;
+  SimulatedOverrides overrides_;
   Reading<TransparentProxies> proxies_;
   Reading<ContentFilter> filter_;
 };

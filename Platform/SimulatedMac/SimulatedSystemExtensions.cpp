@@ -36,7 +36,7 @@ PlatformError error(ErrorCode code, std::string description) {
 
 SimulatedSystemExtensions::SimulatedSystemExtensions(Files& files, MainQueue& mainQueue,
                                                      const std::string& lockPath)
-    : files_(files), mainQueue_(mainQueue), lockPath_(lockPath), orders_(files, lockPath) {}
+    : files_(files), mainQueue_(mainQueue), lockPath_(lockPath), overrides_(files, lockPath) {}
 
 void SimulatedSystemExtensions::submit(SystemExtensionAction action, const std::string& identifier,
                                        std::weak_ptr<SystemExtensionDelegate> delegate) {
@@ -48,7 +48,7 @@ void SimulatedSystemExtensions::submit(SystemExtensionAction action, const std::
 }
 
 void SimulatedSystemExtensions::begin(const Request& request) {
-  if (const auto ordered = orders_.takeFailure(FaultyCall::request)) return fail(request, *ordered);
+  if (const auto ordered = overrides_.takeFailure(FaultyCall::request)) return fail(request, *ordered);
   if (isReplacementCancelled(request)) {
     return fail(request, error(ErrorCode::requestCanceled, "The request was canceled."));
   }
@@ -68,7 +68,7 @@ void SimulatedSystemExtensions::take(Request request) {
   if (!*lock) return fail(request, error(ErrorCode::unknown, lock->error().description));
   auto state = read();
   request.before = state;
-  const auto step = requestStep(state, request.action, orders_.approvalRule());
+  const auto step = requestStep(state, request.action, overrides_.approvalRule());
   if (step == RequestStep::carryOut) state = after(request.action, state);
   if (step == RequestStep::awaitApproval) state.awaiting = request.action;
   const bool isWritten = step == RequestStep::nothingInstalled || write(state);
@@ -122,8 +122,8 @@ bool SimulatedSystemExtensions::write(const SystemExtensionState& state) {
 }
 
 void SimulatedSystemExtensions::finish(const Request& request) {
-  const auto result = orders_.completesAfterReboot() ? SystemExtensionResult::completesAfterReboot
-                                                     : SystemExtensionResult::completed;
+  const auto result = overrides_.completesAfterReboot() ? SystemExtensionResult::completesAfterReboot
+                                                        : SystemExtensionResult::completed;
   tell(request, [result](SystemExtensionDelegate& delegate) { delegate.finished(result); });
 }
 
@@ -137,7 +137,7 @@ void SimulatedSystemExtensions::tell(const Request& request,
     if (const auto listener = delegate.lock()) call(*listener);
   };
   mainQueue_.post(work);
-  if (orders_.repeatsCallbacks()) mainQueue_.post(work);
+  if (overrides_.repeatsCallbacks()) mainQueue_.post(work);
 }
 
 }  // namespace ostrel

@@ -7,7 +7,7 @@
 
 #include "Platform/Files.hpp"
 #include "Platform/MainQueue.hpp"
-#include "Platform/SimulatedMac/SimulatedOrders.hpp"
+#include "Platform/SimulatedMac/SimulatedOverrides.hpp"
 #include "Platform/SimulatedMac/SystemExtensionFile.hpp"
 #include "Platform/SystemExtensions.hpp"
 
@@ -50,7 +50,7 @@ class SimulatedSystemExtensions final : public SystemExtensions {
   Files& files_;
   MainQueue& mainQueue_;
   const std::string lockPath_;
-  SimulatedOrders orders_;
+  SimulatedOverrides overrides_;
   Requests waiting_;
 };
 

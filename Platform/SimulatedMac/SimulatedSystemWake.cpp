@@ -10,24 +10,24 @@ namespace {
 
 class Follower {
  public:
-  Follower(const SimulatedOrders& orders, std::function<void()> woke)
-      : orders_(orders), woke_(std::move(woke)) {}
+  Follower(const SimulatedOverrides& overrides, std::function<void()> woke)
+      : overrides_(overrides), woke_(std::move(woke)) {}
 
-  void start(SystemWake& machines, const OrdersWatch& watch) {
-    machinesToken_ = machines.follow(woke_);
+  void start(SystemWake& machines, const OverridesWatch& watch) {
+    machinesToken_ = machines.observe(woke_);
     ordersToken_ = watch([this] { ordersChanged(); });
-    latest_ = orders_.latestWake();
+    latest_ = overrides_.latestWake();
   }
 
  private:
   void ordersChanged() {
-    const auto ordered = orders_.latestWake();
+    const auto ordered = overrides_.latestWake();
     if (!ordered || ordered == latest_) return;
     latest_ = ordered;
     woke_();
   }
 
-  const SimulatedOrders& orders_;
+  const SimulatedOverrides& overrides_;
   const std::function<void()> woke_;
   std::optional<std::int64_t> latest_;
   ScheduledWork machinesToken_;
@@ -36,8 +36,8 @@ class Follower {
 
 }  // namespace
 
-ScheduledWork SimulatedSystemWake::follow(std::function<void()> woke) {
-  const auto follower = std::make_shared<Follower>(orders_, std::move(woke));
+ScheduledWork SimulatedSystemWake::observe(std::function<void()> woke) {
+  const auto follower = std::make_shared<Follower>(overrides_, std::move(woke));
   follower->start(machines_, watch_);
   return follower;
 }

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "Platform/SimulatedMac/OrdersWatch.hpp"
-#include "Platform/SimulatedMac/SimulatedOrders.hpp"
+#include "Platform/SimulatedMac/OverridesWatch.hpp"
+#include "Platform/SimulatedMac/SimulatedOverrides.hpp"
 #include "Platform/SystemWake.hpp"
 
 namespace ostrel {
@@ -11,16 +11,16 @@ namespace ostrel {
 /// Wakes that are ordered beside those of the machine.
 class SimulatedSystemWake final : public SystemWake {
  public:
-  SimulatedSystemWake(SystemWake& machines, const SimulatedOrders& orders, OrdersWatch watch)
-      : machines_(machines), orders_(orders), watch_(std::move(watch)) {}
+  SimulatedSystemWake(SystemWake& machines, const SimulatedOverrides& overrides, OverridesWatch watch)
+      : machines_(machines), overrides_(overrides), watch_(std::move(watch)) {}
 
   /// A wake that was ordered before the call is past.
-  [[nodiscard]] ScheduledWork follow(std::function<void()> woke) override;
+  [[nodiscard]] ScheduledWork observe(std::function<void()> woke) override;
 
  private:
   SystemWake& machines_;
-  const SimulatedOrders& orders_;
-  const OrdersWatch watch_;
+  const SimulatedOverrides& overrides_;
+  const OverridesWatch watch_;
 };
 
 }  // namespace ostrel

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/SimulatedMac/SimulatedOrders.hpp"
+#include "Platform/SimulatedMac/SimulatedOverrides.hpp"
 #include "Platform/SystemExtensions.hpp"
 
 namespace ostrel {

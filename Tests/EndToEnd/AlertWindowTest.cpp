@@ -5,8 +5,8 @@
 
 #include "SimulatedEndpoint/ControlServer.hpp"
 #include "SimulatedEndpoint/EndpointFiles.hpp"
-#include "Tests/Desktop/EmbeddingTrayPeer.hpp"
 #include "Tests/EndToEnd/ShownDesktop.hpp"
+#include "Tests/Shells/Desktop/Shell/EmbeddingTrayPeer.hpp"
 
 namespace ostrel {
 namespace {

@@ -10,9 +10,9 @@
 #include <string_view>
 #include <vector>
 
-#include "Tests/Desktop/NotificationDaemon.hpp"
-#include "Tests/Desktop/SessionBus.hpp"
-#include "Tests/Desktop/TrayWatcher.hpp"
+#include "Tests/Shells/Desktop/Shell/NotificationDaemon.hpp"
+#include "Tests/Shells/Desktop/Shell/SessionBus.hpp"
+#include "Tests/Shells/Desktop/Shell/TrayWatcher.hpp"
 
 namespace ostrel {
 

@@ -6,7 +6,7 @@
 #include <functional>
 #include <sstream>
 
-#include "Platform/Desktop/Shell/DBusTypes.hpp"
+#include "Shells/Desktop/Shell/DBusTypes.hpp"
 
 namespace ostrel {
 namespace {

@@ -1,8 +1,8 @@
 #include <csignal>
 #include <cstdlib>
 
-#include "Tests/Desktop/EmbeddingTrayPeer.hpp"
 #include "Tests/EndToEnd/DesktopShell.hpp"
+#include "Tests/Shells/Desktop/Shell/EmbeddingTrayPeer.hpp"
 
 namespace ostrel {
 namespace {

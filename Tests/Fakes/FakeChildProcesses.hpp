@@ -19,7 +19,7 @@ class FakeChildProcesses final : public ChildProcesses {
  public:
   using Result = std::expected<ChildResult, PlatformError>;
 
-  Result run(const ChildCommand& command, const ChildEnding& ending = {},
+  Result run(const ChildCommand& command, const ChildStopTokens& ending = {},
              const ChildOutput& received = {}) override {
     if (hostHasEnded) return std::unexpected(endOfHost());
     commands.push_back(command);
@@ -45,7 +45,7 @@ class FakeChildProcesses final : public ChildProcesses {
   std::function<Result(const ChildCommand&)>
       answer;  ///< what every run gives for which the script has nothing
   /// What happens while a child runs that was started.
-  std::function<void(const ChildCommand&, const ChildEnding&, const ChildOutput&)> whileRunning;
+  std::function<void(const ChildCommand&, const ChildStopTokens&, const ChildOutput&)> whileRunning;
   std::vector<ChildCommand> commands;  ///< every command that was run, in order
   std::vector<ChildCommand> started;   ///< those left to themselves
   std::expected<void, PlatformError> startResult;

@@ -31,7 +31,7 @@ inline std::shared_ptr<MenuBarController> menuBarOn(FakeHost& host, StatusItem& 
           .networkPath = host.networkPath,
           .systemWake = host.systemWake,
       },
-      MenuBarController::Tools{
+      MenuBarController::Collaborators{
           .helper = helper,
           .socket = daemon,
           .trust = DeviceCATrust(daemon, host.files, host.childProcesses, host.userAccount),

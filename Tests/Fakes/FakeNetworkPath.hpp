@@ -10,7 +10,7 @@ namespace ostrel {
 /// A network that changes when the test says so.
 class FakeNetworkPath final : public NetworkPath {
  public:
-  [[nodiscard]] ScheduledWork follow(std::function<void(const NetworkPathUpdate&)> updated) override {
+  [[nodiscard]] ScheduledWork observe(std::function<void(const NetworkPathUpdate&)> updated) override {
     auto follower = std::make_shared<std::function<void(const NetworkPathUpdate&)>>(std::move(updated));
     follower_ = follower;
     return follower;

@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "Platform/Desktop/ViewsPlugIn.hpp"
+#include "Shells/Desktop/ViewsPlugIn.hpp"
 
 namespace ostrel {
 

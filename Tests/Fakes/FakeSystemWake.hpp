@@ -10,7 +10,7 @@ namespace ostrel {
 /// A system that wakes when the test says so.
 class FakeSystemWake final : public SystemWake {
  public:
-  [[nodiscard]] ScheduledWork follow(std::function<void()> woke) override {
+  [[nodiscard]] ScheduledWork observe(std::function<void()> woke) override {
     auto follower = std::make_shared<std::function<void()>>(std::move(woke));
     follower_ = follower;
     return follower;

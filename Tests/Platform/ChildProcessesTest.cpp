@@ -56,7 +56,7 @@ struct PosixChildProcessesTest : testing::Test {
     return run.get();
   }
 
-  ChildEnding ending() { return {terminate.get_token(), kill.get_token()}; }
+  ChildStopTokens ending() { return {terminate.get_token(), kill.get_token()}; }
   std::string ready() const { return ": > " + (folder / "ready") + "; "; }
 
   const std::size_t descriptors = countDescriptors();
@@ -134,7 +134,7 @@ TEST_F(PosixChildProcessesTest, ReapsWhatItLeftToItselfAndTellsWhatCannotBeStart
   }));
   EXPECT_EQ(children.start({folder / "missing", {}}).error().code, ENOENT);
   children.endAll();
-  EXPECT_TRUE(isEndOfHost(children.start(shell("exit 0")).error()));
+  EXPECT_TRUE(isHostShuttingDown(children.start(shell("exit 0")).error()));
 }
 
 TEST_F(PosixChildProcessesTest, MapsThePathOfTheExecutableAndNoArgument) {

@@ -16,7 +16,7 @@ struct PosixHarness {
   PosixMainQueue queue;
 
   static void fallBehind(std::chrono::milliseconds duration) { std::this_thread::sleep_for(duration); }
-  void turn() { queue.runDue(); }
+  void turn() { queue.processDueWork(); }
 
   bool isReadable(std::chrono::milliseconds wait = 0ms) const {
     pollfd watched{queue.descriptor(), POLLIN, 0};
@@ -26,7 +26,7 @@ struct PosixHarness {
   void elapse(std::chrono::milliseconds duration) {
     const auto end = std::chrono::steady_clock::now() + duration;
     for (auto left = duration; left > 0ms;) {
-      if (isReadable(left)) queue.runDue();
+      if (isReadable(left)) queue.processDueWork();
       left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
     }
   }
@@ -138,12 +138,12 @@ TEST(PosixMainQueue, ItsDescriptorIsReadableOnlyWhileWorkIsDue) {
   EXPECT_FALSE(harness.isReadable());
   harness.queue.post([] {});
   EXPECT_TRUE(harness.isReadable(1s));
-  harness.queue.runDue();
+  harness.queue.processDueWork();
   EXPECT_FALSE(harness.isReadable());
   auto token = harness.queue.after(10ms, [] {});
   EXPECT_TRUE(harness.isReadable(1s));
   token.reset();
-  harness.queue.runDue();
+  harness.queue.processDueWork();
   EXPECT_FALSE(harness.isReadable(20ms));
 }
 
@@ -154,18 +154,18 @@ TEST(PosixMainQueue, ANestedLoopInsideWorkServesWhatIsDueWithoutSpinning) {
     order += '(';
     harness.queue.post([&order] { order += 'c'; });
     EXPECT_TRUE(harness.isReadable(1s));
-    harness.queue.runDue();
+    harness.queue.processDueWork();
     EXPECT_FALSE(harness.isReadable());
     order += ')';
   });
   harness.queue.post([&order] { order += 'b'; });
-  harness.queue.runDue();
+  harness.queue.processDueWork();
   harness.elapse(5ms);
   EXPECT_EQ(order, "(bc)");
   int runs = 0;
   std::function<void()> again = [&] { ++runs, harness.queue.post(again); };
   harness.queue.post(again);
-  harness.queue.runDue();
+  harness.queue.processDueWork();
   EXPECT_EQ(runs, 1) << "work that posts itself leaves the outer loop its turn";
   EXPECT_TRUE(harness.isReadable(1s));
 }
@@ -187,7 +187,7 @@ TEST(PosixMainQueue, NoPostOfFourThreadsIsLostOrOvertakesItsOwnThread) {
       });
     }
     while (next != std::array<int, 4>{posts, posts, posts, posts} && harness.isReadable(5s)) {
-      harness.queue.runDue();
+      harness.queue.processDueWork();
     }
   }
   EXPECT_EQ(next, (std::array<int, 4>{posts, posts, posts, posts}));

@@ -61,15 +61,15 @@ TEST(NetworkPath, IsToldSoonOnceAndNotInsideTheCall) {
   const PosixFiles files([](std::string_view path) { return std::string(path); });
   LinuxNetworkPath path(queue, files);
   int told = 0;
-  const auto follow = path.follow([&](const NetworkPathUpdate& update) {
+  const auto follow = path.observe([&](const NetworkPathUpdate& update) {
     ++told;
     EXPECT_EQ(update.satisfied, !update.interfaces.empty());
   });
   {
-    const auto other = path.follow([](const auto&) { ADD_FAILURE() << "its token is gone"; });
+    const auto other = path.observe([](const auto&) { ADD_FAILURE() << "its token is gone"; });
   }
   EXPECT_EQ(told, 0);
-  queue.runDue();
+  queue.processDueWork();
   EXPECT_EQ(told, 1);
 }
 
@@ -94,20 +94,20 @@ void overflowRoutes() {
   const PosixFiles files([](std::string_view path) { return std::string(path); });
   LinuxNetworkPath path(queue, files);
   std::vector<NetworkPathUpdate> updates;
-  const auto follow = path.follow([&](const auto& update) { updates.push_back(update); });
-  queue.runDue();
+  const auto follow = path.observe([&](const auto& update) { updates.push_back(update); });
+  queue.processDueWork();
   for (int change = 0; change < 5000; ++change) {
     expect(::ioctl(socket, change % 2 == 0 ? SIOCADDRT : SIOCDELRT, &route) == 0,
            "the route cannot be changed");
   }
   expect(::ioctl(socket, SIOCADDRT, &route) == 0, "the route cannot be changed");
-  queue.runDue();
-  queue.runDue();
+  queue.processDueWork();
+  queue.processDueWork();
   expect(updates == std::vector<NetworkPathUpdate>{{}, {true, {"lo"}}},
          "the path after the flood is not told once");
   expect(::ioctl(socket, SIOCDELRT, &route) == 0, "the route cannot be changed");
-  queue.runDue();
-  queue.runDue();
+  queue.processDueWork();
+  queue.processDueWork();
   expect(updates.size() == 3 && !updates.back().satisfied, "what comes after the flood is not told");
   std::_Exit(0);
 }

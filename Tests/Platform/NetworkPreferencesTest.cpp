@@ -129,7 +129,7 @@ TEST_F(NetworkPreferencesTest, AConfigurationThatIsGoneIsStaleForEveryCall) {
 }
 
 TEST_F(NetworkPreferencesTest, FailsAsOftenAsOrderedOverAllItsUsers) {
-  files.put(simulatedstate::orders,
+  files.put(simulatedstate::overrides,
             R"({"fail-saves": {"count": 2, "domain": "NEVPNErrorDomain", "code": 4, "description": "x"},
                 "fail-filter-saves": {"count": 1, "domain": "D", "code": -7}, "trust": "cancel"})");
   SimulatedNetworkPreferences another(files, place / "lock");
@@ -139,9 +139,9 @@ TEST_F(NetworkPreferencesTest, FailsAsOftenAsOrderedOverAllItsUsers) {
   preferences.saveContentFilter({}, [](auto done) {
     EXPECT_EQ(done.error(), (PlatformError{"D", -7, "The operation couldn't be completed. (D error -7.)"}));
   });
-  EXPECT_EQ(files.files.at(simulatedstate::orders).bytes, "{\n  \"trust\": \"cancel\"\n}\n");
+  EXPECT_EQ(files.files.at(simulatedstate::overrides).bytes, "{\n  \"trust\": \"cancel\"\n}\n");
   for (const auto* damaged : {"", "[]", R"({"fail-saves": 3})", R"({"fail-saves": {"count": "3"}})"}) {
-    files.put(simulatedstate::orders, damaged);
+    files.put(simulatedstate::overrides, damaged);
     EXPECT_TRUE(save(preferences, {})) << damaged;
   }
 }

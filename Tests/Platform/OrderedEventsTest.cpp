@@ -22,17 +22,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Orders whose changes are told when the test says so.
+/// Overrides whose changes are told when the test says so.
 struct OrderedEvents : testing::Test {
   void order(const std::string& text) {
-    files.put(simulatedstate::orders, text);
+    files.put(simulatedstate::overrides, text);
     if (const auto work = changed.lock()) (*work)();
   }
 
   FakeFiles files;
-  SimulatedOrders orders{files, "/nowhere/lock"};
+  SimulatedOverrides overrides{files, "/nowhere/lock"};
   std::weak_ptr<std::function<void()>> changed;
-  OrdersWatch watch = [this](std::function<void()> work) {
+  OverridesWatch watch = [this](std::function<void()> work) {
     auto token = std::make_shared<std::function<void()>>(std::move(work));
     changed = token;
     return token;
@@ -43,13 +43,13 @@ TEST_F(OrderedEvents, TheNetworkIsAsOrderedAndElseTheMachinesOwn) {
   const NetworkPathUpdate machines{true, {"eth0"}};
   const NetworkPathUpdate down{false, {}};
   FakeNetworkPath real;
-  SimulatedNetworkPath path(real, orders, watch);
+  SimulatedNetworkPath path(real, overrides, watch);
   std::vector<NetworkPathUpdate> told;
-  files.put(simulatedstate::orders, R"({"network": []})");
-  auto token = path.follow([&](const NetworkPathUpdate& update) { told.push_back(update); });
+  files.put(simulatedstate::overrides, R"({"network": []})");
+  auto token = path.observe([&](const NetworkPathUpdate& update) { told.push_back(update); });
   order(R"({"network": ["en0"]})");
   EXPECT_TRUE(told.empty()) << "the machine's path comes first";
-  files.put(simulatedstate::orders, R"({"network": []})");
+  files.put(simulatedstate::overrides, R"({"network": []})");
   real.update(machines.satisfied, machines.interfaces);
   const std::pair<const char*, NetworkPathUpdate> rows[] = {
       {R"({"network": ["en0", "en1"]})", {true, {"en0", "en1"}}},
@@ -80,10 +80,10 @@ TEST_F(OrderedEvents, TheNetworkIsAsOrderedAndElseTheMachinesOwn) {
 
 TEST_F(OrderedEvents, AWakeIsOrderedOnceAndAnEarlierOneIsPast) {
   FakeSystemWake real;
-  SimulatedSystemWake wake(real, orders, watch);
+  SimulatedSystemWake wake(real, overrides, watch);
   int woken = 0;
-  files.put(simulatedstate::orders, R"({"wake": 5})");
-  const auto token = wake.follow([&] { ++woken; });
+  files.put(simulatedstate::overrides, R"({"wake": 5})");
+  const auto token = wake.observe([&] { ++woken; });
   const std::pair<const char*, int> rows[] = {
       {R"({"wake": 5, "approval": "never"})", 0},
       {R"({"wake": 6})", 1},
@@ -105,7 +105,7 @@ TEST(FileChanges, AreToldOfOneFileFromBeforeItIsThere) {
   const TemporaryFolder place;
   PosixMainQueue queue;
   int told = 0;
-  auto token = followFile(queue, place / "some/folder/file", [&] { ++told; });
+  auto token = watchFile(queue, place / "some/folder/file", [&] { ++told; });
   // The descriptor is what wakes an idle program.
   const auto isWoken = [&] {
     pollfd watched{queue.descriptor(), POLLIN, 0};
@@ -124,18 +124,18 @@ TEST(FileChanges, AreToldOfOneFileFromBeforeItIsThere) {
     act();
     EXPECT_TRUE(isWoken() || count == before);
     EXPECT_EQ(told, before) << "never inside the act";
-    queue.runDue();
+    queue.processDueWork();
     EXPECT_EQ(told, count);
     EXPECT_FALSE(isWoken());
   }
   token = nullptr;
   place.write("some/folder/file", "");
-  queue.runDue();
+  queue.processDueWork();
   EXPECT_EQ(told, 3);
   const auto blocked = place.write("blocked", "a file");
-  token = followFile(queue, blocked + "/file", [] { ADD_FAILURE() << "there is no such folder"; });
+  token = watchFile(queue, blocked + "/file", [] { ADD_FAILURE() << "there is no such folder"; });
   place.write("blocked", "changed");
-  queue.runDue();
+  queue.processDueWork();
 }
 
 }  // namespace

@@ -48,7 +48,7 @@ struct SystemExtensionsTest : testing::Test {
   void put(const SystemExtensionState& state) {
     files.put(simulatedstate::systemExtension, fileOfSystemExtension(state));
   }
-  void order(const std::string& orders) { files.put(simulatedstate::orders, orders); }
+  void order(const std::string& orders) { files.put(simulatedstate::overrides, orders); }
 
   SystemExtensionState state() {
     return systemExtensionOfFile(files.files.at(simulatedstate::systemExtension).bytes).value();

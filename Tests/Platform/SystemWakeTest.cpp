@@ -18,15 +18,15 @@ struct SystemWakeTest : testing::Test {
   FakeSystemWake second;
   CombinedSystemWake both{queue, {&first, &second}};
   Told told;
-  ScheduledWork token = both.follow([this] { told.emplace_back("wake"); });
+  ScheduledWork token = both.observe([this] { told.emplace_back("wake"); });
 };
 
 TEST_F(SystemWakeTest, IsToldByEachOfSeveralServicesWhileSomebodyFollows) {
   first.wake();
-  queue.runDue();
+  queue.processDueWork();
   EXPECT_EQ(told, Told{"wake"});
   second.wake();
-  queue.runDue();
+  queue.processDueWork();
   EXPECT_EQ(told, (Told{"wake", "wake"}));
   token.reset();
   EXPECT_FALSE(first.isFollowed() || second.isFollowed());
@@ -36,14 +36,14 @@ TEST_F(SystemWakeTest, IsToldAfterTheTimersThatAreDueByThen) {
   const auto timer = queue.after(std::chrono::milliseconds(0), [this] { told.emplace_back("timer"); });
   second.wake();
   EXPECT_EQ(told, Told{});
-  queue.runDue();
+  queue.processDueWork();
   EXPECT_EQ(told, (Told{"timer", "wake"}));
 }
 
 TEST_F(SystemWakeTest, IsToldToNobodyWhoHasGoneMeanwhile) {
   first.wake();
   token.reset();
-  queue.runDue();
+  queue.processDueWork();
   EXPECT_EQ(told, Told{});
 }
 

@@ -45,13 +45,13 @@ TEST(FrontSignal, ComesByTheMainQueueOncePerTurn) {
       EXPECT_TRUE(FrontSignal::send(::getpid()));
       EXPECT_TRUE(FrontSignal::send(::getpid()));
       EXPECT_TRUE(isReadable());
-      queue.runDue();
+      queue.processDueWork();
       EXPECT_EQ(count, expected);
       EXPECT_FALSE(isReadable());
     }
     ::raise(SIGUSR1);
   }
-  queue.runDue();
+  queue.processDueWork();
   EXPECT_FALSE(isReadable());
   EXPECT_EQ(count, 2) << "what came before its end is dropped with it";
 }

@@ -94,16 +94,16 @@ TEST_F(Programs, OrdersOfTheMacItselfStandWithTheOthersUntilTheyAreTakenBack) {
   control({"approval", "never"});
   control({"network", "up", "en0", "en1"});
   control({"wake"});
-  const auto first = state(simulatedstate::orders);
+  const auto first = state(simulatedstate::overrides);
   EXPECT_EQ(first["network"], Json({"en0", "en1"}));
   EXPECT_EQ(first["approval"], "never");
   control({"network", "down"});
   control({"wake"});
-  const auto second = state(simulatedstate::orders);
+  const auto second = state(simulatedstate::overrides);
   EXPECT_EQ(second["network"], Json::array());
   EXPECT_GT(second["wake"], first["wake"]);
   control({"network", "real"});
-  EXPECT_FALSE(state(simulatedstate::orders).contains("network"));
+  EXPECT_FALSE(state(simulatedstate::overrides).contains("network"));
 }
 
 TEST_F(Programs, TheControlProgramSaysWhatIsWrong) {

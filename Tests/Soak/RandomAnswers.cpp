@@ -18,7 +18,7 @@ constexpr const char* codes[] = {"CA_TRUST_PENDING", "SYSEXT_INACTIVE", "EGRESS_
                                  "UNKNOWN_CODE"};
 constexpr const char* severities[] = {"red", "yellow", "info", "tea"};
 
-Json component(Dice& dice) {
+Json component(Random& dice) {
   return {{"state", dice.oneIn(2) ? "ok" : "failed"},
           {"code", dice.pick(codes)},
           {"severity", dice.pick(severities)},
@@ -26,7 +26,7 @@ Json component(Dice& dice) {
 }
 
 /// Some of the containers' runtimes had a download rejected.
-Json blockedContainers(Dice& dice) {
+Json blockedContainers(Random& dice) {
   Json component = {
       {"state", "failed"}, {"code", "CONTAINER_REJECTED_LEAF"}, {"severity", "yellow"}, {"params", {""}}};
   for (const auto* runtime : containerRuntimes) {
@@ -35,7 +35,7 @@ Json blockedContainers(Dice& dice) {
   return component;
 }
 
-Json health(Dice& dice) {
+Json health(Random& dice) {
   Json health = {{"verdict", dice.pick(verdicts)}, {"off_by_policy", dice.below(3)}};
   for (const auto* name : {"daemon", "ca", "sysext", "egress_lock", "runtime_trust"}) {
     if (!dice.oneIn(4)) health[name] = component(dice);
@@ -44,7 +44,7 @@ Json health(Dice& dice) {
   return health;
 }
 
-std::string report(Dice& dice) {
+std::string report(Random& dice) {
   Json report = {{"version", "4." + std::to_string(dice.below(20))},
                  {"ca_trusted", !dice.oneIn(8)},
                  {"token_present", true},
@@ -69,13 +69,13 @@ std::string report(Dice& dice) {
   return report.dump();
 }
 
-std::string garbage(Dice& dice) {
+std::string garbage(Random& dice) {
   std::string bytes(dice.below(2000), '\0');
   for (auto& byte : bytes) byte = static_cast<char>(dice.below(256));
   return bytes;
 }
 
-std::string spoiled(Dice& dice) {
+std::string spoiled(Random& dice) {
   switch (dice.below(4)) {
     case 0:
       return garbage(dice);
@@ -91,7 +91,7 @@ std::string spoiled(Dice& dice) {
 
 }  // namespace
 
-FakeChildProcesses::Result randomStatus(Dice& dice) {
+FakeChildProcesses::Result randomStatus(Random& dice) {
   switch (dice.below(10)) {
     case 0:
       return ChildResult{0, spoiled(dice)};
@@ -104,14 +104,14 @@ FakeChildProcesses::Result randomStatus(Dice& dice) {
   }
 }
 
-FakeChildProcesses::Result randomResult(Dice& dice) {
+FakeChildProcesses::Result randomResult(Random& dice) {
   if (dice.oneIn(6))
     return std::unexpected(PlatformError{posixErrorDomain, ENOMEM, "Cannot allocate memory"});
   const Json answer = {{"sent", dice.oneIn(2)}};
   return ChildResult{dice.oneIn(3) ? SIGTERM : 0, dice.oneIn(3) ? garbage(dice) : answer.dump()};
 }
 
-FakeUnixSockets::Pieces randomAnswer(Dice& dice) {
+FakeUnixSockets::Pieces randomAnswer(Random& dice) {
   Json answer = {{"ok", !dice.oneIn(4)}, {"checked_in", !dice.oneIn(4)}};
   if (dice.oneIn(2)) answer["health"] = health(dice);
   const auto text = answer.dump() + "\n";

@@ -13,8 +13,8 @@
 #include <string>
 #include <string_view>
 
+#include "Tests/Soak/FakeClockSoak.hpp"
 #include "Tests/Soak/RealSoak.hpp"
-#include "Tests/Soak/TurnedSoak.hpp"
 
 namespace ostrel {
 
@@ -65,7 +65,7 @@ int soakTurned(const Options& options) {
   std::printf("%d refreshes on a turned clock, seed %llu\n", options.refreshes,
               static_cast<unsigned long long>(options.seed));
   std::fflush(stdout);
-  TurnedSoak soak(options.seed);
+  FakeClockSoak soak(options.seed);
   SoakClock clock(::getpid(), options.refreshes);
   while (clock.nextRefreshes() <= options.refreshes) {
     if (const auto fault = soak.run(clock.nextRefreshes())) return fail(*fault);

@@ -1,15 +1,15 @@
 #include <gtest/gtest.h>
 
+#include "Tests/Soak/FakeClockSoak.hpp"
+#include "Tests/Soak/MinIntervalCheck.hpp"
 #include "Tests/Soak/SoakFigures.hpp"
-#include "Tests/Soak/Spacing.hpp"
-#include "Tests/Soak/TurnedSoak.hpp"
 
 namespace ostrel {
 namespace {
 
 TEST(Soak, RandomDaysBreakNoRule) {
   for (const std::uint64_t seed : {1U, 2U, 3U}) {
-    TurnedSoak soak(seed);
+    FakeClockSoak soak(seed);
     EXPECT_EQ(soak.run(200), std::nullopt) << "seed " << seed;
     EXPECT_GE(soak.refreshes(), 200);
   }
@@ -33,7 +33,7 @@ TEST(Soak, TellsWhatHasGrown) {
 }
 
 TEST(Soak, MeasuresEventsByTheTimeBetweenThem) {
-  Spacing spacing;
+  MinIntervalCheck spacing;
   const Date start{};
   EXPECT_TRUE(spacing.take(start, std::chrono::seconds(60)));
   EXPECT_FALSE(spacing.take(start + std::chrono::seconds(59), std::chrono::seconds(60)));

@@ -6,8 +6,8 @@
 
 #include "OstrelAgent/Panel/PanelContent.hpp"
 #include "OstrelAgent/Status/Verdict.hpp"
-#include "Tests/OstrelAgent/Readings.hpp"
 #include "Tests/OstrelAgent/ReportText.hpp"
+#include "Tests/OstrelAgent/SnapshotBuilders.hpp"
 #include "Tools/PreviewJson.hpp"
 
 namespace ostrel {

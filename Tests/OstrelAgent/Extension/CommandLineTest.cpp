@@ -47,9 +47,9 @@ TEST(CommandLine, WithoutAnArgumentThePersonsNeedDecidesAndOnlyWhatMattersIsAske
         return answer;
       };
     };
-    EXPECT_EQ(commandByNeed({.isTrustPending = question("trust", row.isTrustPending),
-                             .isEnrolled = question("enrolled", row.isEnrolled),
-                             .hasMenuBarAgent = question("agent", row.hasMenuBarAgent)}),
+    EXPECT_EQ(defaultCommand({.isTrustPending = question("trust", row.isTrustPending),
+                              .isEnrolled = question("enrolled", row.isEnrolled),
+                              .hasMenuBarAgent = question("agent", row.hasMenuBarAgent)}),
               row.command);
     EXPECT_EQ(asked, row.asked);
   }

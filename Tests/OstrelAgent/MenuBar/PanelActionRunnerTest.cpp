@@ -21,7 +21,7 @@ struct PanelActionRunnerTest : testing::Test {
     actions = std::make_shared<PanelActionRunner>(
         PanelActionRunner::Services{host.mainQueue, host.backgroundQueue, host.clock, host.bundle, host.log,
                                     host.shell, host.pasteboard, host.alerts},
-        PanelActionRunner::Tools{
+        PanelActionRunner::Collaborators{
             HelperRunner(host.bundle, host.files, host.childProcesses, host.standardStreams), socket,
             DeviceCATrust(socket, host.files, host.childProcesses, host.userAccount),
             NetworkConfigurations(host.networkPreferences, host.mainQueue, host.log,

@@ -59,7 +59,7 @@ struct OnboardingFlowControllerTest : testing::Test {
                                            host.childProcesses, host.bundle, host.log, host.userDefaults,
                                            host.networkPreferences, host.userNotifications, workspace, window,
                                            host.shell},
-        OnboardingFlowController::Tools{
+        OnboardingFlowController::Collaborators{
             helper, socket, DeviceCATrust(socket, host.files, host.childProcesses, host.userAccount),
             NetworkConfigurations(host.networkPreferences, host.mainQueue, host.log, records),
             MenuBarAgent(host.bundle, host.files, host.childProcesses, host.standardStreams,
@@ -276,7 +276,7 @@ TEST_F(OnboardingFlowControllerTest, WhatIsAnsweredAfterTheWindowClosedIsDropped
 TEST_F(OnboardingFlowControllerTest, ClosingEndsAnActivationThatRuns) {
   open(OnboardingMode::repair);
   bool wasEnded = false;
-  host.childProcesses.whileRunning = [&](const ChildCommand& command, const ChildEnding& ending,
+  host.childProcesses.whileRunning = [&](const ChildCommand& command, const ChildStopTokens& ending,
                                          const auto&) {
     if (command.arguments.front() != "activate") return;
     window.press(finish);

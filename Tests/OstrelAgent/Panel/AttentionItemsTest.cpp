@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "OstrelAgent/Panel/StatusPanel.hpp"
-#include "Tests/OstrelAgent/Readings.hpp"
+#include "Tests/OstrelAgent/SnapshotBuilders.hpp"
 
 namespace ostrel {
 namespace {

@@ -4,13 +4,13 @@
 
 #include <functional>
 
-#include "Tests/OstrelAgent/Readings.hpp"
+#include "Tests/OstrelAgent/SnapshotBuilders.hpp"
 
 namespace ostrel {
 namespace {
 
+using readings::describe;
 using readings::healthy;
-using readings::told;
 
 TEST(GuardRow, FailsForTheMostFundamentalCauseWithItsSeverity) {
   // Every cause at once; each row's step repairs it, so that the next shows.
@@ -48,13 +48,13 @@ TEST(GuardRow, FailsForTheMostFundamentalCauseWithItsSeverity) {
       EXPECT_TRUE(failure->consequence.starts_with(row.consequence)) << failure->consequence;
       EXPECT_EQ(failure->component, row.cause);
       const bool isAmber = severity == "yellow" || (isPending && severity.empty());
-      EXPECT_EQ(told(guardRollup(s)), std::string(isAmber ? "warn " : "bad ") +
-                                          (isPending ? "setup unfinished" : "not protecting"));
+      EXPECT_EQ(describe(guardRollup(s)), std::string(isAmber ? "warn " : "bad ") +
+                                              (isPending ? "setup unfinished" : "not protecting"));
     }
     row.repair();
   }
   EXPECT_EQ(guardFailure(s), std::nullopt);
-  EXPECT_EQ(told(guardRollup(s)), "bad 1 of 3 not covered");
+  EXPECT_EQ(describe(guardRollup(s)), "bad 1 of 3 not covered");
 }
 
 TEST(GuardRow, ListsTheWorstEcosystemsFirstThenByName) {
@@ -63,12 +63,12 @@ TEST(GuardRow, ListsTheWorstEcosystemsFirstThenByName) {
                               {"cargo", "odd"},     {"gems", "off_by_policy"}, {"apt", "off_by_policy"}};
   snapshot.trustGaps = {{{}, "GEMRC"}, {{"go", "gems"}, "FIRST"}, {{"go", "other"}, "SECOND"}};
   std::string rows;
-  for (const auto& row : ecosystemRows(snapshot)) rows += row.id + ": " + told(row.state) + "; ";
+  for (const auto& row : ecosystemRows(snapshot)) rows += row.id + ": " + describe(row.state) + "; ";
   EXPECT_EQ(rows,
             "gems: bad not covered (FIRST); go: bad not covered (FIRST); apt: off off by policy; "
             "npm: off off by policy; cargo: ok ; pypi: ok ; ");
   EXPECT_EQ(offEcosystemNames(snapshot), (std::vector<std::string>{"apt", "gems", "npm"}));
-  EXPECT_EQ(told(guardRollup(snapshot)), "bad 2 of 6 not covered");
+  EXPECT_EQ(describe(guardRollup(snapshot)), "bad 2 of 6 not covered");
 }
 
 TEST(GuardRow, RollsEcosystemsUp) {
@@ -81,7 +81,7 @@ TEST(GuardRow, RollsEcosystemsUp) {
   for (const auto& [ecosystems, rollup] : rows) {
     auto snapshot = healthy();
     snapshot.guardEcosystems = ecosystems;
-    EXPECT_EQ(told(guardRollup(snapshot)), rollup);
+    EXPECT_EQ(describe(guardRollup(snapshot)), rollup);
   }
 }
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Tests/OstrelAgent/Readings.hpp"
+#include "Tests/OstrelAgent/SnapshotBuilders.hpp"
 
 namespace ostrel {
 namespace {
@@ -96,22 +96,22 @@ TEST(PanelContent, GivesANoteToEveryRowThatIsNotOk) {
   EXPECT_TRUE(panel.protection->egressLock.note.starts_with("The lock is still resolving addresses."));
   for (const auto& row : panel.health->components) {
     EXPECT_EQ(row.note.empty(), row.state.isOk()) << row.id;
-    EXPECT_EQ(row.isNoteOnCard, !row.state.isOk()) << row.id;
+    EXPECT_EQ(row.isNoteShownOnCard, !row.state.isOk()) << row.id;
   }
   model.snap.daemonListening = false;
   EXPECT_EQ(content(model).protection->noEcosystems, "");
 }
 
 TEST(PanelContent, UnfoldsTheComponentsOnlyWhenOneNeedsAttention) {
-  const auto unfolds = [](const char* severity) {
+  const auto startsExpanded = [](const char* severity) {
     auto model = read(healthy());
     model.snap.captureSet = readings::health("unknown", severity);
-    return content(model).health->unfolds;
+    return content(model).health->startsExpanded;
   };
-  EXPECT_FALSE(content(read(healthy())).health->unfolds);
-  EXPECT_FALSE(unfolds("info"));
-  EXPECT_TRUE(unfolds("yellow"));
-  EXPECT_TRUE(unfolds("red"));
+  EXPECT_FALSE(content(read(healthy())).health->startsExpanded);
+  EXPECT_FALSE(startsExpanded("info"));
+  EXPECT_TRUE(startsExpanded("yellow"));
+  EXPECT_TRUE(startsExpanded("red"));
 }
 
 TEST(PanelContent, IsAmberWhileItSettles) {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Tests/OstrelAgent/Readings.hpp"
+#include "Tests/OstrelAgent/SnapshotBuilders.hpp"
 
 namespace ostrel {
 namespace {
@@ -42,7 +42,7 @@ TEST(RuntimeTrustRow, NamesTheCauseByCodeAndParameters) {
       {"unknown", "NEW", {}, "warn unknown"},
   };
   for (const auto& [state, code, params, row] : rows) {
-    EXPECT_EQ(readings::told(runtimeTrustState(readings::health(state, "yellow", code, params))), row)
+    EXPECT_EQ(readings::describe(runtimeTrustState(readings::health(state, "yellow", code, params))), row)
         << code;
   }
 }

@@ -2,14 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include "Tests/OstrelAgent/Readings.hpp"
+#include "Tests/OstrelAgent/SnapshotBuilders.hpp"
 
 namespace ostrel {
 namespace {
 
+using readings::describe;
 using readings::health;
 using readings::healthy;
-using readings::told;
 
 TEST(StatusPanel, NeverShowsAnUnknownSeverityAsHealthy) {
   struct Row {
@@ -23,7 +23,7 @@ TEST(StatusPanel, NeverShowsAnUnknownSeverityAsHealthy) {
       {"", "red", "info not reported"}, {"unknown", "", "info unknown"}, {"unknown", "info", "off unknown"},
       {"OK", "yellow", "warn OK"},      {"odd", "purple", "bad odd"}};
   for (const auto& row : rows)
-    EXPECT_EQ(told(healthState(health(row.state, row.severity), "O", "B")), row.row);
+    EXPECT_EQ(describe(healthState(health(row.state, row.severity), "O", "B")), row.row);
 }
 
 TEST(StatusPanel, TellsTheEgressLocksState) {
@@ -46,62 +46,62 @@ TEST(StatusPanel, TellsTheEgressLocksState) {
   auto snapshot = healthy();
   for (const auto& row : rows) {
     snapshot.egressLock = health(row.state, row.severity, std::string("EGRESS_LOCK_") + row.code);
-    EXPECT_EQ(told(egressLockState(snapshot)), row.row);
+    EXPECT_EQ(describe(egressLockState(snapshot)), row.row);
   }
   snapshot.egressLockEnabled = false;
-  EXPECT_EQ(told(egressLockState(snapshot)), "warn approval needed");
+  EXPECT_EQ(describe(egressLockState(snapshot)), "warn approval needed");
   snapshot.mdmEnrolled = true;
-  EXPECT_EQ(told(egressLockState(snapshot)), "info via your organization's profile");
+  EXPECT_EQ(describe(egressLockState(snapshot)), "info via your organization's profile");
 }
 
 TEST(StatusPanel, TellsTheCredentialOrTheTokensName) {
   auto snapshot = healthy();
-  EXPECT_EQ(told(credentialState(snapshot)), "ok ost_…9f");
+  EXPECT_EQ(describe(credentialState(snapshot)), "ok ost_…9f");
   snapshot.tokenManaged = true;
-  EXPECT_EQ(told(credentialState(snapshot)), "ok ost_…9f (managed)");
+  EXPECT_EQ(describe(credentialState(snapshot)), "ok ost_…9f (managed)");
   snapshot.tokenMasked.clear();
-  EXPECT_EQ(told(credentialState(snapshot)), "ok org token (managed)");
+  EXPECT_EQ(describe(credentialState(snapshot)), "ok org token (managed)");
   snapshot.tokenPresent = false;
-  EXPECT_EQ(told(credentialState(snapshot)), "ok enrolled");
+  EXPECT_EQ(describe(credentialState(snapshot)), "ok enrolled");
   snapshot.enrolled = false;
-  EXPECT_EQ(told(credentialState(snapshot)), "bad not enrolled");
+  EXPECT_EQ(describe(credentialState(snapshot)), "bad not enrolled");
   snapshot.credential = health("broken", "yellow", "CREDENTIAL_REVOKED");
-  EXPECT_EQ(told(credentialState(snapshot)), "warn unavailable");
+  EXPECT_EQ(describe(credentialState(snapshot)), "warn unavailable");
   snapshot.credential.detail = "Revoked";
-  EXPECT_EQ(told(credentialState(snapshot)), "warn Revoked");
+  EXPECT_EQ(describe(credentialState(snapshot)), "warn Revoked");
 }
 
 TEST(StatusPanel, TellsTheCaptureAndWeighsItOnTheDaemonOrTheExtension) {
   auto snapshot = healthy();
-  EXPECT_EQ(told(captureState(snapshot)), "ok active");
+  EXPECT_EQ(describe(captureState(snapshot)), "ok active");
   snapshot.sysext = health("broken", "info", "SYSEXT_PREDATES_DAEMON");
-  EXPECT_EQ(told(captureState(snapshot)), "off system extension too old, installs blocked");
+  EXPECT_EQ(describe(captureState(snapshot)), "off system extension too old, installs blocked");
   snapshot.sysext.code = "SYSEXT_PROXY_DISABLED";
   snapshot.daemon.severity = "yellow";
-  EXPECT_EQ(told(captureState(snapshot)), "warn Network filter is off");
+  EXPECT_EQ(describe(captureState(snapshot)), "warn Network filter is off");
   snapshot.sysext.code = "";
   snapshot.sysextActive = false;
-  EXPECT_EQ(told(captureState(snapshot)), "warn system extension not running");
+  EXPECT_EQ(describe(captureState(snapshot)), "warn system extension not running");
   snapshot.daemonListening = false;
   snapshot.daemon.severity = "info";
   snapshot.sysext.severity = "";
-  EXPECT_EQ(told(captureState(snapshot)), "bad daemon not running");
+  EXPECT_EQ(describe(captureState(snapshot)), "bad daemon not running");
 }
 
 TEST(StatusPanel, TellsTheDeviceCertificateAndWeighsItOnTrustOrExpiry) {
   auto snapshot = healthy();
   snapshot.caExpiry = health("broken", "info");
-  EXPECT_EQ(told(deviceCAState(snapshot)), "warn approaching expiry");
+  EXPECT_EQ(describe(deviceCAState(snapshot)), "warn approaching expiry");
   snapshot.caExpiry.detail = "soon";
-  EXPECT_EQ(told(deviceCAState(snapshot)), "off soon");
+  EXPECT_EQ(describe(deviceCAState(snapshot)), "off soon");
   snapshot.deviceCA.severity = "yellow";
-  EXPECT_EQ(told(deviceCAState(snapshot)), "ok trusted");
+  EXPECT_EQ(describe(deviceCAState(snapshot)), "ok trusted");
   snapshot.caTrusted = false;
-  EXPECT_EQ(told(deviceCAState(snapshot)), "warn not trusted");
+  EXPECT_EQ(describe(deviceCAState(snapshot)), "warn not trusted");
   snapshot.deviceCA.severity = "red";
-  EXPECT_EQ(told(deviceCAState(snapshot)), "bad not trusted");
+  EXPECT_EQ(describe(deviceCAState(snapshot)), "bad not trusted");
   snapshot.caTrustPending = true;
-  EXPECT_EQ(told(deviceCAState(snapshot)), "warn not trusted yet, finish setup");
+  EXPECT_EQ(describe(deviceCAState(snapshot)), "warn not trusted yet, finish setup");
 }
 
 TEST(StatusPanel, ListsItsComponentsInOrderWithTheHealthTheyAreWeighedOn) {
@@ -128,7 +128,7 @@ TEST(StatusPanel, RollsHealthUpToTheWorst) {
   for (const auto& [states, rollup] : rows) {
     std::vector<StatusComponent> list;
     for (const auto& state : states) list.push_back({"", state, {}, {}});
-    EXPECT_EQ(told(healthRollup(list)), rollup);
+    EXPECT_EQ(describe(healthRollup(list)), rollup);
   }
 }
 
@@ -142,6 +142,16 @@ TEST(StatusPanel, TellsTheLastCheckIn) {
   EXPECT_EQ(fact(), "failing");
   snapshot.lastCheckinError.clear();
   EXPECT_EQ(fact(), "never");
+}
+
+TEST(StatusPanel, AContainerBlockComesBeforeRunningRuntimesWhichAreNeverOk) {
+  auto snapshot = readings::healthy();
+  EXPECT_EQ(describe(containersState(snapshot, {})), "info none running");
+  EXPECT_EQ(describe(containersState(snapshot, {"Colima", "Podman"})), "info Colima and Podman running");
+  snapshot.runtimeTrust = health("ok", "", "CONTAINER_REJECTED_LEAF", {"Lima", "Podman"});
+  EXPECT_EQ(describe(containersState(snapshot, {"Colima"})), "bad Blocked in Lima and Podman");
+  snapshot.runtimeTrust.severity = "info";
+  EXPECT_EQ(describe(containersState(snapshot, {})), "off Blocked in Lima and Podman");
 }
 
 }  // namespace

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "Tests/OstrelAgent/Readings.hpp"
 #include "Tests/OstrelAgent/ReportText.hpp"
+#include "Tests/OstrelAgent/SnapshotBuilders.hpp"
 
 namespace ostrel {
 namespace {

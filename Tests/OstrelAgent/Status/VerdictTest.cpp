@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Tests/OstrelAgent/Readings.hpp"
+#include "Tests/OstrelAgent/SnapshotBuilders.hpp"
 
 namespace ostrel {
 namespace {
@@ -17,10 +17,10 @@ TEST(Verdict, FollowsTheDaemonsWordExactly) {
     std::int64_t off;
     const char* word;
     const char* text;
-    MenuBarSign sign;
+    VerdictSymbols sign;
   };
   using enum MenuBarBadge;
-  const MenuBarSign triangle{square, "exclamationmark.triangle.fill", warning};
+  const VerdictSymbols triangle{square, "exclamationmark.triangle.fill", warning};
   const char* unreported = "Ostrel Agent: status not reported";
   const Row rows[] = {
       {"protected", 0, "Protected", "Ostrel Agent: protected", {dot, "checkmark.shield.fill", shield}},
@@ -40,7 +40,7 @@ TEST(Verdict, FollowsTheDaemonsWordExactly) {
     const auto verdict = ProtectionVerdict::fromWire(row.wire, row.off);
     EXPECT_EQ(verdict.headerText(), row.word) << row.wire << row.off;
     EXPECT_EQ(verdict.menuBarDescription(), row.text) << row.wire << row.off;
-    EXPECT_EQ(MenuBarSign::of(verdict), row.sign) << row.wire << row.off;
+    EXPECT_EQ(VerdictSymbols::of(verdict), row.sign) << row.wire << row.off;
   }
 }
 

@@ -1,9 +1,0 @@
-#include "Platform/Desktop/Views/WindowManager.hpp"
-
-namespace ostrel {
-
-void keepOutOfTaskbar(QWindow& /*window*/) {}
-
-bool blendsWindows() { return true; }
-
-}  // namespace ostrel

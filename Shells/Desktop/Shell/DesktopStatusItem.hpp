@@ -1,0 +1,47 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "OstrelAgent/Status/MenuBarIcon.hpp"
+#include "Platform/StatusItem.hpp"
+#include "Shells/Desktop/Shell/EmbeddedIcon.hpp"
+#include "Shells/Desktop/Shell/LookWatcher.hpp"
+#include "Shells/Desktop/Shell/StatusItemMenu.hpp"
+#include "Shells/Desktop/Shell/StatusNotifierItem.hpp"
+
+namespace ostrel {
+
+/// The status item as an icon in the desktop's tray. The desktop has no system symbols.
+class DesktopStatusItem final : public StatusItem {
+ public:
+  /// Each click is told to `clicked` with its place in the screens' pixels.
+  DesktopStatusItem(DesktopBus& bus, std::string resources, const LookWatcher& looks, Log& log,
+                    std::function<void(QPoint)> clicked);
+
+  void install(Events events) override { events_ = std::move(events); }
+  std::optional<Appearance> appearance() const override;
+  bool hasImage(std::string_view name) const override;
+  bool hasSymbol(std::string_view) const override { return false; }
+  void show(const MenuBarIcon& icon) override;
+  void showMenu(const std::vector<PanelButton>& buttons) override { menu_.setButtons(buttons); }
+
+  const Events& events() const { return events_; }
+
+ private:
+  const std::vector<QImage>& images();
+
+  std::string resources_;
+  const LookWatcher& looks_;
+  Events events_;
+  std::optional<MenuBarPicture> picture_;
+  std::vector<QImage> images_;  ///< of the picture, once somebody wants them
+  StatusItemMenu menu_;
+  std::unique_ptr<EmbeddedIcon> embedded_;  ///< for trays without status notifier items
+  StatusNotifierItem item_;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,107 @@
+#include "Shells/Desktop/Shell/LookWatcher.hpp"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QEvent>
+#include <QFont>
+#include <QGuiApplication>
+#include <QMap>
+#include <QPalette>
+#include <QVariantMap>
+#include <utility>
+
+#include "Shells/Desktop/Shell/DBusTypes.hpp"
+
+namespace ostrel {
+
+namespace {
+
+const QString portal = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString settingsInterface = QStringLiteral("org.freedesktop.portal.Settings");
+const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
+const QString interfaceGroup = QStringLiteral("org.gnome.desktop.interface");
+
+/// Takes the value over, unless it is of another type.
+template <class Value>
+void take(std::optional<Value>& setting, const QVariant& value) {
+  if (value.metaType() == QMetaType::fromType<Value>()) setting = value.value<Value>();
+}
+
+}  // namespace
+
+LookWatcher::LookWatcher(DesktopBus& bus, std::function<void()> changed)
+    : bus_(bus), changed_(std::move(changed)) {
+  takeToolkit();
+  look_ = desktopLook(settings_);
+  QCoreApplication::instance()->installEventFilter(this);
+  registerDBusTypes();
+  // By any name: to learn who has the portal's now, the toolkit would wait for the bus.
+  bus_.connection().connect({}, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
+                            SLOT(settingChanged(QString, QString, QDBusVariant)));
+  connect(&bus_, &DesktopBus::ownerChanged, this, [this](const QString& name, const QString& owner) {
+    if (name == portal && !owner.isEmpty()) askPortal();
+  });
+  bus_.whenJoined(this, [this] {
+    bus_.subscribe(QStringLiteral("type='signal',path='%1',interface='%2',member='SettingChanged'")
+                       .arg(portalPath, settingsInterface));
+    bus_.watchOwner(portal);
+    askPortal();
+  });
+}
+
+void LookWatcher::askPortal() {
+  auto call =
+      QDBusMessage::createMethodCall(portal, portalPath, settingsInterface, QStringLiteral("ReadAll"));
+  call << QStringList{appearanceGroup, interfaceGroup};
+  bus_.callAsync(this, call, [this](const QDBusMessage& answer) {
+    if (answer.signature() != QLatin1String("a{sa{sv}}")) return;
+    const auto groups = qdbus_cast<QMap<QString, QVariantMap>>(answer.arguments().at(0));
+    for (auto group = groups.begin(); group != groups.end(); ++group) {
+      for (auto setting = group->begin(); setting != group->end(); ++setting) {
+        takeSetting(group.key(), setting.key(), setting.value());
+      }
+    }
+    publish();
+  });
+}
+
+void LookWatcher::settingChanged(const QString& group, const QString& key, const QDBusVariant& value) {
+  takeSetting(group, key, value.variant());
+  publish();
+}
+
+void LookWatcher::takeSetting(const QString& group, const QString& key, const QVariant& value) {
+  if (group == appearanceGroup) {
+    if (key == QLatin1String("color-scheme")) take(settings_.colorScheme, value);
+    if (key == QLatin1String("reduced-motion")) take(settings_.reducedMotion, value);
+  }
+  if (group == interfaceGroup) {
+    if (key == QLatin1String("enable-animations")) take(settings_.animations, value);
+    if (key == QLatin1String("text-scaling-factor")) take(settings_.textScaling, value);
+  }
+}
+
+bool LookWatcher::eventFilter(QObject* /*object*/, QEvent* event) {
+  const bool isOfToolkit =
+      event->type() == QEvent::ApplicationPaletteChange || event->type() == QEvent::ApplicationFontChange;
+  if (isOfToolkit) {
+    takeToolkit();
+    publish();
+  }
+  return false;
+}
+
+void LookWatcher::takeToolkit() {
+  settings_.paletteLightness = QGuiApplication::palette().color(QPalette::Window).lightness();
+  settings_.fontPoints = QGuiApplication::font().pointSizeF();
+}
+
+void LookWatcher::publish() {
+  const auto look = desktopLook(settings_);
+  if (look == look_) return;
+  look_ = look;
+  changed_();
+}
+
+}  // namespace ostrel

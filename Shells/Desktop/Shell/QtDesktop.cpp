@@ -1,0 +1,204 @@
+#include "Shells/Desktop/Shell/QtDesktop.hpp"
+
+#include <QBuffer>
+#include <QGuiApplication>
+#include <utility>
+
+#include "Shells/Desktop/Shell/DesktopAlerts.hpp"
+#include "Shells/Desktop/Shell/DesktopBus.hpp"
+#include "Shells/Desktop/Shell/DesktopNotifications.hpp"
+#include "Shells/Desktop/Shell/DesktopOnboardingWindow.hpp"
+#include "Shells/Desktop/Shell/DesktopScreens.hpp"
+#include "Shells/Desktop/Shell/DesktopStatusItem.hpp"
+#include "Shells/Desktop/Shell/DesktopWake.hpp"
+#include "Shells/Desktop/Shell/IconImage.hpp"
+#include "Shells/Desktop/Shell/QtPasteboard.hpp"
+#include "Shells/Desktop/Shell/QtShell.hpp"
+
+namespace ostrel {
+
+namespace {
+
+constexpr const char* platformVariable = "QT_QPA_PLATFORM";
+constexpr const char* offscreen = "offscreen";
+
+Log* toolkitLog = nullptr;
+bool logsToolkitWarnings = true;
+
+/// The toolkit's errors, and its warnings where they are wanted, go to the system log; its chatter goes
+/// nowhere.
+void logOfToolkit(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+  const bool isError = type == QtCriticalMsg || type == QtFatalMsg;
+  if (isError || (type == QtWarningMsg && logsToolkitWarnings))
+    toolkitLog->line("ostrel: " + text.toStdString());
+}
+
+/// A platform that fails to connect logs so.
+QByteArray platformsOfDisplay() { return qEnvironmentVariableIsEmpty("DISPLAY") ? "wayland" : "xcb;wayland"; }
+
+/// The toolkit's application object. The platform that the person names is tried, or else the display's one
+/// after the other, and last the one without a screen: the toolkit ends the process where none works.
+class Application {
+ public:
+  explicit Application(Log& log, bool logsWarnings = true) {
+    toolkitLog = &log;
+    logsToolkitWarnings = logsWarnings;
+    qInstallMessageHandler(logOfToolkit);
+    const bool isSet = qEnvironmentVariableIsSet(platformVariable);
+    const auto chosen = qgetenv(platformVariable);
+    qputenv(platformVariable, (chosen.isEmpty() ? platformsOfDisplay() : chosen) + ";offscreen");
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QGuiApplication::setApplicationName(QStringLiteral("OstrelAgent"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Ostrel Agent"));
+    application_.emplace(count_, arguments_);
+    // There it has what it needs; looking through the folders of its plug-ins again for images would take
+    // milliseconds. Other platforms have plug-ins of their own, which they load with the first window.
+    if (QGuiApplication::platformName() == QLatin1String("xcb")) QCoreApplication::setLibraryPaths({});
+    // Children must not take the choice for the person's.
+    if (isSet) {
+      qputenv(platformVariable, chosen);
+    } else {
+      qunsetenv(platformVariable);
+    }
+    hasScreen_ = chosen.contains(offscreen) || QGuiApplication::platformName() != QLatin1String(offscreen);
+  }
+  Application(const Application&) = delete;
+  Application& operator=(const Application&) = delete;
+  ~Application() {
+    application_.reset();
+    qInstallMessageHandler(nullptr);
+  }
+
+  bool hasScreen() const { return hasScreen_; }
+
+ private:
+  int count_ = 1;
+  char name_[12] = "OstrelAgent";
+  char* arguments_[2] = {name_, nullptr};
+  std::optional<QGuiApplication> application_;
+  bool hasScreen_ = false;
+};
+
+class QtDesktop final : public Desktop {
+ public:
+  explicit QtDesktop(std::unique_ptr<Application> application, DesktopServices services)
+      : application_(std::move(application)), services_(std::move(services)) {
+    screens_.setLook(looks_.look());
+    onboardingWindow_.setLook(looks_.look());
+    alerts_.setLook(looks_.look());
+  }
+
+  Shell& shell() override { return shell_; }
+  StatusItem& statusItem() override { return statusItem_; }
+  Screens& screens() override { return screens_; }
+  OnboardingWindow& onboardingWindow() override { return onboardingWindow_; }
+  Alerts& alerts() override { return alerts_; }
+  Pasteboard& pasteboard() override { return pasteboard_; }
+  UserNotifications& notifications() override { return notifications_; }
+  SystemWake& systemWake() override { return wake_; }
+
+ private:
+  void changeLook() {
+    const auto look = looks_.look();
+    screens_.setLook(look);
+    onboardingWindow_.setLook(look);
+    alerts_.setLook(look);
+    const bool hasOther = std::exchange(appearance_, look.appearance) != look.appearance;
+    if (hasOther && statusItem_.events().appearanceChanged) statusItem_.events().appearanceChanged();
+  }
+
+  std::expected<const ViewsPlugIn*, std::string> loadViews() {
+    // With its first view the toolkit asks the session bus for those who read the screen.
+    bus_.preventToolkitBusConnection();
+    return services_.loadViews();
+  }
+
+  void click(QPoint place) {
+    if (screens_.takeClosingClick() || !statusItem_.events().clicked) return;
+    screens_.setClick(place);
+    statusItem_.events().clicked();
+  }
+
+  std::unique_ptr<Application> application_;
+  DesktopServices services_;
+  DesktopBus bus_{sessionBusAddress(), services_.log};
+  LookWatcher looks_{bus_, [this] { changeLook(); }};
+  Appearance appearance_ = looks_.look().appearance;
+  // The panel makes room for an alert, and does not open beside one.
+  DesktopAlerts alerts_{[this] { return loadViews(); }, services_.log, [this] { screens_.closePanel(); }};
+  DesktopScreens screens_{[this] { return loadViews(); }, services_.log,
+                          [this] { return alerts_.activate(); }};
+  DesktopStatusItem statusItem_{bus_, services_.resources, looks_, services_.log,
+                                [this](QPoint place) { click(place); }};
+  DesktopOnboardingWindow onboardingWindow_{[this] { return loadViews(); }, services_.log};
+  QtPasteboard pasteboard_;
+  DesktopNotifications notifications_{bus_};
+  DesktopWake wake_{bus_, systemBusAddress()};
+  QtShell shell_{services_, [this] {
+                   onboardingWindow_.activate();
+                   alerts_.activate();
+                 }};
+};
+
+std::string pngOf(const QImage& image) {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  image.save(&buffer, "PNG");
+  return bytes.toStdString();
+}
+
+class QtPictures final : public DesktopPictures {
+ public:
+  QtPictures(std::unique_ptr<Application> application, DesktopServices services)
+      : application_(std::move(application)), services_(std::move(services)) {}
+
+  std::expected<std::string, std::string> icon(const MenuBarIcon& icon, int scale) override {
+    const auto* glyph = std::get_if<menubarpicture::Glyph>(&icon.picture);
+    if (glyph == nullptr) return std::unexpected("the bundle has no glyph image");
+    const auto image = loadGlyph(services_.resources, glyph->palette.glyphName(), scale);
+    if (!image) return std::unexpected("the glyph image cannot be read");
+    return pngOf(iconImage(*image, glyph->badge, glyph->palette));
+  }
+
+  std::expected<std::string, std::string> panel(const PanelContent& content,
+                                                const DesktopLook& look) override {
+    const auto views = services_.loadViews();
+    if (!views) return std::unexpected(views.error());
+    return (*views)->drawPanel(content, look, services_.log);
+  }
+
+  std::expected<std::string, std::string> onboarding(const OnboardingContent& content,
+                                                     const DesktopLook& look) override {
+    const auto views = services_.loadViews();
+    if (!views) return std::unexpected(views.error());
+    return (*views)->drawOnboarding(content, look, services_.log);
+  }
+
+  std::expected<std::string, std::string> alert(const Alert& alert, const DesktopLook& look) override {
+    const auto views = services_.loadViews();
+    if (!views) return std::unexpected(views.error());
+    return (*views)->drawAlert(alert, look, services_.log);
+  }
+
+ private:
+  std::unique_ptr<Application> application_;
+  DesktopServices services_;
+};
+
+}  // namespace
+
+std::expected<std::unique_ptr<Desktop>, std::string> makeQtDesktop(DesktopServices services) {
+  auto application = std::make_unique<Application>(services.log);
+  if (!application->hasScreen()) return std::unexpected("the display cannot be opened");
+  return std::make_unique<QtDesktop>(std::move(application), std::move(services));
+}
+
+std::unique_ptr<DesktopPictures> makeQtPictures(DesktopServices services, double scale) {
+  qputenv(platformVariable, offscreen);
+  qputenv("QT_SCALE_FACTOR", QByteArray::number(scale));
+  return std::make_unique<QtPictures>(std::make_unique<Application>(services.log, false),
+                                      std::move(services));
+}
+
+}  // namespace ostrel

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <expected>
+#include <memory>
+#include <string>
+
+#include "Shells/Desktop/ShellPlugIn.hpp"
+
+namespace ostrel {
+
+/// See `ShellPlugIn`.
+std::expected<std::unique_ptr<Desktop>, std::string> makeQtDesktop(DesktopServices services);
+std::unique_ptr<DesktopPictures> makeQtPictures(DesktopServices services, double scale);
+
+}  // namespace ostrel

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QDBusVirtualObject>
+#include <QPoint>
+#include <functional>
+
+#include "Platform/Log.hpp"
+#include "Shells/Desktop/Shell/DBusTypes.hpp"
+#include "Shells/Desktop/Shell/DesktopBus.hpp"
+
+namespace ostrel {
+
+/// An icon in the desktop's tray (org.kde.StatusNotifierItem). Registers with the tray's watcher once the bus
+/// is joined, and again with every watcher that appears later; never waits for one.
+class StatusNotifierItem final : public QDBusVirtualObject {
+ public:
+  static constexpr const char* path = "/StatusNotifierItem";
+
+  /// A click calls `activated` with its place in the screens' pixels; (0, 0) when the host does not tell it.
+  StatusNotifierItem(DesktopBus& bus, const QString& menuPath, Log& log,
+                     std::function<void(QPoint)> activated);
+  StatusNotifierItem(const StatusNotifierItem&) = delete;
+  StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
+  ~StatusNotifierItem() override;
+
+  /// Other pictures than before; they are drawn when a host asks for them.
+  void setPixmaps(std::function<QList<DBusPixmap>()> pixmaps);
+
+  /// Tell the host of what has changed, and of nothing else.
+  void setTitle(const QString& title);
+  void setToolTip(const QString& text);
+
+  /// Tells whether a watcher has the item, whenever that becomes known after `show`. None has it while the
+  /// bus is missing; one that does not answer may have it.
+  void onWatched(std::function<void(bool)> told) { watched_ = std::move(told); }
+
+  /// Puts the item into the tray. Call once everything is set.
+  void show();
+
+  QString introspect(const QString& path) const override;
+  bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
+
+ private:
+  void requestNameAndRegister();
+  void registerAtWatcher();
+  void tellWatched(bool isWatched);
+  void emitChange(const char* signal);
+  QVariantMap properties() const;
+
+  DesktopBus& bus_;
+  QString menuPath_;
+  Log& log_;
+  std::function<void(QPoint)> activated_;
+  std::function<void(bool)> watched_;
+  std::function<QList<DBusPixmap>()> pixmaps_;
+  QString title_;
+  QString toolTip_;
+  bool isShown_ = false;
+  bool hasToldOfNoTray_ = false;
+};
+
+}  // namespace ostrel

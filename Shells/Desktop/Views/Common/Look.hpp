@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+#include <QFont>
+#include <QObject>
+
+#include "Shells/Desktop/DesktopLook.hpp"
+
+namespace ostrel {
+
+/// How the desktop wants its windows, for the QML of one engine.
+class Look : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_SINGLETON
+  Q_PROPERTY(bool isDark MEMBER isDark_ NOTIFY isDarkChanged)
+  Q_PROPERTY(double textScale MEMBER textScale_ NOTIFY textScaleChanged)
+
+ public:
+  using QObject::QObject;
+
+  void set(const DesktopLook& look);
+
+  /// Of the text in one line, in points.
+  Q_INVOKABLE double widthOf(const QString& text, const QFont& font) const;
+
+ signals:
+  void isDarkChanged();
+  void textScaleChanged();
+
+ private:
+  bool isDark_ = false;
+  double textScale_ = 1;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,77 @@
+#include "Shells/Desktop/Views/Common/Picture.hpp"
+
+#include <QBuffer>
+#include <QGuiApplication>
+#include <QImage>
+#include <QQuickRenderControl>
+#include <QQuickRenderTarget>
+#include <QScreen>
+
+#include "Shells/Desktop/Views/Alert/AlertState.hpp"
+#include "Shells/Desktop/Views/Common/Scene.hpp"
+#include "Shells/Desktop/Views/Onboarding/OnboardingState.hpp"
+#include "Shells/Desktop/Views/Panel/PanelState.hpp"
+
+namespace ostrel {
+
+namespace {
+
+QImage rendered(QQuickRenderControl& control, QQuickWindow& window, QSize size, double pixelsPerPoint) {
+  QImage image(size * pixelsPerPoint, QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::transparent);
+  image.setDevicePixelRatio(pixelsPerPoint);
+  window.setGeometry(QRect(QPoint(), size));
+  auto target = QQuickRenderTarget::fromPaintDevice(&image);
+  target.setDevicePixelRatio(pixelsPerPoint);
+  window.setRenderTarget(target);
+  control.polishItems();
+  control.sync();
+  control.render();
+  return image;
+}
+
+/// The screen of that file, which shows the state, as a PNG file. What no item covers is transparent.
+std::expected<std::string, std::string> picture(const char* file, const char* property, QObject& state,
+                                                const DesktopLook& look, Log& log) {
+  Scene::chooseRenderer();
+  QQuickRenderControl control;
+  QQuickWindow window(&control);
+  window.setColor(Qt::transparent);
+  const double pixelsPerPoint = QGuiApplication::primaryScreen()->devicePixelRatio();
+  Scene scene(log);
+  if (auto filled = scene.fill(window, file, property, state); !filled) {
+    return std::unexpected(filled.error());
+  }
+  scene.setLook(look);
+  scene.layOut();
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  if (!rendered(control, window, scene.size(), pixelsPerPoint).save(&buffer, "PNG")) {
+    return std::unexpected("The picture cannot be written.");
+  }
+  return bytes.toStdString();
+}
+
+}  // namespace
+
+std::expected<std::string, std::string> panelPicture(const PanelContent& content, const DesktopLook& look,
+                                                     Log& log) {
+  PanelState state;
+  state.show(content);
+  return picture(PanelState::screen, PanelState::property, state, look, log);
+}
+
+std::expected<std::string, std::string> onboardingPicture(const OnboardingContent& content,
+                                                          const DesktopLook& look, Log& log) {
+  OnboardingState state;
+  state.show(content);
+  return picture(OnboardingState::screen, OnboardingState::property, state, look, log);
+}
+
+std::expected<std::string, std::string> alertPicture(const Alert& alert, const DesktopLook& look, Log& log) {
+  AlertState state;
+  state.show(alert);
+  return picture(AlertState::screen, AlertState::property, state, look, log);
+}
+
+}  // namespace ostrel

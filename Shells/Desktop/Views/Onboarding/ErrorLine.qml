@@ -1,0 +1,19 @@
+import QtQuick
+import Ostrel.Views
+
+/// Why something failed.
+AccessibleLabel {
+    id: line
+
+    /// There is another error to tell.
+    signal came
+
+    font.pixelSize: Tokens.smallSize
+    lineHeight: Tokens.paragraph
+    color: Tokens.bad
+    Accessible.role: Accessible.AlertMessage
+    onTextChanged: {
+        if (text !== "")
+            came();
+    }
+}
