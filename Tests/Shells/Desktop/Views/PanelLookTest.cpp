@@ -22,11 +22,11 @@ class PanelLook : public PanelTest {
   QColor background() const { return colorAt(5, 100); }
 };
 
-std::set<double> hairlineHeights(const QQuickItem& item) {
-  if (QLatin1String(item.metaObject()->className()).startsWith(QLatin1String("Hairline")))
+std::set<double> separatorHeights(const QQuickItem& item) {
+  if (QLatin1String(item.metaObject()->className()).startsWith(QLatin1String("Separator")))
     return {item.height()};
   std::set<double> heights;
-  for (const auto* child : item.childItems()) heights.merge(hairlineHeights(*child));
+  for (const auto* child : item.childItems()) heights.merge(separatorHeights(*child));
   return heights;
 }
 
@@ -121,7 +121,7 @@ TEST_F(PanelLook, HasLinesOfOnePixelOnEveryScreen) {
     const auto room = screen->availableGeometry();
     anchor = {{room.center().x(), room.top()}, {room.x(), room.y(), room.width(), room.height()}};
     open(protectedContent());
-    EXPECT_EQ(hairlineHeights(*window().contentItem()), std::set{1 / screen->devicePixelRatio()});
+    EXPECT_EQ(separatorHeights(*window().contentItem()), std::set{1 / screen->devicePixelRatio()});
     panel->close();
   }
 }
