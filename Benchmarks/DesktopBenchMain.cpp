@@ -28,7 +28,7 @@ PanelContent reportContent() {
   StatusPanelModel model;
   model.hasReading = true;
   model.panelMaxHeight = 760;
-  model.snap = statusReading({.helper = {0, readReport()}}).snapshot;
+  model.snap = statusSnapshot({.helper = readHelper({0, readReport()}, nullptr)});
   const auto now = Date(std::chrono::sys_days(std::chrono::January / 2 / 2025)) + std::chrono::hours(10);
   return panelContent(model, now, times, {PanelAction::checkNow, PanelAction::quitStatusIcon});
 }

@@ -26,13 +26,13 @@ void composePanel(benchmark::State& state, const std::string& report) {
   const PanelActionSet actions = {PanelAction::checkNow, PanelAction::installUpdate,
                                   PanelAction::openRepairFlow, PanelAction::trustDeviceCA,
                                   PanelAction::quitStatusIcon};
-  const StatusInputs sources = {{0, report},
-                                std::vector{TransparentProxyConfiguration{true, true}},
-                                ContentFilterConfiguration{true, true}};
+  StatusInputs inputs = {.transparentProxies = std::vector{TransparentProxyConfiguration{true, true}},
+                         .contentFilter = ContentFilterConfiguration{true, true}};
   StatusPanelModel model;
   model.hasReading = true;
   for (auto _ : state) {
-    model.snap = statusReading(sources).snapshot;
+    inputs.helper = readHelper({0, report}, nullptr);
+    model.snap = statusSnapshot(inputs);
     if (model.snap.statusError) return state.SkipWithError("the report does not decode");
     benchmark::DoNotOptimize(ProtectionVerdict::of(model.snap));
     benchmark::DoNotOptimize(panelContent(model, now, times, actions));

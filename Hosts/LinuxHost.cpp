@@ -1,7 +1,9 @@
 #include <malloc.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <optional>
 
 #include "Hosts/DesktopPlugIns.hpp"
 #include "Platform/Host.hpp"
@@ -44,7 +46,12 @@ namespace ostrel {
 namespace {
 
 constexpr std::size_t backgroundThreads = 8;
-constexpr std::size_t statusThreads = 4;
+// Four runs under way, and as many threads that are stuck in runs that are over.
+constexpr std::size_t statusThreads = 8;
+constexpr std::chrono::milliseconds graceForBackgroundWork{1000};
+// Larger blocks go back to the system when they are freed, such as the output of a helper that writes
+// megabytes.
+constexpr int largestHeapBlock = 1 << 20;
 
 /// True where the environment names a display, or a platform of the toolkit's own.
 bool namesDisplay() {
@@ -55,14 +62,88 @@ bool namesDisplay() {
   return false;
 }
 
-/// Linux with the simulated Mac beneath the host root. Its shell is the desktop's where there is one, else
-/// the console.
+std::string realMenuBarLock(const HostRoot& root) {
+  return root.realPath(root.home() + "/Library/Application Support/tech.brenn.ostrel-agent/menubar.lock");
+}
+
+/// What the shell uses of its host.
+struct ShellHost {
+  PosixMainQueue& mainQueue;
+  PosixStandardStreams& streams;
+  PosixLog& log;
+  LinuxBundle& bundle;
+  SimulatedOverrides& overrides;
+  const OverridesWatch& overridesWatch;
+};
+
+/// The desktop where there is one, else the console.
+class LinuxShell {
+ public:
+  LinuxShell(ShellMode mode, ShellHost host)
+      : host_(host),
+        consoleShell_(mode == ShellMode::interactive ? ConsoleInput::commands : ConsoleInput::ignored,
+                      signals_, host.mainQueue, host.streams, consoleStatusItem_, consoleScreens_,
+                      consoleOnboardingWindow_, consoleAlerts_),
+        desktop_(mode == ShellMode::queueOnly || !namesDisplay() ? nullptr : makeDesktop()) {}
+
+  const ShellServices& services() const { return services_; }
+
+ private:
+  /// No desktop, with a line in the log, where its plug-in is missing, damaged or of another build.
+  std::unique_ptr<Desktop> makeDesktop() {
+    auto services = desktopServices(host_.bundle, host_.log);
+    services.queueDescriptor = host_.mainQueue.descriptor();
+    services.processDueWork = [&queue = host_.mainQueue] { queue.processDueWork(); };
+    services.signalDescriptor = signals_.descriptor();
+    services.receivedSignal = [] { return TerminationSignals::received(); };
+    const auto plugIn = loadShellPlugIn(host_.bundle);
+    auto desktop =
+        plugIn ? (*plugIn)->makeDesktop(std::move(services))
+               : std::expected<std::unique_ptr<Desktop>, std::string>(std::unexpected(plugIn.error()));
+    if (desktop) return std::move(*desktop);
+    host_.log.line("ostrel: " + desktop.error());
+    return nullptr;
+  }
+
+  std::vector<SystemWake*> wakeSources() {
+    if (!desktop_) return {&kernelWake_};
+    return {&kernelWake_, &desktop_->systemWake()};
+  }
+
+  ShellHost host_;
+  TerminationSignals signals_;
+  ConsoleUserNotifications consoleUserNotifications_{host_.mainQueue, host_.streams};
+  ConsoleStatusItem consoleStatusItem_{host_.streams};
+  ConsoleScreens consoleScreens_{host_.streams};
+  ConsoleOnboardingWindow consoleOnboardingWindow_{host_.streams};
+  ConsoleAlerts consoleAlerts_{host_.streams};
+  ConsolePasteboard consolePasteboard_{host_.streams};
+  ConsoleShell consoleShell_;
+  LinuxSystemWake kernelWake_{host_.mainQueue};
+  std::unique_ptr<Desktop> desktop_;
+  CombinedSystemWake realWake_{host_.mainQueue, wakeSources()};
+  SimulatedSystemWake systemWake_{realWake_, host_.overrides, host_.overridesWatch};
+  ShellServices services_{
+      .shell = desktop_ ? desktop_->shell() : consoleShell_,
+      .statusItem = desktop_ ? desktop_->statusItem() : consoleStatusItem_,
+      .screens = desktop_ ? desktop_->screens() : consoleScreens_,
+      .onboardingWindow = desktop_ ? desktop_->onboardingWindow() : consoleOnboardingWindow_,
+      .alerts = desktop_ ? desktop_->alerts() : consoleAlerts_,
+      .pasteboard = desktop_ ? desktop_->pasteboard() : consolePasteboard_,
+      .userNotifications = desktop_ ? desktop_->notifications() : consoleUserNotifications_,
+      .systemWake = systemWake_,
+  };
+  FrontSignal frontSignal_{host_.mainQueue, [this] { services_.shell.activate(); }};
+};
+
+/// Linux with the simulated Mac beneath the host root.
 class LinuxHost final : public HostLifetime {
  public:
-  explicit LinuxHost(Presence presence) : presence_(presence) {
+  LinuxHost() {
     // One heap for all threads: they rarely allocate at once, and a second one would be cold at every
     // refresh.
     (void)::mallopt(M_ARENA_MAX, 1);
+    (void)::mallopt(M_MMAP_THRESHOLD, largestHeapBlock);
   }
   LinuxHost(const LinuxHost&) = delete;
   LinuxHost& operator=(const LinuxHost&) = delete;
@@ -73,41 +154,27 @@ class LinuxHost final : public HostLifetime {
     unixSockets_.endAll();
   }
 
-  Host& services() override { return services_; }
+  const Host& services() override { return services_; }
+
+  const ShellServices& openShell(ShellMode mode) override {
+    shell_.emplace(mode, ShellHost{mainQueue_, streams_, log_, bundle_, overrides_, overridesWatch_});
+    return shell_->services();
+  }
+
+  void shutDown(int status) override {
+    shell_.reset();
+    childProcesses_.endAll();
+    unixSockets_.endAll();
+    const auto isIdle = [](PosixBackgroundQueue& queue) { return queue.finish(graceForBackgroundWork); };
+    if (!isIdle(statusQueue_) || !isIdle(backgroundQueue_)) std::_Exit(status);
+  }
 
  private:
   PathMap realPath() {
     return [this](std::string_view path) { return hostRoot_.realPath(path); };
   }
 
-  /// Nothing without a display, and, with a line in the log, where the desktop's plug-in is not as it should
-  /// be.
-  std::unique_ptr<Desktop> makeDesktop() {
-    const bool needsDesktop = presence_ == Presence::unseen || presence_ == Presence::person;
-    if (!needsDesktop || !namesDisplay()) return nullptr;
-    auto services = desktopServices(bundle_, log_);
-    services.queueDescriptor = mainQueue_.descriptor();
-    services.processDueWork = [this] { mainQueue_.processDueWork(); };
-    services.signalDescriptor = signals_.descriptor();
-    services.receivedSignal = [] { return TerminationSignals::received(); };
-    const auto plugIn = loadShellPlugIn(bundle_);
-    auto desktop =
-        plugIn ? (*plugIn)->makeDesktop(std::move(services))
-               : std::expected<std::unique_ptr<Desktop>, std::string>(std::unexpected(plugIn.error()));
-    if (desktop) return std::move(*desktop);
-    log_.line("ostrel: " + desktop.error());
-    return nullptr;
-  }
-
-  std::vector<SystemWake*> wakeSources() {
-    if (!desktop_) return {&kernelWake_};
-    return {&kernelWake_, &desktop_->systemWake()};
-  }
-
-  const Presence presence_;
   PosixStandardStreams streams_;
-  TerminationSignals signals_{presence_ == Presence::questions ? SignalHandling::system
-                                                               : SignalHandling::mainLoop};
   PosixLog log_;
   PosixClock clock_;
   std::vector<std::string> languages_ = languagesOfEnvironment();
@@ -124,7 +191,6 @@ class LinuxHost final : public HostLifetime {
   PosixChildProcesses childProcesses_{realPath()};
   PosixMainQueue mainQueue_;
   SimulatedSystemExtensions systemExtensions_{files_, mainQueue_, hostRoot_.realPath(simulatedstate::lock)};
-  ConsoleUserNotifications consoleUserNotifications_{mainQueue_, streams_};
   LinuxWorkspace workspace_{bundle_.executablePath()};
   SimulatedOverrides overrides_{files_, hostRoot_.realPath(simulatedstate::lock)};
   OverridesWatch overridesWatch_ = [this](std::function<void()> changed) {
@@ -132,25 +198,8 @@ class LinuxHost final : public HostLifetime {
   };
   LinuxNetworkPath realNetworkPath_{mainQueue_, realFiles_};
   SimulatedNetworkPath networkPath_{realNetworkPath_, overrides_, overridesWatch_};
-  LinuxSystemWake kernelWake_{mainQueue_};
-  PosixSingleInstance menuBarInstance_{hostRoot_.realPath(
-      hostRoot_.home() + "/Library/Application Support/tech.brenn.ostrel-agent/menubar.lock")};
-  ConsoleStatusItem consoleStatusItem_{streams_};
-  ConsoleScreens consoleScreens_{streams_};
-  ConsoleOnboardingWindow consoleOnboardingWindow_{streams_};
-  ConsoleAlerts consoleAlerts_{streams_};
-  ConsolePasteboard consolePasteboard_{streams_};
-  ConsoleShell consoleShell_{presence_ == Presence::person ? ConsoleInput::commands : ConsoleInput::ignored,
-                             signals_,
-                             mainQueue_,
-                             streams_,
-                             consoleStatusItem_,
-                             consoleScreens_,
-                             consoleOnboardingWindow_,
-                             consoleAlerts_};
-  std::unique_ptr<Desktop> desktop_ = makeDesktop();
-  CombinedSystemWake realWake_{mainQueue_, wakeSources()};
-  SimulatedSystemWake systemWake_{realWake_, overrides_, overridesWatch_};
+  PosixSingleInstance menuBarInstance_{realMenuBarLock(hostRoot_)};
+  std::optional<LinuxShell> shell_;
   PosixBackgroundQueue backgroundQueue_{backgroundThreads};
   PosixBackgroundQueue statusQueue_{statusThreads};
   Host services_{
@@ -170,22 +219,13 @@ class LinuxHost final : public HostLifetime {
       .systemExtensions = systemExtensions_,
       .networkPreferences = networkPreferences_,
       .networkPath = networkPath_,
-      .systemWake = systemWake_,
       .menuBarInstance = menuBarInstance_,
-      .userNotifications = desktop_ ? desktop_->notifications() : consoleUserNotifications_,
       .workspace = workspace_,
-      .shell = desktop_ ? desktop_->shell() : consoleShell_,
-      .statusItem = desktop_ ? desktop_->statusItem() : consoleStatusItem_,
-      .screens = desktop_ ? desktop_->screens() : consoleScreens_,
-      .onboardingWindow = desktop_ ? desktop_->onboardingWindow() : consoleOnboardingWindow_,
-      .alerts = desktop_ ? desktop_->alerts() : consoleAlerts_,
-      .pasteboard = desktop_ ? desktop_->pasteboard() : consolePasteboard_,
   };
-  FrontSignal frontSignal_{mainQueue_, [this] { services_.shell.activate(); }};
 };
 
 }  // namespace
 
-std::unique_ptr<HostLifetime> makeHost(Presence presence) { return std::make_unique<LinuxHost>(presence); }
+std::unique_ptr<HostLifetime> makeHost() { return std::make_unique<LinuxHost>(); }
 
 }  // namespace ostrel

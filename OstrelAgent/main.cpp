@@ -10,6 +10,7 @@
 #include "OstrelAgent/Extension/Controller.hpp"
 #include "OstrelAgent/Extension/RelaunchController.hpp"
 #include "OstrelAgent/MenuBar/MenuBarController.hpp"
+#include "OstrelAgent/MenuBar/PanelActionRunner.hpp"
 #include "OstrelAgent/MenuBar/SingleInstanceLock.hpp"
 #include "OstrelAgent/Notifications/RedNotifier.hpp"
 #include "OstrelAgent/Onboarding/OnboardingFlowController.hpp"
@@ -52,83 +53,116 @@ std::function<void()> repairFlowOpener(const Host& host) {
           startedAt = std::make_shared<std::optional<Date>>()] { openRepairFlow(services, *startedAt); };
 }
 
-std::shared_ptr<RedNotifier> redNotifier(const Host& host, std::function<void()> openRepairFlow) {
+std::shared_ptr<RedNotifier> redNotifier(const Host& host, const ShellServices& shell,
+                                         std::function<void()> openRepairFlow) {
   return std::make_shared<RedNotifier>(
       RedNotifier::Services{
-          .notifications = host.userNotifications, .userDefaults = host.userDefaults, .log = host.log},
+          .notifications = shell.userNotifications, .userDefaults = host.userDefaults, .log = host.log},
       std::move(openRepairFlow));
 }
 
-/// On a host that is gone before that of the icon is made; a signal ends the wait at once.
-std::optional<SingleInstance::Claim> claimMenuBar() {
-  const auto lifetime = makeHost(Presence::questions);
-  auto& host = lifetime->services();
-  return claimMenuBar(host.menuBarInstance, host.standardStreams, host.log);
+std::shared_ptr<StatusRefresher> statusRefresher(const Host& host, const ShellServices& shell,
+                                                 NetworkLoads loads) {
+  return std::make_shared<StatusRefresher>(
+      StatusRefresher::Services{host.mainQueue, host.statusQueue, host.childProcesses,
+                                host.networkPreferences, shell.systemWake},
+      helperRunner(host), loads);
 }
 
-int runMenuBar() {
-  const auto claim = claimMenuBar();
-  if (!claim) return 0;
-  const auto lifetime = makeHost(Presence::person);
-  auto& host = lifetime->services();
-  installTranslation(host.bundle, host.log);
-  host.shell.setActivationPolicy(ActivationPolicy::accessory);
-  const auto openRepairFlow = repairFlowOpener(host);
-  const auto controller = std::make_shared<MenuBarController>(
-      MenuBarController::Services{
+/// Serves the controller until the shell terminates. Nothing starts or publishes any more when the host shuts
+/// down.
+template <class Controller>
+int serve(HostLifetime& lifetime, const ShellServices& shell, std::shared_ptr<Controller> controller) {
+  const int status = shell.shell.run();
+  controller = nullptr;
+  lifetime.shutDown(status);
+  return status;
+}
+
+/// What the menu-bar role is composed of.
+struct MenuBarRole {
+  std::shared_ptr<PanelActionRunner> runner;
+  std::shared_ptr<MenuBarController> controller;
+};
+
+std::shared_ptr<MenuBarRole> menuBarRole(const Host& host, const ShellServices& shell) {
+  const auto presenter = std::make_shared<PanelPresenter>(
+      PanelPresenter::Services{host.clock, host.timeFormat, shell.shell, shell.screens});
+  const auto refresher = statusRefresher(host, shell, NetworkLoads::all);
+  const auto runner = std::make_shared<PanelActionRunner>(
+      PanelActionRunner::Services{
           .mainQueue = host.mainQueue,
           .backgroundQueue = host.backgroundQueue,
-          .statusQueue = host.statusQueue,
           .clock = host.clock,
-          .childProcesses = host.childProcesses,
-          .networkPreferences = host.networkPreferences,
-          .timeFormat = host.timeFormat,
-          .shell = host.shell,
-          .statusItem = host.statusItem,
-          .screens = host.screens,
           .bundle = host.bundle,
           .log = host.log,
-          .pasteboard = host.pasteboard,
-          .alerts = host.alerts,
-          .networkPath = host.networkPath,
-          .systemWake = host.systemWake,
+          .shell = shell.shell,
+          .pasteboard = shell.pasteboard,
+          .alerts = shell.alerts,
       },
-      MenuBarController::Collaborators{
+      PanelActionRunner::Collaborators{
+          .presenter = presenter,
+          .refresh = [refresher] { refresher->request(); },
           .helper = helperRunner(host),
           .socket = controlSocket(host),
           .trust = deviceCATrust(host),
           .configurations = networkConfigurations(host),
+      });
+  const auto nudges = std::make_shared<CheckInNudges>(
+      CheckInNudges::Services{host.mainQueue, host.clock, host.networkPath, shell.systemWake},
+      [weak = std::weak_ptr(runner)](const std::string& reason) {
+        if (const auto actions = weak.lock()) actions->checkNow(reason);
+      });
+  const auto openRepairFlow = repairFlowOpener(host);
+  auto panelActions = runner->callbacks();
+  panelActions.openRepairFlow = openRepairFlow;
+  const auto controller = std::make_shared<MenuBarController>(
+      MenuBarController::Services{
+          .mainQueue = host.mainQueue,
+          .backgroundQueue = host.backgroundQueue,
+          .clock = host.clock,
+          .childProcesses = host.childProcesses,
+          .statusItem = shell.statusItem,
+      },
+      MenuBarController::Collaborators{
+          .presenter = presenter,
+          .refresher = refresher,
+          .redNotifier = redNotifier(host, shell, openRepairFlow),
+          .nudges = nudges,
+          .panelActions = panelActions,
+          .reactivation = {{host.backgroundQueue, host.childProcesses, host.bundle}, records(host)},
           .records = records(host),
           .containerTrust = ContainerTrustPreferences(host.userDefaults),
-          .openRepairFlow = openRepairFlow,
-      },
-      redNotifier(host, openRepairFlow));
-  controller->start();
-  return host.shell.run();
+      });
+  return std::make_shared<MenuBarRole>(runner, controller);
 }
 
-int fail(int status, const std::string& sentence) {
-  std::fputs(sentence.c_str(), stderr);
-  return status;
-}
-
-int runRelaunch() {
-  const auto lifetime = makeHost(Presence::unseen);
-  auto& host = lifetime->services();
+int runMenuBar(HostLifetime& lifetime) {
+  const auto& host = lifetime.services();
+  const auto claim = claimMenuBar(host.menuBarInstance, host.standardStreams, host.log);
+  if (!claim) return 0;
+  const auto& shell = lifetime.openShell(ShellMode::interactive);
   installTranslation(host.bundle, host.log);
-  host.shell.setActivationPolicy(ActivationPolicy::accessory);
-  const auto controller =
-      std::make_shared<RelaunchController>(host.mainQueue, host.backgroundQueue, host.shell,
-                                           menuBarAgent(host), redNotifier(host, repairFlowOpener(host)));
-  controller->applicationDidFinishLaunching();
-  return host.shell.run();
+  shell.shell.setActivationPolicy(ActivationPolicy::accessory);
+  auto role = menuBarRole(host, shell);
+  role->controller->start();
+  return serve(lifetime, shell, std::move(role));
 }
 
-/// True when the window of another process is open and comes to the front, on a host that is gone before that
-/// of the window is made.
-bool isShownByAnother() {
-  const auto lifetime = makeHost(Presence::questions);
-  const auto& host = lifetime->services();
+int runRelaunch(HostLifetime& lifetime) {
+  const auto& host = lifetime.services();
+  const auto& shell = lifetime.openShell(ShellMode::hidden);
+  installTranslation(host.bundle, host.log);
+  shell.shell.setActivationPolicy(ActivationPolicy::accessory);
+  auto controller = std::make_shared<RelaunchController>(host.mainQueue, host.backgroundQueue, shell.shell,
+                                                         menuBarAgent(host),
+                                                         redNotifier(host, shell, repairFlowOpener(host)));
+  controller->applicationDidFinishLaunching();
+  return serve(lifetime, shell, std::move(controller));
+}
+
+/// True when another process shows the window, which is brought to the front.
+bool isShownByAnother(const Host& host) {
   const auto other = runningRepairFlow(host.userDefaults, host.workspace);
   if (!other || !bringRepairFlowToFront(*other, host.workspace, host.log)) return false;
   host.standardStreams.writeOutput("the setup window is open already, in process " + std::to_string(*other) +
@@ -136,44 +170,42 @@ bool isShownByAnother() {
   return true;
 }
 
-int runOnboarding(OnboardingMode mode) {
-  if (isShownByAnother()) return 0;
-  const auto lifetime = makeHost(Presence::person);
-  auto& host = lifetime->services();
+int runOnboarding(HostLifetime& lifetime, OnboardingMode mode) {
+  const auto& host = lifetime.services();
+  if (isShownByAnother(host)) return 0;
+  const auto& shell = lifetime.openShell(ShellMode::interactive);
   installTranslation(host.bundle, host.log);
-  host.shell.setActivationPolicy(ActivationPolicy::regular);
-  host.shell.setMainMenu(mainMenuForEditing());
-  const auto controller =
-      std::make_shared<OnboardingFlowController>(mode,
-                                                 OnboardingFlowController::Services{
-                                                     .mainQueue = host.mainQueue,
-                                                     .backgroundQueue = host.backgroundQueue,
-                                                     .statusQueue = host.statusQueue,
-                                                     .childProcesses = host.childProcesses,
-                                                     .bundle = host.bundle,
-                                                     .log = host.log,
-                                                     .userDefaults = host.userDefaults,
-                                                     .networkPreferences = host.networkPreferences,
-                                                     .notifications = host.userNotifications,
-                                                     .workspace = host.workspace,
-                                                     .window = host.onboardingWindow,
-                                                     .shell = host.shell,
-                                                 },
-                                                 OnboardingFlowController::Collaborators{
-                                                     .helper = helperRunner(host),
-                                                     .socket = controlSocket(host),
-                                                     .trust = deviceCATrust(host),
-                                                     .configurations = networkConfigurations(host),
-                                                     .menuBarAgent = menuBarAgent(host),
-                                                 });
+  shell.shell.setActivationPolicy(ActivationPolicy::regular);
+  shell.shell.setMainMenu(mainMenuForEditing());
+  auto controller = std::make_shared<OnboardingFlowController>(
+      mode,
+      OnboardingFlowController::Services{
+          .mainQueue = host.mainQueue,
+          .backgroundQueue = host.backgroundQueue,
+          .childProcesses = host.childProcesses,
+          .bundle = host.bundle,
+          .log = host.log,
+          .userDefaults = host.userDefaults,
+          .notifications = shell.userNotifications,
+          .workspace = host.workspace,
+          .window = shell.onboardingWindow,
+          .shell = shell.shell,
+      },
+      OnboardingFlowController::Collaborators{
+          .refresher = statusRefresher(host, shell, NetworkLoads::transparentProxies),
+          .socket = controlSocket(host),
+          .trust = deviceCATrust(host),
+          .configurations = networkConfigurations(host),
+          .menuBarAgent = menuBarAgent(host),
+      });
   controller->show();
-  return host.shell.run();
+  return serve(lifetime, shell, std::move(controller));
 }
 
-int runController(Controller::Command command) {
-  const auto lifetime = makeHost(Presence::commandLine);
-  auto& host = lifetime->services();
-  const auto controller =
+int runController(HostLifetime& lifetime, Controller::Command command) {
+  const auto& host = lifetime.services();
+  const auto& shell = lifetime.openShell(ShellMode::queueOnly);
+  auto controller =
       std::make_shared<Controller>(command,
                                    Controller::Services{
                                        .mainQueue = host.mainQueue,
@@ -182,27 +214,16 @@ int runController(Controller::Command command) {
                                        .files = host.files,
                                        .bundle = host.bundle,
                                        .streams = host.standardStreams,
-                                       .shell = host.shell,
+                                       .shell = shell.shell,
                                    },
                                    helperRunner(host), networkConfigurations(host), menuBarAgent(host));
   controller->run();
-  return host.shell.run();
+  return serve(lifetime, shell, std::move(controller));
 }
 
-int run(const std::string& command, bool extensionOnly) {
-  const auto role = roleOf(command);
-  if (role == Role::relaunch) return runRelaunch();
-  if (role == Role::menuBar) return runMenuBar();
-  if (role == Role::onboarding) return runOnboarding(OnboardingMode::onboard);
-  if (role == Role::repair) return runOnboarding(OnboardingMode::repair);
-  if (const auto action = Controller::actionOf(command)) return runController({*action, extensionOnly});
-  return fail(2, std::string(usageLine));
-}
-
-/// Asks what the person needs, on a host that is gone before that of the command is made.
-std::string commandForThisMac() {
-  const auto lifetime = makeHost(Presence::questions);
-  const auto& host = lifetime->services();
+/// The command for the state of this Mac. Its questions to the daemon may take long; a signal ends the
+/// process meanwhile.
+std::string commandForThisMac(const Host& host) {
   const auto daemon = controlSocket(host);
   return defaultCommand({.isTrustPending = [&daemon] { return daemon.queryTrustPending(); },
                          .isEnrolled = [&daemon] { return daemon.queryEnrolled(); },
@@ -210,7 +231,17 @@ std::string commandForThisMac() {
 }
 
 int run(const CommandLine& line) {
-  return run(line.command ? *line.command : commandForThisMac(), line.extensionOnly);
+  const auto lifetime = makeHost();
+  const auto command = line.command ? *line.command : commandForThisMac(lifetime->services());
+  const auto role = roleOf(command);
+  if (role == Role::relaunch) return runRelaunch(*lifetime);
+  if (role == Role::menuBar) return runMenuBar(*lifetime);
+  if (role == Role::onboarding) return runOnboarding(*lifetime, OnboardingMode::onboard);
+  if (role == Role::repair) return runOnboarding(*lifetime, OnboardingMode::repair);
+  if (const auto action = Controller::actionOf(command))
+    return runController(*lifetime, {*action, line.extensionOnly});
+  std::fputs(std::string(usageLine).c_str(), stderr);
+  return 2;
 }
 
 }  // namespace

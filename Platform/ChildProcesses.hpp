@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
 #include <expected>
 #include <functional>
@@ -21,8 +22,8 @@ struct ChildCommand {
   std::vector<std::string> arguments;
   ChildStream output = ChildStream::inherited;
   ChildStream error = ChildStream::inherited;
-  /// The end of the host leaves it to itself, neither waited for nor reaped, and its run fails by
-  /// `isHostShuttingDown`. For a child whose streams are captured or discarded.
+  /// The child is not ended with the host; its run then fails by `isHostShuttingDown`. For a child whose
+  /// streams are captured or discarded.
   bool outlivesProgram = false;
 };
 
@@ -35,14 +36,14 @@ struct ChildResult {
   bool operator==(const ChildResult&) const = default;
 };
 
-/// Requests, from any thread, that a run end: politely (TERM), or at once (KILL, nothing more is read).
+/// Requests, from any thread, that a run end: by TERM, or by KILL, after which it returns at once.
 struct ChildStopTokens {
-  std::stop_token terminate;
-  std::stop_token kill;
+  std::stop_token terminate = {};
+  std::stop_token kill = {};
 };
 
-/// True for the error of a run that the end of the host has ended, or kept from starting: nothing is to
-/// follow it, and nobody is to be told.
+/// True for the error of a run that was ended, or kept from starting, because the host shuts down. Its caller
+/// then stops silently.
 inline bool isHostShuttingDown(const PlatformError& error) {
   return error.domain == posixErrorDomain && error.code == ECANCELED;
 }
@@ -56,17 +57,20 @@ class ChildProcesses {
  public:
   virtual ~ChildProcesses() = default;
 
-  /// Starts the child, reads its output to the end, waits for it and reaps it. Of its standard error it reads
-  /// what has come when the child ends: children of its own may keep that open. Blocks; any thread. Fails
-  /// when the child cannot be started, or by `isHostShuttingDown`. Where `received` is given, the result has
-  /// no output.
-  virtual std::expected<ChildResult, PlatformError> run(const ChildCommand& command,
-                                                        const ChildStopTokens& ending = {},
-                                                        const ChildOutput& received = {}) = 0;
+  /// Starts the child, reads its output to the end, waits for it and reaps it. Standard error is read until
+  /// the child ends, since children of its own may keep that open. Blocks; any thread. Fails when the child
+  /// cannot be started, or by `isHostShuttingDown`. Where `received` is given, the result has no output.
+  [[nodiscard]] virtual std::expected<ChildResult, PlatformError> run(const ChildCommand& command,
+                                                                      const ChildStopTokens& stopTokens = {},
+                                                                      const ChildOutput& received = {}) = 0;
 
-  /// Starts the child and leaves it to itself: it has a session of its own, reads an empty input, and lives
-  /// on when the program ends. Captures nothing. Does not wait for it; any thread.
-  virtual std::expected<void, PlatformError> start(const ChildCommand& command) = 0;
+  /// Reaps the killed children that have ended by now; the number of those that have not. Any thread; does
+  /// not wait.
+  virtual std::size_t reapKilled() = 0;
+
+  /// Starts the child in a session of its own, with an empty input and nothing captured; it lives on when the
+  /// program ends. Does not wait for it; any thread.
+  [[nodiscard]] virtual std::expected<void, PlatformError> start(const ChildCommand& command) = 0;
 };
 
 }  // namespace ostrel

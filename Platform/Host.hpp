@@ -30,12 +30,12 @@
 
 namespace ostrel {
 
-/// Every service of one host. References live as long as the host that `makeHost` gave.
+/// The services of a host that need no shell. References live as long as the host.
 struct Host {
   MainQueue& mainQueue;
   BackgroundQueue& backgroundQueue;
   BackgroundQueue&
-      statusQueue;  ///< the threads of status runs alone, so that a hung helper holds up nothing else
+      statusQueue;  ///< its threads serve status runs alone, so that a hung helper blocks nothing else
   Clock& clock;
   ChildProcesses& childProcesses;
   Files& files;
@@ -49,34 +49,47 @@ struct Host {
   SystemExtensions& systemExtensions;
   NetworkPreferences& networkPreferences;
   NetworkPath& networkPath;
-  SystemWake& systemWake;
-  SingleInstance& menuBarInstance;  ///< that of the person's icon
-  UserNotifications& userNotifications;
+  SingleInstance& menuBarInstance;  ///< of the user's one icon
   Workspace& workspace;
+};
+
+/// The shell of a host, with the services that come with it.
+struct ShellServices {
   Shell& shell;
   StatusItem& statusItem;
   Screens& screens;
   OnboardingWindow& onboardingWindow;
   Alerts& alerts;
   Pasteboard& pasteboard;
+  UserNotifications& userNotifications;
+  SystemWake& systemWake;
 };
 
-/// Keeps a host's services alive. Its end ends every child and thread of the host.
+/// What the shell of a process serves.
+enum class ShellMode {
+  queueOnly,    ///< the main queue alone
+  hidden,       ///< the desktop, where there is one, with nothing to see and no commands to read
+  interactive,  ///< a screen or a console
+};
+
+/// Keeps a host alive. Main thread.
 class HostLifetime {
  public:
   virtual ~HostLifetime() = default;
-  virtual Host& services() = 0;
+
+  virtual const Host& services() = 0;
+
+  /// Opens the shell, at most once. Until then a signal ends the process at once; from then on the shell's
+  /// loop handles it.
+  virtual const ShellServices& openShell(ShellMode mode) = 0;
+
+  /// Closes the shell with everything it shows, ends the children and gives background work a second. Where
+  /// some is stuck the process exits here with the status. Call it last, when nothing uses the services any
+  /// more.
+  virtual void shutDown(int status) = 0;
 };
 
-/// How much of a shell the process needs.
-enum class Presence {
-  questions,    ///< none: a signal that would end a main loop ends the process at once
-  commandLine,  ///< one that only serves the main queue
-  unseen,       ///< that of the desktop, where there is one, with nothing to see and no commands to read
-  person,       ///< one with a screen or console
-};
-
-/// The host of this platform. One at a time, of those with a desktop one a process; on the main thread.
-std::unique_ptr<HostLifetime> makeHost(Presence presence);
+/// The host of this platform; one a process.
+std::unique_ptr<HostLifetime> makeHost();
 
 }  // namespace ostrel

@@ -18,10 +18,6 @@ class MainQueue {
   /// Runs the work once, in the order of posting. Any thread.
   virtual void post(std::function<void()> work) = 0;
 
-  /// Likewise, but wakes no sleeping thread: the work runs when other work is due. For what can wait. Any
-  /// thread.
-  virtual void postLazily(std::function<void()> work) = 0;
-
   /// Runs the work once after the delay. Main thread.
   [[nodiscard]] virtual ScheduledWork after(std::chrono::milliseconds delay, std::function<void()> work) = 0;
 

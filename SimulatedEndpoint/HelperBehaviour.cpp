@@ -22,11 +22,12 @@ struct Row {
 constexpr std::int64_t hour = 3'600'000;
 constexpr std::int64_t hundredMegabytes = 100'000'000;
 
-constexpr std::array<Row, 12> rows = {{
+constexpr std::array<Row, 13> rows = {{
     {"exit", Kind::number, 0, 255},
     {"signal", Kind::number, 1, 31},
     {"garbage", Kind::flag},
     {"hang", Kind::flag},
+    {"unreapable", Kind::flag},
     {"ignore_term", Kind::flag},
     {"omit", Kind::text},
     {"pad_bytes", Kind::number, 0, hundredMegabytes},
@@ -98,6 +99,7 @@ HelperBehaviour helperBehaviour(const Json& helper, std::string_view command) {
   behaviour.signal = helper.value("signal", 0);
   behaviour.printsGarbage = helper.value("garbage", false);
   behaviour.hangs = helper.value("hang", false);
+  behaviour.isUnreapable = helper.value("unreapable", false);
   behaviour.ignoresTermination = helper.value("ignore_term", false);
   behaviour.omittedKey = helper.value("omit", std::string());
   behaviour.padBytes = helper.value("pad_bytes", std::size_t{0});

@@ -18,6 +18,7 @@ struct HelperBehaviour {
   int signal = 0;
   bool printsGarbage = false;
   bool hangs = false;
+  bool isUnreapable = false;  ///< of one that hangs: once killed it stays as long as its parent lives
   bool ignoresTermination = false;
   std::string omittedKey;
   std::size_t padBytes = 0;

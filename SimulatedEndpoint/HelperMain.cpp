@@ -1,3 +1,4 @@
+#include <sys/ptrace.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -34,6 +35,18 @@ void rest(std::chrono::milliseconds duration) {
 /// Waits for as long as the process that started this one could still be waiting for the answer.
 void hang(pid_t starter) {
   while (getppid() == starter && starter != 1) rest(std::chrono::milliseconds(500));
+}
+
+/// Has a child trace this process until its starter ends. A process that is traced cannot be reaped by its
+/// parent, like one that waits for a device.
+void becomeUnreapable(pid_t starter) {
+  const pid_t self = getpid();
+  if (fork() != 0) return;
+  setsid();
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) close(stream);
+  ptrace(PTRACE_SEIZE, self, nullptr, nullptr);
+  while (kill(starter, 0) == 0) rest(std::chrono::milliseconds(100));
+  _exit(0);
 }
 
 bool print(std::string_view text) {
@@ -110,6 +123,7 @@ int main(int argc, char** argv) {
   if (behaviour.ignoresTermination) std::signal(SIGTERM, SIG_IGN);
   rest(behaviour.delay);
   if (behaviour.hangs) {
+    if (behaviour.isUnreapable) becomeUnreapable(starter);
     hang(starter);
     return 1;
   }

@@ -127,13 +127,11 @@ std::expected<PreviewReading, JsonError> readPreviewDocument(std::string_view by
   if (!std::in_range<std::int32_t>(status))
     return std::unexpected(JsonError{.path = "helper_status", .reason = "is not an exit status"});
   auto& snapshot = reading.model.snap;
-  if (status == 0 && envelope->report) {
-    snapshot.fill(*envelope->report);
-  } else {
-    snapshot = statusReading({.helper = {static_cast<std::int32_t>(status), ""}}).snapshot;
-  }
-  addTransparentProxies(snapshot, proxiesOf(*envelope));
-  addContentFilter(snapshot, filterOf(*envelope));
+  auto helper = HelperReading{.status = static_cast<std::int32_t>(status)};
+  if (status == 0) helper.report = envelope->report;
+  snapshot = statusSnapshot({.helper = std::make_shared<const HelperReading>(std::move(helper)),
+                             .transparentProxies = proxiesOf(*envelope),
+                             .contentFilter = filterOf(*envelope)});
   snapshot.mdmEnrolled = envelope->mdmEnrolled.value_or(false);
   reading.model.hasReading = true;
   reading.model.runningContainerRuntimes =

@@ -54,9 +54,7 @@ void CheckInNudges::start() {
   });
 }
 
-void CheckInNudges::nudgeOnNetworkExtensionChange(const Snapshot& snapshot) {
-  isEnrolled_ = snapshot.enrolled;
-  const auto state = NetworkExtensionState::of(snapshot);
+void CheckInNudges::nudgeOnNetworkExtensionChange(const NetworkExtensionState& state) {
   const auto earlier = std::exchange(lastNEState_, state);
   if (earlier && *earlier != state && isEnrolled_) checkNow_("network");
 }

@@ -49,9 +49,11 @@ class CheckInNudges {
   /// Starts to follow wakes and the network path. Call once.
   void start();
 
-  /// Takes the latest snapshot: nudges need one that is enrolled, and are due when its network extension has
-  /// changed.
-  void nudgeOnNetworkExtensionChange(const Snapshot& snapshot);
+  /// Only an enrolled Mac is nudged.
+  void setEnrolled(bool isEnrolled) { isEnrolled_ = isEnrolled; }
+
+  /// Takes the latest state of the network extension; a nudge is due when it has changed.
+  void nudgeOnNetworkExtensionChange(const NetworkExtensionState& state);
 
  private:
   void scheduleCheckinNudge(Event event);

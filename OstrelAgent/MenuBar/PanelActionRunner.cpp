@@ -22,14 +22,8 @@ std::optional<StatusReport::Health> healthOf(const JsonMembers& answer) {
 
 }  // namespace
 
-bool isUpdateUnsettled(const Snapshot& snapshot, std::optional<Date> until, Date now) {
-  const bool isOffered =
-      snapshot.update && (snapshot.update->state == "available" || snapshot.update->state == "eol");
-  return isOffered && until && now < *until;
-}
-
-PanelActionRunner::PanelActionRunner(Services services, Collaborators collaborators, Panel panel)
-    : services_(services), collaborators_(std::move(collaborators)), panel_(std::move(panel)) {}
+PanelActionRunner::PanelActionRunner(Services services, Collaborators collaborators)
+    : services_(services), collaborators_(std::move(collaborators)) {}
 
 StatusPanelActions PanelActionRunner::callbacks() {
   const auto bound = [weak = weak_from_this()](auto action) {
@@ -51,7 +45,7 @@ StatusPanelActions PanelActionRunner::callbacks() {
 
 void PanelActionRunner::checkNow(const std::string& reason) {
   const bool isUsers = reason == userReason;
-  if (isUsers && panel_.model.checkinInFlight) return;
+  if (isUsers && model().checkinInFlight) return;
   if (isUsers) show(&StatusPanelModel::checkinInFlight, true);
   inBackground(
       isUsers ? QualityOfService::userInitiated : QualityOfService::utility,
@@ -63,15 +57,15 @@ void PanelActionRunner::checkNow(const std::string& reason) {
 }
 
 void PanelActionRunner::finishCheckIn(const CheckIn& checkIn, bool isUsers) {
-  if (checkIn.health) panel_.applyHealth(*checkIn.health);
-  panel_.refresh();
+  if (checkIn.health) collaborators_.presenter->applyHealth(*checkIn.health);
+  collaborators_.refresh();
   if (!isUsers) return;
-  panel_.model.checkinInFlight = false;
+  model().checkinInFlight = false;
   showNotice(&StatusPanelModel::checkinNotice, checkinNoticeToken_, checkIn.notice, checkinNoticeTime);
 }
 
 void PanelActionRunner::copyDiagnostics() {
-  if (panel_.model.diagnosticsInFlight) return;
+  if (model().diagnosticsInFlight) return;
   show(&StatusPanelModel::diagnosticsInFlight, true);
   inBackground(
       QualityOfService::userInitiated,
@@ -79,7 +73,7 @@ void PanelActionRunner::copyDiagnostics() {
         return helper.runHelperCapturingStdout(arguments);
       },
       [](PanelActionRunner& self, const HelperRunner::HelperOutput& output) {
-        self.panel_.model.diagnosticsInFlight = false;
+        self.model().diagnosticsInFlight = false;
         if (output.status == 0) self.services_.pasteboard.setText(output.standardOutput);
         self.showNotice(&StatusPanelModel::diagnosticsNotice, self.diagnosticsNoticeToken_,
                         diagnosticsNotice(output.status), diagnosticsNoticeTime);
@@ -87,8 +81,8 @@ void PanelActionRunner::copyDiagnostics() {
 }
 
 void PanelActionRunner::sendDiagnostics() {
-  if (panel_.model.sendDiagnosticsInFlight) return;
-  panel_.model.sendDiagnosticsError.reset();
+  if (model().sendDiagnosticsInFlight) return;
+  model().sendDiagnosticsError.reset();
   show(&StatusPanelModel::sendDiagnosticsInFlight, true);
   auto arguments = diagnosticsArguments();
   arguments.emplace_back("--send");
@@ -102,13 +96,13 @@ void PanelActionRunner::sendDiagnostics() {
 }
 
 void PanelActionRunner::finishSending(const DiagnosticsSending& sending) {
-  if (sending.sentAt) panel_.model.diagnosticsSentAt = sending.sentAt;
-  panel_.model.sendDiagnosticsError = sending.error;
+  if (sending.sentAt) model().diagnosticsSentAt = sending.sentAt;
+  model().sendDiagnosticsError = sending.error;
   show(&StatusPanelModel::sendDiagnosticsInFlight, false);
 }
 
 void PanelActionRunner::confirmAndInstallUpdate() {
-  if (panel_.model.updateInFlight || std::exchange(isAskingToInstall_, true)) return;
+  if (model().updateInFlight || std::exchange(isAskingToInstall_, true)) return;
   services_.shell.activate();
   services_.alerts.show(installAlert(), [weak = weak_from_this()](std::size_t button) {
     const auto self = weak.lock();
@@ -119,7 +113,7 @@ void PanelActionRunner::confirmAndInstallUpdate() {
 }
 
 void PanelActionRunner::installUpdate() {
-  updateInFlightUntil_ = services_.clock.now() + longestUpdate;
+  model().updateInFlightUntil = services_.clock.now() + longestUpdate;
   show(&StatusPanelModel::updateInFlight, true);
   inBackground(
       QualityOfService::userInitiated, [socket = collaborators_.socket] { return socket.send("update"); },
@@ -129,16 +123,9 @@ void PanelActionRunner::installUpdate() {
 }
 
 void PanelActionRunner::presentUpdateFailure(const ControlSocketError& error) {
-  updateInFlightUntil_.reset();
+  model().updateInFlightUntil.reset();
   show(&StatusPanelModel::updateInFlight, false);
   present(updateFailedAlert(error));
-}
-
-void PanelActionRunner::clearUpdateInFlightIfSettled(const Snapshot& snapshot) {
-  if (!panel_.model.updateInFlight) return;
-  if (isUpdateUnsettled(snapshot, updateInFlightUntil_, services_.clock.now())) return;
-  panel_.model.updateInFlight = false;
-  updateInFlightUntil_.reset();
 }
 
 void PanelActionRunner::enableEgressLock() {
@@ -151,7 +138,7 @@ void PanelActionRunner::enableEgressLock() {
         if (!saved) {
           self->services_.log.line("ostrel: could not save the content filter: " + saved.error().description);
         }
-        self->panel_.refresh();
+        self->collaborators_.refresh();
       });
 }
 
@@ -168,7 +155,7 @@ void PanelActionRunner::enableTransparentProxy() {
 void PanelActionRunner::finishTransparentProxy(const std::string& error) {
   isSavingProxy_ = false;
   if (!error.empty()) services_.log.line("ostrel: could not save the transparent proxy: " + error);
-  panel_.refresh();
+  collaborators_.refresh();
   if (!error.empty()) present(filterOnFailedAlert(error));
 }
 
@@ -183,7 +170,7 @@ void PanelActionRunner::finishTrust(const DeviceCATrust::Outcome& outcome) {
   isTrusting_ = false;
   const bool hasFailed = outcome.kind == DeviceCATrust::Outcome::Case::failed;
   if (hasFailed) services_.log.line("ostrel: could not trust the device certificate: " + outcome.message);
-  panel_.refresh();
+  collaborators_.refresh();
   if (hasFailed) present(trustFailedAlert(outcome.message));
 }
 
@@ -194,24 +181,24 @@ void PanelActionRunner::inBackground(QualityOfService quality, Work work, Next n
 }
 
 std::vector<std::string> PanelActionRunner::diagnosticsArguments() const {
-  return {"diagnostics", "--network-extension", networkExtensionStates(panel_.model.snap)};
+  return {"diagnostics", "--network-extension", networkExtensionStates(collaborators_.presenter->latest())};
 }
 
 void PanelActionRunner::show(bool StatusPanelModel::*flag, bool value) {
-  panel_.model.*flag = value;
-  panel_.draw();
+  model().*flag = value;
+  draw();
 }
 
 void PanelActionRunner::showNotice(Notice notice, ScheduledWork& token, std::string text,
                                    std::chrono::milliseconds time) {
-  panel_.model.*notice = std::move(text);
+  model().*notice = std::move(text);
   token = services_.mainQueue.after(time, [weak = weak_from_this(), notice] {
     const auto self = weak.lock();
     if (!self) return;
-    (self->panel_.model.*notice).reset();
-    self->panel_.draw();
+    (self->model().*notice).reset();
+    self->draw();
   });
-  panel_.draw();
+  draw();
 }
 
 void PanelActionRunner::present(const Alert& alert) {

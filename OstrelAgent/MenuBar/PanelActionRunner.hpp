@@ -12,6 +12,7 @@
 #include "OstrelAgent/Daemon/DeviceCATrust.hpp"
 #include "OstrelAgent/Daemon/HelperRunner.hpp"
 #include "OstrelAgent/Extension/NetworkConfigurations.hpp"
+#include "OstrelAgent/MenuBar/PanelPresenter.hpp"
 #include "OstrelAgent/Panel/PanelMessages.hpp"
 #include "OstrelAgent/Panel/StatusPanelActions.hpp"
 #include "OstrelAgent/Panel/StatusPanelModel.hpp"
@@ -46,32 +47,22 @@ class PanelActionRunner : public std::enable_shared_from_this<PanelActionRunner>
     Alerts& alerts;
   };
 
-  /// What the actions do things with.
   struct Collaborators {
+    std::shared_ptr<PanelPresenter> presenter;
+    std::function<void()> refresh;  ///< requests a refresh of the status
     HelperRunner helper;
     ControlSocket socket;
     DeviceCATrust trust;
     NetworkConfigurations configurations;
   };
 
-  /// The panel that the actions belong to; it outlives them.
-  struct Panel {
-    StatusPanelModel& model;
-    std::function<void()> draw;     ///< shows what has changed in the model
-    std::function<void()> refresh;  ///< starts to read the status anew
-    std::function<void(const StatusReport::Health&)> applyHealth;
-  };
-
-  PanelActionRunner(Services services, Collaborators collaborators, Panel panel);
+  PanelActionRunner(Services services, Collaborators collaborators);
 
   /// The callbacks of these actions; they hold this weakly.
   StatusPanelActions callbacks();
 
   /// Asks the daemon for a check-in. Only one for the reason "user" shows in the panel.
   void checkNow(const std::string& reason);
-
-  /// Ends "Installing…" once the snapshot offers no update any more, or after `longestUpdate`.
-  void clearUpdateInFlightIfSettled(const Snapshot& snapshot);
 
  private:
   using Notice = std::optional<std::string> StatusPanelModel::*;
@@ -101,11 +92,11 @@ class PanelActionRunner : public std::enable_shared_from_this<PanelActionRunner>
   void show(bool StatusPanelModel::*flag, bool value);
   void showNotice(Notice notice, ScheduledWork& token, std::string text, std::chrono::milliseconds time);
   void present(const Alert& alert);
+  StatusPanelModel& model() { return collaborators_.presenter->model(); }
+  void draw() { collaborators_.presenter->draw(); }
 
   Services services_;
   Collaborators collaborators_;
-  Panel panel_;
-  std::optional<Date> updateInFlightUntil_;
   ScheduledWork checkinNoticeToken_;  ///< clears the notice; goes when another takes its place
   ScheduledWork diagnosticsNoticeToken_;
   bool isAskingToInstall_ = false;
@@ -113,9 +104,5 @@ class PanelActionRunner : public std::enable_shared_from_this<PanelActionRunner>
   bool isSavingProxy_ = false;
   bool isTrusting_ = false;
 };
-
-/// True while an update that was asked for may still be at work: the snapshot goes on offering it, and the
-/// deadline, if there is one, is ahead.
-bool isUpdateUnsettled(const Snapshot& snapshot, std::optional<Date> until, Date now);
 
 }  // namespace ostrel

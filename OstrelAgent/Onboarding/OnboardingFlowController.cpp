@@ -37,10 +37,7 @@ bool isApproved(const SetupObservation& observation) {
 
 OnboardingFlowController::OnboardingFlowController(OnboardingMode mode, Services services,
                                                    Collaborators collaborators)
-    : services_(services),
-      collaborators_(std::move(collaborators)),
-      model_(mode),
-      statusRuns_(services.mainQueue) {}
+    : services_(services), collaborators_(std::move(collaborators)), model_(mode) {}
 
 void OnboardingFlowController::show() {
   const auto weak = weak_from_this();
@@ -56,7 +53,10 @@ void OnboardingFlowController::show() {
                              [weak] {
                                if (const auto self = weak.lock()) self->windowWillClose();
                              }});
-  refresh();
+  collaborators_.refresher->start([weak](const RefreshResult& result) {
+    const auto self = weak.lock();
+    if (self && self->isOpen_) self->publish(setupObservation(result.inputs));
+  });
   pollTimer_ = services_.mainQueue.every(pollPeriod, [weak] {
     if (const auto self = weak.lock()) self->refresh();
   });
@@ -94,34 +94,6 @@ void OnboardingFlowController::windowWillClose() {
   pollTimer_ = nullptr;
   activation_ = nullptr;
   services_.shell.terminate();
-}
-
-void OnboardingFlowController::refresh() {
-  const auto run = statusRuns_.begin();
-  if (!run) return;
-  pollGeneration_ = run->number;
-  const auto finish = [weak = weak_from_this(), number = run->number,
-                       &queue = services_.mainQueue](const SetupObservation& observation) {
-    queue.post([weak, number, observation] {
-      if (const auto self = weak.lock()) self->finishRefresh(number, observation);
-    });
-  };
-  services_.statusQueue.run(QualityOfService::utility, [finish, ending = run->ending,
-                                                        helper = collaborators_.helper,
-                                                        &preferences = services_.networkPreferences] {
-    preferences.loadTransparentProxies([finish, observation = readSetup(helper, ending)](const auto& loaded) {
-      finish(withTransparentProxies(observation, loaded));
-    });
-  });
-}
-
-void OnboardingFlowController::finishRefresh(std::uint64_t run, const SetupObservation& observation) {
-  const auto finish = statusRuns_.finish(run);
-  if (!isOpen_) return;
-  // While the helper hangs no run is ever the newest that ends, and what was true before must not stand.
-  const bool tellsOfHang = finish.wasEnded && finish.mayPublish;
-  if (run == pollGeneration_ || tellsOfHang) publish(observation);
-  if (finish.startsWaiting) refresh();
 }
 
 void OnboardingFlowController::publish(const SetupObservation& observation) {

@@ -9,13 +9,12 @@
 
 #include "OstrelAgent/Daemon/ControlSocket.hpp"
 #include "OstrelAgent/Daemon/DeviceCATrust.hpp"
-#include "OstrelAgent/Daemon/HelperRunner.hpp"
 #include "OstrelAgent/Extension/CaptureConfig.hpp"
 #include "OstrelAgent/Extension/MenuBarAgent.hpp"
 #include "OstrelAgent/Extension/NetworkConfigurations.hpp"
 #include "OstrelAgent/Onboarding/ActivationRun.hpp"
 #include "OstrelAgent/Onboarding/OnboardingContent.hpp"
-#include "OstrelAgent/Status/StatusRunLimiter.hpp"
+#include "OstrelAgent/Status/StatusRefresher.hpp"
 #include "Platform/BackgroundQueue.hpp"
 #include "Platform/OnboardingWindow.hpp"
 #include "Platform/Shell.hpp"
@@ -34,12 +33,10 @@ class OnboardingFlowController : public std::enable_shared_from_this<OnboardingF
   struct Services {
     MainQueue& mainQueue;
     BackgroundQueue& backgroundQueue;
-    BackgroundQueue& statusQueue;
     ChildProcesses& childProcesses;
     const Bundle& bundle;
     Log& log;
     UserDefaults& userDefaults;
-    NetworkPreferences& networkPreferences;
     UserNotifications& notifications;
     Workspace& workspace;
     OnboardingWindow& window;
@@ -48,7 +45,7 @@ class OnboardingFlowController : public std::enable_shared_from_this<OnboardingF
 
   /// What the flow does things with.
   struct Collaborators {
-    HelperRunner helper;
+    std::shared_ptr<StatusRefresher> refresher;
     ControlSocket socket;
     DeviceCATrust trust;
     NetworkConfigurations configurations;
@@ -66,8 +63,7 @@ class OnboardingFlowController : public std::enable_shared_from_this<OnboardingF
   void perform(OnboardingAction action, const std::string& token);
   void windowWillClose();
 
-  void refresh();
-  void finishRefresh(std::uint64_t run, const SetupObservation& observation);
+  void refresh() { collaborators_.refresher->request(); }
   void publish(const SetupObservation& observation);
   void followEnrolment();
   void askWhetherEnrolled();
@@ -96,10 +92,8 @@ class OnboardingFlowController : public std::enable_shared_from_this<OnboardingF
   Services services_;
   Collaborators collaborators_;
   OnboardingFlowModel model_;
-  StatusRunLimiter statusRuns_;
   std::unique_ptr<ActivationRun> activation_;
   ScheduledWork pollTimer_;
-  std::uint64_t pollGeneration_ = 0;
   bool isTrusting_ = false;
   bool isSavingFilter_ = false;
   bool trustThenActivate_ = false;

@@ -1,6 +1,7 @@
 #include "OstrelAgent/Status/StatusRead.hpp"
 
 #include <algorithm>
+#include <utility>
 
 #include "OstrelAgent/Text/Copy.hpp"
 
@@ -8,75 +9,85 @@ namespace ostrel {
 
 namespace {
 
-void addReport(StatusReading& reading, const HelperRunner::HelperOutput& helper) {
-  if (helper.status == 0) {
-    if (const auto report = StatusReport::decode(helper.standardOutput)) {
-      reading.snapshot.fill(*report);
-      if (report->reactivatePending.value_or(false)) {
-        reading.reactivateVersion = report->reactivateVersion.value_or("");
-      }
-      return;
-    }
-  }
-  // A report that cannot be read from a helper that ended well is told with the number 0.
-  reading.snapshot.statusError = Copy::statusUnavailable.with(helper.status);
-}
-
-}  // namespace
-
-StatusReading statusReading(const StatusInputs& sources) {
-  StatusReading reading;
-  addReport(reading, sources.helper);
-  addTransparentProxies(reading.snapshot, sources.transparentProxies);
-  addContentFilter(reading.snapshot, sources.contentFilter);
-  return reading;
-}
-
-HelperRunner::HelperOutput runStatus(const HelperRunner& helper, const ChildStopTokens& ending) {
-  return helper.runHelperCapturingStdout({"status", "--json"}, ending);
-}
-
+/// True when the extension diverts traffic by one of the proxies, also of those that came with an error.
 bool isConnected(const NetworkPreferences::TransparentProxies& loaded) {
   return std::ranges::any_of(loaded ? *loaded : loaded.error().arrived,
                              &TransparentProxyConfiguration::connected);
 }
 
-void addTransparentProxies(Snapshot& snapshot, const NetworkPreferences::TransparentProxies& loaded) {
-  snapshot.sysextActive = isConnected(loaded);
-  if (!loaded || loaded->empty()) return;
-  snapshot.transparentProxy = Snapshot::TransparentProxy{
-      .approved = true, .enabled = std::ranges::any_of(*loaded, &TransparentProxyConfiguration::enabled)};
+bool isAnyEnabled(const NetworkPreferences::TransparentProxies& loaded) {
+  return std::ranges::any_of(*loaded, &TransparentProxyConfiguration::enabled);
 }
 
-void addContentFilter(Snapshot& snapshot, const NetworkPreferences::ContentFilter& loaded) {
-  snapshot.egressLockEnabled = loaded && loaded->hasProvider && loaded->enabled;
+std::optional<StatusReport> reportOf(const HelperRunner::HelperOutput& answer) {
+  if (answer.status != 0 || answer.standardOutput.size() > HelperReading::maxReportSize) return std::nullopt;
+  auto report = StatusReport::decode(answer.standardOutput);
+  return report ? std::optional(std::move(*report)) : std::nullopt;
 }
 
-void SetupObservation::addReport(const StatusReport& report) {
-  statusRead = true;
-  enrolled = report.enrolled.value_or(false);
-  caTrustPending = report.caTrustPending.value_or(false);
-  daemonListening = report.daemonListening;
+void addReport(SetupObservation& observation, const StatusReport& report) {
+  observation.statusRead = true;
+  observation.enrolled = report.enrolled.value_or(false);
+  observation.caTrustPending = report.caTrustPending.value_or(false);
+  observation.daemonListening = report.daemonListening;
   if (!report.health) return;
-  verdict = report.health->verdict.value_or("");
+  observation.verdict = report.health->verdict.value_or("");
   if (!report.health->sysext) return;
-  sysextState = report.health->sysext->state;
-  sysextCode = report.health->sysext->code.value_or("");
+  observation.sysextState = report.health->sysext->state;
+  observation.sysextCode = report.health->sysext->code.value_or("");
 }
 
-SetupObservation readSetup(const HelperRunner& helper, const ChildStopTokens& ending) {
+}  // namespace
+
+std::shared_ptr<const HelperReading> readHelper(HelperRunner::HelperOutput answer,
+                                                std::shared_ptr<const HelperReading> previous) {
+  const bool isUnchanged =
+      previous && previous->status == answer.status && previous->output == answer.standardOutput;
+  if (isUnchanged) return previous;
+  auto reading = std::make_shared<HelperReading>(HelperReading{.status = answer.status});
+  reading->report = reportOf(answer);
+  if (answer.standardOutput.size() <= HelperReading::maxKeptOutput) {
+    reading->output = std::move(answer.standardOutput);
+  }
+  return reading;
+}
+
+HelperRunner::HelperOutput runStatus(const HelperRunner& helper, const ChildStopTokens& stopTokens) {
+  return helper.runHelperCapturingStdout({"status", "--json"}, stopTokens);
+}
+
+Snapshot statusSnapshot(const StatusInputs& inputs) {
+  Snapshot snapshot;
+  if (inputs.helper->report) {
+    snapshot.fill(*inputs.helper->report);
+  } else {
+    // A helper that succeeded without printing a report is shown with the number 0.
+    snapshot.statusError = Copy::statusUnavailable.with(inputs.helper->status);
+  }
+  if (const auto& proxies = inputs.transparentProxies) {
+    snapshot.sysextActive = isConnected(*proxies);
+    if (*proxies && !(*proxies)->empty()) {
+      snapshot.transparentProxy = {.approved = true, .enabled = isAnyEnabled(*proxies)};
+    }
+  }
+  const auto& filter = inputs.contentFilter;
+  snapshot.egressLockEnabled = filter && *filter && (*filter)->hasProvider && (*filter)->enabled;
+  return snapshot;
+}
+
+std::optional<std::string> pendingReactivation(const StatusInputs& inputs) {
+  const auto& report = inputs.helper->report;
+  if (!report || !report->reactivatePending.value_or(false)) return std::nullopt;
+  return report->reactivateVersion.value_or("");
+}
+
+SetupObservation setupObservation(const StatusInputs& inputs) {
   SetupObservation observation;
-  const auto run = runStatus(helper, ending);
-  if (run.status != 0) return observation;
-  if (const auto report = StatusReport::decode(run.standardOutput)) observation.addReport(*report);
-  return observation;
-}
-
-SetupObservation withTransparentProxies(SetupObservation observation,
-                                        const NetworkPreferences::TransparentProxies& loaded) {
-  observation.sysextActive = isConnected(loaded);
-  if (!loaded) return observation;
-  observation.transparentProxyEnabled = std::ranges::any_of(*loaded, &TransparentProxyConfiguration::enabled);
+  if (inputs.helper->report) addReport(observation, *inputs.helper->report);
+  if (const auto& proxies = inputs.transparentProxies) {
+    observation.sysextActive = isConnected(*proxies);
+    if (*proxies) observation.transparentProxyEnabled = isAnyEnabled(*proxies);
+  }
   return observation;
 }
 

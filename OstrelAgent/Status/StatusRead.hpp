@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -9,38 +11,41 @@
 
 namespace ostrel {
 
-/// What a refresh takes in, as it comes.
-struct StatusInputs {
-  HelperRunner::HelperOutput helper;
-  NetworkPreferences::TransparentProxies transparentProxies = {};
-  NetworkPreferences::ContentFilter contentFilter = {};
+/// What the helper answered to "status --json".
+struct HelperReading {
+  static constexpr std::size_t maxKeptOutput = std::size_t{1} << 20;
+  static constexpr std::size_t maxReportSize = std::size_t{8} << 20;
 
+  std::int32_t status = 0;
+  std::optional<std::string> output = {};   ///< as printed; absent when larger than `maxKeptOutput`
+  std::optional<StatusReport> report = {};  ///< absent when the helper failed or printed no report
+};
+
+/// Reads an answer of the helper. One that equals the previous one is not decoded again: the previous reading
+/// is returned.
+std::shared_ptr<const HelperReading> readHelper(HelperRunner::HelperOutput answer,
+                                                std::shared_ptr<const HelperReading> previous);
+
+/// Runs the helper for its status report. Blocks.
+HelperRunner::HelperOutput runStatus(const HelperRunner& helper, const ChildStopTokens& stopTokens = {});
+
+/// What a refresh read. A load that did not come in time is absent.
+struct StatusInputs {
+  std::shared_ptr<const HelperReading> helper = {};
+  std::optional<NetworkPreferences::TransparentProxies> transparentProxies = {};
+  std::optional<NetworkPreferences::ContentFilter> contentFilter = {};
+
+  /// Equal when nothing was read again, and equal preferences were loaded.
   bool operator==(const StatusInputs&) const = default;
 };
 
-/// What they tell.
-struct StatusReading {
-  Snapshot snapshot;
-  /// The version for which the extension is to be re-activated, empty when it is not said; absent when none
-  /// is to be.
-  std::optional<std::string> reactivateVersion = {};
+/// The snapshot of a refresh: `statusError` in place of a report that is absent; a load that is absent counts
+/// like one that failed.
+Snapshot statusSnapshot(const StatusInputs& inputs);
 
-  bool operator==(const StatusReading&) const = default;
-};
-
-/// Filled from the helper's report, or with `statusError` in its place when the helper failed or printed no
-/// report; then from the network preferences.
-StatusReading statusReading(const StatusInputs& sources);
-
-/// Runs the helper for its status report. Blocks.
-HelperRunner::HelperOutput runStatus(const HelperRunner& helper, const ChildStopTokens& ending = {});
-
-/// True when the extension diverts traffic by one of the proxies, of those too that came with an error.
-bool isConnected(const NetworkPreferences::TransparentProxies& loaded);
-
-/// Adds what the network preferences say. What was not loaded keeps its default.
-void addTransparentProxies(Snapshot& snapshot, const NetworkPreferences::TransparentProxies& loaded);
-void addContentFilter(Snapshot& snapshot, const NetworkPreferences::ContentFilter& loaded);
+/// The version for which the report wants the extension re-activated, empty when it names none; absent when
+/// it wants nothing.
+std::optional<std::string> pendingReactivation(const StatusInputs& inputs);
 
 /// One reading of the Mac's setup.
 struct SetupObservation {
@@ -54,18 +59,10 @@ struct SetupObservation {
   std::optional<bool> transparentProxyEnabled;  ///< absent when the configurations could not be loaded
   std::string verdict;
 
-  /// Takes over what the helper's report says.
-  void addReport(const StatusReport& report);
-
   bool operator==(const SetupObservation&) const = default;
 };
 
-/// What the helper's status report says of the setup; nothing read when it fails or does not decode. Blocks.
-SetupObservation readSetup(const HelperRunner& helper, const ChildStopTokens& ending = {});
-
-/// The observation with what the network preferences say; after a failed load at most that the extension is
-/// active.
-SetupObservation withTransparentProxies(SetupObservation observation,
-                                        const NetworkPreferences::TransparentProxies& loaded);
+/// The setup as a refresh read it; nothing of a report that is absent.
+SetupObservation setupObservation(const StatusInputs& inputs);
 
 }  // namespace ostrel

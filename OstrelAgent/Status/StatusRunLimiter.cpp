@@ -1,38 +1,37 @@
 #include "OstrelAgent/Status/StatusRunLimiter.hpp"
 
 #include <algorithm>
-#include <utility>
 
 namespace ostrel {
 
-std::optional<StatusRunLimiter::Run> StatusRunLimiter::begin() {
-  if (outstanding_.size() >= mostOutstanding) {
-    const bool isPlaceComing = std::ranges::any_of(outstanding_, &Outstanding::isBeingEnded);
-    if (!isPlaceComing) endOldest();
-    isRequestWaiting_ = true;
-    return std::nullopt;
-  }
-  const auto& run = outstanding_.emplace_back(Outstanding{++started_, {}, {}, nullptr});
-  return Run{run.number, {run.terminate.get_token(), run.kill.get_token()}};
+std::optional<std::uint64_t> StatusRunLimiter::begin() {
+  const auto latest = ages_.find(latest_);
+  const bool isTooSoon = latest != ages_.end() && latest->second < secondsUntilNext;
+  if (!isRequested_ || isTooSoon) return std::nullopt;
+  isRequested_ = false;
+  ages_[++latest_] = 0;
+  return latest_;
 }
 
-StatusRunLimiter::Finish StatusRunLimiter::finish(std::uint64_t number) {
-  const auto run = std::ranges::find(outstanding_, number, &Outstanding::number);
-  if (run == outstanding_.end()) return {};
-  const bool wasEnded = run->isBeingEnded();
-  const bool wasOvertaken = latestFinished_ > number;
-  outstanding_.erase(run);
+bool StatusRunLimiter::countSecond(std::uint64_t number) { return ++ages_.at(number) >= secondsUntilOver; }
+
+bool StatusRunLimiter::finish(std::uint64_t number) {
+  ages_.erase(number);
+  const bool isOvertaken = latestFinished_ > number;
   latestFinished_ = std::max(latestFinished_, number);
-  return {.mayPublish = !wasEnded || !wasOvertaken,
-          .wasEnded = wasEnded,
-          .startsWaiting = std::exchange(isRequestWaiting_, false)};
+  return !isOvertaken;
 }
 
-void StatusRunLimiter::endOldest() {
-  auto& oldest = outstanding_.front();
-  oldest.killTimer =
-      mainQueue_.after(graceBeforeKill, [kill = oldest.kill]() mutable { kill.request_stop(); });
-  oldest.terminate.request_stop();
+std::optional<std::uint64_t> LoadLimiter::ask() {
+  if (pause_) return std::nullopt;
+  ++asked_;
+  if (isExhausted()) pause_ = mainQueue_.after(retryInterval, [this] { pause_ = nullptr; });
+  return asked_;
+}
+
+void LoadLimiter::answer(std::uint64_t number) {
+  answered_ = std::max(answered_, number);
+  if (!isExhausted()) pause_ = nullptr;
 }
 
 }  // namespace ostrel

@@ -16,6 +16,17 @@ PosixBackgroundQueue::PosixBackgroundQueue(std::size_t maximumThreads)
 }
 
 PosixBackgroundQueue::~PosixBackgroundQueue() {
+  dropWaiting();
+  for (const auto thread : threads_) pthread_join(thread, nullptr);
+}
+
+bool PosixBackgroundQueue::finish(std::chrono::milliseconds timeout) {
+  dropWaiting();
+  std::unique_lock lock(mutex_);
+  return changed_.wait_for(lock, timeout, [this] { return serving_ == 0; });
+}
+
+void PosixBackgroundQueue::dropWaiting() {
   {
     std::array<Waiting, 2> dropped;  // ends after the lock, since what the work holds may want the queue
     const std::lock_guard lock(mutex_);
@@ -23,7 +34,6 @@ PosixBackgroundQueue::~PosixBackgroundQueue() {
     std::swap(dropped, waiting_);
   }
   changed_.notify_all();
-  for (const auto thread : threads_) pthread_join(thread, nullptr);
 }
 
 void PosixBackgroundQueue::run(QualityOfService quality, std::function<void()> work) {
@@ -53,6 +63,7 @@ void PosixBackgroundQueue::startThread() {
   // Where the system has no further thread to give, the work waits for one of the pool.
   if (pthread_create(&thread, nullptr, serveQueue, this) == 0) {
     threads_.push_back(thread);
+    ++serving_;
     ++idle_;  // from now on, so that work which comes before the thread runs starts no second one
   }
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
@@ -63,7 +74,7 @@ void PosixBackgroundQueue::serve() {
   while (true) {
     changed_.wait(lock, [this] { return ending_ || countWaiting() > 0; });
     --idle_;
-    if (ending_) return;
+    if (ending_) break;
     auto work = takeNext();
     lock.unlock();
     work();
@@ -71,6 +82,8 @@ void PosixBackgroundQueue::serve() {
     lock.lock();
     ++idle_;
   }
+  --serving_;
+  changed_.notify_all();
 }
 
 std::function<void()> PosixBackgroundQueue::takeNext() {

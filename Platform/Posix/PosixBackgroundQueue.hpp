@@ -3,6 +3,7 @@
 #include <pthread.h>
 
 #include <array>
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
@@ -13,8 +14,8 @@
 
 namespace ostrel {
 
-/// A pool that starts one thread at once and the others when first needed. Its end drops waiting work and
-/// waits for running work.
+/// A pool that starts one thread at once and the others when first needed. Its destructor drops waiting work
+/// and waits for running work.
 class PosixBackgroundQueue final : public BackgroundQueue {
  public:
   /// Throws std::system_error when the system has not even one thread to give: nothing would ever run.
@@ -23,11 +24,15 @@ class PosixBackgroundQueue final : public BackgroundQueue {
 
   void run(QualityOfService quality, std::function<void()> work) override;
 
+  /// Drops waiting work and takes no more; true when the running work ends in that time. Any thread.
+  [[nodiscard]] bool finish(std::chrono::milliseconds timeout);
+
  private:
   using Waiting = std::deque<std::function<void()>>;
 
   void startThread();
   void serve();
+  void dropWaiting();
   std::size_t countWaiting() const { return waiting_[0].size() + waiting_[1].size(); }
   std::function<void()> takeNext();
 
@@ -37,6 +42,7 @@ class PosixBackgroundQueue final : public BackgroundQueue {
   std::array<Waiting, 2> waiting_;  // more urgent first
   std::vector<pthread_t> threads_;
   std::size_t idle_ = 0;
+  std::size_t serving_ = 0;  ///< threads that have not ended
   bool ending_ = false;
 };
 

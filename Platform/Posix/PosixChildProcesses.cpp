@@ -24,33 +24,32 @@ struct PosixChildProcesses::Child {
   pid_t process = 0;
   pid_t target = 0;  ///< what signals go to: the process, or its group as a negative number
   bool outlivesProgram = false;
-  Pipe stop;  ///< readable when nothing more is to be waited for; not open where only the child's end is
+  Pipe stop = {};  ///< readable when the run is to return at once; not open where the terminal is shared
   bool isEndedWithProgram = false;
-  bool isDetached = false;              ///< to itself, and neither waited for nor reaped
-  std::atomic<bool> isStopped = false;  ///< the pipe has been written to
+  std::atomic<bool> isKilled = false;
 
+  bool sharesTerminal() const { return target >= 0; }
   void terminate() const { ::kill(target, SIGTERM); }
 
-  /// One that shares the terminal is the person's to end: in the middle it might leave things half done.
+  /// A child that shares the terminal is the user's to end: in the middle it might leave things half done.
   void endWithProgram() {
-    if (target >= 0) return;
+    if (sharesTerminal()) return;
     isEndedWithProgram = true;
-    if (outlivesProgram) return stopWaiting();
-    kill();
+    outlivesProgram ? returnAtOnce() : terminate();
   }
 
   void kill() {
     ::kill(target, SIGKILL);
-    stopWaiting();
+    isKilled = true;
+    returnAtOnce();
   }
 
-  void stopWaiting() {
-    isStopped = true;
+  void returnAtOnce() {
     if (stop.writing) (void)writeAll(stop.writing.number(), "k");
   }
 };
 
-/// A child's place among those that `endAll` ends, held until just before it is reaped.
+/// Lists a child for `endAll` until just before it is reaped.
 class PosixChildProcesses::RunningChildRegistration {
  public:
   RunningChildRegistration(PosixChildProcesses& owner, Child& child) : owner_(owner), child_(child) {
@@ -63,6 +62,7 @@ class PosixChildProcesses::RunningChildRegistration {
   ~RunningChildRegistration() {
     const std::lock_guard lock(owner_.mutex_);
     owner_.children_.erase(&child_);
+    owner_.runFinished_.notify_all();
   }
 
  private:
@@ -73,23 +73,25 @@ class PosixChildProcesses::RunningChildRegistration {
 namespace {
 
 constexpr std::size_t errorLimit = 65536;
+constexpr int noTimeout = -1;
+constexpr int timeToDie = 100;  // milliseconds
 
 /// The pipe of a stream; not open where it is not captured.
 std::expected<Pipe, PlatformError> pipeFor(ChildStream stream) {
   return stream == ChildStream::captured ? makePipe() : Pipe();
 }
 
-/// One captured stream of a child: what is read of it, up to a limit.
+/// One captured stream of a child, read up to a limit.
 class CapturedStream {
  public:
   /// Reads nothing where the descriptor is none.
   CapturedStream(int descriptor, std::size_t limit, std::string& into)
       : descriptor_(descriptor), limit_(limit), into_(into) {}
 
-  /// Hands on what is read, in place of keeping it.
-  void handTo(const ChildOutput& receiver) { receiver_ = &receiver; }
+  /// Passes on what is read instead of keeping it.
+  void passTo(const ChildOutput& receiver) { receiver_ = &receiver; }
 
-  /// What to wait for; a stream that has ended waits for nothing.
+  /// What to poll; a stream that has ended is ignored.
   pollfd watched() const { return {descriptor_, POLLIN, 0}; }
   bool hasEnded() const { return descriptor_ < 0; }
   bool isWithinLimit() const { return isWithinLimit_; }
@@ -105,7 +107,7 @@ class CapturedStream {
     if (static_cast<std::size_t>(count) > room) isWithinLimit_ = false;
   }
 
-  /// Reads what has come by now, and then no more, though others may hold the stream open or write on.
+  /// Reads what is there by now and no more, though other processes may keep the stream open.
   void readRest(std::span<char> buffer) {
     int waiting = 0;
     if (::ioctl(descriptor_, FIONREAD, &waiting) != 0) waiting = 0;
@@ -127,8 +129,8 @@ class CapturedStream {
   bool isWithinLimit_ = true;
 };
 
-/// Reads both streams to their ends, or until `stop` is readable or there is more output than its limit; the
-/// error's end is that of the child.
+/// Reads both streams to their ends, or until `stop` is readable or the output exceeds its limit. Standard
+/// error is read until the child ends.
 void readStreams(CapturedStream& output, CapturedStream& error, int stop, int childEnd) {
   std::array<char, 65536> buffer;
   while (output.isWithinLimit() && !(output.hasEnded() && error.hasEnded())) {
@@ -148,15 +150,14 @@ void readStreams(CapturedStream& output, CapturedStream& error, int stop, int ch
   }
 }
 
-/// A child that cannot be waited for, since somebody else has reaped it, did not end well.
-siginfo_t waitFor(pid_t process, int options) {
+/// Waits for the child to end, which leaves it to be reaped. One that somebody else has reaped counts as
+/// killed.
+std::int32_t waitForStatus(pid_t process) {
   siginfo_t info{};
-  while (::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | options) != 0) {
-    if (errno == EINTR) continue;
-    info.si_status = SIGKILL;
-    break;
+  while (::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOWAIT) != 0) {
+    if (errno != EINTR) return SIGKILL;
   }
-  return info;
+  return info.si_status;
 }
 
 bool hasEnded(pid_t process) {
@@ -165,13 +166,16 @@ bool hasEnded(pid_t process) {
          info.si_pid != 0;
 }
 
-/// Waits until the child has ended or `stop` is readable. Where no descriptor tells the child's end it looks
-/// for it, a few times a second.
-void waitForEither(pid_t process, int childEnd, int stop) {
+/// True once the child is reaped, or cannot be since somebody else did.
+bool reap(pid_t process) { return ::waitpid(process, nullptr, WNOHANG) != 0; }
+
+/// Waits until the child has ended, `stop` is readable or that many milliseconds have passed. Without a
+/// descriptor for the child's end it looks a few times a second.
+void waitForEither(pid_t process, int childEnd, int stop, int timeout) {
   std::array<pollfd, 2> watched = {pollfd{stop, POLLIN, 0}, pollfd{childEnd, POLLIN, 0}};
-  const int patience = childEnd < 0 ? 200 : -1;
-  while (::poll(watched.data(), watched.size(), patience) <= 0) {
-    if (hasEnded(process)) return;
+  const int interval = childEnd < 0 && timeout == noTimeout ? 200 : timeout;
+  while (::poll(watched.data(), watched.size(), interval) <= 0) {
+    if (timeout != noTimeout || hasEnded(process)) return;
   }
 }
 
@@ -189,16 +193,27 @@ PosixChildProcesses::~PosixChildProcesses() {
   endAll();
   std::unique_lock lock(mutex_);
   runFinished_.wait(lock, [this] { return runs_ == 0; });
+  std::erase_if(killed_, reap);
 }
 
 void PosixChildProcesses::endAll() {
-  const std::lock_guard lock(mutex_);
+  std::unique_lock lock(mutex_);
   ended_ = true;
   for (auto* child : children_) child->endWithProgram();
+  runFinished_.wait_for(lock, graceBeforeKill, [this] { return !isAnyRunning(false); });
+  for (auto* child : children_) {
+    if (!child->sharesTerminal()) child->kill();
+  }
+  runFinished_.wait(lock, [this] { return !isAnyRunning(true); });
+}
+
+bool PosixChildProcesses::isAnyRunning(bool sharesTerminal) const {
+  return std::ranges::any_of(children_,
+                             [&](const Child* child) { return child->sharesTerminal() == sharesTerminal; });
 }
 
 std::expected<ChildResult, PlatformError> PosixChildProcesses::run(const ChildCommand& command,
-                                                                   const ChildStopTokens& ending,
+                                                                   const ChildStopTokens& stopTokens,
                                                                    const ChildOutput& received) {
   {
     const std::lock_guard lock(mutex_);
@@ -206,11 +221,17 @@ std::expected<ChildResult, PlatformError> PosixChildProcesses::run(const ChildCo
     reapStarted();
     ++runs_;
   }
-  auto result = runChild(command, ending, received);
+  auto result = runChild(command, stopTokens, received);
   const std::lock_guard lock(mutex_);
   --runs_;
   runFinished_.notify_all();
   return result;
+}
+
+std::size_t PosixChildProcesses::reapKilled() {
+  const std::lock_guard lock(mutex_);
+  std::erase_if(killed_, reap);
+  return killed_.size();
 }
 
 std::expected<void, PlatformError> PosixChildProcesses::start(const ChildCommand& command) {
@@ -223,76 +244,65 @@ std::expected<void, PlatformError> PosixChildProcesses::start(const ChildCommand
   return {};
 }
 
-/// The mutex is held. A child that cannot be waited for has been reaped by somebody else.
-void PosixChildProcesses::reapStarted() {
-  std::erase_if(started_, [](pid_t process) { return ::waitpid(process, nullptr, WNOHANG) != 0; });
-}
+/// The mutex is held.
+void PosixChildProcesses::reapStarted() { std::erase_if(started_, reap); }
 
 std::expected<ChildResult, PlatformError> PosixChildProcesses::runChild(const ChildCommand& command,
-                                                                        const ChildStopTokens& ending,
+                                                                        const ChildStopTokens& stopTokens,
                                                                         const ChildOutput& received) {
-  if (ending.kill.stop_requested()) return ChildResult{SIGKILL, {}};
-  if (ending.terminate.stop_requested()) return ChildResult{SIGTERM, {}};
+  if (stopTokens.kill.stop_requested()) return ChildResult{SIGKILL, {}};
+  if (stopTokens.terminate.stop_requested()) return ChildResult{SIGTERM, {}};
   auto output = pipeFor(command.output);
   if (!output) return std::unexpected(std::move(output.error()));
   auto error = pipeFor(command.error);
   if (!error) return std::unexpected(std::move(error.error()));
-  const bool isWatched = output->reading || error->reading || command.outlivesProgram;
-  auto stop = isWatched ? takeStopPipe() : Pipe();
+  const bool leadsGroup = command.output != ChildStream::inherited;
+  auto stop = leadsGroup ? makePipe() : Pipe();
   if (!stop) return std::unexpected(std::move(stop.error()));
   const CaptureDescriptors captured{output->writing.number(), error->writing.number()};
   const auto process = spawnChild(realPath_(command.executable), command, captured);
   if (!process) return std::unexpected(process.error());
   (void)output->writing.close();
   (void)error->writing.close();
-  const bool leadsGroup = command.output != ChildStream::inherited;
   Child child{*process, leadsGroup ? -*process : *process, command.outlivesProgram, std::move(*stop)};
   auto result =
-      captureUntilExit(child, std::move(output->reading), std::move(error->reading), ending, received);
-  if (child.isDetached) return std::unexpected(posixError(ECANCELED));
-  (void)waitFor(*process, 0);
-  if (!child.isStopped) keepStopPipe(std::move(child.stop));
-  if (child.isEndedWithProgram && !child.outlivesProgram) return std::unexpected(posixError(ECANCELED));
+      captureUntilExit(child, std::move(output->reading), std::move(error->reading), stopTokens, received);
+  // From here on nothing signals the child, so no signal meets a recycled number once it is reaped.
+  const bool isReaped = reap(*process);
+  const bool outlives = !isReaped && child.outlivesProgram;
+  if (!isReaped && !outlives) {
+    const std::lock_guard lock(mutex_);
+    killed_.insert(*process);
+  }
+  if (child.isEndedWithProgram && (outlives || !child.outlivesProgram)) {
+    return std::unexpected(posixError(ECANCELED));
+  }
   return result;
 }
 
-std::expected<Pipe, PlatformError> PosixChildProcesses::takeStopPipe() {
-  {
-    const std::lock_guard lock(mutex_);
-    if (spareStop_.reading) return std::exchange(spareStop_, {});
-  }
-  return makePipe();
-}
-
-void PosixChildProcesses::keepStopPipe(Pipe pipe) {
-  const std::lock_guard lock(mutex_);
-  if (!spareStop_.reading) spareStop_ = std::move(pipe);
-}
-
 ChildResult PosixChildProcesses::captureUntilExit(Child& child, Descriptor output, Descriptor error,
-                                                  const ChildStopTokens& ending,
+                                                  const ChildStopTokens& stopTokens,
                                                   const ChildOutput& received) {
-  const RunningChildRegistration attendance(*this, child);
-  const auto childEnd = error || child.outlivesProgram ? openPidfd(child.process) : Descriptor();
-  const std::stop_callback terminating(ending.terminate, [&child] { child.terminate(); });
-  const std::stop_callback killing(ending.kill, [&child] { child.kill(); });
+  const RunningChildRegistration registration(*this, child);
+  const auto childEnd = openPidfd(child.process);
+  const std::stop_callback terminating(stopTokens.terminate, [&child] { child.terminate(); });
+  const std::stop_callback killing(stopTokens.kill, [&child] { child.kill(); });
   ChildResult result;
   CapturedStream outputStream(output.number(), outputLimit_, result.output);
-  if (received) outputStream.handTo(received);
+  if (received) outputStream.passTo(received);
   CapturedStream errorStream(error.number(), errorLimit, result.error);
   readStreams(outputStream, errorStream, child.stop.reading.number(), childEnd.number());
   if (!outputStream.isWithinLimit()) child.kill();
   (void)output.close();
   (void)error.close();
-  if (child.outlivesProgram) {
-    waitForEither(child.process, childEnd.number(), child.stop.reading.number());
-    const std::lock_guard lock(mutex_);
-    child.isDetached = child.isEndedWithProgram && !hasEnded(child.process);
-    if (child.isDetached) return result;
+  if (!child.sharesTerminal()) {
+    waitForEither(child.process, childEnd.number(), child.stop.reading.number(), noTimeout);
+    // Most killed children end at once. One that does not must hold no thread.
+    if (child.isKilled) waitForEither(child.process, childEnd.number(), -1, timeToDie);
+    if (!hasEnded(child.process)) return result.status = SIGKILL, result;
   }
-  // The child stays a zombie until all that may signal it is gone, so that no signal meets a recycled number.
-  const auto end = waitFor(child.process, WNOWAIT);
-  result.status = outputStream.isWithinLimit() ? end.si_status : SIGKILL;
+  result.status = waitForStatus(child.process);
+  if (!outputStream.isWithinLimit()) result.status = SIGKILL;
   return result;
 }
 

@@ -19,23 +19,27 @@ class PosixChildProcesses final : public ChildProcesses {
  public:
   static constexpr std::size_t defaultOutputLimit = std::size_t{64} << 20;
 
-  /// Maps the paths of executables. Takes back an inherited disregard of SIGCHLD, under which no child could
-  /// be waited for.
+  /// How long captured children have to end by TERM when the host shuts down.
+  static constexpr std::chrono::milliseconds graceBeforeKill{1000};
+
+  /// Maps the paths of executables. SIGCHLD may be inherited as ignored; it gets its default action, since
+  /// waitpid() would fail otherwise.
   explicit PosixChildProcesses(PathMap realPath, std::size_t outputLimit = defaultOutputLimit);
 
   /// Ends every run as `endAll` does, and waits for the last to return.
   ~PosixChildProcesses() override;
 
   std::expected<ChildResult, PlatformError> run(const ChildCommand& command,
-                                                const ChildStopTokens& ending = {},
+                                                const ChildStopTokens& stopTokens = {},
                                                 const ChildOutput& received = {}) override;
+  std::size_t reapKilled() override;
 
   /// Once it has ended, the next run or start reaps it.
   std::expected<void, PlatformError> start(const ChildCommand& command) override;
 
-  /// Kills the child of every run and starts no more, but waits for one that shares the terminal and leaves
-  /// one that outlives the program. Those runs and every later one fail. Call it before the queues on which
-  /// runs block are joined. Any thread.
+  /// Starts no more children and ends those that run: captured ones by TERM and, after `graceBeforeKill`, by
+  /// KILL. Waits for those that share the terminal, and leaves those that outlive the program. Their runs and
+  /// every later one fail. Call it before the queues on which runs block are joined. Blocks; any thread.
   void endAll();
 
  private:
@@ -43,14 +47,11 @@ class PosixChildProcesses final : public ChildProcesses {
   class RunningChildRegistration;
 
   std::expected<ChildResult, PlatformError> runChild(const ChildCommand& command,
-                                                     const ChildStopTokens& ending,
+                                                     const ChildStopTokens& stopTokens,
                                                      const ChildOutput& received);
   ChildResult captureUntilExit(Child& child, Descriptor output, Descriptor error,
-                               const ChildStopTokens& ending, const ChildOutput& received);
-
-  std::expected<Pipe, PlatformError> takeStopPipe();
-  void keepStopPipe(Pipe pipe);
-
+                               const ChildStopTokens& stopTokens, const ChildOutput& received);
+  bool isAnyRunning(bool sharesTerminal) const;
   void reapStarted();
 
   const PathMap realPath_;
@@ -59,8 +60,8 @@ class PosixChildProcesses final : public ChildProcesses {
   std::condition_variable runFinished_;
   std::set<Child*> children_;
   std::set<pid_t> started_;
+  std::set<pid_t> killed_;  ///< not reaped yet; no run waits for them
   std::size_t runs_ = 0;
-  Pipe spareStop_;  ///< of an earlier run that nobody stopped, since most runs come one after the other
   bool ended_ = false;
 };
 

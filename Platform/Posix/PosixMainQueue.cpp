@@ -23,11 +23,6 @@ void PosixMainQueue::post(std::function<void()> work) {
   armNoLaterThan(now);
 }
 
-void PosixMainQueue::postLazily(std::function<void()> work) {
-  const std::lock_guard lock(mutex_);
-  posts_.push_back({SteadyClock::now(), std::move(work)});
-}
-
 ScheduledWork PosixMainQueue::after(std::chrono::milliseconds delay, std::function<void()> work) {
   const auto due = SteadyClock::now() + std::clamp(delay, std::chrono::milliseconds(0), longestDelay);
   return schedule(due, std::make_shared<Timer>(std::chrono::milliseconds(0), std::move(work)));

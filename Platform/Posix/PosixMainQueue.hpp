@@ -17,7 +17,6 @@ namespace ostrel {
 class PosixMainQueue final : public MainQueue {
  public:
   void post(std::function<void()> work) override;
-  void postLazily(std::function<void()> work) override;
   [[nodiscard]] ScheduledWork after(std::chrono::milliseconds delay, std::function<void()> work) override;
   [[nodiscard]] ScheduledWork every(std::chrono::milliseconds period, std::function<void()> work) override;
 

@@ -19,7 +19,7 @@ void handleSignal(int signal) {
 
 }  // namespace
 
-TerminationSignals::TerminationSignals(SignalHandling handling) : pipe_(makeSignalPipe()) {
+TerminationSignals::TerminationSignals() : pipe_(makeSignalPipe()) {
   wakeNumber = pipe_.writing.number();
   latestSignal = 0;
   struct sigaction action = {};
@@ -28,8 +28,7 @@ TerminationSignals::TerminationSignals(SignalHandling handling) : pipe_(makeSign
   sigemptyset(&action.sa_mask);
   for (std::size_t i = 0; i < handled.size(); ++i) {
     ::sigaction(handled[i], nullptr, &before_[i]);
-    const bool isTaken = handling == SignalHandling::mainLoop && before_[i].sa_handler != SIG_IGN;
-    if (isTaken) ::sigaction(handled[i], &action, nullptr);
+    if (before_[i].sa_handler != SIG_IGN) ::sigaction(handled[i], &action, nullptr);
   }
 }
 

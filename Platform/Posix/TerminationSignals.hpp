@@ -8,15 +8,12 @@
 
 namespace ostrel {
 
-/// Who acts on a signal that ends the program: its main loop, or the system at once.
-enum class SignalHandling { mainLoop, system };
-
-/// Takes SIGINT, SIGTERM and SIGHUP while it lives, so that a main loop can end in order, or leaves them to
-/// the system. A signal that whoever started the program chose to ignore stays ignored. One at a time.
+/// Takes SIGINT, SIGTERM and SIGHUP while it lives, so that a main loop can end in order. A signal that was
+/// ignored when the program started stays ignored. One at a time.
 class TerminationSignals {
  public:
   /// Throws std::system_error when the system has no descriptor left.
-  explicit TerminationSignals(SignalHandling handling = SignalHandling::mainLoop);
+  TerminationSignals();
   ~TerminationSignals();
   TerminationSignals(const TerminationSignals&) = delete;
   TerminationSignals& operator=(const TerminationSignals&) = delete;
@@ -24,7 +21,7 @@ class TerminationSignals {
   /// Readable once a signal has come.
   int descriptor() const { return pipe_.reading.number(); }
 
-  /// The number of the latest signal, or nothing.
+  /// The number of the latest signal, or no value.
   static std::optional<int> received();
 
  private:

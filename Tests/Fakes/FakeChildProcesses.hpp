@@ -32,6 +32,8 @@ class FakeChildProcesses final : public ChildProcesses {
     return result;
   }
 
+  std::size_t reapKilled() override { return unreapable; }
+
   std::expected<void, PlatformError> start(const ChildCommand& command) override {
     if (hostHasEnded) return std::unexpected(endOfHost());
     started.push_back(command);
@@ -41,7 +43,8 @@ class FakeChildProcesses final : public ChildProcesses {
   static PlatformError endOfHost() { return {posixErrorDomain, ECANCELED, "Operation canceled"}; }
 
   bool hostHasEnded = false;
-  std::deque<Result> script;  ///< what the next runs give
+  std::size_t unreapable = 0;  ///< killed children that do not end
+  std::deque<Result> script;   ///< what the next runs give
   std::function<Result(const ChildCommand&)>
       answer;  ///< what every run gives for which the script has nothing
   /// What happens while a child runs that was started.

@@ -19,12 +19,7 @@ class FakeMainQueue final : public MainQueue {
  public:
   explicit FakeMainQueue(FakeClock& clock) : clock_(clock) {}
 
-  void post(std::function<void()> work) override {
-    posts_.push_back(std::move(work));
-    due_ = posts_.size();
-  }
-
-  void postLazily(std::function<void()> work) override { posts_.push_back(std::move(work)); }
+  void post(std::function<void()> work) override { posts_.push_back(std::move(work)); }
 
   [[nodiscard]] ScheduledWork after(std::chrono::milliseconds delay, std::function<void()> work) override {
     return schedule(delay, std::make_shared<Timer>(std::chrono::milliseconds(0), std::move(work)));
@@ -37,14 +32,13 @@ class FakeMainQueue final : public MainQueue {
 
   /// Runs what was posted and what that posts; a test that never comes to rest fails.
   void runAll() {
-    for (int turns = 0; due_ > 0; ++turns) {
+    for (int turns = 0; !posts_.empty(); ++turns) {
       if (turns == 100000) {
         ADD_FAILURE() << "posted work posts itself without end";
         return;
       }
       const auto work = std::move(posts_.front());
       posts_.pop_front();
-      --due_;
       work();
     }
   }
@@ -54,7 +48,6 @@ class FakeMainQueue final : public MainQueue {
     const auto end = time_ + duration;
     runAll();
     while (!timers_.empty() && timers_.begin()->first <= end) {
-      due_ = posts_.size();
       runAll();
       runTimer();
       // Timers of one time run before the work that they post.
@@ -69,8 +62,8 @@ class FakeMainQueue final : public MainQueue {
     clock_.advance(duration);
   }
 
-  /// Whether something was posted that wakes the main thread.
-  bool isWorkDue() const { return due_ > 0; }
+  /// Whether posted work waits.
+  bool isWorkDue() const { return !posts_.empty(); }
 
   /// Number of timers whose token is alive.
   std::size_t countTimers() const {
@@ -115,7 +108,6 @@ class FakeMainQueue final : public MainQueue {
   std::chrono::milliseconds time_{0};  ///< since the queue was made
   std::multimap<std::chrono::milliseconds, std::weak_ptr<Timer>> timers_;
   std::deque<std::function<void()>> posts_;
-  std::size_t due_ = 0;  ///< of the posts, those up to the last that is not lazy
 };
 
 }  // namespace ostrel

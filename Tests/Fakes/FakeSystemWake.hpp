@@ -1,7 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "Platform/SystemWake.hpp"
 
@@ -12,18 +14,22 @@ class FakeSystemWake final : public SystemWake {
  public:
   [[nodiscard]] ScheduledWork observe(std::function<void()> woke) override {
     auto follower = std::make_shared<std::function<void()>>(std::move(woke));
-    follower_ = follower;
+    followers_.push_back(follower);
     return follower;
   }
 
-  bool isFollowed() const { return !follower_.expired(); }
+  bool isFollowed() const {
+    return std::ranges::any_of(followers_, [](const auto& follower) { return !follower.expired(); });
+  }
 
   void wake() const {
-    if (const auto follower = follower_.lock()) (*follower)();
+    for (const auto& weak : followers_) {
+      if (const auto follower = weak.lock()) (*follower)();
+    }
   }
 
  private:
-  std::weak_ptr<std::function<void()>> follower_;
+  std::vector<std::weak_ptr<std::function<void()>>> followers_;
 };
 
 }  // namespace ostrel

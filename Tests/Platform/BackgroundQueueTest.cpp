@@ -57,6 +57,21 @@ TEST(PosixBackgroundQueue, StartsNoMoreThreadsThanItMayAndUsesThemAll) {
   EXPECT_EQ(most, 3);
 }
 
+TEST(PosixBackgroundQueue, TellsWhetherItsWorkEndsInTime) {
+  using namespace std::chrono_literals;
+  std::binary_semaphore mayEnd(0);
+  std::latch started(1);
+  PosixBackgroundQueue queue(2);
+  queue.run(QualityOfService::utility, [&] {
+    started.count_down();
+    mayEnd.acquire();
+  });
+  started.wait();
+  EXPECT_FALSE(queue.finish(10ms));
+  mayEnd.release();
+  EXPECT_TRUE(queue.finish(20s));
+}
+
 TEST(PosixBackgroundQueue, ItsEndDropsWaitingWorkAndWaitsForRunningWork) {
   std::latch started(1);
   std::binary_semaphore mayEnd(0);

@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/ptrace.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -250,12 +251,53 @@ TEST_F(PosixChildProcessesTest, KillsTheGroupOfAChildOnRequestAndAtTheEndOfAll) 
   }
 }
 
-TEST_F(PosixChildProcessesTest, TheEndOfAllLeavesAChildOfTheTerminalToEndByItself) {
+TEST_F(PosixChildProcessesTest, AKilledChildThatCannotBeReapedHoldsNoThreadAndIsReapedLater) {
+  // While a process is traced its parent cannot reap it.
+  const auto victim = [this] { return static_cast<pid_t>(std::stoi(folder.read("pid"))); };
+  pid_t tracer = 0;
+  const auto result = runAndEnd("echo $$ > " + (folder / "pid") + "; " + ready() + "exec sleep 100", [&] {
+    tracer = ::fork();
+    if (tracer == 0) {
+      ::ptrace(PTRACE_SEIZE, victim(), nullptr, nullptr);
+      folder.write("traced", "");
+      ::pause();
+      ::_exit(0);
+    }
+    EXPECT_TRUE(becomesTrue([&] { return std::filesystem::exists(folder / "traced"); }));
+    kill.request_stop();
+  });
+  EXPECT_EQ(result, (ChildResult{SIGKILL, ""}));
+  EXPECT_EQ(children.reapKilled(), 1U);
+  ::kill(tracer, SIGKILL);
+  EXPECT_EQ(::waitpid(tracer, nullptr, 0), tracer);
+  EXPECT_TRUE(becomesTrue([&] { return children.reapKilled() == 0; }));
+}
+
+TEST_F(PosixChildProcessesTest, TheEndOfAllAsksCapturedChildrenToEndAndKillsThemAfterASecond) {
+  const std::pair<std::string, std::chrono::milliseconds> rows[] = {
+      {"trap ': > " + (folder / "asked") + "; exit 0' TERM; " + ready() + "while :; do sleep 0.01; done",
+       0ms},
+      {"trap '' TERM; " + ready() + "while :; do sleep 0.01; done", 1000ms}};
+  for (const auto& [script, least] : rows) {
+    PosixChildProcesses fresh(unmapped);
+    std::filesystem::remove(folder / "ready");
+    auto run = std::async(std::launch::async, [&] { return fresh.run(shell(script)); });
+    ASSERT_TRUE(becomesTrue([&] { return std::filesystem::exists(folder / "ready"); }));
+    const auto start = std::chrono::steady_clock::now();
+    fresh.endAll();
+    EXPECT_EQ(run.get(), std::unexpected(FakeChildProcesses::endOfHost()));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, least) << script;
+  }
+  EXPECT_TRUE(std::filesystem::exists(folder / "asked"));
+}
+
+TEST_F(PosixChildProcessesTest, TheEndOfAllWaitsForAChildThatSharesTheTerminal) {
   const auto script = ready() + "until test -e " + (folder / "go") + "; do sleep 0.01; done; exit 4";
   auto run =
       std::async(std::launch::async, [&] { return children.run(shell(script, ChildStream::inherited)); });
   ASSERT_TRUE(becomesTrue([&] { return std::filesystem::exists(folder / "ready"); }));
-  children.endAll();
+  auto end = std::async(std::launch::async, [&] { children.endAll(); });
+  EXPECT_EQ(end.wait_for(50ms), std::future_status::timeout);
   folder.write("go", "");
   EXPECT_EQ(run.get(), (ChildResult{4, ""}));
 }

@@ -63,19 +63,6 @@ TYPED_TEST(MainQueueContract, RunsPostsInOrderAndNeverInsideTheCall) {
   EXPECT_EQ(this->order, "abc");
 }
 
-TYPED_TEST(MainQueueContract, RunsLazyWorkInOrderOnceOtherWorkIsDue) {
-  this->queue.postLazily(this->mark('a'));
-  this->elapse(20ms);
-  EXPECT_EQ(this->order, "");
-  this->queue.post(this->mark('b'));
-  this->elapse(20ms);
-  EXPECT_EQ(this->order, "ab");
-  this->queue.postLazily(this->mark('c'));
-  const auto timer = this->queue.after(20ms, this->mark('d'));
-  this->elapse(40ms);
-  EXPECT_EQ(this->order, "abcd");
-}
-
 TYPED_TEST(MainQueueContract, RunsTimersByDueTimeAndOnce) {
   const auto late = this->queue.after(20ms, this->mark('c'));
   const auto soon = this->queue.after(10ms, this->mark('b'));

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "OstrelAgent/Status/StatusRead.hpp"
-#include "OstrelAgent/Status/StatusRunLimiter.hpp"
 #include "Tests/Fakes/FakeMenuBar.hpp"
 #include "Tests/Soak/RandomAnswers.hpp"
 
@@ -17,6 +16,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr const char* notProtectedCategory = "tech.brenn.ostrel-agent.not-protected";
+// Four runs under way, and as many that are over while their threads hang.
+constexpr std::size_t mostStatusRuns = 8;
 const PlatformError refusal{"FakeErrorDomain", 1, "refused"};
 
 bool asksForStatus(const ChildCommand& command) {
@@ -208,16 +209,15 @@ void FakeClockSoak::runAllWork() {
     while (preferences.countDeferred() > 0) preferences.completeNext();
     host_.statusQueue.runAll();
     host_.backgroundQueue.runAll();
-    host_.mainQueue.post([] {});  // brings what is posted lazily along
     host_.mainQueue.runAll();
   } while (isWorkLeft());
 }
 
 NetworkExtensionState FakeClockSoak::extension() const {
-  Snapshot snapshot;
-  addTransparentProxies(snapshot, host_.networkPreferences.transparentProxies);
-  addContentFilter(snapshot, host_.networkPreferences.contentFilter);
-  return NetworkExtensionState::of(snapshot);
+  return NetworkExtensionState::of(
+      statusSnapshot({.helper = readHelper({}, nullptr),
+                      .transparentProxies = host_.networkPreferences.transparentProxies,
+                      .contentFilter = host_.networkPreferences.contentFilter}));
 }
 
 bool FakeClockSoak::isWorkLeft() const {
@@ -234,8 +234,7 @@ void FakeClockSoak::take() {
   expect(reactivations_ <= 1, "the extension is re-activated a second time");
   host_.childProcesses.commands.clear();
   takeNotifications();
-  expect(host_.statusQueue.countWaiting() <= StatusRunLimiter::mostOutstanding,
-         "more status runs than places");
+  expect(host_.statusQueue.countWaiting() <= mostStatusRuns, "too many status runs");
   auto& panels = host_.screens.panels;
   if (panels.size() > 1) panels.erase(panels.begin(), panels.end() - 1);
   host_.log.lines.clear();
@@ -291,9 +290,9 @@ void FakeClockSoak::expect(bool holds, const std::string& rule) {
 void FakeClockSoak::expectRest() {
   expect(host_.statusQueue.countWaiting() == 0, "a status run is left at rest");
   expect(host_.mainQueue.countTimers() <= 4, "more timers than tick, nudge and two notices at rest");
-  const auto reading =
-      status_ ? statusReading({{status_->status, status_->output}}) : statusReading({{1, ""}});
-  const auto& snapshot = reading.snapshot;
+  const auto answer = status_ ? HelperRunner::HelperOutput{status_->status, status_->output}
+                              : HelperRunner::HelperOutput{HelperRunner::helperNotStarted, ""};
+  const auto snapshot = statusSnapshot({.helper = readHelper(answer, nullptr)});
   const auto& item = host_.statusItem;
   const auto palette = MenuBarPalette::matching(item.shownAppearance);
   const auto verdict = ProtectionVerdict::of(snapshot);

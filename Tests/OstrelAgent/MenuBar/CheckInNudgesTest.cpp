@@ -26,8 +26,13 @@ Snapshot enrolled(bool sysext = false, bool lock = false, std::optional<Proxy> p
 struct CheckInNudgesTest : testing::Test {
   CheckInNudgesTest() {
     nudges->start();
-    nudges->nudgeOnNetworkExtensionChange(enrolled());
+    take(enrolled());
     host.networkPath.update(true, {"en0"});
+  }
+
+  void take(const Snapshot& snapshot) {
+    nudges->setEnrolled(snapshot.enrolled);
+    nudges->nudgeOnNetworkExtensionChange(NetworkExtensionState::of(snapshot));
   }
 
   void joinAnother() { host.networkPath.update(true, {"en" + std::to_string(++joined)}); }
@@ -46,7 +51,7 @@ TEST_F(CheckInNudgesTest, TheFirstPathNeverNudgesWhateverItSays) {
         CheckInNudges::Services{host.mainQueue, host.clock, host.networkPath, host.systemWake},
         [this](const std::string& reason) { reasons.push_back(reason); });
     nudges->start();
-    nudges->nudgeOnNetworkExtensionChange(enrolled());
+    take(enrolled());
     host.networkPath.update(isSatisfied, {"en0"});
     host.mainQueue.advance(1min);
     EXPECT_EQ(reasons, Reasons{}) << isSatisfied;
@@ -151,11 +156,11 @@ TEST_F(CheckInNudgesTest, ABurstThatEndsWithoutNetworkOrEnrolmentMayBeTriedAgain
   host.networkPath.update(false);
   host.mainQueue.advance(10s);
   EXPECT_EQ(reasons, Reasons{});
-  nudges->nudgeOnNetworkExtensionChange(Snapshot());
+  take(Snapshot());
   host.networkPath.update(true, {"en0"});
   host.mainQueue.advance(10s);
   EXPECT_EQ(reasons, Reasons{});
-  nudges->nudgeOnNetworkExtensionChange(enrolled());
+  take(enrolled());
   joinAnother();
   host.mainQueue.advance(10s);
   EXPECT_EQ(reasons, Reasons{"network"}) << "the wake belonged to an earlier burst";
@@ -181,7 +186,7 @@ TEST_F(CheckInNudgesTest, AChangeOfTheNetworkExtensionNudgesAtOnceWhileEnrolled)
   };
   for (const auto& row : rows) {
     reasons.clear();
-    nudges->nudgeOnNetworkExtensionChange(row.snapshot);
+    take(row.snapshot);
     EXPECT_EQ(reasons, row.nudges ? Reasons{"network"} : Reasons{}) << &row - rows;
   }
 }

@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 using Lines = std::vector<std::string>;
 
-/// The actions over a host of fakes, with a model in place of the panel.
+/// The actions over a host of fakes, with an open panel.
 struct PanelActionRunnerTest : testing::Test {
   PanelActionRunnerTest() {
     host.files.putExecutable(host.bundle.path() + "/Contents/Helpers/ostrel-agent-endpoint");
@@ -22,17 +22,20 @@ struct PanelActionRunnerTest : testing::Test {
         PanelActionRunner::Services{host.mainQueue, host.backgroundQueue, host.clock, host.bundle, host.log,
                                     host.shell, host.pasteboard, host.alerts},
         PanelActionRunner::Collaborators{
-            HelperRunner(host.bundle, host.files, host.childProcesses, host.standardStreams), socket,
-            DeviceCATrust(socket, host.files, host.childProcesses, host.userAccount),
-            NetworkConfigurations(host.networkPreferences, host.mainQueue, host.log,
-                                  Records(host.files, host.clock, host.userAccount))},
-        PanelActionRunner::Panel{model, [this] { ++draws; },
-                                 [this] {
-                                   ++refreshes;
-                                   alertsAtRefresh = host.alerts.shown.size();
-                                 },
-                                 [this](const auto& health) { applied = health; }});
+            .presenter = presenter,
+            .refresh =
+                [this] {
+                  ++refreshes;
+                  alertsAtRefresh = host.alerts.shown.size();
+                },
+            .helper = HelperRunner(host.bundle, host.files, host.childProcesses, host.standardStreams),
+            .socket = socket,
+            .trust = DeviceCATrust(socket, host.files, host.childProcesses, host.userAccount),
+            .configurations = NetworkConfigurations(host.networkPreferences, host.mainQueue, host.log,
+                                                    Records(host.files, host.clock, host.userAccount))});
     callbacks = actions->callbacks();
+    presenter->start(callbacks, [this](const auto& health) { applied = health; });
+    host.screens.openPanel({});
   }
 
   void answer(const char* text) { host.unixSockets.answers.push_back({std::string(text) + "\n"}); }
@@ -43,8 +46,9 @@ struct PanelActionRunnerTest : testing::Test {
   }
 
   FakeHost host;
-  StatusPanelModel model;
-  int draws = 0;
+  std::shared_ptr<PanelPresenter> presenter = std::make_shared<PanelPresenter>(
+      PanelPresenter::Services{host.clock, host.timeFormat, host.shell, host.screens});
+  StatusPanelModel& model = presenter->model();
   int refreshes = 0;
   std::size_t alertsAtRefresh = 0;
   std::optional<StatusReport::Health> applied;
@@ -74,10 +78,10 @@ TEST_F(PanelActionRunnerTest, ACheckInOfThePersonShowsThatItRunsAndThenItsLatest
   EXPECT_EQ(applied, std::nullopt) << "health that cannot be read";
   host.mainQueue.advance(5999ms);
   EXPECT_EQ(model.checkinNotice, "Skipped") << "the time of the first is not that of the second";
-  const auto before = draws;
+  const auto before = host.screens.panels.size();
   host.mainQueue.advance(1ms);
   EXPECT_EQ(model.checkinNotice, std::nullopt);
-  EXPECT_GT(draws, before);
+  EXPECT_GT(host.screens.panels.size(), before);
 }
 
 TEST_F(PanelActionRunnerTest, ACheckInForAnotherReasonShowsNothingButItsHealth) {
@@ -88,7 +92,6 @@ TEST_F(PanelActionRunnerTest, ACheckInForAnotherReasonShowsNothingButItsHealth) 
   EXPECT_EQ(model.checkinNotice, std::nullopt);
   EXPECT_EQ(applied->verdict, "protected");
   EXPECT_EQ(refreshes, 1);
-  EXPECT_EQ(draws, 0);
 }
 
 TEST_F(PanelActionRunnerTest, DiagnosticsAreCopiedWhenTheHelperGaveThem) {
@@ -186,9 +189,9 @@ TEST_F(PanelActionRunnerTest, AnUpdateSettlesWhenNoneIsOfferedOrAfterAQuarterOfA
     host.alerts.press(0);
     settle();
     host.clock.advance(row.passed);
-    actions->clearUpdateInFlightIfSettled(with(row.state));
+    presenter->publish(with(row.state));
     EXPECT_EQ(model.updateInFlight, row.isInFlight) << (row.state ? row.state : "absent") << row.passed;
-    actions->clearUpdateInFlightIfSettled(with(nullptr));
+    presenter->publish(with(nullptr));
   }
 }
 
@@ -256,12 +259,12 @@ TEST_F(PanelActionRunnerTest, WorkOfAPanelThatIsGoneEndsQuietly) {
     work();
   }
   callbacks.installUpdate();
-  const auto before = draws;
+  const auto before = host.screens.panels.size();
   actions.reset();
   settle();
   host.alerts.press(0);
   callbacks.checkNow();
-  EXPECT_EQ(draws, before);
+  EXPECT_EQ(host.screens.panels.size(), before);
   EXPECT_EQ(refreshes, 0);
   EXPECT_EQ(host.backgroundQueue.countWaiting(), 0U);
 }

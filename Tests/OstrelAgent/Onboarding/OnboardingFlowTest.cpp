@@ -114,14 +114,6 @@ TEST(OnboardingFlow, TheVerdictCountsOnceAllStepsAreSatisfied) {
   }
 }
 
-TEST(OnboardingFlow, GathersAnObservationOfAReport) {
-  const auto report = StatusReport::decode(fullReportText());
-  ASSERT_TRUE(report);
-  SetupObservation observation;
-  observation.addReport(*report);
-  EXPECT_EQ(observation, (SetupObservation{true, true, true, true, false, "ok", "C", {}, "protected"}));
-}
-
 TEST(OnboardingFlow, TellsProgressByTheLastLineThatSaysSomething) {
   using namespace activationstate;
   const std::pair<std::string_view, std::optional<ActivationState>> rows[] = {

@@ -7,6 +7,10 @@
 namespace ostrel {
 namespace {
 
+StatusInputs inputsOf(std::int32_t status, const std::string& output) {
+  return {.helper = readHelper({status, output}, nullptr)};
+}
+
 const PlatformError loadError{"NEVPNErrorDomain", 5, "not readable"};
 
 TEST(StatusRead, OnlyAReportOfAHelperThatEndedWellIsRead) {
@@ -27,10 +31,10 @@ TEST(StatusRead, OnlyAReportOfAHelperThatEndedWellIsRead) {
   for (const auto& row : rows) {
     Snapshot expected;
     expected.statusError = row.error;
-    EXPECT_TRUE(statusReading({{row.status, row.output}}) == StatusReading{expected})
+    EXPECT_TRUE(statusSnapshot(inputsOf(row.status, row.output)) == expected)
         << row.error << " " << row.output;
   }
-  const auto snapshot = statusReading({{0, report + "\n"}}).snapshot;
+  const auto snapshot = statusSnapshot(inputsOf(0, report + "\n"));
   EXPECT_EQ(snapshot.statusError, std::nullopt);
   EXPECT_EQ(snapshot.verdict, "protected");
   EXPECT_TRUE(snapshot.daemonListening);
@@ -46,8 +50,14 @@ TEST(StatusRead, AReactivationIsWantedWhenItIsPending) {
   };
   for (const auto& [members, version] : rows) {
     const auto report = "{" + members + reportText().substr(1);
-    EXPECT_EQ(statusReading({{0, report}}).reactivateVersion, version) << members;
+    EXPECT_EQ(pendingReactivation(inputsOf(0, report)), version) << members;
   }
+}
+
+TEST(StatusRead, ASetupObservationHasWhatTheReportSaysOfTheSetup) {
+  const auto observation = setupObservation(inputsOf(0, fullReportText()));
+  EXPECT_EQ(observation, (SetupObservation{true, true, true, true, false, "ok", "C", {}, "protected"}));
+  EXPECT_EQ(setupObservation(inputsOf(3, fullReportText())), SetupObservation());
 }
 
 TEST(StatusRead, TransparentProxiesCountTogetherAndNoneOrAFailureLeavesTheDefaults) {
@@ -68,8 +78,9 @@ TEST(StatusRead, TransparentProxiesCountTogetherAndNoneOrAFailureLeavesTheDefaul
       {Proxies{{true, false}, {false, true}}, true, Proxy{true, true}},
   };
   for (const auto& row : rows) {
-    Snapshot snapshot;
-    addTransparentProxies(snapshot, row.loaded);
+    auto inputs = inputsOf(0, "");
+    inputs.transparentProxies = row.loaded;
+    const auto snapshot = statusSnapshot(inputs);
     const auto index = &row - rows;
     EXPECT_EQ(snapshot.sysextActive, row.sysextActive) << index;
     EXPECT_TRUE(snapshot.transparentProxy == row.proxy) << index;
@@ -83,9 +94,9 @@ TEST(StatusRead, TheEgressLockNeedsAProviderThatIsEnabled) {
       {Filter{false, true}, false},        {Filter{true, true}, true},
   };
   for (const auto& [loaded, enabled] : rows) {
-    Snapshot snapshot;
-    addContentFilter(snapshot, loaded);
-    EXPECT_EQ(snapshot.egressLockEnabled, enabled);
+    auto inputs = inputsOf(0, "");
+    inputs.contentFilter = loaded;
+    EXPECT_EQ(statusSnapshot(inputs).egressLockEnabled, enabled);
   }
 }
 

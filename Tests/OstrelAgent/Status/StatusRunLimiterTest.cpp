@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
-
 #include "Tests/Fakes/FakeMainQueue.hpp"
 
 namespace ostrel {
@@ -12,71 +10,70 @@ namespace {
 using namespace std::chrono_literals;
 
 struct StatusRunLimiterTest : testing::Test {
-  /// Takes every place; the runs are numbered from 1.
-  void begin(int count) {
-    for (int i = 0; i < count; ++i) {
-      auto run = runs.begin();
-      ASSERT_TRUE(run);
-      begun.push_back(std::move(*run));
-    }
+  /// The run that a request starts, 0 when it starts none.
+  std::uint64_t request() {
+    limiter.request();
+    return limiter.begin().value_or(0);
   }
-  bool isTerminated(std::size_t number) const { return begun[number - 1].ending.terminate.stop_requested(); }
-  bool isKilled(std::size_t number) const { return begun[number - 1].ending.kill.stop_requested(); }
 
-  FakeClock clock;
-  FakeMainQueue queue{clock};
-  StatusRunLimiter runs{queue};
-  std::vector<StatusRunLimiter::Run> begun;
+  /// Lets that many seconds pass for the run; true when it is over by them.
+  bool age(std::uint64_t run, int seconds) {
+    bool isOver = false;
+    while (seconds-- > 0) isOver = limiter.countSecond(run);
+    return isOver;
+  }
+
+  StatusRunLimiter limiter;
 };
 
-TEST_F(StatusRunLimiterTest, AFifthRequestEndsTheOldestAndKillsItOnlyAfterTwoSeconds) {
-  begin(4);
-  EXPECT_FALSE(isTerminated(1));
-  EXPECT_FALSE(runs.begin());
-  EXPECT_TRUE(isTerminated(1));
-  queue.advance(1999ms);
-  EXPECT_FALSE(runs.begin()) << "a further request grants no further grace";
-  EXPECT_FALSE(isKilled(1));
-  queue.advance(1ms);
-  EXPECT_TRUE(isKilled(1));
-  for (std::size_t number = 2; number <= 4; ++number) EXPECT_FALSE(isTerminated(number)) << number;
+TEST_F(StatusRunLimiterTest, OneRunServesEveryRequestOfFiveSeconds) {
+  EXPECT_EQ(limiter.begin(), std::nullopt) << "nothing asked for one";
+  EXPECT_EQ(request(), 1U);
+  for (int i = 0; i < 50; ++i) EXPECT_EQ(request(), 0U);
+  age(1, 4);
+  EXPECT_EQ(limiter.begin(), std::nullopt);
+  age(1, 1);
+  EXPECT_EQ(limiter.begin(), 2U);
+  EXPECT_EQ(limiter.begin(), std::nullopt) << "the requests are served";
+  EXPECT_EQ(request(), 0U);
+  EXPECT_TRUE(limiter.finish(2));
+  EXPECT_EQ(limiter.begin(), 3U) << "the latest is over; an earlier one under way holds nothing up";
 }
 
-TEST_F(StatusRunLimiterTest, RequestsThatWaitShareOnePlaceAndEndNoFurtherRun) {
-  begin(4);
-  for (int i = 0; i < 50; ++i) EXPECT_FALSE(runs.begin());
-  EXPECT_FALSE(isTerminated(2));
-  EXPECT_EQ(queue.countTimers(), 1U);
-  EXPECT_TRUE(runs.finish(1).startsWaiting);
-  EXPECT_EQ(queue.countTimers(), 0U) << "nothing is left to kill";
-  begin(1);
-  EXPECT_FALSE(runs.finish(2).startsWaiting);
+TEST_F(StatusRunLimiterTest, ARunIsOverAfterFifteenSeconds) {
+  EXPECT_EQ(request(), 1U);
+  EXPECT_FALSE(age(1, 14));
+  EXPECT_TRUE(age(1, 1));
 }
 
-TEST_F(StatusRunLimiterTest, APlaceThatBecomesFreeByItselfServesTheRequestThatWaits) {
-  begin(4);
-  EXPECT_FALSE(runs.begin());
-  EXPECT_TRUE(runs.finish(3).startsWaiting);
-  begin(1);
-  EXPECT_FALSE(runs.begin());
-  EXPECT_FALSE(isTerminated(2)) << "the first, still on its way out, is the one that makes room";
-}
-
-TEST_F(StatusRunLimiterTest, ARunThatWasNotEndedIsPublishedInWhateverOrderItFinishes) {
-  begin(3);
-  for (const std::uint64_t number : {3U, 1U, 2U}) EXPECT_TRUE(runs.finish(number).mayPublish) << number;
-}
-
-TEST_F(StatusRunLimiterTest, ARunThatWasEndedIsPublishedUnlessALaterOneHasFinished) {
-  for (const bool isOvertaken : {false, true}) {
-    StatusRunLimiter fresh(queue);
-    for (int i = 0; i < 4; ++i) ASSERT_TRUE(fresh.begin());
-    EXPECT_FALSE(fresh.begin());
-    if (isOvertaken) {
-      EXPECT_TRUE(fresh.finish(2).mayPublish);
-    }
-    EXPECT_EQ(fresh.finish(1).mayPublish, !isOvertaken);
+TEST_F(StatusRunLimiterTest, ARunPublishesUnlessALaterOneHasEnded) {
+  for (std::uint64_t run = 1; run <= 3; ++run) {
+    EXPECT_EQ(request(), run);
+    age(run, 5);
   }
+  EXPECT_TRUE(limiter.finish(2));
+  EXPECT_FALSE(limiter.finish(1));
+  EXPECT_TRUE(limiter.finish(3));
+}
+
+TEST(LoadLimiter, AsksOnceAMinuteWhileFourLoadsAreUnanswered) {
+  FakeClock clock;
+  FakeMainQueue queue(clock);
+  LoadLimiter loads(queue);
+  for (std::uint64_t load = 1; load <= 4; ++load) EXPECT_EQ(loads.ask(), load);
+  EXPECT_EQ(loads.ask(), std::nullopt);
+  queue.advance(59s);
+  EXPECT_EQ(loads.ask(), std::nullopt);
+  queue.advance(1s);
+  EXPECT_EQ(loads.ask(), 5U);
+  EXPECT_EQ(loads.ask(), std::nullopt) << "a further minute begins";
+  loads.answer(1);
+  EXPECT_EQ(loads.ask(), std::nullopt) << "four that were asked after it are unanswered";
+  loads.answer(3);
+  EXPECT_EQ(loads.ask(), 6U);
+  loads.answer(2);
+  EXPECT_EQ(loads.ask(), 7U) << "the answer to an earlier load takes nothing back";
+  EXPECT_EQ(loads.ask(), std::nullopt);
 }
 
 }  // namespace

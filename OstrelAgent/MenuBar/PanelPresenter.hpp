@@ -1,0 +1,63 @@
+#pragma once
+
+#include <functional>
+
+#include "OstrelAgent/Panel/PanelContent.hpp"
+#include "OstrelAgent/Panel/StatusPanelActions.hpp"
+#include "OstrelAgent/Panel/StatusPanelModel.hpp"
+#include "OstrelAgent/Text/TimeTexts.hpp"
+#include "Platform/Clock.hpp"
+#include "Platform/Screens.hpp"
+#include "Platform/Shell.hpp"
+#include "Platform/TimeFormat.hpp"
+
+namespace ostrel {
+
+/// Owns what the panel shows: the model with the latest snapshot, and its drawing. Main thread.
+class PanelPresenter {
+ public:
+  static constexpr double popoverChromeAllowance = 40.0;
+
+  struct Services {
+    Clock& clock;
+    TimeFormat& timeFormat;
+    Shell& shell;
+    Screens& screens;
+  };
+
+  using HealthListener = std::function<void(const StatusReport::Health&)>;
+
+  explicit PanelPresenter(Services services);
+
+  /// Gives the panel its actions. `healthApplied` is called after each `applyHealth`. Call once, before the
+  /// panel opens.
+  void start(StatusPanelActions actions, HealthListener healthApplied);
+
+  /// The model; call `draw` after a change.
+  StatusPanelModel& model() { return model_; }
+  const Snapshot& latest() const { return model_.snap; }
+
+  /// Replaces the snapshot by a newer one, which may settle an update at work.
+  void publish(Snapshot snapshot);
+
+  /// Applies a health block that came with a check-in to the latest snapshot.
+  void applyHealth(const StatusReport::Health& health);
+
+  bool isShown() const { return services_.screens.isPanelShown(); }
+  void open();
+  void close() { services_.screens.closePanel(); }
+
+  /// Draws the open panel as of now.
+  void draw();
+
+ private:
+  PanelContent content() const;
+
+  Services services_;
+  TimeTexts times_;
+  StatusPanelModel model_;
+  StatusPanelActions actions_;
+  HealthListener healthApplied_;
+};
+
+}  // namespace ostrel

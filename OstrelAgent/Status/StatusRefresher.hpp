@@ -1,0 +1,91 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <list>
+#include <memory>
+#include <optional>
+#include <stop_token>
+
+#include "OstrelAgent/Daemon/HelperRunner.hpp"
+#include "OstrelAgent/Status/StatusRead.hpp"
+#include "OstrelAgent/Status/StatusRunLimiter.hpp"
+#include "Platform/BackgroundQueue.hpp"
+#include "Platform/MainQueue.hpp"
+#include "Platform/SystemWake.hpp"
+
+namespace ostrel {
+
+/// What one run of the refresh read.
+struct RefreshResult {
+  std::uint64_t run = 0;  ///< ascending in the order of starting
+  StatusInputs inputs;
+};
+
+/// Which of the network preferences a refresh loads.
+enum class NetworkLoads { transparentProxies, all };
+
+/// Reads the Mac's status on request and publishes every result that no later run has overtaken. A helper or
+/// a load that hangs is given up after `StatusRunLimiter::secondsUntilOver`, so an old result never stays.
+/// Main thread; work in the background holds it weakly, and its end ends every run.
+class StatusRefresher : public std::enable_shared_from_this<StatusRefresher> {
+ public:
+  /// The exit status of a helper that was killed, or not started because earlier ones cannot be ended.
+  static constexpr std::int32_t killedStatus = 9;
+
+  struct Services {
+    MainQueue& mainQueue;
+    BackgroundQueue& statusQueue;
+    ChildProcesses& childProcesses;
+    NetworkPreferences& networkPreferences;
+    SystemWake& systemWake;
+  };
+
+  StatusRefresher(Services services, HelperRunner helper, NetworkLoads loads);
+  StatusRefresher(const StatusRefresher&) = delete;
+  StatusRefresher& operator=(const StatusRefresher&) = delete;
+  ~StatusRefresher();
+
+  /// Follows wakes from sleep, each of which is a request, and starts the first run. Call once.
+  void start(std::function<void(const RefreshResult&)> published);
+
+  /// Starts a run. While the latest is under way and younger than `StatusRunLimiter::secondsUntilNext`, one
+  /// run that starts after it serves every request.
+  void request();
+
+  /// The number of the run that was started last, 0 before the first.
+  std::uint64_t latestRun() const { return limiter_.latest(); }
+
+ private:
+  struct Run;
+  struct BackgroundWork;
+  using Runs = std::list<Run>;
+
+  void beginIfDue();
+  void begin(std::uint64_t number);
+  void countSeconds(Run& run);
+  void startInBackground(const Run& run);
+  void finishThread(std::uint64_t number, const std::shared_ptr<const HelperReading>& reading);
+  template <class Loaded>
+  void finishLoad(std::uint64_t number, std::optional<std::uint64_t> Run::*load,
+                  std::optional<Loaded> StatusInputs::*member, const Loaded& loaded);
+  void giveUp(Runs::iterator run);
+  void finishIfComplete(Runs::iterator run);
+  void finish(Runs::iterator run);
+  Runs::iterator find(std::uint64_t number);
+
+  Services services_;
+  HelperRunner helper_;
+  const NetworkLoads loads_;
+  std::function<void(const RefreshResult&)> published_;
+  StatusRunLimiter limiter_;
+  LoadLimiter proxyLoads_;
+  LoadLimiter filterLoads_;
+  Runs runs_;                                      ///< under way, in the order of starting
+  std::size_t stuckThreads_ = 0;                   ///< threads of runs that are over
+  std::shared_ptr<const HelperReading> previous_;  ///< the latest that came
+  ScheduledWork wakeObserver_;
+};
+
+}  // namespace ostrel
