@@ -28,11 +28,6 @@ class Files {
   virtual std::expected<void, PlatformError> writeAtomically(const std::string& path,
                                                              std::string_view bytes) = 0;
 
-  /// The same for a file that is replaced again and again: what it held before stays beside it, hidden, to be
-  /// written over the next time, since making and removing files costs more.
-  virtual std::expected<void, PlatformError> rewriteAtomically(const std::string& path,
-                                                               std::string_view bytes) = 0;
-
   /// Makes a file that only this user may read and write; fails when anything is at the path.
   virtual std::expected<void, PlatformError> createPrivately(const std::string& path,
                                                              std::string_view bytes) = 0;

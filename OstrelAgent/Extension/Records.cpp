@@ -37,7 +37,7 @@ void Records::recordAppliedCapture(const CaptureConfig& captureConfig) const {
 
 void Records::recordNetworkExtensionAssertion(const NetworkExtensionAssertion& assertion) const {
   const auto write = [this, record = assertion.record(clock_->now())] {
-    return files_->rewriteAtomically(folder_ + "/egress-lock-configuration.json", record).has_value();
+    return files_->writeAtomically(folder_ + "/egress-lock-configuration.json", record).has_value();
   };
   // Only the first finds no folder.
   if (!write() && files_->makeFolders(folder_)) (void)write();

@@ -13,7 +13,6 @@
 #include <utility>
 
 #include "Platform/Posix/Descriptor.hpp"
-#include "Platform/Posix/ExchangeFiles.hpp"
 #include "Platform/Posix/PosixError.hpp"
 
 namespace ostrel {
@@ -53,26 +52,9 @@ std::expected<std::string, PlatformError> behindLink(const std::string& path) {
   return target.string();
 }
 
-/// Whoever opened the file before this one took its place may be reading that still.
-bool isFresh(const struct stat& status) {
-  using namespace std::chrono;
-  const auto age = system_clock::now().time_since_epoch() - seconds(status.st_mtim.tv_sec);
-  return age < seconds(2);
-}
-
 int writeNewFile(Descriptor file, std::string_view bytes) {
   const int error = writeAll(file.number(), bytes);
   return error != 0 ? error : file.close();
-}
-
-/// Over what is there: of a file that is emptied first, systems write back at once what comes next.
-int writeOver(Descriptor file, std::string_view bytes) {
-  const auto size = static_cast<off_t>(bytes.size());
-  struct stat status {};
-  if (::fstat(file.number(), &status) != 0) return errno;
-  if (const int error = writeAll(file.number(), bytes); error != 0) return error;
-  if (status.st_size > size && ::ftruncate(file.number(), size) != 0) return errno;
-  return file.close();
 }
 
 }  // namespace
@@ -119,24 +101,6 @@ std::expected<void, PlatformError> PosixFiles::writeAtomically(const std::string
   if (error == 0) return {};
   (void)::unlink(temporary.c_str());
   return failure(error);
-}
-
-std::expected<void, PlatformError> PosixFiles::rewriteAtomically(const std::string& path,
-                                                                 std::string_view bytes) {
-  const auto real = realPath_(path);
-  struct stat status {};
-  const bool isPlain = ::lstat(real.c_str(), &status) == 0 && S_ISREG(status.st_mode);
-  if (!isPlain || isFresh(status)) return writeAtomically(path, bytes);
-  const auto name = real.rfind('/') + 1;
-  const auto spare = real.substr(0, name) + ".ostrel-" + real.substr(name);
-  const std::lock_guard lock(rewriting_);
-  Descriptor file(::open(spare.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
-  if (!file) return failure(errno);
-  int error = writeOver(std::move(file), bytes);
-  if (error == 0) error = exchangeFiles(spare, real);
-  if (error == EINVAL) error = std::rename(spare.c_str(), real.c_str()) == 0 ? 0 : errno;
-  if (error != 0) return failure(error);
-  return {};
 }
 
 std::expected<void, PlatformError> PosixFiles::createPrivately(const std::string& path,

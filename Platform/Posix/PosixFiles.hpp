@@ -1,7 +1,6 @@
 #pragma once
 
 #include <atomic>
-#include <mutex>
 
 #include "Platform/Files.hpp"
 #include "Platform/Posix/PathMap.hpp"
@@ -18,8 +17,6 @@ class PosixFiles final : public Files {
   std::expected<std::string, PlatformError> read(const std::string& path) const override;
   std::expected<void, PlatformError> writeAtomically(const std::string& path,
                                                      std::string_view bytes) override;
-  std::expected<void, PlatformError> rewriteAtomically(const std::string& path,
-                                                       std::string_view bytes) override;
   std::expected<void, PlatformError> createPrivately(const std::string& path,
                                                      std::string_view bytes) override;
   std::expected<void, PlatformError> makeFolders(const std::string& path) override;
@@ -29,7 +26,6 @@ class PosixFiles final : public Files {
  private:
   const PathMap realPath_;
   std::atomic<unsigned> temporaries_ = 0;
-  std::mutex rewriting_;  ///< guards what lies beside files
 };
 
 }  // namespace ostrel

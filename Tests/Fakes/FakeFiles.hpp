@@ -45,11 +45,6 @@ class FakeFiles final : public Files {
     return {};
   }
 
-  std::expected<void, PlatformError> rewriteAtomically(const std::string& path,
-                                                       std::string_view bytes) override {
-    return writeAtomically(path, bytes);
-  }
-
   std::expected<void, PlatformError> createPrivately(const std::string& path,
                                                      std::string_view bytes) override {
     if (exists(path)) return failure(EEXIST);

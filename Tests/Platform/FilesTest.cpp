@@ -40,8 +40,6 @@ TEST_F(FilesContract, WhatIsWrittenIsReadUntilItIsRemoved) {
       ASSERT_EQ(codeOf(each->writeAtomically("/a/b/file", bytes)), 0);
       EXPECT_EQ(each->read("/a/b/file"), bytes);
     }
-    ASSERT_EQ(codeOf(each->rewriteAtomically("/a/b/file", "again")), 0);
-    EXPECT_EQ(each->read("/a/b/file"), "again");
     EXPECT_TRUE(each->exists("/a/b/file"));
     EXPECT_TRUE(each->modificationTime("/a/b/file"));
     EXPECT_FALSE(each->isExecutableFile("/a/b/file"));
@@ -61,7 +59,6 @@ TEST_F(FilesContract, WhatIsInTheWayIsAnErrorOfItsOwn) {
     EXPECT_FALSE(each->isExecutableFile("/folder"));
     EXPECT_EQ(codeOf(each->read("/folder")), EISDIR);
     EXPECT_EQ(codeOf(each->writeAtomically("/folder", "")), EISDIR);
-    EXPECT_EQ(codeOf(each->rewriteAtomically("/folder", "")), EISDIR);
     EXPECT_EQ(codeOf(each->remove("/folder")), EISDIR);
     EXPECT_EQ(codeOf(each->read("/missing/file")), ENOENT);
     EXPECT_EQ(codeOf(each->writeAtomically("/missing/file", "")), ENOENT);
@@ -74,9 +71,6 @@ TEST_F(FilesContract, WhatIsInTheWayIsAnErrorOfItsOwn) {
 
 TEST_F(PosixFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
   folder.write("file", "old");
-  const auto again = folder.write("again", "old");
-  std::filesystem::last_write_time(again,
-                                   std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
   // A file may not grow past the limit, as on a full disk; the signal that says so is ignored.
   const auto signal = std::signal(SIGXFSZ, SIG_IGN);
   rlimit before{};
@@ -85,52 +79,43 @@ TEST_F(PosixFilesTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
   ::setrlimit(RLIMIT_FSIZE, &tight);
   const auto written = files.writeAtomically("/file", std::string(5000, 'x'));
   const auto created = files.createPrivately("/new", std::string(5000, 'x'));
-  const auto rewritten = files.rewriteAtomically("/again", std::string(5000, 'x'));
   ::setrlimit(RLIMIT_FSIZE, &before);
   (void)std::signal(SIGXFSZ, signal);
   EXPECT_EQ(codeOf(written), EFBIG);
   EXPECT_EQ(codeOf(created), EFBIG);
-  EXPECT_EQ(codeOf(rewritten), EFBIG);
-  EXPECT_EQ(folder.read("again"), "old");
-  EXPECT_EQ(codeOf(files.rewriteAtomically("/again", "new")), 0);
-  EXPECT_EQ(folder.read("again"), "new");
   EXPECT_EQ(codeOf(files.writeAtomically("/" + std::string(300, 'n'), "new")), ENAMETOOLONG);
   EXPECT_EQ(folder.read("file"), "old");
   const std::string longest = "/" + std::string(255, 'n');
   EXPECT_EQ(codeOf(files.writeAtomically(longest, "new")), 0);
   EXPECT_EQ(files.read(longest), "new");
   using Folder = std::filesystem::directory_iterator;
-  EXPECT_EQ(std::distance(Folder(folder.path()), Folder()), 4)
-      << "no other file is left, but what lies beside the third";
+  EXPECT_EQ(std::distance(Folder(folder.path()), Folder()), 2) << "no temporary file is left";
 }
 
-TEST_F(PosixFilesTest, ARewrittenFileIsWholeForWhoeverReadsIt) {
-  const auto path = folder.write("file", "first");
-  const auto age = [&] {
-    std::filesystem::last_write_time(path,
-                                     std::filesystem::file_time_type::clock::now() - std::chrono::seconds(3));
-  };
-  for (const auto& bytes :
-       {std::string("longest of all"), std::string(), std::string("long"), std::string("l")}) {
-    age();
-    ASSERT_EQ(codeOf(files.rewriteAtomically("/file", bytes)), 0);
-    EXPECT_EQ(folder.read("file"), bytes);
-  }
+TEST_F(PosixFilesTest, AReadOnlyFileIsReplacedByEveryWrite) {
+  const auto path = folder.write("file", "old");
+  ::chmod(path.c_str(), 0444);
   using Folder = std::filesystem::directory_iterator;
-  EXPECT_EQ(std::distance(Folder(folder.path()), Folder()), 2) << "one beside it, however often";
-  age();
-  ASSERT_EQ(codeOf(files.rewriteAtomically("/file", "seen")), 0);
-  std::ifstream reader(path);
-  for (const auto* bytes : {"x", "y", "z"}) ASSERT_EQ(codeOf(files.rewriteAtomically("/file", bytes)), 0);
-  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(reader), {}), "seen") << "rewritten while it was read";
-  EXPECT_EQ(folder.read("file"), "z");
+  for (const auto& bytes :
+       {std::string("longest of all"), std::string(), std::string("l"), std::string("z")}) {
+    const auto hourAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
+    std::filesystem::last_write_time(path, hourAgo);
+    std::ifstream reader(path);
+    const auto before = folder.read("file");
+    ASSERT_EQ(codeOf(files.writeAtomically("/file", bytes)), 0);
+    EXPECT_EQ(folder.read("file"), bytes);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(reader), {}), before)
+        << "replaced while it was read";
+    struct stat status {};
+    ASSERT_EQ(::stat(path.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0600U) << "a user other than root could not write it again";
+    EXPECT_EQ(std::distance(Folder(folder.path()), Folder()), 1) << "nothing is left beside it";
+  }
 }
 
 TEST_F(PosixFilesTest, AFileIsPrivateAndALinkToItStaysALink) {
   const auto target = folder.write("dotfiles/settings", "old");
   std::filesystem::create_symlink(target, folder / "settings");
-  EXPECT_EQ(codeOf(files.rewriteAtomically("/settings", "newer")), 0);
-  EXPECT_EQ(folder.read("dotfiles/settings"), "newer");
   EXPECT_EQ(codeOf(files.writeAtomically("/settings", "new")), 0);
   EXPECT_TRUE(std::filesystem::is_symlink(folder / "settings"));
   EXPECT_EQ(folder.read("dotfiles/settings"), "new");
