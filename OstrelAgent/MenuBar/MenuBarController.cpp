@@ -23,7 +23,7 @@ void MenuBarController::start() {
   services_.statusItem.install({.clicked = weakly([](auto& self) { self.togglePanel(); }),
                                 .appearanceChanged = weakly([](auto& self) { self.applyIcon(); }),
                                 .menuPressed = press});
-  services_.statusItem.showMenu(statusItemMenu(panelActions.available()));
+  services_.statusItem.showMenu(menuButtons(PanelMenu::statusItem, panelActions.available()));
   presenter->start(panelActions, weakly([](auto& self, const auto& health) { self.healthApplied(health); }));
   redNotifier->start();
   applyIcon();

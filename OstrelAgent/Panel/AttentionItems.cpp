@@ -17,20 +17,20 @@ std::string detailOf(const Health& health) {
   return Copy::componentDetail(health.code, health.detail, health.params);
 }
 
-PanelButton button(const Message& title, PanelAction action) { return {std::string(title.text()), action}; }
-
 std::optional<PanelButton> guardButton(const Snapshot& snapshot) {
-  if (showsFinishSetup(snapshot)) return button(Copy::buttonFinishSetup, PanelAction::openRepairFlow);
+  if (showsFinishSetup(snapshot))
+    return PanelButton::of(PanelAction::openRepairFlow, Copy::buttonFinishSetup);
   if (snapshot.sysext.code == "SYSEXT_PROXY_DISABLED") {
-    return button(Copy::buttonTurnOnFilter, PanelAction::enableTransparentProxy);
+    return PanelButton::of(PanelAction::enableTransparentProxy);
   }
-  if (showsRepair(snapshot)) return button(Copy::buttonFix, PanelAction::openRepairFlow);
+  if (showsRepair(snapshot)) return PanelButton::of(PanelAction::openRepairFlow);
   return std::nullopt;
 }
 
 std::optional<PanelButton> deviceCAButton(const Snapshot& snapshot) {
-  if (showsFinishSetup(snapshot)) return button(Copy::buttonFinishSetup, PanelAction::openRepairFlow);
-  if (!snapshot.caTrusted) return button(Copy::buttonRetrustCA, PanelAction::trustDeviceCA);
+  if (showsFinishSetup(snapshot))
+    return PanelButton::of(PanelAction::openRepairFlow, Copy::buttonFinishSetup);
+  if (!snapshot.caTrusted) return PanelButton::of(PanelAction::trustDeviceCA);
   return std::nullopt;
 }
 
@@ -52,21 +52,19 @@ AttentionItem egressLockCard(const Snapshot& snapshot, const RowState& state, co
                      .action = note.action,
                      .button = std::nullopt};
   if (showsEnableEgressLock(snapshot)) {
-    card.button = button(Copy::buttonEnableEgressLock, PanelAction::enableEgressLock);
+    card.button = PanelButton::of(PanelAction::enableEgressLock);
   }
   return card;
 }
 
 AttentionItem containersCard(const Snapshot& snapshot, const ContainerBlock& block, Date now,
                              const TimeTexts& times) {
-  auto guide = button(Copy::buttonContainerTrust, PanelAction::openAgentWindow);
-  guide.page = AgentPage::containers;
   return {.id = "containers",
           .state = containersState(snapshot, {}),
           .title = block.text(),
           .detail = detailOf(snapshot.runtimeTrust),
           .action = ComponentNote::actionFor(snapshot.runtimeTrust, now, times),
-          .button = guide};
+          .button = PanelButton::opening(AgentPage::containers)};
 }
 
 AttentionItem componentCard(const Snapshot& snapshot, const StatusComponent& component, Date now,
@@ -89,7 +87,7 @@ AttentionItem checkinCard(const Snapshot& snapshot, Date now, const TimeTexts& t
           .title = std::string(Copy::rowLastCheckin.text()),
           .detail = snapshot.lastCheckinError,
           .action = "",
-          .button = button(Copy::buttonCheckNow, PanelAction::checkNow)};
+          .button = PanelButton::of(PanelAction::checkNow)};
 }
 
 bool isEgressLockOffByPolicy(const Health& lock) {

@@ -25,25 +25,6 @@ RowState::Case tintOf(MenuBarBadge badge) {
   return RowState::Case::warn;
 }
 
-PanelButton button(const Message& title, PanelAction action, std::optional<AgentPage> page = std::nullopt) {
-  return {std::string(title.text()), action, page};
-}
-
-PanelButton checkNowButton() { return button(Copy::buttonCheckNow, PanelAction::checkNow); }
-PanelButton openButton() {
-  return button(Copy::buttonOpenAgentWindow, PanelAction::openAgentWindow, AgentPage::ecosystems);
-}
-PanelButton copyDiagnosticsButton() {
-  return button(Copy::buttonCopyDiagnostics, PanelAction::copyDiagnostics);
-}
-PanelButton sendDiagnosticsButton() {
-  return button(Copy::buttonSendDiagnostics, PanelAction::sendDiagnostics);
-}
-PanelButton containerTrustButton() {
-  return button(Copy::buttonContainerTrust, PanelAction::openAgentWindow, AgentPage::containers);
-}
-PanelButton quitButton() { return button(Copy::buttonQuitStatusIcon, PanelAction::quitStatusIcon); }
-
 /// Computes one content; holds what all its parts are computed from.
 class PanelContentBuilder {
  public:
@@ -65,9 +46,9 @@ class PanelContentBuilder {
       addRows(content);
     }
     content.facts = facts();
-    content.headerButtons = shown({checkNowButton()});
-    content.footerButtons = shown({openButton(), copyDiagnosticsButton()});
-    content.moreButtons = shown({sendDiagnosticsButton(), containerTrustButton(), quitButton()});
+    content.headerButtons = shown(PanelMenu::header);
+    content.footerButtons = shown(PanelMenu::footer);
+    content.moreButtons = shown(PanelMenu::more);
     // The catalogue has no word for "more"; the agent window heads what is of no component with this one.
     if (!content.moreButtons.empty()) content.moreName = Copy::windowSectionGeneral.text();
     content.notices = notices();
@@ -100,7 +81,7 @@ class PanelContentBuilder {
       block.installing = Copy::updateInstalling.text();
       block.protectionStaysOn = Copy::footerProtectionStaysOn.text();
     } else {
-      block.button = ifAvailable(button(Copy::buttonInstall, PanelAction::installUpdate));
+      block.button = ifAvailable(PanelButton::of(PanelAction::installUpdate));
     }
     return block;
   }
@@ -113,7 +94,7 @@ class PanelContentBuilder {
     const auto rows = components(snap_);
     content.cards = attentionItems(snap_, {failure, guard, lock, rows}, now_, times_);
     for (auto& card : content.cards) {
-      if (card.button) card.button = ifAvailable(withInFlightTitle(std::move(*card.button)));
+      if (card.button) card.button = ifAvailable(card.button->during(model_));
     }
     content.protection = protection(failure.has_value(), guard, ecosystems, lock);
     content.health = health(rows);
@@ -177,33 +158,15 @@ class PanelContentBuilder {
     return notices;
   }
 
-  /// The button with the title of its work in flight, when that runs; it cannot be pressed meanwhile.
-  PanelButton withInFlightTitle(PanelButton button) const {
-    const auto wait = [&](bool isInFlight, const Message& title) {
-      if (!isInFlight) return;
-      button.title = title.text();
-      button.isEnabled = false;
-    };
-    if (button.action == PanelAction::checkNow) wait(model_.checkinInFlight, Copy::checkinInFlight);
-    if (button.action == PanelAction::copyDiagnostics)
-      wait(model_.diagnosticsInFlight, Copy::diagnosticsInFlight);
-    if (button.action == PanelAction::sendDiagnostics) {
-      wait(model_.sendDiagnosticsInFlight, Copy::diagnosticsSending);
-    }
-    return button;
-  }
-
   std::optional<PanelButton> ifAvailable(PanelButton button) const {
     if (!available_.contains(button.action)) return std::nullopt;
     return button;
   }
 
-  std::vector<PanelButton> shown(std::initializer_list<PanelButton> buttons) const {
-    std::vector<PanelButton> shown;
-    for (const auto& button : buttons) {
-      if (auto kept = ifAvailable(withInFlightTitle(button))) shown.push_back(std::move(*kept));
-    }
-    return shown;
+  std::vector<PanelButton> shown(PanelMenu menu) const {
+    auto buttons = menuButtons(menu, available_);
+    for (auto& button : buttons) button = button.during(model_);
+    return buttons;
   }
 
   const StatusPanelModel& model_;
@@ -224,12 +187,6 @@ std::vector<PanelButton> PanelContent::buttons() const {
   all.insert(all.end(), footerButtons.begin(), footerButtons.end());
   all.insert(all.end(), moreButtons.begin(), moreButtons.end());
   return all;
-}
-
-std::vector<PanelButton> statusItemMenu(const PanelActionSet& available) {
-  std::vector<PanelButton> menu = {checkNowButton(), openButton(), quitButton()};
-  std::erase_if(menu, [&](const auto& item) { return !available.contains(item.action); });
-  return menu;
 }
 
 PanelContent panelContent(const StatusPanelModel& model, Date now, const TimeTexts& times,

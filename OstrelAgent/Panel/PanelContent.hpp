@@ -113,7 +113,4 @@ struct PanelContent {
 PanelContent panelContent(const StatusPanelModel& model, Date now, const TimeTexts& times,
                           const PanelActionSet& available);
 
-/// The status item's own menu, with the available of: check now, open the agent window, quit.
-std::vector<PanelButton> statusItemMenu(const PanelActionSet& available);
-
 }  // namespace ostrel

@@ -1,32 +1,122 @@
 #include "OstrelAgent/Panel/StatusPanelActions.hpp"
 
+#include <iterator>
+#include <span>
+#include <type_traits>
+#include <variant>
+
+#include "OstrelAgent/Text/Copy.hpp"
+
 namespace ostrel {
 
 namespace {
 
+using Callback = std::variant<std::function<void()> StatusPanelActions::*,
+                              std::function<void(AgentPage)> StatusPanelActions::*>;
+
 struct Row {
   PanelAction action;
   std::string_view name;
-  std::function<void()> StatusPanelActions::*callback;  ///< none for `openAgentWindow`, which takes a page
+  Callback callback;
+  const Message& title;                        ///< of its button, where the button has none of its own
+  bool StatusPanelModel::*inFlight = nullptr;  ///< work that disables the button, and its title meanwhile
+  const Message* inFlightTitle = nullptr;
 };
 
+using Action = PanelAction;
+using Callbacks = StatusPanelActions;
+using Model = StatusPanelModel;
+
 constexpr Row rows[] = {
-    {PanelAction::enableEgressLock, "enableEgressLock", &StatusPanelActions::enableEgressLock},
-    {PanelAction::enableTransparentProxy, "enableTransparentProxy",
-     &StatusPanelActions::enableTransparentProxy},
-    {PanelAction::trustDeviceCA, "trustDeviceCA", &StatusPanelActions::trustDeviceCA},
-    {PanelAction::openRepairFlow, "openRepairFlow", &StatusPanelActions::openRepairFlow},
-    {PanelAction::openAgentWindow, "openAgentWindow", nullptr},
-    {PanelAction::installUpdate, "installUpdate", &StatusPanelActions::installUpdate},
-    {PanelAction::checkNow, "checkNow", &StatusPanelActions::checkNow},
-    {PanelAction::copyDiagnostics, "copyDiagnostics", &StatusPanelActions::copyDiagnostics},
-    {PanelAction::sendDiagnostics, "sendDiagnostics", &StatusPanelActions::sendDiagnostics},
-    {PanelAction::quitStatusIcon, "quitStatusIcon", &StatusPanelActions::quitStatusIcon},
+    {Action::enableEgressLock, "enableEgressLock", &Callbacks::enableEgressLock,
+     Copy::buttonEnableEgressLock},
+    {Action::enableTransparentProxy, "enableTransparentProxy", &Callbacks::enableTransparentProxy,
+     Copy::buttonTurnOnFilter},
+    {Action::trustDeviceCA, "trustDeviceCA", &Callbacks::trustDeviceCA, Copy::buttonRetrustCA},
+    {Action::openRepairFlow, "openRepairFlow", &Callbacks::openRepairFlow, Copy::buttonFix},
+    {Action::openAgentWindow, "openAgentWindow", &Callbacks::openAgentWindow, Copy::buttonOpenAgentWindow},
+    {Action::installUpdate, "installUpdate", &Callbacks::installUpdate, Copy::buttonInstall},
+    {Action::checkNow, "checkNow", &Callbacks::checkNow, Copy::buttonCheckNow, &Model::checkinInFlight,
+     &Copy::checkinInFlight},
+    {Action::copyDiagnostics, "copyDiagnostics", &Callbacks::copyDiagnostics, Copy::buttonCopyDiagnostics,
+     &Model::diagnosticsInFlight, &Copy::diagnosticsInFlight},
+    {Action::sendDiagnostics, "sendDiagnostics", &Callbacks::sendDiagnostics, Copy::buttonSendDiagnostics,
+     &Model::sendDiagnosticsInFlight, &Copy::diagnosticsSending},
+    {Action::quitStatusIcon, "quitStatusIcon", &Callbacks::quitStatusIcon, Copy::buttonQuitStatusIcon},
 };
+
+consteval bool followsDeclaration() {
+  for (std::size_t i = 0; i < std::size(rows); ++i) {
+    if (rows[i].action != static_cast<PanelAction>(i)) return false;
+  }
+  return rows[std::size(rows) - 1].action == PanelAction::quitStatusIcon;
+}
+static_assert(followsDeclaration(), "one row for each action, in the order of the enumeration");
+static_assert(sizeof(StatusPanelActions) == std::size(rows) * sizeof(std::function<void()>),
+              "one row for each callback");
 
 const Row& rowOf(PanelAction action) { return rows[static_cast<std::size_t>(action)]; }
 
+struct MenuItem {
+  PanelAction action;
+  std::optional<AgentPage> page = std::nullopt;
+};
+
+constexpr MenuItem headerItems[] = {{Action::checkNow}};
+constexpr MenuItem footerItems[] = {{Action::openAgentWindow, AgentPage::ecosystems},
+                                    {Action::copyDiagnostics}};
+constexpr MenuItem moreItems[] = {
+    {Action::sendDiagnostics}, {Action::openAgentWindow, AgentPage::containers}, {Action::quitStatusIcon}};
+constexpr MenuItem statusItemItems[] = {
+    {Action::checkNow}, {Action::openAgentWindow, AgentPage::ecosystems}, {Action::quitStatusIcon}};
+
+std::span<const MenuItem> itemsOf(PanelMenu menu) {
+  switch (menu) {
+    case PanelMenu::header:
+      return headerItems;
+    case PanelMenu::footer:
+      return footerItems;
+    case PanelMenu::more:
+      return moreItems;
+    case PanelMenu::statusItem:
+      return statusItemItems;
+  }
+  return {};
+}
+
 }  // namespace
+
+PanelButton PanelButton::of(PanelAction action) { return of(action, rowOf(action).title); }
+
+PanelButton PanelButton::of(PanelAction action, const Message& title) {
+  return {.title = std::string(title.text()), .action = action};
+}
+
+PanelButton PanelButton::opening(AgentPage page) {
+  const auto& title =
+      page == AgentPage::containers ? Copy::buttonContainerTrust : rowOf(PanelAction::openAgentWindow).title;
+  auto button = of(PanelAction::openAgentWindow, title);
+  button.page = page;
+  return button;
+}
+
+PanelButton PanelButton::during(const StatusPanelModel& model) const {
+  const auto& row = rowOf(action);
+  auto button = *this;
+  if (row.inFlight == nullptr || !(model.*row.inFlight)) return button;
+  button.title = row.inFlightTitle->text();
+  button.isEnabled = false;
+  return button;
+}
+
+std::vector<PanelButton> menuButtons(PanelMenu menu, const PanelActionSet& available) {
+  std::vector<PanelButton> buttons;
+  for (const auto& item : itemsOf(menu)) {
+    if (!available.contains(item.action)) continue;
+    buttons.push_back(item.page ? PanelButton::opening(*item.page) : PanelButton::of(item.action));
+  }
+  return buttons;
+}
 
 PanelActionSet allPanelActions() {
   PanelActionSet actions;
@@ -39,21 +129,22 @@ std::string_view nameOf(PanelAction action) { return rowOf(action).name; }
 PanelActionSet StatusPanelActions::available() const {
   PanelActionSet actions;
   for (const auto& row : rows) {
-    const bool isSet =
-        row.callback == nullptr ? static_cast<bool>(openAgentWindow) : static_cast<bool>(this->*row.callback);
-    if (isSet) actions.insert(row.action);
+    const auto isSet = [this](auto callback) { return static_cast<bool>(this->*callback); };
+    if (std::visit(isSet, row.callback)) actions.insert(row.action);
   }
   return actions;
 }
 
 void StatusPanelActions::perform(const PanelButton& button) const {
-  if (!button.isEnabled) return;
-  const auto& row = rowOf(button.action);
-  if (row.callback == nullptr) {
-    if (openAgentWindow) openAgentWindow(button.page.value_or(AgentPage::ecosystems));
-  } else if (const auto& callback = this->*row.callback) {
-    callback();
-  }
+  if (!button.isEnabled || !available().contains(button.action)) return;
+  const auto run = [&](auto callback) {
+    if constexpr (std::is_invocable_v<decltype(this->*callback), AgentPage>) {
+      (this->*callback)(button.page.value_or(AgentPage::ecosystems));
+    } else {
+      (this->*callback)();
+    }
+  };
+  std::visit(run, rowOf(button.action).callback);
 }
 
 }  // namespace ostrel

@@ -5,10 +5,15 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "OstrelAgent/Panel/StatusPanelModel.hpp"
 
 namespace ostrel {
 
-/// What a button of the panel does; one for each member of `StatusPanelActions`.
+struct Message;
+
+/// What a button of the panel does; one for each member of `StatusPanelActions`, in the same order.
 enum class PanelAction {
   enableEgressLock,
   enableTransparentProxy,
@@ -33,15 +38,31 @@ std::string_view nameOf(PanelAction action);
 /// A page of the agent window.
 enum class AgentPage { ecosystems, containers, egressLock, identity, health, notifications, help };
 
-/// A button, by value: the screen shows it and hands it back when it is pressed.
+/// A button, by value: the screen shows it and returns it when it is pressed.
 struct PanelButton {
   std::string title;
   PanelAction action = PanelAction::checkNow;
   std::optional<AgentPage> page = std::nullopt;  ///< what `openAgentWindow` opens
   bool isEnabled = true;
 
+  /// The enabled button of an action, with the action's title or another.
+  static PanelButton of(PanelAction action);
+  static PanelButton of(PanelAction action, const Message& title);
+
+  /// The button that opens a page of the agent window.
+  static PanelButton opening(AgentPage page);
+
+  /// The button as it is while the model's work is in flight: its own work disables it and gives the title.
+  PanelButton during(const StatusPanelModel& model) const;
+
   bool operator==(const PanelButton&) const = default;
 };
+
+/// The places with a fixed list of buttons: the panel's header and footer, the footer's "⋯", the status item.
+enum class PanelMenu { header, footer, more, statusItem };
+
+/// The buttons of a place whose actions are available.
+std::vector<PanelButton> menuButtons(PanelMenu menu, const PanelActionSet& available);
 
 /// The callbacks behind the panel's buttons, on the main thread. A button without a callback is not shown.
 struct StatusPanelActions {
