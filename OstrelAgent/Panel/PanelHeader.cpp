@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "OstrelAgent/Text/Copy.hpp"
+#include "OstrelAgent/Status/HealthComponents.hpp"
 
 namespace ostrel {
 
@@ -13,9 +13,8 @@ using Health = Snapshot::ComponentHealth;
 
 std::vector<const Health*> amberComponents(const Snapshot& snapshot) {
   std::vector<const Health*> amber;
-  for (const auto* health :
-       {&snapshot.daemon, &snapshot.deviceCA, &snapshot.sysext, &snapshot.runtimeTrust, &snapshot.credential,
-        &snapshot.captureSet, &snapshot.caExpiry, &snapshot.egressLock}) {
+  for (const auto& component : healthComponents) {
+    const auto* health = &(snapshot.*component.health);
     if (health->severity == "yellow") amber.push_back(health);
   }
   return amber;

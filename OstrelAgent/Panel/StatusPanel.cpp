@@ -5,7 +5,7 @@
 
 #include "OstrelAgent/Containers/ContainerBlock.hpp"
 #include "OstrelAgent/Panel/RuntimeTrustRow.hpp"
-#include "OstrelAgent/Text/Copy.hpp"
+#include "OstrelAgent/Status/HealthComponents.hpp"
 
 namespace ostrel {
 
@@ -44,9 +44,47 @@ std::string tokenText(const Snapshot& snapshot) {
   return snapshot.tokenManaged ? Copy::identityManaged.with(name) : std::string(name);
 }
 
-StatusComponent row(const Message& label, RowState state, const Health& health) {
-  return {std::string(label.key), std::move(state), health, std::string(label.text())};
+const Health& healthOfRow(const Snapshot& snapshot, const Message& label) {
+  const Health* shown = nullptr;
+  for (const auto& component : healthComponents) {
+    if (component.label.key != label.key) continue;
+    shown = &(snapshot.*component.health);
+    if (wantsAttention(*shown)) break;
+  }
+  return *shown;
 }
+
+struct ComponentRow {
+  const Message& label;
+  RowState (*state)(const Snapshot&);
+};
+
+RowState runtimeTrustRow(const Snapshot& snapshot) { return runtimeTrustState(snapshot.runtimeTrust); }
+
+RowState captureSetRow(const Snapshot& snapshot) {
+  return healthState(snapshot.captureSet, Copy::captureSetOk.text(), Copy::captureSetBroken.text());
+}
+
+constexpr ComponentRow componentRows[] = {
+    {Copy::componentCapture, captureState},         {Copy::componentCredential, credentialState},
+    {Copy::componentRuntimeTrust, runtimeTrustRow}, {Copy::componentCaptureSet, captureSetRow},
+    {Copy::componentDeviceCA, deviceCAState},
+};
+
+/// True when every component has a row and every row a component. The egress lock's is `egressLockState`.
+consteval bool rowsMatchComponents() {
+  const auto key = [](const auto& labelled) { return labelled.label.key; };
+  const auto hasRow = [&](std::string_view label) {
+    return label == Copy::featureEgressLock.key ||
+           std::ranges::find(componentRows, label, key) != std::end(componentRows);
+  };
+  const auto hasComponent = [&](std::string_view label) {
+    return std::ranges::find(healthComponents, label, key) != std::end(healthComponents);
+  };
+  return std::ranges::all_of(healthComponents, hasRow, key) &&
+         std::ranges::all_of(componentRows, hasComponent, key);
+}
+static_assert(rowsMatchComponents());
 
 }  // namespace
 
@@ -75,7 +113,7 @@ RowState credentialState(const Snapshot& snapshot) {
 }
 
 const Health& captureHealth(const Snapshot& snapshot) {
-  return wantsAttention(snapshot.daemon) ? snapshot.daemon : snapshot.sysext;
+  return healthOfRow(snapshot, Copy::componentCapture);
 }
 
 RowState captureState(const Snapshot& snapshot) {
@@ -89,7 +127,7 @@ RowState captureState(const Snapshot& snapshot) {
 }
 
 const Health& deviceCAHealth(const Snapshot& snapshot) {
-  return wantsAttention(snapshot.deviceCA) ? snapshot.deviceCA : snapshot.caExpiry;
+  return healthOfRow(snapshot, Copy::componentDeviceCA);
 }
 
 RowState deviceCAState(const Snapshot& snapshot) {
@@ -104,15 +142,12 @@ RowState deviceCAState(const Snapshot& snapshot) {
 }
 
 std::vector<StatusComponent> components(const Snapshot& snapshot) {
-  return {
-      row(Copy::componentCapture, captureState(snapshot), captureHealth(snapshot)),
-      row(Copy::componentCredential, credentialState(snapshot), snapshot.credential),
-      row(Copy::componentRuntimeTrust, runtimeTrustState(snapshot.runtimeTrust), snapshot.runtimeTrust),
-      row(Copy::componentCaptureSet,
-          healthState(snapshot.captureSet, Copy::captureSetOk.text(), Copy::captureSetBroken.text()),
-          snapshot.captureSet),
-      row(Copy::componentDeviceCA, deviceCAState(snapshot), deviceCAHealth(snapshot)),
-  };
+  std::vector<StatusComponent> rows;
+  for (const auto& row : componentRows) {
+    rows.push_back({std::string(row.label.key), row.state(snapshot), healthOfRow(snapshot, row.label),
+                    std::string(row.label.text())});
+  }
+  return rows;
 }
 
 RowState healthRollup(const std::vector<StatusComponent>& components) {

@@ -1,7 +1,11 @@
 #include "OstrelAgent/Status/Snapshot.hpp"
 
 #include <algorithm>
+#include <iterator>
+#include <tuple>
+#include <type_traits>
 
+#include "OstrelAgent/Status/HealthComponents.hpp"
 #include "OstrelAgent/Status/RFC3339.hpp"
 
 namespace ostrel {
@@ -22,10 +26,22 @@ Snapshot::ComponentHealth condensed(const StatusReport::Health::Component& compo
           .params = component.params.value_or(std::vector<std::string>())};
 }
 
-template <class Component>
-Snapshot::ComponentHealth condensed(const std::optional<Component>& component) {
-  return component ? condensed(*component) : Snapshot::ComponentHealth();
+/// The members of a snapshot: one more does not compile until it is listed here.
+[[maybe_unused]] auto membersOf(const Snapshot& snapshot) {
+  const auto& [m0, m1, m2, m3, m4, m5, m6, m7, m8, m9, m10, m11, m12, m13, m14, m15, m16, m17, m18, m19, m20,
+               m21, m22, m23, m24, m25, m26, m27, m28, m29, m30] = snapshot;
+  return std::tie(m0, m1, m2, m3, m4, m5, m6, m7, m8, m9, m10, m11, m12, m13, m14, m15, m16, m17, m18, m19,
+                  m20, m21, m22, m23, m24, m25, m26, m27, m28, m29, m30);
 }
+
+template <class... Members>
+constexpr std::size_t componentsAmong(std::type_identity<std::tuple<Members&...>>) {
+  return (0 + ... + (std::is_same_v<Members, const Snapshot::ComponentHealth> ? 1 : 0));
+}
+
+using SnapshotMembers = std::invoke_result_t<decltype(membersOf), const Snapshot&>;
+static_assert(componentsAmong(std::type_identity<SnapshotMembers>()) == std::size(healthComponents),
+              "every component of a snapshot has a row in the table of components");
 
 /// A setting that the daemon could not look at is not told as a gap.
 bool isGap(const StatusReport::Health::Knob& knob) { return !knob.covered && knob.reason != "unobservable"; }
@@ -91,14 +107,10 @@ void Snapshot::fill(const StatusReport& report) {
 void Snapshot::apply(const StatusReport::Health& health) {
   verdict = health.verdict.value_or("");
   offByPolicy = health.offByPolicy.value_or(0);
-  daemon = condensed(health.daemon);
-  deviceCA = condensed(health.ca);
-  sysext = condensed(health.sysext);
-  runtimeTrust = condensed(health.runtimeTrust);
-  credential = condensed(health.credential);
-  captureSet = condensed(health.captureSet);
-  caExpiry = condensed(health.caExpiry);
-  egressLock = condensed(health.egressLock);
+  for (const auto& component : healthComponents) {
+    const auto* reported = component.reported(health);
+    this->*component.health = reported == nullptr ? ComponentHealth() : condensed(*reported);
+  }
   uncoveredEcosystems.clear();
   trustGaps.clear();
   if (!health.runtimeTrust || !health.runtimeTrust->knobs) return;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "OstrelAgent/Panel/RowState.hpp"
+#include "OstrelAgent/Status/HealthComponents.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
 #include "OstrelAgent/Text/TimeTexts.hpp"
 #include "Tests/Fakes/FakeTimeFormat.hpp"
@@ -33,15 +34,13 @@ inline Snapshot::ComponentHealth health(std::string state, std::string severity 
 
 /// A protected device: three ecosystems enforced, everything reported as ok.
 inline Snapshot healthy() {
-  const auto ok = health("ok");
   Snapshot snapshot;
   snapshot.daemonListening = snapshot.caTrusted = snapshot.sysextActive = true;
   snapshot.tokenPresent = snapshot.enrolled = snapshot.egressLockEnabled = true;
   snapshot.tokenMasked = "ost_…9f";
   snapshot.version = "2.4.0";
   snapshot.verdict = "protected";
-  snapshot.daemon = snapshot.deviceCA = snapshot.sysext = snapshot.runtimeTrust = ok;
-  snapshot.credential = snapshot.captureSet = snapshot.caExpiry = snapshot.egressLock = ok;
+  for (const auto& component : healthComponents) snapshot.*component.health = health("ok");
   snapshot.guardEcosystems = {{"npm", "enforced"}, {"go", "enforced"}, {"pypi", "enforced"}};
   snapshot.guardFeatureState = "enforced";
   snapshot.lastCheckinSuccess = now - 5min;

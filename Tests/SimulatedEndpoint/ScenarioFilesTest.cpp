@@ -3,7 +3,7 @@
 #include <array>
 
 #include "OstrelAgent/Panel/PanelHeader.hpp"
-#include "OstrelAgent/Status/Snapshot.hpp"
+#include "OstrelAgent/Status/HealthComponents.hpp"
 #include "OstrelAgent/Status/Verdict.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
 #include "Platform/Posix/PosixFiles.hpp"
@@ -37,8 +37,8 @@ TEST(ScenarioFiles, AreValidAndGiveEveryCodeATextAndEveryFaultACode) {
     SCOPED_TRACE(name);
     EXPECT_EQ(shipped.folder.load(name).value().name(), name);
     const auto snap = shipped.snapshot(name);
-    for (const auto* health : {&snap.daemon, &snap.deviceCA, &snap.sysext, &snap.runtimeTrust,
-                               &snap.credential, &snap.captureSet, &snap.caExpiry, &snap.egressLock}) {
+    for (const auto& component : healthComponents) {
+      const auto* health = &(snap.*component.health);
       const bool isExplained = !health->code.empty() && !health->severity.empty();
       EXPECT_TRUE(isExplained || health->state != "broken") << health->code;
       if (health->code.empty()) continue;

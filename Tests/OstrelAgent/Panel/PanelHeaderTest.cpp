@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "OstrelAgent/Status/HealthComponents.hpp"
 #include "Tests/OstrelAgent/SnapshotBuilders.hpp"
 
 namespace ostrel {
@@ -54,11 +55,9 @@ TEST(PanelHeader, SettlesOnlyWhenAllThatIsAmberClearsByItselfInTime) {
 }
 
 TEST(PanelHeader, NamesTheTimeByWhichAnyComponentClears) {
-  for (const auto component :
-       {&Snapshot::daemon, &Snapshot::deviceCA, &Snapshot::sysext, &Snapshot::runtimeTrust,
-        &Snapshot::credential, &Snapshot::captureSet, &Snapshot::caExpiry, &Snapshot::egressLock}) {
+  for (const auto& component : healthComponents) {
     auto snapshot = readings::healthy();
-    snapshot.*component = amber(true, 20min);
+    snapshot.*component.health = amber(true, 20min);
     EXPECT_EQ(read(snapshot).deadlineLine, "Usually back to full protection by 10:20 AM.");
   }
 }
