@@ -77,32 +77,10 @@ void Controller::run() {
   }
   if (command_.action == Action::deactivate) return submit();
   // Before anything is asked of the system: without hosts there is nothing to set up.
-  auto config = staticCaptureConfig(services_.bundle);
+  auto config = NetworkConfigurations::staticCaptureConfig(services_.bundle);
   if (!config) return fail(config.error());
   captureConfig_ = std::move(*config);
   submit();
-}
-
-std::expected<CaptureConfig, std::string> Controller::staticCaptureConfig(const Bundle& bundle) {
-  const auto refusal = [](const std::string& reason) {
-    return std::unexpected("captured-hosts.json of the application cannot be used (" + reason +
-                           ") — install the application again");
-  };
-  const auto bytes = bundle.resource("captured-hosts.json");
-  if (!bytes) return refusal(bytes.error().description);
-  auto config = CaptureConfig::ofHostList(*bytes);
-  if (!config) return refusal(config.error());
-  return config;
-}
-
-void Controller::saveStaticCaptureConfig(const Bundle& bundle, const NetworkConfigurations& configurations,
-                                         std::function<void(const std::string& error)> completion) {
-  const auto config = staticCaptureConfig(bundle);
-  if (!config) return completion(config.error());
-  configurations.saveTransparentProxyConfiguration(
-      *config, [completion = std::move(completion)](const NetworkConfigurations::ProxySaved& saved) {
-        completion(saved ? "" : saved.error().description());
-      });
 }
 
 void Controller::submit() {

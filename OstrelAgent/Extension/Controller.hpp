@@ -53,14 +53,6 @@ class Controller final : public SystemExtensionDelegate, public std::enable_shar
   /// True for errors that the system gives while an extension that was just approved is being registered.
   static bool isTransientNEConfigRace(const PlatformError& error);
 
-  /// What the application ships for the proxy; a sentence when its file cannot be used.
-  static std::expected<CaptureConfig, std::string> staticCaptureConfig(const Bundle& bundle);
-
-  /// Saves and starts the transparent proxy with it. The completion is told what went wrong, an empty text
-  /// when nothing did; main thread, possibly inside the call.
-  static void saveStaticCaptureConfig(const Bundle& bundle, const NetworkConfigurations& configurations,
-                                      std::function<void(const std::string& error)> completion);
-
   /// Starts the command. Call once.
   void run();
 

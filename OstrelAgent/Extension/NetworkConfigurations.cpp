@@ -44,6 +44,27 @@ std::function<void(Result)> NetworkConfigurations::onMain(std::function<void(Res
   };
 }
 
+std::expected<CaptureConfig, std::string> NetworkConfigurations::staticCaptureConfig(const Bundle& bundle) {
+  const auto refusal = [](const std::string& reason) {
+    return std::unexpected("captured-hosts.json of the application cannot be used (" + reason +
+                           ") — install the application again");
+  };
+  const auto bytes = bundle.resource("captured-hosts.json");
+  if (!bytes) return refusal(bytes.error().description);
+  auto config = CaptureConfig::ofHostList(*bytes);
+  if (!config) return refusal(config.error());
+  return config;
+}
+
+void NetworkConfigurations::saveStaticCaptureConfig(const Bundle& bundle,
+                                                    std::function<void(CaptureSaved)> completion) const {
+  const auto config = staticCaptureConfig(bundle);
+  if (!config) return completion(std::unexpected(config.error()));
+  saveTransparentProxyConfiguration(*config, [completion = std::move(completion)](const ProxySaved& saved) {
+    completion(saved ? CaptureSaved() : std::unexpected(saved.error().description()));
+  });
+}
+
 void NetworkConfigurations::saveTransparentProxyConfiguration(
     const CaptureConfig& captureConfig, std::function<void(ProxySaved)> completion) const {
   auto saved = [records = records_, captureConfig, completion](const ProxySaved& result) {

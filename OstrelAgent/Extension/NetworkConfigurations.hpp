@@ -8,6 +8,7 @@
 
 #include "OstrelAgent/Extension/CaptureConfig.hpp"
 #include "OstrelAgent/Extension/Records.hpp"
+#include "Platform/Bundle.hpp"
 #include "Platform/Log.hpp"
 #include "Platform/MainQueue.hpp"
 #include "Platform/NetworkPreferences.hpp"
@@ -17,7 +18,7 @@ namespace ostrel {
 inline constexpr const char* systemExtensionIdentifier = "tech.brenn.ostrel-agent.sysext";
 
 /// Points the system at the extension: capture by a transparent proxy, egress lock by a content filter. Main
-/// thread; completions run there once, never inside the call. Copies are equal.
+/// thread; completions run there once, inside the call only where it says so. Copies are equal.
 class NetworkConfigurations {
  public:
   /// Where setting up the proxy ended: "load proxy prefs", "save proxy prefs" or "start proxy".
@@ -30,9 +31,17 @@ class NetworkConfigurations {
   };
 
   using ProxySaved = std::expected<void, ProxyFailure>;
+  using CaptureSaved = std::expected<void, std::string>;  ///< or a sentence
   using LockSaved = std::expected<void, PlatformError>;
 
   NetworkConfigurations(NetworkPreferences& preferences, MainQueue& mainQueue, Log& log, Records records);
+
+  /// What the application ships for the proxy; a sentence when its file cannot be used.
+  [[nodiscard]] static std::expected<CaptureConfig, std::string> staticCaptureConfig(const Bundle& bundle);
+
+  /// Saves and starts the transparent proxy with it. Where the file cannot be used the completion runs inside
+  /// the call.
+  void saveStaticCaptureConfig(const Bundle& bundle, std::function<void(CaptureSaved)> completion) const;
 
   /// Saves and starts the first transparent proxy, made when there is none, and records what was applied.
   void saveTransparentProxyConfiguration(const CaptureConfig& captureConfig,

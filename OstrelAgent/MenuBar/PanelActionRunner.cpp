@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "OstrelAgent/Extension/Controller.hpp"
 #include "OstrelAgent/Panel/PanelMessages.hpp"
 #include "Platform/InBackground.hpp"
 
@@ -145,18 +144,17 @@ void PanelActionRunner::enableEgressLock() {
 void PanelActionRunner::enableTransparentProxy() {
   // Two at once might each make a configuration.
   if (std::exchange(isSavingProxy_, true)) return;
-  Controller::saveStaticCaptureConfig(services_.bundle, collaborators_.configurations,
-                                      [weak = weak_from_this()](const std::string& error) {
-                                        if (const auto self = weak.lock())
-                                          self->finishTransparentProxy(error);
-                                      });
+  collaborators_.configurations.saveStaticCaptureConfig(
+      services_.bundle, [weak = weak_from_this()](const NetworkConfigurations::CaptureSaved& saved) {
+        if (const auto self = weak.lock()) self->finishTransparentProxy(saved);
+      });
 }
 
-void PanelActionRunner::finishTransparentProxy(const std::string& error) {
+void PanelActionRunner::finishTransparentProxy(const NetworkConfigurations::CaptureSaved& saved) {
   isSavingProxy_ = false;
-  if (!error.empty()) services_.log.line("ostrel: could not save the transparent proxy: " + error);
+  if (!saved) services_.log.line("ostrel: could not save the transparent proxy: " + saved.error());
   collaborators_.refresh();
-  if (!error.empty()) present(filterOnFailedAlert(error));
+  if (!saved) present(filterOnFailedAlert(saved.error()));
 }
 
 void PanelActionRunner::trustDeviceCA() {

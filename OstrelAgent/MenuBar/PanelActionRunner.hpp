@@ -81,7 +81,7 @@ class PanelActionRunner : public std::enable_shared_from_this<PanelActionRunner>
   void presentUpdateFailure(const ControlSocketError& error);
   void enableEgressLock();
   void enableTransparentProxy();
-  void finishTransparentProxy(const std::string& error);
+  void finishTransparentProxy(const NetworkConfigurations::CaptureSaved& saved);
   void trustDeviceCA();
   void finishTrust(const DeviceCATrust::Outcome& outcome);
 

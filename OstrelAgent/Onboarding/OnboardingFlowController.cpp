@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "OstrelAgent/Extension/Controller.hpp"
 #include "OstrelAgent/Notifications/RedNotifier.hpp"
 #include "OstrelAgent/Onboarding/RepairFlow.hpp"
 #include "OstrelAgent/Status/StatusRead.hpp"
@@ -237,17 +236,17 @@ void OnboardingFlowController::turnOnNetworkFilter() {
   if (std::exchange(isSavingFilter_, true)) return;
   clearActionError(Step::proxy);
   draw();
-  Controller::saveStaticCaptureConfig(services_.bundle, collaborators_.configurations,
-                                      [weak = weak_from_this()](const std::string& error) {
-                                        if (const auto self = weak.lock()) self->finishNetworkFilter(error);
-                                      });
+  collaborators_.configurations.saveStaticCaptureConfig(
+      services_.bundle, [weak = weak_from_this()](const NetworkConfigurations::CaptureSaved& saved) {
+        if (const auto self = weak.lock()) self->finishNetworkFilter(saved);
+      });
 }
 
-void OnboardingFlowController::finishNetworkFilter(const std::string& error) {
+void OnboardingFlowController::finishNetworkFilter(const NetworkConfigurations::CaptureSaved& saved) {
   isSavingFilter_ = false;
   if (!isOpen_) return;
-  if (!error.empty()) {
-    model_.actionError = {Step::proxy, Texts::errorFilterOn.with(error)};
+  if (!saved) {
+    model_.actionError = {Step::proxy, Texts::errorFilterOn.with(saved.error())};
     draw();
   }
   refresh();

@@ -80,7 +80,7 @@ class OnboardingFlowController : public std::enable_shared_from_this<OnboardingF
   void showActivation(ActivationState state);
   void openExtensionSettings();
   void turnOnNetworkFilter();
-  void finishNetworkFilter(const std::string& error);
+  void finishNetworkFilter(const NetworkConfigurations::CaptureSaved& saved);
 
   /// Runs the work in the background and hands its result to `next` on the main thread, while this lives.
   template <class Work, class Next>
