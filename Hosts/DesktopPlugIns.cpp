@@ -7,7 +7,7 @@ namespace ostrel {
 namespace {
 
 template <class PlugIn>
-std::expected<const PlugIn*, std::string> load(const Bundle& bundle, const std::string& name) {
+[[nodiscard]] std::expected<const PlugIn*, std::string> load(const Bundle& bundle, const std::string& name) {
   const auto symbol = "ostrel" + name + "PlugIn";
   const auto path = bundle.path() + "/Contents/PlugIns/" + name + ".so";
   const auto table = loadPlugIn(path, symbol.c_str(), OSTREL_BUILD);

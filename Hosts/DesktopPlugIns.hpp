@@ -9,7 +9,7 @@
 namespace ostrel {
 
 /// The bundle's Shell plug-in; a sentence when it is missing, damaged or of another build.
-std::expected<const ShellPlugIn*, std::string> loadShellPlugIn(const Bundle& bundle);
+[[nodiscard]] std::expected<const ShellPlugIn*, std::string> loadShellPlugIn(const Bundle& bundle);
 
 /// What the Shell plug-in needs of a bundle; the descriptors stay open to the caller. The bundle must outlive
 /// it.

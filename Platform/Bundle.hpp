@@ -21,11 +21,11 @@ class Bundle {
 
   /// Bytes of the table "Contents/Resources/<language>.lproj/<name>.strings" in the person's language;
   /// nothing when the bundle has no such table, an error when it cannot be read.
-  virtual std::expected<std::optional<std::string>, PlatformError> localizedTable(
+  [[nodiscard]] virtual std::expected<std::optional<std::string>, PlatformError> localizedTable(
       const std::string& name) const = 0;
 
   /// Bytes of the file "Contents/Resources/<name>".
-  virtual std::expected<std::string, PlatformError> resource(const std::string& name) const = 0;
+  [[nodiscard]] virtual std::expected<std::string, PlatformError> resource(const std::string& name) const = 0;
 };
 
 }  // namespace ostrel

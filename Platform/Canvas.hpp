@@ -79,7 +79,7 @@ class Canvas {
 
   /// Draws a text as large as it fits into the rectangle, in that colour where it has none of its own. False
   /// when no font has it; then nothing is drawn.
-  virtual bool drawText(std::string_view text, const CanvasRect& rect, CanvasColor color) = 0;
+  [[nodiscard]] virtual bool drawText(std::string_view text, const CanvasRect& rect, CanvasColor color) = 0;
 };
 
 }  // namespace ostrel

@@ -22,21 +22,21 @@ class Files {
   virtual bool isExecutableFile(const std::string& path) const = 0;
 
   /// All bytes of a file.
-  virtual std::expected<std::string, PlatformError> read(const std::string& path) const = 0;
+  [[nodiscard]] virtual std::expected<std::string, PlatformError> read(const std::string& path) const = 0;
 
   /// Replaces the file in one step; on failure the earlier file stays as it was.
-  virtual std::expected<void, PlatformError> writeAtomically(const std::string& path,
-                                                             std::string_view bytes) = 0;
+  [[nodiscard]] virtual std::expected<void, PlatformError> writeAtomically(const std::string& path,
+                                                                           std::string_view bytes) = 0;
 
   /// Makes a file that only this user may read and write; fails when anything is at the path.
-  virtual std::expected<void, PlatformError> createPrivately(const std::string& path,
-                                                             std::string_view bytes) = 0;
+  [[nodiscard]] virtual std::expected<void, PlatformError> createPrivately(const std::string& path,
+                                                                           std::string_view bytes) = 0;
 
   /// Makes a folder with its missing parents; one that is there already is a success.
-  virtual std::expected<void, PlatformError> makeFolders(const std::string& path) = 0;
+  [[nodiscard]] virtual std::expected<void, PlatformError> makeFolders(const std::string& path) = 0;
 
   /// Removes a file; one that is missing is a success.
-  virtual std::expected<void, PlatformError> remove(const std::string& path) = 0;
+  [[nodiscard]] virtual std::expected<void, PlatformError> remove(const std::string& path) = 0;
 
   /// Modification time, or nothing when the file is missing.
   virtual std::optional<Date> modificationTime(const std::string& path) const = 0;

@@ -26,13 +26,13 @@ class UnixSocket {
   /// cannot be set is left out.
   virtual void setTimeouts(std::chrono::milliseconds receive, std::chrono::milliseconds send) = 0;
 
-  virtual std::expected<void, ErrorNumber> connect(const std::string& path) = 0;
+  [[nodiscard]] virtual std::expected<void, ErrorNumber> connect(const std::string& path) = 0;
 
   /// Gives the number of bytes written. A peer that is gone is an error, never a signal.
-  virtual std::expected<std::size_t, ErrorNumber> write(std::string_view bytes) = 0;
+  [[nodiscard]] virtual std::expected<std::size_t, ErrorNumber> write(std::string_view bytes) = 0;
 
   /// Gives the number of bytes read into the buffer, 0 once the peer has closed.
-  virtual std::expected<std::size_t, ErrorNumber> read(std::span<char> buffer) = 0;
+  [[nodiscard]] virtual std::expected<std::size_t, ErrorNumber> read(std::span<char> buffer) = 0;
 };
 
 /// Opens Unix-domain stream sockets. Any thread; calls block.
@@ -40,7 +40,7 @@ class UnixSockets {
  public:
   virtual ~UnixSockets() = default;
 
-  virtual std::expected<std::unique_ptr<UnixSocket>, ErrorNumber> open() = 0;
+  [[nodiscard]] virtual std::expected<std::unique_ptr<UnixSocket>, ErrorNumber> open() = 0;
 };
 
 }  // namespace ostrel

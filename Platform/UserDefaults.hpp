@@ -26,10 +26,11 @@ class UserDefaults {
   virtual std::optional<DefaultsValue> value(const std::string& key) const = 0;
 
   /// Stores a value. On failure nothing that was stored is lost.
-  virtual std::expected<void, PlatformError> set(const std::string& key, DefaultsValue value) = 0;
+  [[nodiscard]] virtual std::expected<void, PlatformError> set(const std::string& key,
+                                                               DefaultsValue value) = 0;
 
   /// Removes a key; one that is missing is a success.
-  virtual std::expected<void, PlatformError> remove(const std::string& key) = 0;
+  [[nodiscard]] virtual std::expected<void, PlatformError> remove(const std::string& key) = 0;
 
   /// The stored value as a T, or nothing when it is missing or of another type.
   template <class T>

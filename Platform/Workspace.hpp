@@ -14,7 +14,7 @@ class Workspace {
   virtual int systemMajorVersion() const = 0;
 
   /// Opens the URL with the program that is there for it; false when it cannot be opened.
-  virtual bool openUrl(const std::string& url) = 0;
+  [[nodiscard]] virtual bool openUrl(const std::string& url) = 0;
 
   /// The id of this process.
   virtual std::int64_t processIdentifier() const = 0;
@@ -23,7 +23,7 @@ class Workspace {
   virtual bool isRunning(std::int64_t processIdentifier) const = 0;
 
   /// Brings that process of this program to the front; false when it cannot be reached.
-  virtual bool bringToFront(std::int64_t processIdentifier) = 0;
+  [[nodiscard]] virtual bool bringToFront(std::int64_t processIdentifier) = 0;
 };
 
 }  // namespace ostrel

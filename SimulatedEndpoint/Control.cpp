@@ -115,7 +115,8 @@ ControlResult show(const SimulatedState& state) {
   return {0, printJson(current->document())};
 }
 
-std::expected<void, std::string> changeReportByInstall(bool hasToken, const SimulatedState& state) {
+[[nodiscard]] std::expected<void, std::string> changeReportByInstall(bool hasToken,
+                                                                     const SimulatedState& state) {
   if (!hasToken) return state.changeReport(reportAfterInstall);
   const auto now = rfc3339(std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()));
   return state.changeReport([&now](Json report) {

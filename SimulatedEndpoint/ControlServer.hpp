@@ -63,9 +63,9 @@ class ControlServer {
 
   void accept();
   /// Each tells whether the connection is over.
-  bool goOn(Connection& connection, short events);
+  [[nodiscard]] bool goOn(Connection& connection, short events);
   bool receive(Connection& connection);
-  static bool send(Connection& connection);
+  [[nodiscard]] static bool send(Connection& connection);
   int timeoutInMilliseconds() const;
 
   const ListeningSocket& socket_;

@@ -17,7 +17,7 @@ constexpr std::string_view header = "-----BEGIN CERTIFICATE-----";
 constexpr std::string_view footer = "-----END CERTIFICATE-----";
 constexpr const char* openssl = "/usr/bin/openssl";
 
-std::expected<std::string, std::string> freshCertificate() {
+[[nodiscard]] std::expected<std::string, std::string> freshCertificate() {
   PosixChildProcesses children([](std::string_view path) { return std::string(path); });
   const auto ran = children.run({.executable = openssl,
                                  .arguments = {"req",

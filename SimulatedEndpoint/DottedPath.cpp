@@ -28,7 +28,8 @@ std::string kindOf(const Json& value) {
   return "a number";
 }
 
-std::expected<Json*, std::string> element(Json& list, const std::string& segment, const std::string& place) {
+[[nodiscard]] std::expected<Json*, std::string> element(Json& list, const std::string& segment,
+                                                        const std::string& place) {
   std::size_t index = 0;
   const auto* const last = segment.data() + segment.size();
   const auto [end, error] = std::from_chars(segment.data(), last, index);
@@ -40,7 +41,8 @@ std::expected<Json*, std::string> element(Json& list, const std::string& segment
                          " is no index of it (the first is 0)");
 }
 
-std::expected<Json*, std::string> child(Json& parent, const std::string& segment, const std::string& place) {
+[[nodiscard]] std::expected<Json*, std::string> child(Json& parent, const std::string& segment,
+                                                      const std::string& place) {
   if (parent.is_array()) return element(parent, segment, place);
   if (parent.is_null() || parent.is_object()) return &parent[segment];
   return std::unexpected(place + " is " + kindOf(parent) + ", so it has no " + inQuotes(segment));

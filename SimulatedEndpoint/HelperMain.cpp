@@ -63,7 +63,7 @@ int failed(const std::string& sentence) {
   return 1;
 }
 
-std::expected<std::string, std::string> uninstallAnswer(const SimulatedState& state) {
+[[nodiscard]] std::expected<std::string, std::string> uninstallAnswer(const SimulatedState& state) {
   endService(state.root().realPath(endpointfiles::serviceLock));
   const auto removed = state.uninstall();
   if (!removed) return std::unexpected(removed.error());
@@ -75,8 +75,10 @@ std::expected<std::string, std::string> uninstallAnswer(const SimulatedState& st
   return text + "The endpoint is removed.\n";
 }
 
-std::expected<std::string, std::string> answer(const HelperRequest& request, const SimulatedState& state,
-                                               const Scenario& scenario, const HelperBehaviour& behaviour) {
+[[nodiscard]] std::expected<std::string, std::string> answer(const HelperRequest& request,
+                                                             const SimulatedState& state,
+                                                             const Scenario& scenario,
+                                                             const HelperBehaviour& behaviour) {
   const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
   switch (request.command) {
     case HelperCommand::status:

@@ -41,7 +41,7 @@ class LaunchJobs {
 
  private:
   Json load() const;
-  bool store(const Json& jobs);
+  [[nodiscard]] bool store(const Json& jobs);
   bool start(Json& job);
 
   Files& files_;

@@ -36,7 +36,8 @@ constexpr std::array<Preference, 4> preferences = {{
 
 constexpr std::array<const char*, 3> tools = {"/usr/bin/profiles", "/usr/bin/security", "/bin/launchctl"};
 
-std::expected<void, std::string> linkTool(const std::filesystem::path& link, const std::string& tool) {
+[[nodiscard]] std::expected<void, std::string> linkTool(const std::filesystem::path& link,
+                                                        const std::string& tool) {
   namespace fs = std::filesystem;
   std::error_code error;
   const auto kind = fs::symlink_status(link, error).type();

@@ -66,7 +66,7 @@ bool isEnvelope(std::string_view bytes) {
          (!document.contains("version") && std::ranges::any_of(surroundingFields, isGiven));
 }
 
-std::expected<Envelope, JsonError> decodeEnvelope(std::string_view bytes) {
+[[nodiscard]] std::expected<Envelope, JsonError> decodeEnvelope(std::string_view bytes) {
   Envelope envelope;
   if (!isEnvelope(bytes)) {
     auto report = StatusReport::decode(bytes);

@@ -20,6 +20,6 @@ struct PreviewReading {
 /// "enabled"}, "mdm_enrolled", "running_container_runtimes" and "now". Network state that is not given is
 /// taken from what the report says of extension and lock. A status without a report is that of a helper whose
 /// output cannot be read.
-std::expected<PreviewReading, JsonError> readPreviewDocument(std::string_view bytes);
+[[nodiscard]] std::expected<PreviewReading, JsonError> readPreviewDocument(std::string_view bytes);
 
 }  // namespace ostrel

@@ -67,7 +67,7 @@ constexpr std::string_view help =
 
 void print(std::FILE* stream, std::string_view text) { std::fwrite(text.data(), 1, text.size(), stream); }
 
-std::expected<std::string, std::string> readAll(std::FILE* file, const std::string& name) {
+[[nodiscard]] std::expected<std::string, std::string> readAll(std::FILE* file, const std::string& name) {
   std::string bytes;
   std::array<char, 65536> buffer;
   while (std::feof(file) == 0 && std::ferror(file) == 0) {
@@ -78,7 +78,7 @@ std::expected<std::string, std::string> readAll(std::FILE* file, const std::stri
   return bytes;
 }
 
-std::expected<std::string, std::string> readInput(const std::optional<std::string>& path) {
+[[nodiscard]] std::expected<std::string, std::string> readInput(const std::optional<std::string>& path) {
   if (!path) return readAll(stdin, "standard input");
   std::FILE* file = std::fopen(path->c_str(), "rb");
   if (file == nullptr) return std::unexpected(*path + " cannot be read");

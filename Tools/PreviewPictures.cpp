@@ -10,7 +10,7 @@ namespace {
 
 using Picture = std::expected<std::string, std::string>;
 
-std::expected<void, std::string> writeFile(const std::string& path, const Picture& picture) {
+[[nodiscard]] std::expected<void, std::string> writeFile(const std::string& path, const Picture& picture) {
   if (!picture) return std::unexpected(picture.error());
   std::FILE* file = std::fopen(path.c_str(), "wb");
   const bool isWritten =

@@ -35,7 +35,7 @@ std::unexpected<ControlSocketError> connectFailed(ErrorNumber error) {
 }
 
 /// The request in one line. What the library says of a fault is left out, since it quotes the text.
-Bytes serialised(const std::string& action, const ControlSocket::Extra& extra) try {
+[[nodiscard]] Bytes serialised(const std::string& action, const ControlSocket::Extra& extra) try {
   nlohmann::json request = {{"action", action}};
   for (const auto& [name, value] : extra) {
     std::visit([&, &key = name](const auto& plain) { request[key] = plain; }, value);
@@ -46,7 +46,7 @@ Bytes serialised(const std::string& action, const ControlSocket::Extra& extra) t
 }
 
 /// Writes in a single call: a request is small, and a peer that does not take it at once is not well.
-std::expected<void, ControlSocketError> write(UnixSocket& socket, std::string_view request) {
+[[nodiscard]] std::expected<void, ControlSocketError> write(UnixSocket& socket, std::string_view request) {
   const auto written = socket.write(request);
   if (written == request.size()) return {};
   const auto error = written ? ErrorNumber() : written.error();
@@ -54,7 +54,7 @@ std::expected<void, ControlSocketError> write(UnixSocket& socket, std::string_vi
 }
 
 /// Reads until the bytes so far end a line, or the peer has closed.
-Bytes readAnswer(UnixSocket& socket) {
+[[nodiscard]] Bytes readAnswer(UnixSocket& socket) {
   std::array<char, 4096> buffer;
   std::string answer;
   while (!answer.ends_with('\n')) {
@@ -66,7 +66,8 @@ Bytes readAnswer(UnixSocket& socket) {
   return answer;
 }
 
-Bytes exchanged(UnixSocket& socket, const std::string& action, const ControlSocket::Extra& extra) {
+[[nodiscard]] Bytes exchanged(UnixSocket& socket, const std::string& action,
+                              const ControlSocket::Extra& extra) {
   const auto request = serialised(action, extra);
   if (!request) return request;
   if (auto written = write(socket, *request); !written) return std::unexpected(std::move(written.error()));

@@ -56,8 +56,8 @@ class ControlSocket {
   ControlSocket(UnixSockets& sockets, const Files& files, std::string_view path = socketPath);
 
   /// Asks for an action; gives the answer of a daemon that did it. No error holds the enrolment token.
-  std::expected<JsonMembers, ControlSocketError> send(const std::string& action,
-                                                      const Extra& extra = {}) const;
+  [[nodiscard]] std::expected<JsonMembers, ControlSocketError> send(const std::string& action,
+                                                                    const Extra& extra = {}) const;
 
   /// Whether this Mac is enrolled, and whether its certificate waits to be trusted; false when the daemon
   /// does not tell.
@@ -68,7 +68,7 @@ class ControlSocket {
   static ControlSocketError failure(const JsonMembers& response);
 
  private:
-  std::expected<std::unique_ptr<UnixSocket>, ControlSocketError> connect() const;
+  [[nodiscard]] std::expected<std::unique_ptr<UnixSocket>, ControlSocketError> connect() const;
 
   UnixSockets& sockets_;
   const Files& files_;

@@ -20,7 +20,7 @@ struct CaptureConfig {
 
   /// The configuration for a JSON list of host names; the reason when the bytes are no such list, or an
   /// empty one.
-  static std::expected<CaptureConfig, std::string> ofHostList(std::string_view bytes);
+  [[nodiscard]] static std::expected<CaptureConfig, std::string> ofHostList(std::string_view bytes);
 
   /// The configuration as compact JSON with sorted keys.
   std::string json() const;

@@ -35,16 +35,16 @@ class MenuBarAgent {
   void remove() const;
 
   /// Runs launchctl without its output; gives its exit status, nothing when the end of the host has ended it.
-  std::optional<std::int32_t> launchctl(const std::vector<std::string>& arguments) const;
+  [[nodiscard]] std::optional<std::int32_t> launchctl(const std::vector<std::string>& arguments) const;
 
   /// True when the job file is there.
   bool isInstalled() const;
 
   /// The job file for a program, an XML property list; an error when XML cannot hold the program's path.
-  static std::expected<std::string, PlatformError> jobFile(std::string_view executable);
+  [[nodiscard]] static std::expected<std::string, PlatformError> jobFile(std::string_view executable);
 
  private:
-  std::expected<void, PlatformError> writeJobFile(std::string_view executable) const;
+  [[nodiscard]] std::expected<void, PlatformError> writeJobFile(std::string_view executable) const;
 
   const Bundle* bundle_;
   Files* files_;

@@ -15,7 +15,7 @@ inline constexpr std::chrono::milliseconds patienceWithEarlierMenuBar{3000};
 /// Claims the person's one menu-bar icon; nothing when another process shows it, which standard error tells.
 /// Where nothing can be claimed the claim is empty and the log tells why: a person must not miss the icon for
 /// that. Blocks.
-std::optional<SingleInstance::Claim> claimMenuBar(SingleInstance& instance, StandardStreams& streams,
-                                                  Log& log);
+[[nodiscard]] std::optional<SingleInstance::Claim> claimMenuBar(SingleInstance& instance,
+                                                                StandardStreams& streams, Log& log);
 
 }  // namespace ostrel

@@ -33,6 +33,6 @@ struct OnboardingFlowModel {
 };
 
 /// The trimmed token, or why it cannot be one.
-std::expected<std::string, std::string> acceptableToken(std::string_view typed);
+[[nodiscard]] std::expected<std::string, std::string> acceptableToken(std::string_view typed);
 
 }  // namespace ostrel

@@ -21,7 +21,7 @@ inline constexpr const char* onboardingFlowProcessIdentifierKey = "OnboardingFlo
 std::optional<std::int64_t> runningRepairFlow(const UserDefaults& userDefaults, const Workspace& workspace);
 
 /// Brings that process's window to the front; when it cannot be reached false, which is told in the log.
-bool bringRepairFlowToFront(std::int64_t process, Workspace& workspace, Log& log);
+[[nodiscard]] bool bringRepairFlowToFront(std::int64_t process, Workspace& workspace, Log& log);
 
 struct RepairFlowServices {
   const Bundle& bundle;

@@ -116,7 +116,7 @@ constexpr JsonField reportFields[] = {
 constexpr JsonObject reportLayout{reportFields};
 
 template <class Value>
-std::expected<Value, JsonError> decodeWhole(std::string_view bytes, const JsonObject& layout) {
+[[nodiscard]] std::expected<Value, JsonError> decodeWhole(std::string_view bytes, const JsonObject& layout) {
   Value value;
   if (auto decoded = decodeJson(bytes, layout, &value); !decoded) {
     return std::unexpected(std::move(decoded.error()));

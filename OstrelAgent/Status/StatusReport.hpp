@@ -68,7 +68,7 @@ struct StatusReport {
     std::optional<std::int64_t> offByPolicy;
 
     /// Reads a health block that stands alone, as in the daemon's answers.
-    static std::expected<Health, JsonError> decode(std::string_view bytes);
+    [[nodiscard]] static std::expected<Health, JsonError> decode(std::string_view bytes);
 
     bool operator==(const Health&) const = default;
   };
@@ -119,7 +119,7 @@ struct StatusReport {
   std::optional<Checkin> checkin;
 
   /// Reads the helper's standard output. There is no partial report: one fault anywhere fails the document.
-  static std::expected<StatusReport, JsonError> decode(std::string_view bytes);
+  [[nodiscard]] static std::expected<StatusReport, JsonError> decode(std::string_view bytes);
 
   bool operator==(const StatusReport&) const = default;
 };

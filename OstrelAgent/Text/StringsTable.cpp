@@ -15,7 +15,7 @@ class StringsParser {
     if (bytes_.starts_with("\xEF\xBB\xBF")) at_ = 3;
   }
 
-  std::expected<StringsEntries, StringsError> parse() {
+  [[nodiscard]] std::expected<StringsEntries, StringsError> parse() {
     if (!isUtf8(bytes_)) return fail("the table is not UTF-8");
     StringsEntries entries;
     while (skipBlanks() && at_ < bytes_.size()) {

@@ -22,7 +22,7 @@ struct StringsError {
 
 /// Reads a table of `"key" = "value";` entries in UTF-8, with /* */ and // comments and the escapes \" \\ \'
 /// \n \t \r, \Uxxxx and \uxxxx. A table with one mistake is refused whole, so that no half of it is shown.
-std::expected<StringsEntries, StringsError> parseStrings(std::string_view bytes);
+[[nodiscard]] std::expected<StringsEntries, StringsError> parseStrings(std::string_view bytes);
 
 /// One entry as a line of such a table.
 std::string stringsLine(std::string_view key, std::string_view value);

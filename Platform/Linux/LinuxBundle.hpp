@@ -27,9 +27,9 @@ class LinuxBundle final : public Bundle {
 
   std::string path() const override;
   std::string executablePath() const override { return executablePath_; }
-  std::expected<std::optional<std::string>, PlatformError> localizedTable(
+  [[nodiscard]] std::expected<std::optional<std::string>, PlatformError> localizedTable(
       const std::string& name) const override;
-  std::expected<std::string, PlatformError> resource(const std::string& name) const override;
+  [[nodiscard]] std::expected<std::string, PlatformError> resource(const std::string& name) const override;
 
  private:
   const Files& files_;

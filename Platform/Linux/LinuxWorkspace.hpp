@@ -13,10 +13,10 @@ class LinuxWorkspace final : public Workspace {
   explicit LinuxWorkspace(std::string executablePath) : executablePath_(std::move(executablePath)) {}
 
   int systemMajorVersion() const override { return 15; }  // of the Mac that is simulated
-  bool openUrl(const std::string& /*url*/) override { return false; }
+  [[nodiscard]] bool openUrl(const std::string& /*url*/) override { return false; }
   std::int64_t processIdentifier() const override;
   bool isRunning(std::int64_t processIdentifier) const override;
-  bool bringToFront(std::int64_t processIdentifier) override;
+  [[nodiscard]] bool bringToFront(std::int64_t processIdentifier) override;
 
  private:
   const std::string executablePath_;

@@ -8,6 +8,6 @@ namespace ostrel {
 
 /// A descriptor that is readable once the child has ended, which is not reaped yet; none where the system has
 /// none to give.
-Descriptor openPidfd(pid_t child);
+[[nodiscard]] Descriptor openPidfd(pid_t child);
 
 }  // namespace ostrel

@@ -21,7 +21,7 @@ class Descriptor {
   explicit operator bool() const { return number_ >= 0; }
 
   /// Closes now; gives the errno, 0 when all is well or nothing was open.
-  int close();
+  [[nodiscard]] int close();
 
  private:
   int number_ = -1;
@@ -34,7 +34,7 @@ struct Pipe {
 };
 
 /// Makes a pipe whose ends never take the numbers of the standard streams, even where those are closed.
-std::expected<Pipe, PlatformError> makePipe();
+[[nodiscard]] std::expected<Pipe, PlatformError> makePipe();
 
 /// Writes all of the text, waiting where the descriptor does not block; gives the errno, 0 when all is
 /// written.

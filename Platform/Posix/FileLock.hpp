@@ -17,8 +17,8 @@ class FileLock {
 
   /// Takes the lock by the real path of its file, waiting for its turn. Fails where the file cannot be made,
   /// and with ETIMEDOUT when the turn does not come in time.
-  static std::expected<FileLock, PlatformError> take(const std::string& path,
-                                                     std::chrono::milliseconds patience = usualPatience);
+  [[nodiscard]] static std::expected<FileLock, PlatformError> take(
+      const std::string& path, std::chrono::milliseconds patience = usualPatience);
 
   FileLock(FileLock&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
   FileLock& operator=(FileLock&&) = delete;

@@ -21,7 +21,7 @@ class FrontSignal {
   FrontSignal& operator=(const FrontSignal&) = delete;
 
   /// False when there is no such process, or when it is another user's.
-  static bool send(pid_t process);
+  [[nodiscard]] static bool send(pid_t process);
 
  private:
   Pipe pipe_;

@@ -22,7 +22,8 @@ namespace {
 std::unexpected<PlatformError> failure(int number) { return std::unexpected(posixError(number)); }
 
 /// Reads to the end, whatever size the file told: files of the kernel tell none.
-std::expected<std::string, PlatformError> readAll(int descriptor, std::size_t expectedSize) try {
+[[nodiscard]] std::expected<std::string, PlatformError> readAll(int descriptor,
+                                                                std::size_t expectedSize) try {
   std::string bytes(expectedSize + 1, '\0');
   std::size_t size = 0;
   while (true) {
@@ -43,7 +44,7 @@ std::expected<std::string, PlatformError> readAll(int descriptor, std::size_t ex
 }
 
 /// The file behind a link, so that replacing it keeps the link.
-std::expected<std::string, PlatformError> behindLink(const std::string& path) {
+[[nodiscard]] std::expected<std::string, PlatformError> behindLink(const std::string& path) {
   struct stat status {};
   if (::lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return path;
   std::error_code error;

@@ -14,13 +14,13 @@ class PosixFiles final : public Files {
 
   bool exists(const std::string& path) const override;
   bool isExecutableFile(const std::string& path) const override;
-  std::expected<std::string, PlatformError> read(const std::string& path) const override;
-  std::expected<void, PlatformError> writeAtomically(const std::string& path,
-                                                     std::string_view bytes) override;
-  std::expected<void, PlatformError> createPrivately(const std::string& path,
-                                                     std::string_view bytes) override;
-  std::expected<void, PlatformError> makeFolders(const std::string& path) override;
-  std::expected<void, PlatformError> remove(const std::string& path) override;
+  [[nodiscard]] std::expected<std::string, PlatformError> read(const std::string& path) const override;
+  [[nodiscard]] std::expected<void, PlatformError> writeAtomically(const std::string& path,
+                                                                   std::string_view bytes) override;
+  [[nodiscard]] std::expected<void, PlatformError> createPrivately(const std::string& path,
+                                                                   std::string_view bytes) override;
+  [[nodiscard]] std::expected<void, PlatformError> makeFolders(const std::string& path) override;
+  [[nodiscard]] std::expected<void, PlatformError> remove(const std::string& path) override;
   std::optional<Date> modificationTime(const std::string& path) const override;
 
  private:

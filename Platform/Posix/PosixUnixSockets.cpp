@@ -26,7 +26,7 @@ std::unexpected<ErrorNumber> failure(int number) { return std::unexpected(ErrorN
 
 bool fitsAnAddress(const std::string& path) { return path.size() < sizeof sockaddr_un::sun_path; }
 
-Connected connectTo(int socket, const std::string& path) {
+[[nodiscard]] Connected connectTo(int socket, const std::string& path) {
   if (!fitsAnAddress(path)) return failure(ENAMETOOLONG);
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
@@ -36,7 +36,7 @@ Connected connectTo(int socket, const std::string& path) {
   return {};
 }
 
-Connected connectThroughFolder(int socket, const std::filesystem::path& path) {
+[[nodiscard]] Connected connectThroughFolder(int socket, const std::filesystem::path& path) {
   const auto folder = openFolder(path.parent_path());
   if (!folder) return std::unexpected(folder.error());
   return connectTo(socket, folder->shortPath + "/" + path.filename().string());
@@ -97,11 +97,11 @@ class PosixUnixSockets::Socket final : public UnixSocket {
     return unlessEnded(connected);
   }
 
-  std::expected<std::size_t, ErrorNumber> write(std::string_view bytes) override {
+  [[nodiscard]] std::expected<std::size_t, ErrorNumber> write(std::string_view bytes) override {
     return unlessEnded(counted(::send(socket_.number(), bytes.data(), bytes.size(), MSG_NOSIGNAL)));
   }
 
-  std::expected<std::size_t, ErrorNumber> read(std::span<char> buffer) override {
+  [[nodiscard]] std::expected<std::size_t, ErrorNumber> read(std::span<char> buffer) override {
     return unlessEnded(counted(::recv(socket_.number(), buffer.data(), buffer.size(), 0)));
   }
 

@@ -13,7 +13,7 @@ class PosixUnixSockets final : public UnixSockets {
  public:
   explicit PosixUnixSockets(PathMap realPath);
 
-  std::expected<std::unique_ptr<UnixSocket>, ErrorNumber> open() override;
+  [[nodiscard]] std::expected<std::unique_ptr<UnixSocket>, ErrorNumber> open() override;
 
   /// Ends what any socket waits for, and opens no more: from now on all fails with ECANCELED. Call it before
   /// the queues on which calls block are joined. Any thread.

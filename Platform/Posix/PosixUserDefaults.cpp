@@ -95,7 +95,7 @@ struct JsonOfValue {
 };
 
 /// The settings to change: those stored, or fresh ones after a damaged file was put aside.
-std::expected<Json, PlatformError> settingsToChange(Files& files, const std::string& path) {
+[[nodiscard]] std::expected<Json, PlatformError> settingsToChange(Files& files, const std::string& path) {
   const auto bytes = files.read(path);
   if (!bytes && isPosixError(bytes.error(), ENOENT)) return Json::object();
   if (!bytes) return std::unexpected(bytes.error());
@@ -105,7 +105,8 @@ std::expected<Json, PlatformError> settingsToChange(Files& files, const std::str
   return Json::object();
 }
 
-std::expected<void, PlatformError> write(Files& files, const std::string& path, const Json& settings) try {
+[[nodiscard]] std::expected<void, PlatformError> write(Files& files, const std::string& path,
+                                                       const Json& settings) try {
   const auto bytes = settings.dump(1);
   if (auto made = files.makeFolders(path.substr(0, path.rfind('/'))); !made) return made;
   return files.writeAtomically(path, bytes);

@@ -18,8 +18,8 @@ class PosixUserDefaults final : public UserDefaults {
   PosixUserDefaults(Files& files, std::string path, std::string lockPath);
 
   std::optional<DefaultsValue> value(const std::string& key) const override;
-  std::expected<void, PlatformError> set(const std::string& key, DefaultsValue value) override;
-  std::expected<void, PlatformError> remove(const std::string& key) override;
+  [[nodiscard]] std::expected<void, PlatformError> set(const std::string& key, DefaultsValue value) override;
+  [[nodiscard]] std::expected<void, PlatformError> remove(const std::string& key) override;
 
  private:
   Files& files_;

@@ -91,8 +91,9 @@ std::vector<char*> argumentList(const ChildCommand& command) {
   return list;
 }
 
-std::expected<pid_t, PlatformError> spawn(const std::string& realPath, const ChildCommand& command,
-                                          CaptureDescriptors captured, ChildAttachment tie) {
+[[nodiscard]] std::expected<pid_t, PlatformError> spawn(const std::string& realPath,
+                                                        const ChildCommand& command,
+                                                        CaptureDescriptors captured, ChildAttachment tie) {
   const SpawnAttributes attributes(tie);
   const SpawnStreams streams(command, captured, tie);
   const auto arguments = argumentList(command);

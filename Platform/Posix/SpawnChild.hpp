@@ -18,11 +18,12 @@ struct CaptureDescriptors {
 /// Starts the command's child from the executable at the real path.
 /// The child has every signal at its default and none blocked, and leads a process group unless it inherits
 /// the output.
-std::expected<pid_t, PlatformError> spawnChild(const std::string& realPath, const ChildCommand& command,
-                                               CaptureDescriptors captured);
+[[nodiscard]] std::expected<pid_t, PlatformError> spawnChild(const std::string& realPath,
+                                                             const ChildCommand& command,
+                                                             CaptureDescriptors captured);
 
 /// Starts it likewise, in a session of its own and with an empty input.
-std::expected<pid_t, PlatformError> spawnDetachedChild(const std::string& realPath,
-                                                       const ChildCommand& command);
+[[nodiscard]] std::expected<pid_t, PlatformError> spawnDetachedChild(const std::string& realPath,
+                                                                     const ChildCommand& command);
 
 }  // namespace ostrel

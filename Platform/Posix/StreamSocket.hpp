@@ -9,13 +9,13 @@
 namespace ostrel {
 
 /// Opens a Unix-domain stream socket, closed on exec.
-std::expected<Descriptor, ErrorNumber> openStreamSocket();
+[[nodiscard]] std::expected<Descriptor, ErrorNumber> openStreamSocket();
 
 /// A folder held open, and a path to it that is short however deep the folder lies.
 struct OpenFolder {
   Descriptor descriptor;
   std::string shortPath;
 };
-std::expected<OpenFolder, ErrorNumber> openFolder(const std::string& path);
+[[nodiscard]] std::expected<OpenFolder, ErrorNumber> openFolder(const std::string& path);
 
 }  // namespace ostrel

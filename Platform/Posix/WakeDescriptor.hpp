@@ -23,7 +23,7 @@ class WakeDescriptor {
   void disarm();
 
   /// False when the system cannot watch that descriptor.
-  bool watch(int descriptor);
+  [[nodiscard]] bool watch(int descriptor);
 
   /// One that is closed is watched no more anyway.
   void unwatch(int descriptor);

@@ -47,8 +47,9 @@ class SimulatedNetworkPreferences final : public NetworkPreferences {
   TransparentProxies readProxies();
 
   /// Changes the configurations unless the call is ordered to fail or the change does.
-  Done changeProxies(FaultyCall call, const Change& change);
-  std::expected<void, PlatformError> writeState(const std::string& path, const std::string& bytes);
+  [[nodiscard]] Done changeProxies(FaultyCall call, const Change& change);
+  [[nodiscard]] std::expected<void, PlatformError> writeState(const std::string& path,
+                                                              const std::string& bytes);
 
   Files& files_;
   const std::string lockPath_;

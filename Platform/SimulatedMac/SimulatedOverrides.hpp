@@ -41,7 +41,7 @@ class SimulatedOverrides {
 
   /// What this call is to fail with, nothing when it is to go well. An order holds for a number of calls,
   /// over all processes, and this is one of them.
-  std::optional<PlatformError> takeFailure(FaultyCall call);
+  [[nodiscard]] std::optional<PlatformError> takeFailure(FaultyCall call);
 
   /// "approval": "never", "new" or "always".
   ApprovalRule approvalRule() const;

@@ -40,7 +40,7 @@ class SimulatedSystemExtensions final : public SystemExtensions {
   bool isDecided(const Request& request);
 
   SystemExtensionState read() const;
-  bool write(const SystemExtensionState& state);
+  [[nodiscard]] bool write(const SystemExtensionState& state);
 
   void finish(const Request& request);
   void fail(const Request& request, const PlatformError& error);

@@ -55,12 +55,13 @@ class DesktopPictures {
   virtual ~DesktopPictures() = default;
 
   /// PNG files; a sentence when one cannot be drawn. Pixels for a point of the icon are 1, 2 or 3.
-  virtual std::expected<std::string, std::string> icon(const MenuBarIcon& icon, int scale) = 0;
-  virtual std::expected<std::string, std::string> panel(const PanelContent& content,
-                                                        const DesktopLook& look) = 0;
-  virtual std::expected<std::string, std::string> onboarding(const OnboardingContent& content,
-                                                             const DesktopLook& look) = 0;
-  virtual std::expected<std::string, std::string> alert(const Alert& alert, const DesktopLook& look) = 0;
+  [[nodiscard]] virtual std::expected<std::string, std::string> icon(const MenuBarIcon& icon, int scale) = 0;
+  [[nodiscard]] virtual std::expected<std::string, std::string> panel(const PanelContent& content,
+                                                                      const DesktopLook& look) = 0;
+  [[nodiscard]] virtual std::expected<std::string, std::string> onboarding(const OnboardingContent& content,
+                                                                           const DesktopLook& look) = 0;
+  [[nodiscard]] virtual std::expected<std::string, std::string> alert(const Alert& alert,
+                                                                      const DesktopLook& look) = 0;
 };
 
 /// The one symbol of the Shell plug-in, `ostrelShellPlugIn`.

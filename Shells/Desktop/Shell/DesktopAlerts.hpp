@@ -22,7 +22,7 @@ class DesktopAlerts final : public Alerts {
   void show(const Alert& alert, std::function<void(std::size_t)> completion) override;
 
   /// Brings the open alert to the front; false when there is none.
-  bool activate();
+  [[nodiscard]] bool activate();
   void setLook(const DesktopLook& look);
 
  private:
@@ -31,7 +31,7 @@ class DesktopAlerts final : public Alerts {
     std::function<void(std::size_t)> completion;
   };
 
-  std::expected<void, std::string> makeView();
+  [[nodiscard]] std::expected<void, std::string> makeView();
   void openFirst();
   void finishLater(std::size_t button);
   void finish(std::size_t button);

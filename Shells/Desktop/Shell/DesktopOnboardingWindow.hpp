@@ -26,7 +26,8 @@ class DesktopOnboardingWindow final : public OnboardingWindow {
   void setLook(const DesktopLook& look);
 
  private:
-  std::expected<std::unique_ptr<OnboardingView>, std::string> makeView(OnboardingWindowEvents events);
+  [[nodiscard]] std::expected<std::unique_ptr<OnboardingView>, std::string> makeView(
+      OnboardingWindowEvents events);
 
   LoadViews loadViews_;
   Log& log_;

@@ -20,7 +20,7 @@ struct WindowVisual {
 class EmbeddingTray {
  public:
   /// Nothing where the display's pixels are kept unlike those of the toolkit's images.
-  static std::optional<EmbeddingTray> of(xcb_connection_t* connection);
+  [[nodiscard]] static std::optional<EmbeddingTray> of(xcb_connection_t* connection);
 
   const xcb_screen_t& screen() const { return *screen_; }
   xcb_atom_t atom(std::string_view name) const { return atomOf(connection_, name); }

@@ -11,7 +11,7 @@ namespace ostrel {
 
 /// A glyph of the bundle's folder of data files, drawn for that many pixels a point or, for want of it, for
 /// the next fewer; nothing when there is none that can be read.
-std::optional<QImage> loadGlyph(const std::string& resources, std::string_view name, int scale);
+[[nodiscard]] std::optional<QImage> loadGlyph(const std::string& resources, std::string_view name, int scale);
 
 /// Whether `loadGlyph` gives an image whatever the scale.
 bool hasGlyph(const std::string& resources, std::string_view name);

@@ -18,7 +18,7 @@ class PainterCanvas : public Canvas {
   void fillRect(const CanvasRect& rect, CanvasColor color, Compositing compositing) override;
   void fill(const CanvasPath& path, CanvasColor color, Compositing compositing) override;
   void stroke(const CanvasPath& path, double lineWidth, CanvasColor color, Compositing compositing) override;
-  bool drawText(std::string_view text, const CanvasRect& rect, CanvasColor color) override;
+  [[nodiscard]] bool drawText(std::string_view text, const CanvasRect& rect, CanvasColor color) override;
 
  private:
   QImage glyph_;

@@ -107,7 +107,7 @@ class QtDesktop final : public Desktop {
     if (hasOther && statusItem_.events().appearanceChanged) statusItem_.events().appearanceChanged();
   }
 
-  std::expected<const ViewsPlugIn*, std::string> loadViews() {
+  [[nodiscard]] std::expected<const ViewsPlugIn*, std::string> loadViews() {
     // With its first view the toolkit asks the session bus for those who read the screen.
     bus_.preventToolkitBusConnection();
     return services_.loadViews();

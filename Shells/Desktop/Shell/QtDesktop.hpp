@@ -9,7 +9,7 @@
 namespace ostrel {
 
 /// See `ShellPlugIn`.
-std::expected<std::unique_ptr<Desktop>, std::string> makeQtDesktop(DesktopServices services);
+[[nodiscard]] std::expected<std::unique_ptr<Desktop>, std::string> makeQtDesktop(DesktopServices services);
 std::unique_ptr<DesktopPictures> makeQtPictures(DesktopServices services, double scale);
 
 }  // namespace ostrel

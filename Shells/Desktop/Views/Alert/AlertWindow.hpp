@@ -11,8 +11,8 @@ namespace ostrel {
 /// An alert as a modal dialog with a frame and a close box. It is kept for the next one.
 class AlertWindow final : public AlertView {
  public:
-  static std::expected<std::unique_ptr<AlertView>, std::string> make(Log& log,
-                                                                     std::function<void(std::size_t)> closed);
+  [[nodiscard]] static std::expected<std::unique_ptr<AlertView>, std::string> make(
+      Log& log, std::function<void(std::size_t)> closed);
 
   void open(const Alert& alert, const DesktopLook& look) override;
   void setLook(const DesktopLook& look) override;

@@ -31,8 +31,9 @@ QImage rendered(QQuickRenderControl& control, QQuickWindow& window, QSize size, 
 }
 
 /// The screen of that file, which shows the state, as a PNG file. What no item covers is transparent.
-std::expected<std::string, std::string> picture(const char* file, const char* property, QObject& state,
-                                                const DesktopLook& look, Log& log) {
+[[nodiscard]] std::expected<std::string, std::string> picture(const char* file, const char* property,
+                                                              QObject& state, const DesktopLook& look,
+                                                              Log& log) {
   Scene::chooseRenderer();
   QQuickRenderControl control;
   QQuickWindow window(&control);

@@ -12,14 +12,15 @@
 namespace ostrel {
 
 /// The panel as a PNG file, in the pixels of the first screen; its corners are transparent.
-std::expected<std::string, std::string> panelPicture(const PanelContent& content, const DesktopLook& look,
-                                                     Log& log);
+[[nodiscard]] std::expected<std::string, std::string> panelPicture(const PanelContent& content,
+                                                                   const DesktopLook& look, Log& log);
 
 /// What the onboarding window holds, likewise, on a screen with room for it.
-std::expected<std::string, std::string> onboardingPicture(const OnboardingContent& content,
-                                                          const DesktopLook& look, Log& log);
+[[nodiscard]] std::expected<std::string, std::string> onboardingPicture(const OnboardingContent& content,
+                                                                        const DesktopLook& look, Log& log);
 
 /// What an alert's window holds, likewise.
-std::expected<std::string, std::string> alertPicture(const Alert& alert, const DesktopLook& look, Log& log);
+[[nodiscard]] std::expected<std::string, std::string> alertPicture(const Alert& alert,
+                                                                   const DesktopLook& look, Log& log);
 
 }  // namespace ostrel

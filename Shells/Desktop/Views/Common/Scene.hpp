@@ -24,8 +24,8 @@ class Scene {
 
   /// Makes the items of that file of Views/, whose required property of that name is the state. A sentence
   /// when they cannot be made. The state outlives the scene.
-  std::expected<void, std::string> fill(QQuickWindow& window, const char* file, const char* property,
-                                        QObject& state);
+  [[nodiscard]] std::expected<void, std::string> fill(QQuickWindow& window, const char* file,
+                                                      const char* property, QObject& state);
 
   void setLook(const DesktopLook& look);
 

@@ -11,8 +11,8 @@ namespace ostrel {
 /// The onboarding and repair window, with a frame and a close box.
 class OnboardingViewWindow final : public OnboardingView {
  public:
-  static std::expected<std::unique_ptr<OnboardingView>, std::string> make(Log& log,
-                                                                          OnboardingWindowEvents events);
+  [[nodiscard]] static std::expected<std::unique_ptr<OnboardingView>, std::string> make(
+      Log& log, OnboardingWindowEvents events);
 
   void open(const OnboardingContent& content, const DesktopLook& look) override;
   void update(const OnboardingContent& content) override;

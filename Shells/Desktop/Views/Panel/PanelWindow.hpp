@@ -11,7 +11,8 @@ namespace ostrel {
 /// The panel as a window without a frame. It is kept for the next opening.
 class PanelWindow final : public PanelView {
  public:
-  static std::expected<std::unique_ptr<PanelView>, std::string> make(Log& log, PanelViewEvents events);
+  [[nodiscard]] static std::expected<std::unique_ptr<PanelView>, std::string> make(Log& log,
+                                                                                   PanelViewEvents events);
 
   bool isShown() const override { return window_.isVisible(); }
   void open(const PanelContent& content, const PanelAnchor& anchor, const DesktopLook& look) override;
