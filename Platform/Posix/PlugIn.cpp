@@ -2,8 +2,6 @@
 
 #include <dlfcn.h>
 
-#include "Platform/Posix/LibraryFile.hpp"
-
 namespace ostrel {
 
 namespace {

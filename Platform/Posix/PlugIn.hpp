@@ -1,6 +1,7 @@
 #pragma once
 
 #include <expected>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -11,5 +12,9 @@ namespace ostrel {
 /// loaded or belongs to another build.
 [[nodiscard]] std::expected<const void*, std::string> loadPlugIn(const std::string& path, const char* symbol,
                                                                  std::string_view build);
+
+/// Why the file is no complete library. Each system brings its own: a loader that maps a file without a look
+/// at its length is killed by SIGBUS at a page beyond the end.
+[[nodiscard]] std::optional<std::string> faultOfLibraryFile(const std::string& path);
 
 }  // namespace ostrel
