@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "Platform/SimulatedMac/SystemExtensionFile.hpp"
-#include "SimulatedEndpoint/CompiledScenarios.hpp"
 #include "SimulatedEndpoint/DottedPath.hpp"
 #include "SimulatedEndpoint/HelperBehaviour.hpp"
 #include "SimulatedEndpoint/TimeOffset.hpp"
@@ -14,7 +13,7 @@ namespace ostrel::simulated {
 
 namespace {
 
-/// Every key of a scenario, in the order in which it is shown, with what stands there when it is left out.
+/// Every key of a scenario, in the order in which it is shown, with its default.
 Json emptyScenario() {
   return {{"name", ""},
           {"description", ""},

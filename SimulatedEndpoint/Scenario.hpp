@@ -16,7 +16,7 @@ class Scenario {
   [[nodiscard]] static std::expected<Scenario, std::string> fromJson(const Json& document);
   [[nodiscard]] static std::expected<Scenario, std::string> fromText(std::string_view text);
 
-  /// What is simulated where nobody chose anything.
+  /// What is simulated until a scenario is chosen.
   [[nodiscard]] static std::expected<Scenario, std::string> initial();
 
   /// This scenario after the endpoint was removed from the Mac; the helper behaves as before.
@@ -41,5 +41,9 @@ class Scenario {
 
   Json document_;
 };
+
+/// Scenario files that the helper needs wherever its bundle is, as text.
+extern const std::string_view compiledInitialScenario;
+extern const std::string_view compiledUninstalledScenario;
 
 }  // namespace ostrel::simulated
