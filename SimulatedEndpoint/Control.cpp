@@ -23,7 +23,7 @@ namespace ostrel::simulated {
 namespace {
 
 constexpr const char* help =
-    "simulated-endpoint decides what the simulated Mac's endpoint reports, and plays the person at it.\n"
+    "simulated-endpoint decides what the simulated Mac's endpoint reports, and acts as its user.\n"
     "\n"
     "What the endpoint reports:\n"
     "  list                       the scenarios; a star marks the current one\n"
@@ -40,7 +40,7 @@ constexpr const char* help =
     "  stop                       end its daemon\n"
     "  upgrade VERSION            bring endpoint and application to another version\n"
     "\n"
-    "The person in System Settings:\n"
+    "The user in System Settings:\n"
     "  approve                    approve what waits for approval\n"
     "  deny                       decline it\n"
     "\n"
@@ -50,7 +50,7 @@ constexpr const char* help =
     "Overrides, which stay until they are taken back:\n"
     "  approval new|always|never        which requests for the extension need approval\n"
     "  result completed|after-reboot    how they end\n"
-    "  callbacks once|twice             how often the system tells the end\n"
+    "  callbacks once|twice             how often the system reports the end\n"
     "  trust accept|cancel|refuse       what comes of trusting a certificate\n"
     "  misbehave slow MILLISECONDS|torn|silent|close-early|garbage|huge|array|refuse [REASON]|none\n"
     "                                   how the daemon answers\n"
@@ -99,7 +99,7 @@ ControlResult chooseScenario(const std::string& name, const ControlPlace& place)
 
 ControlResult setValue(const std::string& path, const std::string& text, const SimulatedState& state) {
   if (const auto current = state.scenario(); !current) {
-    return failed(current.error() + "\nChoose a scenario anew to mend it.");
+    return failed(current.error() + "\nChoose a scenario again to repair it.");
   }
   const auto value = jsonOrText(text);
   if (!value) return failed(value.error());
@@ -111,7 +111,7 @@ ControlResult setValue(const std::string& path, const std::string& text, const S
 
 ControlResult show(const SimulatedState& state) {
   const auto current = state.scenario();
-  if (!current) return failed(current.error() + "\nChoose a scenario anew to mend it.");
+  if (!current) return failed(current.error() + "\nChoose a scenario again to repair it.");
   return {0, printJson(current->document())};
 }
 

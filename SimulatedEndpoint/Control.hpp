@@ -11,7 +11,7 @@ namespace ostrel::simulated {
 
 /// What the commands work on.
 struct ControlPlace {
-  Files& files;  ///< told real paths
+  Files& files;  ///< takes real paths
   const ScenarioFolder& folder;
   const SimulatedState& state;
   std::string toolFolder;  ///< holds the stand-ins of the system's tools

@@ -96,7 +96,7 @@ ControlResult changeNetwork(std::span<const std::string> words, const Overrides&
               "The network is up by " + names);
 }
 
-/// A time that was never ordered before, so that a running agent can tell a new wake from an old one.
+/// A time that was never ordered before, so that a running agent sees a new wake.
 ControlResult wake(const Overrides& overrides) {
   const auto now = std::chrono::system_clock::now().time_since_epoch();
   return give(overrides, "wake", std::chrono::duration_cast<std::chrono::milliseconds>(now).count(),

@@ -14,7 +14,7 @@
 
 namespace ostrel::simulated {
 
-/// Listens on a Unix-domain socket; the socket's file goes with it.
+/// Listens on a Unix-domain socket; the socket's file is removed with it.
 class ListeningSocket {
  public:
   /// Real path, of any length. A socket that nobody listens on is replaced; any other file is a fault.
@@ -62,9 +62,9 @@ class ControlServer {
   };
 
   void accept();
-  /// Each tells whether the connection is over.
+  /// Each returns true when the connection is over.
   [[nodiscard]] bool goOn(Connection& connection, short events);
-  bool receive(Connection& connection);
+  [[nodiscard]] bool receive(Connection& connection);
   [[nodiscard]] static bool send(Connection& connection);
   int timeoutInMilliseconds() const;
 

@@ -34,7 +34,7 @@ Json objectAt(const Json& object, const char* key) {
 
 bool isTrue(const Json& report, const char* key) { return report.contains(key) && report[key] == true; }
 
-/// The prefix and the last characters of a token that is long enough for them to tell little.
+/// The prefix and the last characters of a token that is long enough for them to reveal little.
 std::string masked(const std::string& token) {
   constexpr std::size_t shown = 4;
   const auto end = token.substr(token.size() - shown);

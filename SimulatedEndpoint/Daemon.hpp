@@ -14,7 +14,7 @@ namespace ostrel::simulated {
 /// The daemon's side of the control socket: what it answers, and what that changes in the next report.
 class Daemon {
  public:
-  /// The files are told real paths; the time is asked for at every request.
+  /// The files take real paths; the time is asked for at every request.
   Daemon(Files& files, const SimulatedState& state, std::function<std::chrono::sys_seconds()> now);
 
   /// The answer to one request without its line feed. The token of an enrolment is kept nowhere.

@@ -12,7 +12,7 @@ namespace ostrel::simulated {
 /// for; its key is never kept.
 [[nodiscard]] std::expected<std::string, std::string> deviceCertificate(Files& files, const HostRoot& root);
 
-/// Whether the text is one certificate in PEM form, as far as its armour and its outermost length tell.
+/// Whether the text is one certificate in PEM form, judged by its armour and its outermost length.
 bool isCertificate(std::string_view pem);
 
 }  // namespace ostrel::simulated

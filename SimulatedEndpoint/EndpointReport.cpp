@@ -46,7 +46,7 @@ void setComponent(Json& report, const char* name, const Json& value) {
   if (hasHealth(report)) report["health"][name] = value;
 }
 
-/// The report of an endpoint that has looked at everything: a fresh one has not told its health yet.
+/// The report of an endpoint that has looked at everything: a fresh one has not reported its health yet.
 Json whole(Json report) {
   const auto model = Scenario::initial();
   if (hasHealth(report) || !model) return report;

@@ -10,10 +10,10 @@
 
 namespace ostrel::simulated {
 
-/// The person in System Settings, and an installer that brings another version of the application.
+/// The user in System Settings, and an installer that brings another version of the application.
 class ExtensionSettings {
  public:
-  /// The files are told real paths.
+  /// The files take real paths.
   ExtensionSettings(Files& files, const HostRoot& root);
 
   /// What waits for approval.

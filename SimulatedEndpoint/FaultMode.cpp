@@ -30,7 +30,7 @@ std::string memberOf(const Json& order, const char* key) {
 }
 
 std::string refusal(const std::string& reason) {
-  Json answer = {{"ok", false}, {"error", "The background service refuses, as it was told to."}};
+  Json answer = {{"ok", false}, {"error", "The background service refuses, as it was ordered to."}};
   if (!reason.empty()) answer["reason"] = reason;
   return line(answer);
 }

@@ -15,7 +15,7 @@ namespace ostrel::simulated {
 struct Reply {
   std::string bytes;  ///< then the connection is closed
   std::chrono::milliseconds delay{0};
-  bool isSilent = false;  ///< nothing comes until the peer goes
+  bool isSilent = false;  ///< no answer until the peer closes
 
   bool operator==(const Reply&) const = default;
 };

@@ -28,7 +28,7 @@ std::string_view helperCommandWord(HelperCommand command);
 std::string statusAnswer(const Scenario& scenario, const HelperBehaviour& behaviour,
                          std::chrono::sys_seconds now);
 
-/// A support bundle without anything that tells who or where.
+/// A support bundle that names no user and no place.
 std::string diagnosticsAnswer(const Scenario& scenario, std::string_view networkExtension,
                               std::chrono::sys_seconds now);
 

@@ -12,7 +12,7 @@ namespace ostrel::simulated {
 
 enum class Sending { sent, retry, error };
 
-/// How the stand-in helper behaves besides telling the truth; the default is a helper in good order.
+/// How the stand-in helper behaves besides its answers; the default is a helper without faults.
 struct HelperBehaviour {
   int exitStatus = 0;
   int signal = 0;

@@ -13,7 +13,7 @@ using Json = nlohmann::ordered_json;
 /// The value of a JSON text, or a sentence on what is wrong and where.
 [[nodiscard]] std::expected<Json, std::string> parseJson(std::string_view text);
 
-/// The value of what a person typed: JSON when it reads as JSON, else the text itself.
+/// The value of what a user typed: JSON when it reads as JSON, else the text itself.
 [[nodiscard]] std::expected<Json, std::string> jsonOrText(const std::string& typed);
 
 /// Whether the value is flat enough to be walked by recursion.

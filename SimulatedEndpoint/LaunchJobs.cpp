@@ -19,7 +19,7 @@ namespace {
 constexpr const char* jobsFile = "/Library/Application Support/simulated-endpoint/jobs.json";
 // Not the lock of the other state: the end of a job may take seconds.
 constexpr const char* jobsLock = "/Library/Application Support/simulated-endpoint/jobs.lock";
-constexpr std::chrono::seconds patience(30);
+constexpr std::chrono::seconds lockTimeout(30);
 
 bool hasGraphicalSession() {
   for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY"}) {
@@ -53,7 +53,7 @@ LaunchJobs::LaunchJobs(Files& files, const HostRoot& root)
 
 int LaunchJobs::bootstrap(const std::string& domain, const std::string& propertyList) {
   if (domain != "gui/" + std::to_string(::getuid()) || !hasGraphicalSession()) return unsupportedDomain;
-  const auto lock = FileLock::take(lockPath_, patience);
+  const auto lock = FileLock::take(lockPath_, lockTimeout);
   if (!lock) return inputOutputError;
   const auto text = files_.read(root_.realPath(propertyList));
   const auto list = text ? parsePropertyList(*text) : Json();
@@ -70,7 +70,7 @@ int LaunchJobs::bootstrap(const std::string& domain, const std::string& property
 }
 
 int LaunchJobs::bootout(const std::string& service) {
-  const auto lock = FileLock::take(lockPath_, patience);
+  const auto lock = FileLock::take(lockPath_, lockTimeout);
   if (!lock) return inputOutputError;
   auto jobs = load();
   if (!jobs.contains(service)) return noSuchProcess;
@@ -80,7 +80,7 @@ int LaunchJobs::bootout(const std::string& service) {
 }
 
 int LaunchJobs::kickstart(const std::string& service) {
-  const auto lock = FileLock::take(lockPath_, patience);
+  const auto lock = FileLock::take(lockPath_, lockTimeout);
   if (!lock) return inputOutputError;
   auto jobs = load();
   if (!jobs.contains(service)) return noSuchService;

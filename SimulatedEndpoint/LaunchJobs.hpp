@@ -23,7 +23,7 @@ class LaunchJobs {
   static constexpr int noSuchService = 113;
   static constexpr int unsupportedDomain = 125;
 
-  /// The files are told real paths.
+  /// The files take real paths.
   LaunchJobs(Files& files, const HostRoot& root);
 
   /// Loads the job of a property list, a Mac path, into the domain "gui/UID" and starts it where the list
@@ -33,7 +33,7 @@ class LaunchJobs {
   /// Ends the job "gui/UID/LABEL", waits until it has ended, and forgets it.
   int bootout(const std::string& service);
 
-  /// Ends the job if it runs, waits, and starts it anew.
+  /// Ends the job if it runs, waits, and starts it again.
   int kickstart(const std::string& service);
 
   /// Number of the job's process, 0 when it has none.
@@ -42,7 +42,7 @@ class LaunchJobs {
  private:
   Json load() const;
   [[nodiscard]] bool store(const Json& jobs);
-  bool start(Json& job);
+  [[nodiscard]] bool start(Json& job);
 
   Files& files_;
   const HostRoot& root_;

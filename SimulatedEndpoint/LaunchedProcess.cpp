@@ -21,9 +21,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto patience = 5s;
+constexpr auto endTimeout = 5s;
 
-/// What /proc tells of a process behind its name: state, parent and so on; empty when it is gone.
+/// The fields of /proc behind the name of a process: state, parent and so on; empty when it has exited.
 std::vector<std::string> facts(pid_t process) {
   std::ostringstream stat;
   stat << std::ifstream("/proc/" + std::to_string(process) + "/stat").rdbuf();
@@ -110,7 +110,7 @@ bool LaunchedProcess::isRunning() const {
 void LaunchedProcess::end() const {
   for (const int signal : {SIGTERM, SIGKILL}) {
     if (isRunning()) ::kill(number, signal);
-    const auto deadline = std::chrono::steady_clock::now() + patience;
+    const auto deadline = std::chrono::steady_clock::now() + endTimeout;
     while (isRunning() && std::chrono::steady_clock::now() < deadline) std::this_thread::sleep_for(10ms);
   }
 }

@@ -10,7 +10,7 @@
 
 namespace ostrel::simulated {
 
-/// A process that another program of the stand-ins may have started; the time of its start tells it from a
+/// A process that another program of the stand-ins may have started; its start time distinguishes it from a
 /// later one of the same number.
 struct LaunchedProcess {
   pid_t number = 0;

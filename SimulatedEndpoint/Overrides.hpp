@@ -12,7 +12,7 @@ namespace ostrel::simulated {
 /// What was ordered of the simulated Mac and its stand-ins: one object, a member an order.
 class Overrides {
  public:
-  /// The files are told real paths.
+  /// The files take real paths.
   Overrides(Files& files, const HostRoot& root);
 
   /// An empty object when nothing is ordered or the file is damaged.

@@ -61,7 +61,7 @@ class Reader {
     if (rest_.starts_with(start) && place != std::string_view::npos) rest_.remove_prefix(place + end.size());
   }
 
-  /// The text up to the tag, which goes with it.
+  /// The text up to the tag; both are consumed.
   std::optional<std::string> textUntil(std::string_view tag) {
     const auto end = rest_.find('<');
     if (end == std::string_view::npos || !rest_.substr(end).starts_with(tag)) return std::nullopt;

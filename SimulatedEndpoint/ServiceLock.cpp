@@ -23,7 +23,7 @@ struct flock wholeFile() {
   return lock;
 }
 
-/// The kernel tells who holds a record lock, so that the answer cannot be out of date.
+/// The kernel knows who holds a record lock, so that the answer cannot be out of date.
 std::optional<pid_t> holder(const Descriptor& file) {
   auto lock = wholeFile();
   if (!file || ::fcntl(file.number(), F_GETLK, &lock) != 0 || lock.l_type == F_UNLCK) return std::nullopt;

@@ -15,7 +15,7 @@ namespace ostrel::simulated {
 /// The scenario's files under the host root.
 class SimulatedState {
  public:
-  /// The files are told real paths.
+  /// The files take real paths.
   SimulatedState(Files& files, HostRoot root) : files_(files), root_(std::move(root)) {}
 
   const HostRoot& root() const { return root_; }
@@ -27,7 +27,7 @@ class SimulatedState {
   [[nodiscard]] std::expected<Scenario, std::string> scenario() const;
 
   /// The current scenario with the report that the endpoint prints now: where the agent has changed the
-  /// system since the scenario was chosen, the report tells what became of it.
+  /// system since the scenario was chosen, the report shows what became of it.
   [[nodiscard]] std::expected<Scenario, std::string> observed() const;
 
   /// Makes the scenario the current one and writes the preferences that the path touches; the empty path

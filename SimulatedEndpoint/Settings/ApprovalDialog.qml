@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Window
 
-// What the system shows while a request for the extension waits for the person.
+// What the system shows while a request for the extension waits for the user.
 Window {
     id: dialog
 
@@ -75,7 +75,7 @@ Window {
         }
         Text {
             width: parent.width
-            text: "On a Mac this is a switch under General ▸ Login Items & Extensions. This dialog stands for it."
+            text: "On a Mac this is a switch under General ▸ Login Items & Extensions. This dialog takes its place."
             color: "#5a5a5f"
             wrapMode: Text.WordWrap
         }

@@ -9,8 +9,8 @@
 
 namespace ostrel::simulated {
 
-/// Whether the person is to be asked about the extension: from the moment a request waits for approval until
-/// it is answered or put aside; a request that is made anew asks again.
+/// Whether the user is to be asked about the extension: from the moment a request waits for approval until
+/// it is answered or put aside; a request that is made again asks again.
 class ApprovalQuestion final : public QObject {
   Q_OBJECT
   Q_PROPERTY(bool isAsking READ isAsking NOTIFY changed)

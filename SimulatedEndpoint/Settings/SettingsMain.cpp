@@ -4,7 +4,7 @@
 #include "Platform/Posix/PosixFiles.hpp"
 #include "SimulatedEndpoint/Settings/ApprovalQuestion.hpp"
 
-// The simulated System Settings: asks the person at the screen about the extension, until it is ended.
+// The simulated System Settings: asks the user at the screen about the extension, until it is ended.
 int main(int argc, char** argv) {
   using namespace ostrel;
   using namespace ostrel::simulated;
