@@ -6,7 +6,6 @@
 #include "SimulatedEndpoint/ControlServer.hpp"
 #include "SimulatedEndpoint/EndpointFiles.hpp"
 #include "Tests/EndToEnd/ShownDesktop.hpp"
-#include "Tests/Shells/Desktop/Shell/EmbeddingTrayPeer.hpp"
 
 namespace ostrel {
 namespace {
@@ -67,12 +66,12 @@ struct AlertWindowStory : ShownDesktop {
     return by(openAndPress, [&] { return hasFocus(question()); });
   }
 
-  /// What is above the alert's buttons, whose focus the screen shows alone.
-  static QImage texts(const QImage& alert) {
-    return alert.copy(0, 0, alert.width(), alert.height() - 60).convertToFormat(QImage::Format_RGB32);
+  /// Width and height of a window that can be seen.
+  std::string sizeOf(const std::string& window) const {
+    const auto shell = person({"getwindowgeometry", "--shell", window});
+    const auto begin = shell.find("WIDTH=");
+    return shell.substr(begin, shell.find("SCREEN=") - begin);
   }
-
-  DisplayPeer display;
 };
 
 TEST_F(AlertWindowStory, InstallsNoUpdateByEscapeAndTellsOfADaemonThatIsTooOldForOne) {
@@ -90,10 +89,10 @@ TEST_F(AlertWindowStory, InstallsNoUpdateByEscapeAndTellsOfADaemonThatIsTooOldFo
 
   const auto file = place / "alert.png";
   EXPECT_EQ(run({PREVIEW, "--alert", "update-failed", "--png", file}, environment).status, 0);
-  const auto sentence = texts(QImage(QString::fromStdString(file)));
-  const auto window = static_cast<xcb_window_t>(std::stoul(failure()));
-  EXPECT_TRUE(becomesTrue([&] { return texts(display.picture(window)) == sentence; }))
-      << "it tells that the daemon is too old";
+  const QImage tooOld(QString::fromStdString(file));
+  EXPECT_EQ(sizeOf(failure()),
+            "WIDTH=" + std::to_string(tooOld.width()) + "\nHEIGHT=" + std::to_string(tooOld.height()) + "\n")
+      << "the alert has the room of the sentence that the daemon is too old";
   process.signal(SIGTERM);
   EXPECT_EQ(process.end(), 128 + SIGTERM) << "an open alert holds up nothing";
   EXPECT_EQ(process.error(), "");

@@ -112,6 +112,19 @@ TEST_F(DesktopShell, LivesWithoutASessionBusOrWithASilentOne) {
   }
 }
 
+TEST_F(DesktopShell, EntersTheTrayOnceASilentBusAnswers) {
+  bus.pause();
+  auto process = menuBar();
+  std::this_thread::sleep_for(1500ms);  // by then the bus counts as missing
+  bus.resume();
+  EXPECT_TRUE(isRegistered(process));
+  EXPECT_TRUE(becomesLabelled(process, "Ostrel Agent: protected"));
+  process.signal(SIGTERM);
+  EXPECT_EQ(process.end(), 128 + SIGTERM);
+  EXPECT_EQ(process.error(),
+            "ostrel: the session bus cannot be reached: it does not answer\n" + notAuthorized);
+}
+
 TEST_F(DesktopShell, TellsWhenNobodyShowsNotifications) {
   notifications.reset();
   auto process = menuBar();

@@ -56,22 +56,9 @@ DesktopStatusItem::DesktopStatusItem(DesktopBus& bus, std::string resources, con
             [this](const PanelButton& button) {
               if (events_.menuPressed) events_.menuPressed(button);
             }),
-      embedded_(makeEmbeddedIcon({.clicked = clicked,
-                                  .appearanceChanged =
-                                      [this] {
-                                        if (events_.appearanceChanged) events_.appearanceChanged();
-                                      }})),
-      item_(bus, QLatin1String(StatusItemMenu::path), log, std::move(clicked)) {
-  if (!embedded_) return;
-  // A tray that knows both ways is to show one icon.
-  item_.onWatched([this](bool isWatched) { embedded_->setWanted(!isWatched); });
-}
+      item_(bus, QLatin1String(StatusItemMenu::path), log, std::move(clicked)) {}
 
-std::optional<Appearance> DesktopStatusItem::appearance() const {
-  // A tray need not have the desktop's colours.
-  const auto ofTray = embedded_ ? embedded_->appearance() : std::nullopt;
-  return ofTray ? ofTray : looks_.look().appearance;
-}
+std::optional<Appearance> DesktopStatusItem::appearance() const { return looks_.look().appearance; }
 
 bool DesktopStatusItem::hasImage(std::string_view name) const { return hasGlyph(resources_, name); }
 
@@ -87,7 +74,6 @@ void DesktopStatusItem::show(const MenuBarIcon& icon) {
                      ? text
                      : QString::fromUtf8(title->emoji.data(), static_cast<qsizetype>(title->emoji.size())));
   item_.setToolTip(text);
-  if (embedded_) embedded_->show([this] { return images(); }, text);
   item_.show();
 }
 

@@ -1,14 +1,13 @@
 #pragma once
 
+#include <QImage>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "OstrelAgent/Status/MenuBarIcon.hpp"
 #include "Platform/StatusItem.hpp"
-#include "Shells/Desktop/Shell/EmbeddedIcon.hpp"
 #include "Shells/Desktop/Shell/LookWatcher.hpp"
 #include "Shells/Desktop/Shell/StatusItemMenu.hpp"
 #include "Shells/Desktop/Shell/StatusNotifierItem.hpp"
@@ -40,7 +39,6 @@ class DesktopStatusItem final : public StatusItem {
   std::optional<MenuBarPicture> picture_;
   std::vector<QImage> images_;  ///< of the picture, once somebody wants them
   StatusItemMenu menu_;
-  std::unique_ptr<EmbeddedIcon> embedded_;  ///< for trays without status notifier items
   StatusNotifierItem item_;
 };
 

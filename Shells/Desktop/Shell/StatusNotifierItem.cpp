@@ -1,7 +1,6 @@
 #include "Shells/Desktop/Shell/StatusNotifierItem.hpp"
 
 #include <QCoreApplication>
-#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <utility>
@@ -28,11 +27,8 @@ StatusNotifierItem::StatusNotifierItem(DesktopBus& bus, const QString& menuPath,
   bus_.connection().registerVirtualObject(QLatin1String(path), this);
   // A watcher may also take the name over from another, so that it is never free.
   QObject::connect(&bus_, &DesktopBus::ownerChanged, this, [this](const QString& name, const QString& owner) {
-    if (name != QLatin1String(watcher)) return;
-    if (!owner.isEmpty()) return registerAtWatcher();
-    tellWatched(false);
+    if (name == QLatin1String(watcher) && !owner.isEmpty()) registerAtWatcher();
   });
-  QObject::connect(&bus_, &DesktopBus::missed, this, [this] { tellWatched(false); });
   bus_.whenJoined(this, [this] {
     bus_.watchOwner(QLatin1String(watcher));
     requestNameAndRegister();
@@ -64,7 +60,6 @@ void StatusNotifierItem::setToolTip(const QString& text) {
 
 void StatusNotifierItem::show() {
   if (std::exchange(isShown_, true)) return;
-  if (bus_.isMissing()) tellWatched(false);
   requestNameAndRegister();
 }
 
@@ -82,16 +77,11 @@ void StatusNotifierItem::registerAtWatcher() {
                                      QLatin1String(watcher), QStringLiteral("RegisterStatusNotifierItem"))
       << serviceName();
   bus_.callAsync(this, call, [this](const QDBusMessage& answer) {
-    if (answer.type() != QDBusMessage::ErrorMessage) return tellWatched(true);
-    if (QDBusError(answer).type() != QDBusError::NoReply) tellWatched(false);
-    if (std::exchange(hasToldOfNoTray_, true)) return;
+    if (answer.type() != QDBusMessage::ErrorMessage) return;
+    if (std::exchange(hasLoggedMissingTray_, true)) return;
     log_.line("ostrel: no tray has taken the status notifier item yet: " +
               answer.errorMessage().toStdString());
   });
-}
-
-void StatusNotifierItem::tellWatched(bool isWatched) {
-  if (isShown_ && watched_) watched_(isWatched);
 }
 
 void StatusNotifierItem::emitChange(const char* signal) {

@@ -30,10 +30,6 @@ class StatusNotifierItem final : public QDBusVirtualObject {
   void setTitle(const QString& title);
   void setToolTip(const QString& text);
 
-  /// Tells whether a watcher has the item, whenever that becomes known after `show`. None has it while the
-  /// bus is missing; one that does not answer may have it.
-  void onWatched(std::function<void(bool)> told) { watched_ = std::move(told); }
-
   /// Puts the item into the tray. Call once everything is set.
   void show();
 
@@ -43,7 +39,6 @@ class StatusNotifierItem final : public QDBusVirtualObject {
  private:
   void requestNameAndRegister();
   void registerAtWatcher();
-  void tellWatched(bool isWatched);
   void emitChange(const char* signal);
   QVariantMap properties() const;
 
@@ -51,12 +46,11 @@ class StatusNotifierItem final : public QDBusVirtualObject {
   QString menuPath_;
   Log& log_;
   std::function<void(QPoint)> activated_;
-  std::function<void(bool)> watched_;
   std::function<QList<DBusPixmap>()> pixmaps_;
   QString title_;
   QString toolTip_;
   bool isShown_ = false;
-  bool hasToldOfNoTray_ = false;
+  bool hasLoggedMissingTray_ = false;
 };
 
 }  // namespace ostrel
