@@ -25,7 +25,7 @@ Rectangle {
     border.width: input.activeFocus ? 2 : 1
     opacity: enabled ? 1 : 0.5
 
-    SecretField {
+    PasswordField {
         id: input
         anchors.fill: parent
         anchors.leftMargin: 10
@@ -37,7 +37,7 @@ Rectangle {
         ink: Tokens.ink
         selectionColor: Tokens.accent
         selectedInk: Tokens.accentInk
-        // The toolkit leaves password fields without a name; this one has no text but dots.
+        // Not Accessible.passwordEdit: the toolkit then leaves out the name.
         Accessible.role: Accessible.EditableText
         Accessible.focusable: enabled
         Accessible.name: field.spoken

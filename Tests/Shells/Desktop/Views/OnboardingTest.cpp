@@ -9,7 +9,7 @@
 #include "OstrelAgent/Text/Copy.hpp"
 #include "Shells/Desktop/Views/Common/Picture.hpp"
 #include "Shells/Desktop/Views/Onboarding/OnboardingViewWindow.hpp"
-#include "Shells/Desktop/Views/Onboarding/SecretField.hpp"
+#include "Shells/Desktop/Views/Onboarding/PasswordField.hpp"
 #include "Tests/OstrelAgent/SnapshotBuilders.hpp"
 #include "Tests/Shells/Desktop/Views/QtMessages.hpp"
 #include "Tests/Shells/Desktop/Views/ViewTest.hpp"
@@ -47,7 +47,7 @@ OnboardingContent checklist(const SetupObservation& observation = {}) {
 }
 
 const QQuickItem* fieldIn(const QQuickItem& item) {
-  if (qobject_cast<const SecretField*>(&item)) return &item;
+  if (qobject_cast<const PasswordField*>(&item)) return &item;
   for (const auto* child : item.childItems()) {
     if (const auto* found = fieldIn(*child)) return found;
   }
@@ -179,7 +179,7 @@ TEST_F(Onboarding, EditsTheTokenByMouseAndByTheKeysOfLines) {
   EXPECT_EQ(typed(), "YäXbcde");
 }
 
-TEST_F(Onboarding, ShowsTheTokenToNobody) {
+TEST_F(Onboarding, TokenIsHiddenFromAssistiveToolsInputMethodsAndTheTitle) {
   open(enterToken());
   const QString token = "zq_enroll_secret";
   paste(token.toStdString());
@@ -191,6 +191,16 @@ TEST_F(Onboarding, ShowsTheTokenToNobody) {
   }
   if (auto* text = field->textInterface()) {
     EXPECT_FALSE(text->text(0, text->characterCount()).contains("secret"));
+  }
+  for (const auto query : {Qt::ImSurroundingText, Qt::ImCurrentSelection, Qt::ImTextBeforeCursor,
+                           Qt::ImTextAfterCursor, Qt::ImPreferredLanguage, Qt::ImHints}) {
+    QInputMethodQueryEvent asked(query);
+    QCoreApplication::sendEvent(window().activeFocusItem(), &asked);
+    EXPECT_FALSE(asked.value(query).toString().contains("secret")) << query;
+    if (query != Qt::ImHints) continue;
+    const Qt::InputMethodHints learnsNothing =
+        Qt::ImhHiddenText | Qt::ImhSensitiveData | Qt::ImhNoPredictiveText;
+    EXPECT_EQ(asked.value(query).toInt() & learnsNothing.toInt(), learnsNothing.toInt());
   }
   EXPECT_FALSE(window().title().contains("secret"));
 }

@@ -1,4 +1,4 @@
-#include "Shells/Desktop/Views/Onboarding/SecretField.hpp"
+#include "Shells/Desktop/Views/Onboarding/PasswordField.hpp"
 
 #include <QAccessible>
 #include <QClipboard>
@@ -14,7 +14,7 @@ namespace ostrel {
 
 namespace {
 
-using Select = SecretLine::Select;
+using Select = PasswordLine::Select;
 
 constexpr qreal caretWidth = 1.5;
 
@@ -26,7 +26,7 @@ struct MoveRow {
   Select select;
 };
 
-/// Where words begin is nobody's to see, so moves by words go all the way.
+/// Moves by words go to the ends of the line: stops in between would show where words begin.
 constexpr MoveRow moves[] = {
     {QKeySequence::MoveToPreviousChar, Place::before, Select::no},
     {QKeySequence::MoveToNextChar, Place::after, Select::no},
@@ -53,7 +53,7 @@ constexpr EraseRow erasures[] = {
     {QKeySequence::DeleteEndOfLine, Place::end},
 };
 
-qsizetype placeOf(Place place, const SecretLine& line) {
+qsizetype placeOf(Place place, const PasswordLine& line) {
   switch (place) {
     case Place::before:
       return line.before(line.caret());
@@ -69,27 +69,28 @@ qsizetype placeOf(Place place, const SecretLine& line) {
 
 bool isTyped(const QKeyEvent& event) {
   const auto text = event.text();
-  const bool isCommand = event.modifiers().testFlag(Qt::ControlModifier) !=
-                         event.modifiers().testFlag(Qt::AltModifier);  // both together reach third levels
+  const bool isCommand =
+      event.modifiers().testFlag(Qt::ControlModifier) !=
+      event.modifiers().testFlag(Qt::AltModifier);  // both together are AltGr, which types a character
   return !text.isEmpty() && !isCommand && (text[0].isPrint() || text[0].isSurrogate());
 }
 
 }  // namespace
 
-SecretField::SecretField(QQuickItem* parent) : QQuickPaintedItem(parent) {
+PasswordField::PasswordField(QQuickItem* parent) : QQuickPaintedItem(parent) {
   setAntialiasing(true);
   setAcceptedMouseButtons(Qt::LeftButton | Qt::MiddleButton);
   setCursor(Qt::IBeamCursor);
   setFlag(ItemAcceptsInputMethod);
-  connect(this, &SecretField::looksChanged, this, [this] { update(); });
+  connect(this, &PasswordField::looksChanged, this, [this] { update(); });
 }
 
-void SecretField::clear() {
+void PasswordField::clear() {
   line_.clear();
   changed();
 }
 
-void SecretField::paint(QPainter* painter) {
+void PasswordField::paint(QPainter* painter) {
   const auto size = line_.text().size();
   const auto first = std::max<qsizetype>(0, static_cast<qsizetype>(scrolled_ / pitch()));
   const auto last = std::min(size, first + static_cast<qsizetype>(width() / pitch()) + 2);
@@ -110,7 +111,7 @@ void SecretField::paint(QPainter* painter) {
   }
 }
 
-QVariant SecretField::inputMethodQuery(Qt::InputMethodQuery query) const {
+QVariant PasswordField::inputMethodQuery(Qt::InputMethodQuery query) const {
   switch (query) {
     case Qt::ImEnabled:
       return isEnabled();
@@ -124,14 +125,14 @@ QVariant SecretField::inputMethodQuery(Qt::InputMethodQuery query) const {
   }
 }
 
-void SecretField::keyPressEvent(QKeyEvent* event) {
+void PasswordField::keyPressEvent(QKeyEvent* event) {
   const bool isTaken = edit(*event) || move(*event);
   event->setAccepted(isTaken);
   if (isTaken) changed();
 }
 
-bool SecretField::edit(const QKeyEvent& event) {
-  // On some desktops no standard key stands for it.
+bool PasswordField::edit(const QKeyEvent& event) {
+  // Not every desktop theme has a standard key for it.
   const bool isBare = (event.modifiers() & ~Qt::ShiftModifier) == Qt::NoModifier;
   if (event.key() == Qt::Key_Backspace && isBare) return line_.eraseTo(line_.before(line_.caret())), true;
   for (const auto& row : erasures) {
@@ -145,7 +146,7 @@ bool SecretField::edit(const QKeyEvent& event) {
   return true;
 }
 
-bool SecretField::move(const QKeyEvent& event) {
+bool PasswordField::move(const QKeyEvent& event) {
   if (event.matches(QKeySequence::SelectAll)) return line_.selectAll(), true;
   for (const auto& row : moves) {
     if (event.matches(row.key)) return line_.moveTo(placeOf(row.place, line_), row.select), true;
@@ -153,16 +154,16 @@ bool SecretField::move(const QKeyEvent& event) {
   return false;
 }
 
-void SecretField::paste(int mode) {
+void PasswordField::paste(int mode) {
   line_.insert(QGuiApplication::clipboard()->text(static_cast<QClipboard::Mode>(mode)));
 }
 
-void SecretField::inputMethodEvent(QInputMethodEvent* event) {
+void PasswordField::inputMethodEvent(QInputMethodEvent* event) {
   line_.insert(event->commitString());
   changed();
 }
 
-void SecretField::mousePressEvent(QMouseEvent* event) {
+void PasswordField::mousePressEvent(QMouseEvent* event) {
   forceActiveFocus(Qt::MouseFocusReason);
   const bool selects = event->modifiers().testFlag(Qt::ShiftModifier);
   line_.moveTo(placeAt(event->position().x()), selects ? Select::yes : Select::no);
@@ -170,54 +171,54 @@ void SecretField::mousePressEvent(QMouseEvent* event) {
   changed();
 }
 
-void SecretField::mouseMoveEvent(QMouseEvent* event) {
+void PasswordField::mouseMoveEvent(QMouseEvent* event) {
   if (!event->buttons().testFlag(Qt::LeftButton)) return;
   line_.moveTo(placeAt(event->position().x()), Select::yes);
   changed();
 }
 
-void SecretField::mouseDoubleClickEvent(QMouseEvent* /*event*/) {
+void PasswordField::mouseDoubleClickEvent(QMouseEvent* /*event*/) {
   line_.selectAll();
   changed();
 }
 
-void SecretField::focusInEvent(QFocusEvent* event) {
+void PasswordField::focusInEvent(QFocusEvent* event) {
   QQuickPaintedItem::focusInEvent(event);
   update();
 }
 
-void SecretField::focusOutEvent(QFocusEvent* event) {
+void PasswordField::focusOutEvent(QFocusEvent* event) {
   QQuickPaintedItem::focusOutEvent(event);
   update();
 }
 
-void SecretField::geometryChange(const QRectF& now, const QRectF& before) {
+void PasswordField::geometryChange(const QRectF& now, const QRectF& before) {
   QQuickPaintedItem::geometryChange(now, before);
   reveal();
 }
 
-QString SecretField::dots() const { return QString(line_.text().size(), QChar(0x2022)); }
+QString PasswordField::dots() const { return QString(line_.text().size(), QChar(0x2022)); }
 
-/// Draws the line anew, and tells of its length where that has changed.
-void SecretField::changed() {
+/// Redraws the line, and announces its length where that has changed.
+void PasswordField::changed() {
   reveal();
   update();
   updateInputMethod(Qt::ImCursorRectangle);
-  if (std::exchange(told_, line_.text().size()) == line_.text().size()) return;
+  if (std::exchange(announcedLength_, line_.text().size()) == line_.text().size()) return;
   emit textChanged();
   QAccessibleValueChangeEvent event(this, dots());
   QAccessible::updateAccessibility(&event);
 }
 
 /// Scrolls as far as the caret needs, and no further than the text does.
-void SecretField::reveal() {
+void PasswordField::reveal() {
   const qreal caret = static_cast<qreal>(line_.caret()) * pitch();
   const qreal end = static_cast<qreal>(line_.text().size()) * pitch() + caretWidth;
   scrolled_ = std::clamp(scrolled_, std::max(0.0, caret + caretWidth - width()), std::max(0.0, caret));
   scrolled_ = std::min(scrolled_, std::max(0.0, end - width()));
 }
 
-qsizetype SecretField::placeAt(qreal x) const {
+qsizetype PasswordField::placeAt(qreal x) const {
   const auto place = static_cast<qsizetype>(std::round((x + scrolled_) / pitch()));
   return std::clamp<qsizetype>(place, 0, line_.text().size());
 }

@@ -3,23 +3,24 @@
 #include <QColor>
 #include <QQuickPaintedItem>
 
-#include "Shells/Desktop/Views/Onboarding/SecretLine.hpp"
+#include "Shells/Desktop/Views/Onboarding/PasswordLine.hpp"
 
 namespace ostrel {
 
-/// A line for a secret. It shows a dot for each character and tells assistive tools no more; nothing of it
-/// can be copied. The toolkit's own line would tell such tools the text.
-class SecretField : public QQuickPaintedItem {
+/// A line for a secret, of which drawing, assistive tools and input methods get a dot for each character or
+/// less; nothing of it can be copied. The toolkit's TextInput (Qt 6.4) hides its text on the screen only: the
+/// accessible value and the surrounding text of input methods are the secret, whatever its echo mode.
+class PasswordField : public QQuickPaintedItem {
   Q_OBJECT
   QML_ELEMENT
-  Q_PROPERTY(QString text READ dots NOTIFY textChanged)  // by this name assistive tools ask for it
+  Q_PROPERTY(QString text READ dots NOTIFY textChanged)  // assistive tools read the property of this name
   Q_PROPERTY(int dotSize MEMBER dotSize_ NOTIFY looksChanged)
   Q_PROPERTY(QColor ink MEMBER ink_ NOTIFY looksChanged)
   Q_PROPERTY(QColor selectionColor MEMBER selectionColor_ NOTIFY looksChanged)
   Q_PROPERTY(QColor selectedInk MEMBER selectedInk_ NOTIFY looksChanged)
 
  public:
-  explicit SecretField(QQuickItem* parent = nullptr);
+  explicit PasswordField(QQuickItem* parent = nullptr);
 
   Q_INVOKABLE QString secret() const { return line_.text(); }
 
@@ -54,8 +55,8 @@ class SecretField : public QQuickPaintedItem {
   qreal caretX() const { return static_cast<qreal>(line_.caret()) * pitch() - scrolled_; }
   qsizetype placeAt(qreal x) const;
 
-  SecretLine line_;
-  qsizetype told_ = 0;  ///< the length of which was told last
+  PasswordLine line_;
+  qsizetype announcedLength_ = 0;
   qreal scrolled_ = 0;
   int dotSize_ = 7;
   QColor ink_;

@@ -7,9 +7,9 @@
 
 namespace ostrel {
 
-/// A line of text that is edited without being seen: text, caret, selection, and what undoes an edit. Places
-/// are counted in UTF-16 units and brought into the line.
-class SecretLine {
+/// The text of a password field with its caret, selection and undo steps. Places are counted in UTF-16 units
+/// and clamped to the text.
+class PasswordLine {
  public:
   enum class Select { no, yes };
 

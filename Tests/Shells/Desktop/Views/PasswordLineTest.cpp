@@ -1,19 +1,19 @@
-#include "Shells/Desktop/Views/Onboarding/SecretLine.hpp"
+#include "Shells/Desktop/Views/Onboarding/PasswordLine.hpp"
 
 #include <gtest/gtest.h>
 
 namespace ostrel {
 namespace {
 
-using Select = SecretLine::Select;
+using Select = PasswordLine::Select;
 
-SecretLine lineOf(const char* text) {
-  SecretLine line;
+PasswordLine lineOf(const char* text) {
+  PasswordLine line;
   line.insert(text);
   return line;
 }
 
-TEST(SecretLine, PutsTextInThePlaceOfTheSelection) {
+TEST(PasswordLine, PutsTextInThePlaceOfTheSelection) {
   auto line = lineOf("abcdef");
   line.moveTo(4, Select::no);
   line.moveTo(1, Select::yes);
@@ -28,7 +28,7 @@ TEST(SecretLine, PutsTextInThePlaceOfTheSelection) {
   EXPECT_EQ(line.text(), "");
 }
 
-TEST(SecretLine, ErasesBothWaysAndStopsAtTheEnds) {
+TEST(PasswordLine, ErasesBothWaysAndStopsAtTheEnds) {
   auto line = lineOf("abcd");
   line.eraseTo(line.after(line.caret()));
   EXPECT_EQ(line.text(), "abcd");
@@ -43,7 +43,7 @@ TEST(SecretLine, ErasesBothWaysAndStopsAtTheEnds) {
   EXPECT_EQ(line.selectionEnd(), 2);
 }
 
-TEST(SecretLine, NeverSplitsACharacterOfTwoUnits) {
+TEST(PasswordLine, NeverSplitsACharacterOfTwoUnits) {
   auto line = lineOf("a😀b");
   line.moveTo(line.before(line.before(line.caret())), Select::no);
   EXPECT_EQ(line.caret(), 1);
@@ -52,8 +52,8 @@ TEST(SecretLine, NeverSplitsACharacterOfTwoUnits) {
   EXPECT_EQ(line.text(), "ab");
 }
 
-TEST(SecretLine, UndoesAndRedoesEditsStepByStep) {
-  SecretLine line;
+TEST(PasswordLine, UndoesAndRedoesEditsStepByStep) {
+  PasswordLine line;
   for (const auto* letter : {"o", "n", "e"}) line.insert(letter);
   line.insert(" two");
   line.eraseTo(line.before(line.caret()));
