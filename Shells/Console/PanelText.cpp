@@ -51,8 +51,8 @@ class PanelPrinter {
     if (content_.protection) protection(*content_.protection);
     if (content_.health) health(*content_.health);
     facts();
+    notices();
     footer();
-    for (const auto& notice : content_.notices) lines_.paragraph(2, notice);
     return lines_.take();
   }
 
@@ -134,6 +134,12 @@ class PanelPrinter {
   void facts() {
     for (const auto& fact : content_.facts)
       lines_.hanging("  " + padded(fact.label, labelColumns_) + "  ", fact.value);
+  }
+
+  void notices() {
+    if (content_.notices.empty()) return;
+    lines_.blank();
+    for (const auto& notice : content_.notices) lines_.paragraph(2, notice);
   }
 
   void footer() {

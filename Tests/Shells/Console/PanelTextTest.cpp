@@ -61,6 +61,15 @@ TEST(PanelText, KeepsWithinTheWidthOfATerminalAndNumbersItsButtonsAsTheyAreCount
   EXPECT_EQ(nextNumber, content.buttons().size() + 1);
 }
 
+TEST(PanelText, NoticesAreBetweenTheFactsAndTheButtons) {
+  PanelContent content;
+  content.facts = {{"Version", "4.12.0"}};
+  content.notices = {"Checked in", "Sent"};
+  content.footerButtons = {button("Quit")};
+  EXPECT_TRUE(panelText(content, ButtonMarks::plain)
+                  .ends_with("  Version  4.12.0\n\n  Checked in\n  Sent\n\n  [Quit]\n"));
+}
+
 TEST(PanelText, LetsNoForeignTextSteerTheTerminal) {
   PanelContent content;
   content.header.word = "word\x1b[31m";

@@ -1,35 +1,31 @@
 import QtQuick
 import Ostrel.Views
 
-/// The buttons that are always there; notices take their place.
+/// Notices, if there are any, and below them the buttons that are always there.
 Item {
     id: footer
 
     required property PanelState panel
-    readonly property bool hasNotices: notices.count > 0
     readonly property bool hasMore: panel.moreName !== ""
     property bool showsMore: false
 
-    implicitHeight: Math.ceil(content.height) + 18
+    implicitHeight: line.y + Math.ceil(content.height) + 18
 
-    Separator {
-        width: parent.width
-    }
     Column {
-        id: content
+        id: notices
         anchors.left: parent.left
         anchors.right: parent.right
-        anchors.margins: Tokens.margin
-        y: 9
+        anchors.margins: Tokens.margin + 4 // as the facts above
+        bottomPadding: texts.count > 0 ? 10 : 0
         spacing: 5
 
         Repeater {
-            id: notices
+            id: texts
             model: footer.panel.notices
 
             Label {
                 required property string entry
-                width: content.width
+                width: notices.width
                 text: entry
                 lineHeight: Tokens.paragraph
                 font.pixelSize: Tokens.smallSize
@@ -39,9 +35,22 @@ Item {
                 Accessible.name: text
             }
         }
+    }
+    Separator {
+        id: line
+        y: Math.ceil(notices.height)
+        width: parent.width
+    }
+    Column {
+        id: content
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.margins: Tokens.margin
+        y: line.y + 9
+        spacing: 5
+
         Item {
-            visible: !footer.hasNotices && (buttons.count > 0 || footer.hasMore)
-            enabled: visible
+            visible: buttons.count > 0 || footer.hasMore
             width: parent.width
             height: Math.max(flow.height, more.height)
 
@@ -104,8 +113,7 @@ Item {
             }
         }
         Flow {
-            visible: !footer.hasNotices && footer.showsMore
-            enabled: visible
+            visible: footer.showsMore
             width: parent.width
             spacing: 5
 
