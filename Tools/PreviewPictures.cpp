@@ -20,7 +20,7 @@ using Picture = std::expected<std::string, std::string>;
   return {};
 }
 
-DesktopLook lookOf(const PreviewOptions& options) {
+DesktopTheme themeOf(const PreviewOptions& options) {
   return {.appearance = options.isDark ? Appearance::dark : Appearance::light, .reducesMotion = true};
 }
 
@@ -32,14 +32,14 @@ std::expected<void, std::string> writePictures(const PreviewOptions& options,
   const auto plugIn = loadShellPlugIn(bundle);
   if (!plugIn) return std::unexpected(plugIn.error());
   const auto pictures = (*plugIn)->makePictures(desktopServices(bundle, log), options.scale);
-  const auto look = lookOf(options);
+  const auto theme = themeOf(options);
   std::expected<void, std::string> written;
   if (options.icon) {
-    const auto icon = MenuBarIcon::of(verdict, MenuBarPalette::matching(look.appearance), true, false);
+    const auto icon = MenuBarIcon::of(verdict, MenuBarPalette::matching(theme.appearance), true, false);
     written = writeFile(*options.icon, pictures->icon(icon, options.scale));
   }
   if (written && options.png) {
-    written = writeFile(*options.png, pictures->panel(content, look));
+    written = writeFile(*options.png, pictures->panel(content, theme));
   }
   return written;
 }
@@ -50,7 +50,7 @@ std::expected<void, std::string> writeOnboardingPicture(const PreviewOptions& op
   const auto plugIn = loadShellPlugIn(bundle);
   if (!plugIn) return std::unexpected(plugIn.error());
   const auto pictures = (*plugIn)->makePictures(desktopServices(bundle, log), options.scale);
-  return writeFile(options.png.value_or(""), pictures->onboarding(content, lookOf(options)));
+  return writeFile(options.png.value_or(""), pictures->onboarding(content, themeOf(options)));
 }
 
 std::expected<void, std::string> writeAlertPicture(const PreviewOptions& options, const Alert& alert,
@@ -58,7 +58,7 @@ std::expected<void, std::string> writeAlertPicture(const PreviewOptions& options
   const auto plugIn = loadShellPlugIn(bundle);
   if (!plugIn) return std::unexpected(plugIn.error());
   const auto pictures = (*plugIn)->makePictures(desktopServices(bundle, log), options.scale);
-  return writeFile(options.png.value_or(""), pictures->alert(alert, lookOf(options)));
+  return writeFile(options.png.value_or(""), pictures->alert(alert, themeOf(options)));
 }
 
 }  // namespace ostrel

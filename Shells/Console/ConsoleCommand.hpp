@@ -7,7 +7,7 @@
 
 namespace ostrel {
 
-/// One line that a person types at the console shell.
+/// One line that the user types at the console shell.
 namespace consolecommand {
 struct ShowPanel {
   bool operator==(const ShowPanel&) const = default;

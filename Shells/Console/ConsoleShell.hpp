@@ -14,7 +14,7 @@
 
 namespace ostrel {
 
-/// Whether a person gives commands on standard input.
+/// Whether commands are read from standard input.
 enum class ConsoleInput { commands, ignored };
 
 /// The shell where there is no display: serves the main queue and the commands on standard input. The end of
@@ -55,7 +55,7 @@ class ConsoleShell final : public Shell {
   ConsoleScreens& screens_;
   ConsoleOnboardingWindow& window_;
   ConsoleAlerts& alerts_;
-  std::string input_;  ///< what has been read of the line at hand
+  std::string input_;  ///< the part of the current line that has been read
   std::atomic<bool> isTerminated_ = false;
   std::atomic<int> status_ = 0;
 };

@@ -9,8 +9,8 @@
 
 namespace ostrel {
 
-/// Notifications where there is no notification centre: lines of standard output, about which nobody has to
-/// be asked and which nobody can click.
+/// Notifications where there is no notification centre: lines of standard output. They need no permission and
+/// cannot be clicked.
 class ConsoleUserNotifications final : public UserNotifications {
  public:
   ConsoleUserNotifications(MainQueue& mainQueue, StandardStreams& streams)

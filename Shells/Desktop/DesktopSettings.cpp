@@ -9,7 +9,7 @@ namespace {
 constexpr std::uint32_t prefersDark = 1;
 constexpr std::uint32_t prefersLight = 2;
 constexpr int darkestLight = 128;
-constexpr double usualFontPoints = 11;  // up to here a font is not a large one
+constexpr double usualFontPoints = 11;  // a larger font means larger texts
 constexpr double largestScale = 3;
 
 Appearance appearanceOf(const DesktopSettings& settings) {
@@ -21,8 +21,8 @@ Appearance appearanceOf(const DesktopSettings& settings) {
 
 }  // namespace
 
-DesktopLook desktopLook(const DesktopSettings& settings) {
-  // In this order a factor that is no number counts for nothing.
+DesktopTheme desktopTheme(const DesktopSettings& settings) {
+  // std::max returns its first argument when the second is NaN.
   const double scale = std::max(settings.fontPoints / usualFontPoints, settings.textScaling.value_or(1));
   return {.appearance = appearanceOf(settings),
           .reducesMotion = settings.reducedMotion == 1U || settings.animations == false,

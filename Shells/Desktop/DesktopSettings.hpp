@@ -3,11 +3,11 @@
 #include <cstdint>
 #include <optional>
 
-#include "Shells/Desktop/DesktopLook.hpp"
+#include "Shells/Desktop/DesktopTheme.hpp"
 
 namespace ostrel {
 
-/// What a desktop tells of its look, as far as it tells it.
+/// The desktop's settings of appearance, motion and text size, as far as they are known.
 struct DesktopSettings {
   /// Of the settings portal: 1 prefers dark, 2 prefers light.
   std::optional<std::uint32_t> colorScheme = std::nullopt;
@@ -21,6 +21,6 @@ struct DesktopSettings {
 };
 
 /// The portal's word counts; else a dark palette is a dark desktop; else the desktop is light.
-DesktopLook desktopLook(const DesktopSettings& settings);
+DesktopTheme desktopTheme(const DesktopSettings& settings);
 
 }  // namespace ostrel

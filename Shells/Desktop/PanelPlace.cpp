@@ -9,7 +9,7 @@ namespace {
 constexpr int gap = 6;     // between a bar and the panel
 constexpr int margin = 8;  // at the sides of the screen
 
-/// The start of a span of that length inside another; where it does not fit, both start together.
+/// The start of a span, moved so that the span lies inside another; both start together where it is too long.
 int within(int start, int length, int from, int room) {
   return std::max(from, std::min(start, from + room - length));
 }

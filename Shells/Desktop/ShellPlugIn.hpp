@@ -18,7 +18,7 @@
 #include "Platform/StatusItem.hpp"
 #include "Platform/SystemWake.hpp"
 #include "Platform/UserNotifications.hpp"
-#include "Shells/Desktop/DesktopLook.hpp"
+#include "Shells/Desktop/DesktopTheme.hpp"
 #include "Shells/Desktop/ViewsPlugIn.hpp"
 
 namespace ostrel {
@@ -57,11 +57,11 @@ class DesktopPictures {
   /// PNG files; a sentence when one cannot be drawn. Pixels for a point of the icon are 1, 2 or 3.
   [[nodiscard]] virtual std::expected<std::string, std::string> icon(const MenuBarIcon& icon, int scale) = 0;
   [[nodiscard]] virtual std::expected<std::string, std::string> panel(const PanelContent& content,
-                                                                      const DesktopLook& look) = 0;
+                                                                      const DesktopTheme& theme) = 0;
   [[nodiscard]] virtual std::expected<std::string, std::string> onboarding(const OnboardingContent& content,
-                                                                           const DesktopLook& look) = 0;
+                                                                           const DesktopTheme& theme) = 0;
   [[nodiscard]] virtual std::expected<std::string, std::string> alert(const Alert& alert,
-                                                                      const DesktopLook& look) = 0;
+                                                                      const DesktopTheme& theme) = 0;
 };
 
 /// The one symbol of the Shell plug-in, `ostrelShellPlugIn`.

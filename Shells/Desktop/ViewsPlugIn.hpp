@@ -11,7 +11,7 @@
 #include "Platform/Alerts.hpp"
 #include "Platform/Log.hpp"
 #include "Platform/OnboardingWindow.hpp"
-#include "Shells/Desktop/DesktopLook.hpp"
+#include "Shells/Desktop/DesktopTheme.hpp"
 #include "Shells/Desktop/PanelPlace.hpp"
 
 namespace ostrel {
@@ -22,18 +22,18 @@ class PanelView {
   virtual ~PanelView() = default;
 
   virtual bool isShown() const = 0;
-  virtual void open(const PanelContent& content, const PanelAnchor& anchor, const DesktopLook& look) = 0;
+  virtual void open(const PanelContent& content, const PanelAnchor& anchor, const DesktopTheme& theme) = 0;
 
   /// Draws what differs from the content shown; nothing when it is closed.
   virtual void update(const PanelContent& content) = 0;
-  virtual void setLook(const DesktopLook& look) = 0;
+  virtual void setTheme(const DesktopTheme& theme) = 0;
   virtual void close() = 0;
 };
 
 /// What a panel's window calls.
 struct PanelViewEvents {
   std::function<void(const PanelButton&)> pressed;
-  std::function<void()> lostFocus;  ///< the window has closed because the person went elsewhere
+  std::function<void()> lostFocus;  ///< the window has closed because another one got the focus
 };
 
 /// The onboarding and repair window. Main thread, after the toolkit's application object.
@@ -42,14 +42,14 @@ class OnboardingView {
   virtual ~OnboardingView() = default;
 
   /// In the middle of the screen, with the focus.
-  virtual void open(const OnboardingContent& content, const DesktopLook& look) = 0;
+  virtual void open(const OnboardingContent& content, const DesktopTheme& theme) = 0;
 
   /// Draws what differs from the content shown; nothing when it is closed.
   virtual void update(const OnboardingContent& content) = 0;
 
   /// Empties the token field, which no content touches.
   virtual void clearToken() = 0;
-  virtual void setLook(const DesktopLook& look) = 0;
+  virtual void setTheme(const DesktopTheme& theme) = 0;
 
   /// Brings the open window to the front and gives it the focus.
   virtual void activate() = 0;
@@ -62,8 +62,8 @@ class AlertView {
   virtual ~AlertView() = default;
 
   /// In the middle of the screen, with the focus, above the panel. One alert at a time.
-  virtual void open(const Alert& alert, const DesktopLook& look) = 0;
-  virtual void setLook(const DesktopLook& look) = 0;
+  virtual void open(const Alert& alert, const DesktopTheme& theme) = 0;
+  virtual void setTheme(const DesktopTheme& theme) = 0;
 
   /// Brings the open alert to the front and gives it the focus.
   virtual void activate() = 0;
@@ -77,7 +77,7 @@ struct ViewsPlugIn {
   std::expected<std::unique_ptr<PanelView>, std::string> (*makePanelView)(Log& log, PanelViewEvents events);
 
   /// The panel as a PNG file.
-  std::expected<std::string, std::string> (*drawPanel)(const PanelContent& content, const DesktopLook& look,
+  std::expected<std::string, std::string> (*drawPanel)(const PanelContent& content, const DesktopTheme& theme,
                                                        Log& log);
 
   /// A window that is not open yet; a sentence when the views cannot be loaded. Its `closed` comes once for
@@ -87,7 +87,7 @@ struct ViewsPlugIn {
 
   /// What the window holds as a PNG file.
   std::expected<std::string, std::string> (*drawOnboarding)(const OnboardingContent& content,
-                                                            const DesktopLook& look, Log& log);
+                                                            const DesktopTheme& theme, Log& log);
 
   /// A window that is not open yet; a sentence when the views cannot be loaded. `closed` comes once for each
   /// time that it was open, with the index of the button, the last one's when there was none.
@@ -95,7 +95,8 @@ struct ViewsPlugIn {
       Log& log, std::function<void(std::size_t)> closed);
 
   /// What the alert's window holds as a PNG file.
-  std::expected<std::string, std::string> (*drawAlert)(const Alert& alert, const DesktopLook& look, Log& log);
+  std::expected<std::string, std::string> (*drawAlert)(const Alert& alert, const DesktopTheme& theme,
+                                                       Log& log);
 };
 
 }  // namespace ostrel

@@ -50,7 +50,7 @@ struct AlertWindowStory : ShownDesktop {
   std::string failure() const { return windows("^Couldn't start the update"); }
 
   bool hasFocus(const std::string& window) const {
-    return !window.empty() && person({"getwindowfocus"}) == window;
+    return !window.empty() && xdotool({"getwindowfocus"}) == window;
   }
 
   /// Opens the panel by its icon and presses the second of its buttons.
@@ -58,33 +58,33 @@ struct AlertWindowStory : ShownDesktop {
     const auto openAndPress = [&] {
       if (!question().empty()) return;
       // A key may be lost to a panel that has just come.
-      if (!windows("^Protected").empty()) person({"key", "Escape"});
+      if (!windows("^Protected").empty()) xdotool({"key", "Escape"});
       click(process);
       if (becomesTrue([&] { return hasFocus(windows("^Protected")); }))
-        person({"key", "Tab", "Tab", "Return"});
+        xdotool({"key", "Tab", "Tab", "Return"});
     };
     return by(openAndPress, [&] { return hasFocus(question()); });
   }
 
   /// Width and height of a window that can be seen.
   std::string sizeOf(const std::string& window) const {
-    const auto shell = person({"getwindowgeometry", "--shell", window});
+    const auto shell = xdotool({"getwindowgeometry", "--shell", window});
     const auto begin = shell.find("WIDTH=");
     return shell.substr(begin, shell.find("SCREEN=") - begin);
   }
 };
 
-TEST_F(AlertWindowStory, InstallsNoUpdateByEscapeAndTellsOfADaemonThatIsTooOldForOne) {
+TEST_F(AlertWindowStory, InstallsNoUpdateByEscapeAndShowsThatADaemonIsTooOldForOne) {
   const OldDaemon daemon(place / "root");
   auto process = menuBar();
   ASSERT_TRUE(isRegistered(process));
   ASSERT_TRUE(becomesLabelled(process, "Ostrel Agent: protected"));
   ASSERT_TRUE(asksToInstall(process));
   EXPECT_TRUE(windows("^Protected").empty()) << "the panel has made room";
-  EXPECT_TRUE(by([this] { person({"key", "Escape"}); }, [this] { return question().empty(); }));
+  EXPECT_TRUE(by([this] { xdotool({"key", "Escape"}); }, [this] { return question().empty(); }));
   ASSERT_TRUE(asksToInstall(process));
   EXPECT_EQ(daemon.updates(), 0);
-  ASSERT_TRUE(by([this] { person({"key", "Return"}); }, [this] { return !failure().empty(); }));
+  ASSERT_TRUE(by([this] { xdotool({"key", "Return"}); }, [this] { return !failure().empty(); }));
   EXPECT_EQ(daemon.updates(), 1);
 
   const auto file = place / "alert.png";

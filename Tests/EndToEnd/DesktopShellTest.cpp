@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 constexpr const char* shellName = "OstrelAgent.app/Contents/PlugIns/Shell.so";
 constexpr const char* viewsName = "OstrelAgent.app/Contents/PlugIns/Views.so";
 
-/// What the system tells of a process under that name.
+/// A file of the process in /proc.
 std::string factOf(pid_t process, const std::string& name) {
   return contentOf("/proc/" + std::to_string(process) + "/" + name);
 }
@@ -125,7 +125,7 @@ TEST_F(DesktopShell, EntersTheTrayOnceASilentBusAnswers) {
             "ostrel: the session bus cannot be reached: it does not answer\n" + notAuthorized);
 }
 
-TEST_F(DesktopShell, TellsWhenNobodyShowsNotifications) {
+TEST_F(DesktopShell, LogsThatNotificationsCannotBeShown) {
   notifications.reset();
   auto process = menuBar();
   ASSERT_TRUE(isRegistered(process));
@@ -164,7 +164,7 @@ TEST_F(DesktopShell, ShowsTheEmojiWithoutItsGlyphImages) {
   EXPECT_EQ(process.error(), "");
 }
 
-TEST_F(DesktopShell, FallsBackToTheConsoleWithALineInTheLogWhenItsPlugInIsOfNoUse) {
+TEST_F(DesktopShell, FallsBackToTheConsoleAndLogsThatItsPlugInCannotBeLoaded) {
   copyBundle();
   const auto whole = place.read(shellName);
   const auto path = place / shellName;
@@ -189,7 +189,7 @@ TEST_F(DesktopShell, FallsBackToTheConsoleWithALineInTheLogWhenItsPlugInIsOfNoUs
   }
 }
 
-TEST_F(DesktopShell, TellsOnceWhenTheViewsAreOfNoUse) {
+TEST_F(DesktopShell, LogsOnceThatTheViewsCannotBeLoaded) {
   copyBundle();
   const auto path = place / viewsName;
   const std::function<void()> rows[] = {
@@ -214,7 +214,7 @@ TEST_F(DesktopShell, TellsOnceWhenTheViewsAreOfNoUse) {
 TEST_F(DesktopShell, FallsBackToTheConsoleWithoutADisplay) {
   struct Row {
     Process::Environment variables;
-    bool tells;
+    bool logs;
   };
   const Row rows[] = {
       {{}, false},
@@ -228,7 +228,7 @@ TEST_F(DesktopShell, FallsBackToTheConsoleWithoutADisplay) {
   environment.erase("QT_QPA_PLATFORM");
   control({"scenario", "helper-hangs"});
   const auto before = environment;
-  for (const auto& [variables, tells] : rows) {
+  for (const auto& [variables, logs] : rows) {
     environment = before;
     environment.insert(variables.begin(), variables.end());
     auto process = menuBar("panel\n");
@@ -243,9 +243,9 @@ TEST_F(DesktopShell, FallsBackToTheConsoleWithoutADisplay) {
     EXPECT_EQ(platformOf(helper), platformOf(variables));
     process.write("quit\n");
     EXPECT_EQ(process.end(), 0);
-    EXPECT_EQ(process.error().find("ostrel: the display cannot be opened\n") != std::string::npos, tells)
+    EXPECT_EQ(process.error().find("ostrel: the display cannot be opened\n") != std::string::npos, logs)
         << process.error();
-    EXPECT_EQ(process.error().empty(), !tells) << process.error();
+    EXPECT_EQ(process.error().empty(), !logs) << process.error();
   }
 }
 

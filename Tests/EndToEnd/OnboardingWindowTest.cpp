@@ -9,7 +9,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-/// The window in which a person types and presses Enter; a Mac on which only the package is
+/// The window in which the user types and presses Enter; a Mac on which only the package is
 /// installed, with its daemon.
 struct OnboardingWindowStory : ShownDesktop {
   OnboardingWindowStory() {
@@ -26,17 +26,17 @@ struct OnboardingWindowStory : ShownDesktop {
     DesktopShell::TearDown();
   }
 
-  void pressEnter() const { person({"key", "Return"}); }
+  void pressEnter() const { xdotool({"key", "Return"}); }
 
   std::string windows() const { return ShownDesktop::windows("Ostrel Agent"); }
 
   void awaitWindow() {
     EXPECT_TRUE(becomesTrue([&] { return !(window = windows()).empty(); }));
-    EXPECT_TRUE(becomesTrue([&] { return person({"getwindowfocus"}) == window; }));
+    EXPECT_TRUE(becomesTrue([&] { return xdotool({"getwindowfocus"}) == window; }));
   }
 
   /// Each stage of the window has a height of its own.
-  std::string geometry() const { return person({"getwindowgeometry", window.substr(0, window.find('\n'))}); }
+  std::string geometry() const { return xdotool({"getwindowgeometry", window.substr(0, window.find('\n'))}); }
 
   /// Presses Enter, which is the window's primary button, until something has become true.
   template <class Condition>
@@ -44,10 +44,10 @@ struct OnboardingWindowStory : ShownDesktop {
     return by([this] { pressEnter(); }, condition);
   }
 
-  /// Types the token in the place of what stands in the field.
+  /// Types the token in the place of the text in the field.
   void enterToken() const {
-    person({"key", "ctrl+a"});
-    person({"type", "zq_enroll_1234"});
+    xdotool({"key", "ctrl+a"});
+    xdotool({"type", "zq_enroll_1234"});
     pressEnter();
   }
 
@@ -70,7 +70,7 @@ TEST_F(OnboardingWindowStory, LeadsFromNothingToAProtectedMacWithItsIcon) {
   awaitWindow();
   const auto atStart = geometry();
   enterToken();
-  EXPECT_TRUE(becomesTrue([&] { return geometry() != atStart; })) << "the refusal stands under the field";
+  EXPECT_TRUE(becomesTrue([&] { return geometry() != atStart; })) << "the refusal is below the field";
   EXPECT_NE(report()["enrolled"], true);
   control({"misbehave", "none"});
   // A key may be lost to a window that has just come.

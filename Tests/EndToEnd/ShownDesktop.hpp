@@ -8,21 +8,21 @@
 
 namespace ostrel {
 
-/// The program on a display, at which a person sits.
+/// The program on a display, with a user at keyboard and mouse who is played by xdotool.
 struct ShownDesktop : DesktopShell {
   ShownDesktop() {
     environment.erase("QT_QPA_PLATFORM");
     environment["DISPLAY"] = std::getenv("DISPLAY");
   }
 
-  /// What the tool that plays the person prints.
-  std::string person(std::vector<std::string> command) const {
+  /// Runs xdotool; gives what it prints.
+  std::string xdotool(std::vector<std::string> command) const {
     command.insert(command.begin(), "xdotool");
     return run(command, environment).output;
   }
 
   /// The windows that can be seen with that in their names, each in a line.
-  std::string windows(const char* name) const { return person({"search", "--onlyvisible", "--name", name}); }
+  std::string windows(const char* name) const { return xdotool({"search", "--onlyvisible", "--name", name}); }
 
   /// Acts again and again, with a second between, until something has become true.
   template <class Act, class Condition>

@@ -14,7 +14,7 @@ class FakeAlertView final : public AlertView {
   /// What all windows of the test were told, and how the next is made. Each test starts with an empty one.
   struct Record {
     std::vector<Alert> alerts;
-    std::vector<DesktopLook> looks;  ///< of openings and of changes
+    std::vector<DesktopTheme> themes;  ///< of openings and of changes
     int windows = 0;
     int activations = 0;
     bool isShown = false;
@@ -37,12 +37,12 @@ class FakeAlertView final : public AlertView {
 
   ~FakeAlertView() override { record().isShown = false; }
 
-  void open(const Alert& alert, const DesktopLook& look) override {
+  void open(const Alert& alert, const DesktopTheme& theme) override {
     record().isShown = true;
     record().alerts.push_back(alert);
-    record().looks.push_back(look);
+    record().themes.push_back(theme);
   }
-  void setLook(const DesktopLook& look) override { record().looks.push_back(look); }
+  void setTheme(const DesktopTheme& theme) override { record().themes.push_back(theme); }
   void activate() override { record().activations += 1; }
 
   /// The person presses that button.

@@ -15,7 +15,7 @@ class FakeOnboardingView final : public OnboardingView {
   /// What all windows of the test were told, and how the next is made. Each test starts with an empty one.
   struct Record {
     std::vector<OnboardingContent> contents;  ///< of openings and of updates
-    std::vector<DesktopLook> looks;           ///< of openings and of changes
+    std::vector<DesktopTheme> themes;         ///< of openings and of changes
     int clearings = 0;
     int activations = 0;
     bool isShown = false;
@@ -37,14 +37,14 @@ class FakeOnboardingView final : public OnboardingView {
 
   ~FakeOnboardingView() override { record().isShown = false; }
 
-  void open(const OnboardingContent& content, const DesktopLook& look) override {
+  void open(const OnboardingContent& content, const DesktopTheme& theme) override {
     record().isShown = true;
     record().contents.push_back(content);
-    record().looks.push_back(look);
+    record().themes.push_back(theme);
   }
   void update(const OnboardingContent& content) override { record().contents.push_back(content); }
   void clearToken() override { record().clearings += 1; }
-  void setLook(const DesktopLook& look) override { record().looks.push_back(look); }
+  void setTheme(const DesktopTheme& theme) override { record().themes.push_back(theme); }
   void activate() override { record().activations += 1; }
   void close() override {
     if (std::exchange(record().isShown, false)) record().events.closed();

@@ -14,7 +14,7 @@ class FakePanelView final : public PanelView {
   /// What all windows of the test were told, and how the next is made. Each test starts with an empty one.
   struct Record {
     std::vector<PanelAnchor> anchors;
-    std::vector<DesktopLook> looks;  ///< of openings and of changes while open
+    std::vector<DesktopTheme> themes;  ///< of openings and of changes while open
     std::vector<PanelContent> updates;
     int windows = 0;
     bool isShown = false;
@@ -37,13 +37,13 @@ class FakePanelView final : public PanelView {
   ~FakePanelView() override { record().isShown = false; }
 
   bool isShown() const override { return record().isShown; }
-  void open(const PanelContent& /*content*/, const PanelAnchor& anchor, const DesktopLook& look) override {
+  void open(const PanelContent& /*content*/, const PanelAnchor& anchor, const DesktopTheme& theme) override {
     record().isShown = true;
     record().anchors.push_back(anchor);
-    record().looks.push_back(look);
+    record().themes.push_back(theme);
   }
   void update(const PanelContent& content) override { record().updates.push_back(content); }
-  void setLook(const DesktopLook& look) override { record().looks.push_back(look); }
+  void setTheme(const DesktopTheme& theme) override { record().themes.push_back(theme); }
   void close() override { record().isShown = false; }
 
   /// The person goes elsewhere.

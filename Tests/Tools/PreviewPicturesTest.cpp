@@ -40,7 +40,7 @@ class PreviewPictures : public testing::Test {
   TemporaryFolder folder;
 };
 
-TEST_F(PreviewPictures, HaveTheSizeOfTheirScaleAndTheColoursOfTheirLook) {
+TEST_F(PreviewPictures, HaveTheSizeOfTheirScaleAndTheColoursOfTheirTheme) {
   const auto [panel, icon] = drawn({});
   const auto size = sizeOf(panel);
   EXPECT_EQ(size[0], 360U);
@@ -56,7 +56,7 @@ TEST_F(PreviewPictures, HaveTheSizeOfTheirScaleAndTheColoursOfTheirLook) {
   EXPECT_EQ(drawn({}), std::pair(panel, icon));
 }
 
-TEST_F(PreviewPictures, ShowOtherWindowsInBothLooks) {
+TEST_F(PreviewPictures, ShowOtherWindowsInBothThemes) {
   struct Row {
     const char *option, *name;
     unsigned width;

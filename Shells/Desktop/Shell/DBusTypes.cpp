@@ -19,7 +19,7 @@ void registerDBusTypes() {
   qDBusRegisterMetaType<QList<int>>();
 }
 
-// Each hands on the stream that it was given, as the toolkit's own do.
+// Each returns its argument, as the toolkit's own operators do.
 // NOLINTBEGIN(bugprone-return-const-ref-from-parameter)
 
 QDBusArgument& operator<<(QDBusArgument& argument, const DBusPixmap& pixmap) {
@@ -50,7 +50,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, DBusToolTip& tool
   return argument;
 }
 
-// The items below are variants of the same structure, since the bus has no types that contain themselves.
+// Children are variants of the same structure, since D-Bus has no recursive types.
 QDBusArgument& operator<<(QDBusArgument& argument, const DBusMenuItem& item) {
   argument.beginStructure();
   argument << item.id << item.properties;

@@ -38,7 +38,7 @@ struct DBusMenuProperties {
   QVariantMap properties;
 };
 
-/// What a person did with one item of a menu, "(isvu)".
+/// An event of a menu item, "(isvu)".
 struct DBusMenuEvent {
   int id = 0;
   QString name;

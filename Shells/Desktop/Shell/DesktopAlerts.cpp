@@ -15,9 +15,9 @@ bool DesktopAlerts::activate() {
   return true;
 }
 
-void DesktopAlerts::setLook(const DesktopLook& look) {
-  look_ = look;
-  if (view_) view_->setLook(look);
+void DesktopAlerts::setTheme(const DesktopTheme& theme) {
+  theme_ = theme;
+  if (view_) view_->setTheme(theme);
 }
 
 std::expected<void, std::string> DesktopAlerts::makeView() {
@@ -37,10 +37,10 @@ void DesktopAlerts::openFirst() {
     return finishLater(alert.buttons.size() - 1);
   }
   opens_();
-  view_->open(alert, look_);
+  view_->open(alert, theme_);
 }
 
-/// By then the call, or the window's own work, is over.
+/// Posted, so that neither the caller of `show` nor the window is re-entered.
 void DesktopAlerts::finishLater(std::size_t button) {
   QMetaObject::invokeMethod(
       &later_, [this, button] { finish(button); }, Qt::QueuedConnection);

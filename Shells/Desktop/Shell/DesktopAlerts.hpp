@@ -10,12 +10,12 @@
 namespace ostrel {
 
 /// Alerts as windows of the Views plug-in, one at a time. Where that cannot be loaded, an alert counts as
-/// closed by its last button, so that nobody waits for what they cannot see.
+/// closed by its last button, since no user could answer it.
 class DesktopAlerts final : public Alerts {
  public:
   using LoadViews = std::function<std::expected<const ViewsPlugIn*, std::string>()>;
 
-  /// `opens` comes before each alert that opens.
+  /// `opens` is called before each alert that opens.
   DesktopAlerts(LoadViews loadViews, Log& log, std::function<void()> opens)
       : loadViews_(std::move(loadViews)), log_(log), opens_(std::move(opens)) {}
 
@@ -23,7 +23,7 @@ class DesktopAlerts final : public Alerts {
 
   /// Brings the open alert to the front; false when there is none.
   [[nodiscard]] bool activate();
-  void setLook(const DesktopLook& look);
+  void setTheme(const DesktopTheme& theme);
 
  private:
   struct Waiting {
@@ -41,8 +41,8 @@ class DesktopAlerts final : public Alerts {
   std::function<void()> opens_;
   std::deque<Waiting> waiting_;  ///< the first is the one that is shown
   std::unique_ptr<AlertView> view_;
-  DesktopLook look_;
-  QObject later_;  ///< ends what is posted with this
+  DesktopTheme theme_;
+  QObject later_;  ///< the context of posted calls, which end with it
 };
 
 }  // namespace ostrel

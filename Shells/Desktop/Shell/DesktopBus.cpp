@@ -10,7 +10,7 @@ namespace ostrel {
 
 namespace {
 
-constexpr std::chrono::seconds replyTimeout{1};  // a bus that is well answers within milliseconds
+constexpr std::chrono::seconds replyTimeout{1};  // a working bus answers within milliseconds
 
 QString nameOf(const DesktopBus* bus) {
   return QStringLiteral("ostrel-%1").arg(reinterpret_cast<quintptr>(bus));
@@ -18,7 +18,7 @@ QString nameOf(const DesktopBus* bus) {
 
 }  // namespace
 
-// The bus's library looks for it in the same way, but only where it then waits for the bus.
+// libdbus searches in the same order, but only in calls that block.
 QString sessionBusAddress() {
   const auto address = qgetenv("DBUS_SESSION_BUS_ADDRESS").trimmed();
   if (!address.isEmpty()) return QString::fromLocal8Bit(address);
@@ -28,7 +28,7 @@ QString sessionBusAddress() {
       .arg(QString::fromLatin1(folder.toPercentEncoding("/", "~")));
 }
 
-// Where the bus's own library looks; the second is where the first one leads.
+// The paths of libdbus; usually /var/run is a link to /run.
 QString systemBusAddress() {
   const auto address = qgetenv("DBUS_SYSTEM_BUS_ADDRESS").trimmed();
   if (!address.isEmpty()) return QString::fromLocal8Bit(address);
@@ -45,7 +45,8 @@ DesktopBus::DesktopBus(const QString& address, Log& log) : DesktopBus(address, &
 
 DesktopBus::DesktopBus(const QString& address) : DesktopBus(address, nullptr) {}
 
-// Connected as to a peer, for which the toolkit does not wait; what makes the peer a bus is said by hand.
+// Connected as to a peer, since connectToBus() blocks until the bus answers "Hello"; join() sends that
+// explicitly.
 DesktopBus::DesktopBus(const QString& address, Log* log)
     : log_(log), connection_(QDBusConnection::connectToPeer(address, nameOf(this))) {
   if (connection_.isConnected()) {
@@ -114,7 +115,7 @@ void DesktopBus::watchOwner(const QString& name) {
 }
 
 void DesktopBus::preventToolkitBusConnection() const {
-  // By that name the toolkit looks for a connection before it makes one.
+  // The toolkit uses a connection of this name, if there is one, as its session bus.
   if (!isJoined_)
     QDBusConnection::connectToBus(QStringLiteral("none:"), QStringLiteral("qt_default_session_bus"));
 }

@@ -12,16 +12,16 @@
 
 namespace ostrel {
 
-/// As a call's time-out: its answer may take as long as it does (DBUS_TIMEOUT_INFINITE of the bus's library).
+/// A call's time-out for waiting without limit (DBUS_TIMEOUT_INFINITE of libdbus).
 inline constexpr int noTimeout = std::numeric_limits<int>::max();
 
-/// Where the environment says that the session bus is.
+/// The address of the session bus, from the environment.
 QString sessionBusAddress();
 
-/// Likewise the system bus.
+/// The address of the system bus, from the environment.
 QString systemBusAddress();
 
-/// A call of the bus itself.
+/// A call of a method of the bus daemon itself.
 QDBusMessage busCall(const char* method);
 
 /// A connection to a message bus that never waits for it: nothing may be called by it before the bus has let
@@ -30,7 +30,7 @@ class DesktopBus final : public QObject {
   Q_OBJECT
 
  public:
-  /// A session bus that is missing is told in the log; another is one that a system can do without.
+  /// With a log a missing bus is logged: the session bus. Without one it is not: the system bus.
   DesktopBus(const QString& address, Log& log);
   explicit DesktopBus(const QString& address);
   DesktopBus(const DesktopBus&) = delete;
@@ -44,26 +44,26 @@ class DesktopBus final : public QObject {
   /// There is no bus, or it has been silent for a second; in that case it may still be joined.
   bool isMissing() const { return isMissing_; }
 
-  /// Acts when the bus is joined: at once, or once it is, unless the receiver is gone by then.
+  /// Acts when the bus is joined: at once, or once it is, unless the receiver is destroyed before.
   void whenJoined(const QObject* receiver, const std::function<void()>& act);
 
   /// Acts once it is known whether the bus is there: at once when it is joined, else from the event loop,
-  /// unless the receiver is gone by then.
+  /// unless the receiver is destroyed before.
   void whenKnown(const QObject* receiver, std::function<void()> act);
 
-  /// Calls, and hands the answer, which may be an error, to `answered`, unless the receiver is gone by then.
-  /// None within the time-out in ms, by default 25 s, is an error, too. Call once the bus is joined.
+  /// Calls, and passes the answer, which may be an error, to `answered`, unless the receiver is destroyed
+  /// before. None within the time-out in ms, by default 25 s, is an error, too. Call once the bus is joined.
   void callAsync(QObject* receiver, const QDBusMessage& call,
                  std::function<void(const QDBusMessage&)> answered, int timeout = -1);
 
   /// Has the bus deliver the signals of that rule. Call once it is joined.
   void subscribe(const QString& rule);
 
-  /// Has `ownerChanged` tell of that name. Call once the bus is joined.
+  /// Has `ownerChanged` emitted for that name. Call once the bus is joined.
   void watchOwner(const QString& name);
 
-  /// Unless the bus is joined, lets the toolkit's own connection to it fail, for good: it would wait for the
-  /// bus.
+  /// Unless the bus is joined, makes the toolkit's own connection to it fail for good, since the toolkit
+  /// would block until a silent bus answers.
   void preventToolkitBusConnection() const;
 
   Q_SIGNAL void joined();
@@ -78,7 +78,7 @@ class DesktopBus final : public QObject {
   void join();
   void markUnavailable(const QString& reason);
 
-  Log* log_;  ///< none of a bus that need not be there
+  Log* log_;  ///< null for a bus whose absence is not logged
   QDBusConnection connection_;
   QTimer timeout_;
   bool isJoined_ = false;

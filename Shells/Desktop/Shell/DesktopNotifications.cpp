@@ -15,7 +15,7 @@ const QString path = QStringLiteral("/org/freedesktop/Notifications");
 const QString defaultAction = QStringLiteral("default");  // a click on the body
 constexpr int timeOfDaemon = -1;                          // it decides how long it shows a notification
 constexpr uchar normalUrgency = 1;                        // of low, normal and critical
-constexpr uint dismissedByPerson = 2;                     // among the reasons of NotificationClosed
+constexpr uint dismissedByUser = 2;                       // a reason of NotificationClosed
 
 QString textOf(const std::string& text) { return QString::fromStdString(text); }
 
@@ -46,7 +46,7 @@ PlatformError errorOf(const QDBusMessage& answer) {
 QVariantMap hintsOf(const UserNotification& notification) {
   QVariantMap hints{{QStringLiteral("desktop-entry"), QStringLiteral("ostrel-agent")},
                     {QStringLiteral("urgency"), QVariant::fromValue(normalUrgency)}};
-  // The names of kinds of a program's own begin so.
+  // The prefix of categories that a program defines itself.
   if (!notification.category.empty())
     hints.insert(QStringLiteral("category"), QStringLiteral("x-") + textOf(notification.category));
   if (notification.sound == NotificationSound::standard) {
@@ -156,7 +156,7 @@ QDBusMessage DesktopNotifications::notifyCall(const UserNotification& notificati
 
 void DesktopNotifications::listen() {
   if (std::exchange(isListening_, true)) return;
-  // By any name: to learn who has the daemon's now, the toolkit would wait for the bus.
+  // From any sender: for a well-known name the toolkit would ask the bus for its owner and wait.
   bus_.connection().connect({}, path, service, QStringLiteral("ActionInvoked"), this,
                             SLOT(onAction(uint, QString, QDBusMessage)));
   bus_.connection().connect({}, path, service, QStringLiteral("NotificationClosed"), this,
@@ -185,7 +185,7 @@ uint DesktopNotifications::numberOf(const std::string& identifier) const {
 
 /// The keys and labels of the buttons, each key before its label.
 QStringList DesktopNotifications::actionsOf(const std::string& category) const {
-  // With a label some daemons would show a button for it.
+  // With a label some daemons would show a button for the default action.
   QStringList all{defaultAction, QString()};
   const auto found = std::ranges::find(categories_, category, &NotificationCategory::identifier);
   if (found == categories_.end()) return all;
@@ -196,12 +196,12 @@ QStringList DesktopNotifications::actionsOf(const std::string& category) const {
 void DesktopNotifications::close(uint number) {
   if (number == 0) return;
   shown_.erase(number);
-  // By its own name: the next daemon, which the other one would start, has given the number to another.
+  // By unique name: the well-known name may already be a later daemon's, which counts from one again.
   bus_.connection().send(QDBusMessage::createMethodCall(daemon_, path, service, "CloseNotification")
                          << number);
 }
 
-/// A notification that no longer waits for the person; nothing when the signal is about none of this program.
+/// Forgets a notification that was answered and returns it; nullopt when it is none of this program's.
 std::optional<DesktopNotifications::Shown> DesktopNotifications::leave(uint number,
                                                                        const QDBusMessage& signal) {
   if (signal.service() != daemon_) return std::nullopt;
@@ -213,7 +213,7 @@ std::optional<DesktopNotifications::Shown> DesktopNotifications::leave(uint numb
 void DesktopNotifications::onAction(uint number, const QString& key, const QDBusMessage& signal) {
   const auto shown = leave(number, signal);
   if (!shown) return;
-  // Some daemons leave it standing, and nobody would listen to a second press.
+  // Some daemons keep showing it, and a second press would have no effect.
   close(number);
   if (key == defaultAction) return respond({.category = shown->category});
   respond({NotificationResponse::Case::action, shown->category, key.toStdString()});
@@ -221,7 +221,7 @@ void DesktopNotifications::onAction(uint number, const QString& key, const QDBus
 
 void DesktopNotifications::onClosed(uint number, uint reason, const QDBusMessage& signal) {
   const auto shown = leave(number, signal);
-  if (shown && reason == dismissedByPerson) respond({NotificationResponse::Case::dismissed, shown->category});
+  if (shown && reason == dismissedByUser) respond({NotificationResponse::Case::dismissed, shown->category});
 }
 
 void DesktopNotifications::respond(const NotificationResponse& response) const {

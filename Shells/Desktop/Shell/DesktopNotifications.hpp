@@ -17,8 +17,8 @@
 namespace ostrel {
 
 /// Notifications by the desktop's notification daemon (org.freedesktop.Notifications), which is never waited
-/// for. Where one runs or can be started the program counts as authorized, else as denied: there is nobody
-/// else to ask. What still shows at the end is closed, since nobody would hear of its buttons.
+/// for. Where one runs or can be started the program counts as authorized, else as denied. Notifications
+/// that still show at the end are closed, since their buttons would do nothing.
 class DesktopNotifications final : public QObject, public UserNotifications {
   Q_OBJECT
 
@@ -67,7 +67,7 @@ class DesktopNotifications final : public QObject, public UserNotifications {
   std::vector<NotificationCategory> categories_;
   std::function<void(const NotificationResponse&)> receiver_;
   bool isListening_ = false;
-  QString daemon_;               ///< the one that shows what follows, by its name on this bus alone
+  QString daemon_;               ///< unique bus name of the daemon that shows `shown_`
   std::map<uint, Shown> shown_;  ///< by the daemon's number
 };
 

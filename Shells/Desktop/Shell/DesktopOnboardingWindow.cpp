@@ -17,7 +17,7 @@ void DesktopOnboardingWindow::open(const OnboardingContent& content, OnboardingW
     return;
   }
   view_ = std::move(*made);
-  view_->open(content, look_);
+  view_->open(content, theme_);
 }
 
 void DesktopOnboardingWindow::update(const OnboardingContent& content) {
@@ -36,9 +36,9 @@ void DesktopOnboardingWindow::activate() {
   if (view_) view_->activate();
 }
 
-void DesktopOnboardingWindow::setLook(const DesktopLook& look) {
-  look_ = look;
-  if (view_) view_->setLook(look);
+void DesktopOnboardingWindow::setTheme(const DesktopTheme& theme) {
+  theme_ = theme;
+  if (view_) view_->setTheme(theme);
 }
 
 std::expected<std::unique_ptr<OnboardingView>, std::string> DesktopOnboardingWindow::makeView(

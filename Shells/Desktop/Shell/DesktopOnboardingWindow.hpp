@@ -9,7 +9,7 @@
 namespace ostrel {
 
 /// The onboarding window as one of the Views plug-in, which is loaded when it opens. Where that cannot be
-/// loaded, the window counts as closed at once, so that nobody waits for what they cannot see.
+/// loaded, the window counts as closed at once, since no user could answer it.
 class DesktopOnboardingWindow final : public OnboardingWindow {
  public:
   using LoadViews = std::function<std::expected<const ViewsPlugIn*, std::string>()>;
@@ -23,7 +23,7 @@ class DesktopOnboardingWindow final : public OnboardingWindow {
 
   /// Brings the window to the front, where it is open.
   void activate();
-  void setLook(const DesktopLook& look);
+  void setTheme(const DesktopTheme& theme);
 
  private:
   [[nodiscard]] std::expected<std::unique_ptr<OnboardingView>, std::string> makeView(
@@ -32,8 +32,8 @@ class DesktopOnboardingWindow final : public OnboardingWindow {
   LoadViews loadViews_;
   Log& log_;
   std::unique_ptr<OnboardingView> view_;
-  DesktopLook look_;
-  QObject later_;  ///< ends what is posted with this
+  DesktopTheme theme_;
+  QObject later_;  ///< the context of posted calls, which end with it
 };
 
 }  // namespace ostrel

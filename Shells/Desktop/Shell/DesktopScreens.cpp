@@ -9,7 +9,7 @@ namespace ostrel {
 
 namespace {
 
-constexpr qint64 longestClick = 400;  // milliseconds from the loss of focus to the click that caused it
+constexpr qint64 maxClickDuration = 400;  // milliseconds from the loss of focus to the click that caused it
 
 /// A screen's corner is the same in pixels and in points.
 QRect pixelsOf(const QScreen& screen) {
@@ -33,7 +33,7 @@ PanelAnchor anchorOf(QPoint place) {
     if (!place.isNull() && pixelsOf(*each).contains(place)) screen = each;
   }
   const auto available = screen->availableGeometry();
-  // A host that does not tell the place: where trays usually are.
+  // A host that gives no place sends (0, 0): take where trays usually are.
   const auto click = place.isNull() ? available.topRight() : pointOn(*screen, place);
   return {{click.x(), click.y()}, {available.x(), available.y(), available.width(), available.height()}};
 }
@@ -48,7 +48,7 @@ bool DesktopScreens::isPanelShown() const { return view_ && view_->isShown(); }
 
 void DesktopScreens::openPanel(const PanelContent& content) {
   if (yields_()) return;
-  if (auto* panel = view()) panel->open(content, anchor_, look_);
+  if (auto* panel = view()) panel->open(content, anchor_, theme_);
 }
 
 void DesktopScreens::updatePanel(const PanelContent& content) {
@@ -67,17 +67,17 @@ std::optional<double> DesktopScreens::visibleHeight() const {
 void DesktopScreens::setClick(QPoint place) { anchor_ = anchorOf(place); }
 
 bool DesktopScreens::takeClosingClick() {
-  const bool hasClosed = sinceFocusLoss_.isValid() && sinceFocusLoss_.elapsed() < longestClick;
+  const bool hasClosed = sinceFocusLoss_.isValid() && sinceFocusLoss_.elapsed() < maxClickDuration;
   sinceFocusLoss_.invalidate();
   return hasClosed;
 }
 
-void DesktopScreens::setLook(const DesktopLook& look) {
-  look_ = look;
-  if (view_) view_->setLook(look);
+void DesktopScreens::setTheme(const DesktopTheme& theme) {
+  theme_ = theme;
+  if (view_) view_->setTheme(theme);
 }
 
-/// Nothing where the views cannot be loaded, which is told once.
+/// Null where the views cannot be loaded, which is logged once.
 PanelView* DesktopScreens::view() {
   if (view_ || hasFailed_) return view_.get();
   const auto plugIn = loadViews_();

@@ -13,7 +13,7 @@ class DesktopScreens final : public Screens {
  public:
   using LoadViews = std::function<std::expected<const ViewsPlugIn*, std::string>()>;
 
-  /// `yields` tells, when the panel is to open, whether something else has to be answered first.
+  /// `yields` returns whether an alert must be answered before the panel may open.
   DesktopScreens(LoadViews loadViews, Log& log, std::function<bool()> yields)
       : loadViews_(std::move(loadViews)), log_(log), yields_(std::move(yields)) {}
 
@@ -30,7 +30,7 @@ class DesktopScreens final : public Screens {
   /// Call for each click: true for the one that has just closed the panel by taking the focus from it.
   bool takeClosingClick();
 
-  void setLook(const DesktopLook& look);
+  void setTheme(const DesktopTheme& theme);
 
  private:
   PanelView* view();
@@ -42,7 +42,7 @@ class DesktopScreens final : public Screens {
   std::unique_ptr<PanelView> view_;
   bool hasFailed_ = false;
   PanelAnchor anchor_;
-  DesktopLook look_;
+  DesktopTheme theme_;
   QElapsedTimer sinceFocusLoss_;
 };
 

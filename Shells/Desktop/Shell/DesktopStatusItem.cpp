@@ -48,17 +48,17 @@ QList<DBusPixmap> pixmapsOf(const std::vector<QImage>& images) {
 
 }  // namespace
 
-DesktopStatusItem::DesktopStatusItem(DesktopBus& bus, std::string resources, const LookWatcher& looks,
+DesktopStatusItem::DesktopStatusItem(DesktopBus& bus, std::string resources, const ThemeWatcher& themeWatcher,
                                      Log& log, std::function<void(QPoint)> clicked)
     : resources_(std::move(resources)),
-      looks_(looks),
+      themeWatcher_(themeWatcher),
       menu_(bus,
             [this](const PanelButton& button) {
               if (events_.menuPressed) events_.menuPressed(button);
             }),
       item_(bus, QLatin1String(StatusItemMenu::path), log, std::move(clicked)) {}
 
-std::optional<Appearance> DesktopStatusItem::appearance() const { return looks_.look().appearance; }
+std::optional<Appearance> DesktopStatusItem::appearance() const { return themeWatcher_.theme().appearance; }
 
 bool DesktopStatusItem::hasImage(std::string_view name) const { return hasGlyph(resources_, name); }
 
@@ -77,7 +77,7 @@ void DesktopStatusItem::show(const MenuBarIcon& icon) {
   item_.show();
 }
 
-/// Drawn when a tray asks: at the start that is after the item has entered it.
+/// Drawn when a tray first asks, so that drawing does not delay the registration.
 const std::vector<QImage>& DesktopStatusItem::images() {
   if (images_.empty() && picture_) images_ = imagesOf(resources_, *picture_);
   return images_;

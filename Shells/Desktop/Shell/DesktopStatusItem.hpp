@@ -8,17 +8,17 @@
 
 #include "OstrelAgent/Status/MenuBarIcon.hpp"
 #include "Platform/StatusItem.hpp"
-#include "Shells/Desktop/Shell/LookWatcher.hpp"
 #include "Shells/Desktop/Shell/StatusItemMenu.hpp"
 #include "Shells/Desktop/Shell/StatusNotifierItem.hpp"
+#include "Shells/Desktop/Shell/ThemeWatcher.hpp"
 
 namespace ostrel {
 
 /// The status item as an icon in the desktop's tray. The desktop has no system symbols.
 class DesktopStatusItem final : public StatusItem {
  public:
-  /// Each click is told to `clicked` with its place in the screens' pixels.
-  DesktopStatusItem(DesktopBus& bus, std::string resources, const LookWatcher& looks, Log& log,
+  /// Each click calls `clicked` with its place in the screens' pixels.
+  DesktopStatusItem(DesktopBus& bus, std::string resources, const ThemeWatcher& themeWatcher, Log& log,
                     std::function<void(QPoint)> clicked);
 
   void install(Events events) override { events_ = std::move(events); }
@@ -34,10 +34,10 @@ class DesktopStatusItem final : public StatusItem {
   const std::vector<QImage>& images();
 
   std::string resources_;
-  const LookWatcher& looks_;
+  const ThemeWatcher& themeWatcher_;
   Events events_;
   std::optional<MenuBarPicture> picture_;
-  std::vector<QImage> images_;  ///< of the picture, once somebody wants them
+  std::vector<QImage> images_;  ///< of the picture, once a tray has asked for them
   StatusItemMenu menu_;
   StatusNotifierItem item_;
 };

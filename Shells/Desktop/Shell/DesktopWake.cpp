@@ -34,7 +34,7 @@ void DesktopWake::join() {
   });
 }
 
-/// Told before a sleep and after it.
+/// PrepareForSleep is sent before a sleep, with true, and after it, with false.
 void DesktopWake::prepareForSleep(bool isGoing) {
   if (!isGoing) Q_EMIT woke();
 }

@@ -9,8 +9,8 @@
 
 namespace ostrel {
 
-/// Wakes as the system's login manager tells them (org.freedesktop.login1). Its bus is joined when somebody
-/// follows, and after the session bus, which the icon needs first. Without it nothing is told.
+/// Wakes as the login manager signals them (org.freedesktop.login1). The system bus is joined with the first
+/// observer, and after the session bus, which the icon needs first. Without that bus there are no signals.
 class DesktopWake final : public QObject, public SystemWake {
   Q_OBJECT
 

@@ -9,8 +9,8 @@
 
 namespace ostrel {
 
-/// A glyph of the bundle's folder of data files, drawn for that many pixels a point or, for want of it, for
-/// the next fewer; nothing when there is none that can be read.
+/// A glyph of the bundle's folder of data files, drawn for that many pixels a point or, if that file is
+/// missing, for the next fewer; nullopt when no file can be read.
 [[nodiscard]] std::optional<QImage> loadGlyph(const std::string& resources, std::string_view name, int scale);
 
 /// Whether `loadGlyph` gives an image whatever the scale.

@@ -57,7 +57,7 @@ QPainterPath pathOf(const CanvasPath& path) {
 bool hasText(const QFontMetricsF& font, const QString& text) {
   const auto characters = text.toUcs4();
   return std::ranges::all_of(characters, [&](char32_t character) {
-    // What only chooses the shape of the character before it needs no shape of its own.
+    // Variation selectors, which are non-spacing marks, have no glyph of their own.
     return QChar::category(character) == QChar::Mark_NonSpacing || font.inFontUcs4(character);
   });
 }

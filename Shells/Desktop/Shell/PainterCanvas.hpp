@@ -8,7 +8,7 @@
 
 namespace ostrel {
 
-/// Draws into an image of the toolkit, one pixel a point. The image is complete once the canvas is gone.
+/// Draws into an image of the toolkit, one pixel a point. The image is complete once the canvas is destroyed.
 class PainterCanvas : public Canvas {
  public:
   /// The image has an alpha channel and outlives the canvas.

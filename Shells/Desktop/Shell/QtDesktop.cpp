@@ -1,6 +1,7 @@
 #include "Shells/Desktop/Shell/QtDesktop.hpp"
 
 #include <QBuffer>
+#include <QClipboard>
 #include <QGuiApplication>
 #include <utility>
 
@@ -12,7 +13,6 @@
 #include "Shells/Desktop/Shell/DesktopStatusItem.hpp"
 #include "Shells/Desktop/Shell/DesktopWake.hpp"
 #include "Shells/Desktop/Shell/IconImage.hpp"
-#include "Shells/Desktop/Shell/QtPasteboard.hpp"
 #include "Shells/Desktop/Shell/QtShell.hpp"
 
 namespace ostrel {
@@ -25,19 +25,18 @@ constexpr const char* offscreen = "offscreen";
 Log* toolkitLog = nullptr;
 bool logsToolkitWarnings = true;
 
-/// The toolkit's errors, and its warnings where they are wanted, go to the system log; its chatter goes
-/// nowhere.
+/// Logs the toolkit's errors and, if wanted, its warnings in the system log, and drops the rest.
 void logOfToolkit(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
   const bool isError = type == QtCriticalMsg || type == QtFatalMsg;
   if (isError || (type == QtWarningMsg && logsToolkitWarnings))
     toolkitLog->line("ostrel: " + text.toStdString());
 }
 
-/// A platform that fails to connect logs so.
+/// Without DISPLAY the platform "xcb" is not tried, since its failure to connect would be logged.
 QByteArray platformsOfDisplay() { return qEnvironmentVariableIsEmpty("DISPLAY") ? "wayland" : "xcb;wayland"; }
 
-/// The toolkit's application object. The platform that the person names is tried, or else the display's one
-/// after the other, and last the one without a screen: the toolkit ends the process where none works.
+/// The toolkit's application object. It tries the platform that QT_QPA_PLATFORM names, or else those of
+/// the display, and last "offscreen": the toolkit would abort the process where none works.
 class Application {
  public:
   explicit Application(Log& log, bool logsWarnings = true) {
@@ -51,10 +50,10 @@ class Application {
     QGuiApplication::setApplicationName(QStringLiteral("OstrelAgent"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Ostrel Agent"));
     application_.emplace(count_, arguments_);
-    // There it has what it needs; looking through the folders of its plug-ins again for images would take
-    // milliseconds. Other platforms have plug-ins of their own, which they load with the first window.
+    // Saves milliseconds: with "xcb" all plug-ins are loaded by now, and the toolkit would search for those
+    // of image formats. Other platforms load more plug-ins with the first window.
     if (QGuiApplication::platformName() == QLatin1String("xcb")) QCoreApplication::setLibraryPaths({});
-    // Children must not take the choice for the person's.
+    // Child processes must see the variable as the user has set it.
     if (isSet) {
       qputenv(platformVariable, chosen);
     } else {
@@ -79,13 +78,22 @@ class Application {
   bool hasScreen_ = false;
 };
 
+/// The desktop's clipboard.
+class QtPasteboard final : public Pasteboard {
+ public:
+  void setText(std::string_view text) override {
+    QGuiApplication::clipboard()->setText(
+        QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+  }
+};
+
 class QtDesktop final : public Desktop {
  public:
   explicit QtDesktop(std::unique_ptr<Application> application, DesktopServices services)
       : application_(std::move(application)), services_(std::move(services)) {
-    screens_.setLook(looks_.look());
-    onboardingWindow_.setLook(looks_.look());
-    alerts_.setLook(looks_.look());
+    screens_.setTheme(themeWatcher_.theme());
+    onboardingWindow_.setTheme(themeWatcher_.theme());
+    alerts_.setTheme(themeWatcher_.theme());
   }
 
   Shell& shell() override { return shell_; }
@@ -98,17 +106,18 @@ class QtDesktop final : public Desktop {
   SystemWake& systemWake() override { return wake_; }
 
  private:
-  void changeLook() {
-    const auto look = looks_.look();
-    screens_.setLook(look);
-    onboardingWindow_.setLook(look);
-    alerts_.setLook(look);
-    const bool hasOther = std::exchange(appearance_, look.appearance) != look.appearance;
+  void changeTheme() {
+    const auto theme = themeWatcher_.theme();
+    screens_.setTheme(theme);
+    onboardingWindow_.setTheme(theme);
+    alerts_.setTheme(theme);
+    const bool hasOther = std::exchange(appearance_, theme.appearance) != theme.appearance;
     if (hasOther && statusItem_.events().appearanceChanged) statusItem_.events().appearanceChanged();
   }
 
   [[nodiscard]] std::expected<const ViewsPlugIn*, std::string> loadViews() {
-    // With its first view the toolkit asks the session bus for those who read the screen.
+    // With its first view the toolkit asks the session bus for screen readers, and would wait for a silent
+    // bus.
     bus_.preventToolkitBusConnection();
     return services_.loadViews();
   }
@@ -122,13 +131,13 @@ class QtDesktop final : public Desktop {
   std::unique_ptr<Application> application_;
   DesktopServices services_;
   DesktopBus bus_{sessionBusAddress(), services_.log};
-  LookWatcher looks_{bus_, [this] { changeLook(); }};
-  Appearance appearance_ = looks_.look().appearance;
-  // The panel makes room for an alert, and does not open beside one.
+  ThemeWatcher themeWatcher_{bus_, [this] { changeTheme(); }};
+  Appearance appearance_ = themeWatcher_.theme().appearance;
+  // The panel closes for an alert, and does not open while one is open.
   DesktopAlerts alerts_{[this] { return loadViews(); }, services_.log, [this] { screens_.closePanel(); }};
   DesktopScreens screens_{[this] { return loadViews(); }, services_.log,
                           [this] { return alerts_.activate(); }};
-  DesktopStatusItem statusItem_{bus_, services_.resources, looks_, services_.log,
+  DesktopStatusItem statusItem_{bus_, services_.resources, themeWatcher_, services_.log,
                                 [this](QPoint place) { click(place); }};
   DesktopOnboardingWindow onboardingWindow_{[this] { return loadViews(); }, services_.log};
   QtPasteboard pasteboard_;
@@ -162,23 +171,23 @@ class QtPictures final : public DesktopPictures {
   }
 
   std::expected<std::string, std::string> panel(const PanelContent& content,
-                                                const DesktopLook& look) override {
+                                                const DesktopTheme& theme) override {
     const auto views = services_.loadViews();
     if (!views) return std::unexpected(views.error());
-    return (*views)->drawPanel(content, look, services_.log);
+    return (*views)->drawPanel(content, theme, services_.log);
   }
 
   std::expected<std::string, std::string> onboarding(const OnboardingContent& content,
-                                                     const DesktopLook& look) override {
+                                                     const DesktopTheme& theme) override {
     const auto views = services_.loadViews();
     if (!views) return std::unexpected(views.error());
-    return (*views)->drawOnboarding(content, look, services_.log);
+    return (*views)->drawOnboarding(content, theme, services_.log);
   }
 
-  std::expected<std::string, std::string> alert(const Alert& alert, const DesktopLook& look) override {
+  std::expected<std::string, std::string> alert(const Alert& alert, const DesktopTheme& theme) override {
     const auto views = services_.loadViews();
     if (!views) return std::unexpected(views.error());
-    return (*views)->drawAlert(alert, look, services_.log);
+    return (*views)->drawAlert(alert, theme, services_.log);
   }
 
  private:

@@ -19,7 +19,7 @@ class QtShell final : public Shell {
   int run() override;
   void terminate(int status) override;
 
-  /// The panel needs none of it: desktops give the focus to the window that a click opens.
+  /// For the other windows: a panel gets the focus by the click that opens it.
   void activate() override { activateWindow_(); }
 
  private:

@@ -14,7 +14,7 @@ namespace {
 constexpr const char* interface = "com.canonical.dbusmenu";
 constexpr int root = 0;
 
-/// An underscore marks the letter of a shortcut, two stand for themselves.
+/// An underscore marks the letter of a shortcut; two are an underscore of the text.
 QString menuLabel(const std::string& title) {
   return QString::fromStdString(title).replace(QLatin1Char('_'), QLatin1String("__"));
 }
@@ -110,7 +110,7 @@ bool StatusItemMenu::handleMessage(const QDBusMessage& message, const QDBusConne
   return false;
 }
 
-/// Nothing when there is no such item or property.
+/// Empty when there is no such item or property.
 std::optional<QVariantList> StatusItemMenu::answer(const QString& method, const QVariantList& arguments) {
   const auto first = arguments.value(0);
   if (method == QLatin1String("GetLayout")) {
@@ -171,7 +171,7 @@ DBusMenuItem StatusItemMenu::itemOf(int id, int depth) const {
 
 void StatusItemMenu::handleEvent(int id, const QString& name) {
   if (name != QLatin1String("clicked") || id == root || !hasItem(id)) return;
-  // A copy, since what is pressed may change the menu.
+  // A copy, since the press may change the menu.
   const auto button = buttons_[static_cast<std::size_t>(id - 1)];
   if (button.isEnabled) pressed_(button);
 }

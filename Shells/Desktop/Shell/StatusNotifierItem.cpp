@@ -25,7 +25,7 @@ StatusNotifierItem::StatusNotifierItem(DesktopBus& bus, const QString& menuPath,
     : bus_(bus), menuPath_(menuPath), log_(log), activated_(std::move(activated)) {
   registerDBusTypes();
   bus_.connection().registerVirtualObject(QLatin1String(path), this);
-  // A watcher may also take the name over from another, so that it is never free.
+  // A new watcher may replace another without a moment when the name has no owner.
   QObject::connect(&bus_, &DesktopBus::ownerChanged, this, [this](const QString& name, const QString& owner) {
     if (name == QLatin1String(watcher) && !owner.isEmpty()) registerAtWatcher();
   });
@@ -37,7 +37,7 @@ StatusNotifierItem::StatusNotifierItem(DesktopBus& bus, const QString& menuPath,
 
 StatusNotifierItem::~StatusNotifierItem() {
   bus_.connection().unregisterObject(QLatin1String(path));
-  // Hosts take the item away when its name goes.
+  // Hosts remove the item when its name is released.
   if (isShown_ && bus_.isJoined()) bus_.connection().send(busCall("ReleaseName") << serviceName());
 }
 

@@ -16,17 +16,17 @@ class StatusNotifierItem final : public QDBusVirtualObject {
  public:
   static constexpr const char* path = "/StatusNotifierItem";
 
-  /// A click calls `activated` with its place in the screens' pixels; (0, 0) when the host does not tell it.
+  /// A click calls `activated` with its place in the screens' pixels; (0, 0) when the host does not know it.
   StatusNotifierItem(DesktopBus& bus, const QString& menuPath, Log& log,
                      std::function<void(QPoint)> activated);
   StatusNotifierItem(const StatusNotifierItem&) = delete;
   StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
   ~StatusNotifierItem() override;
 
-  /// Other pictures than before; they are drawn when a host asks for them.
+  /// Sets changed pictures, which are drawn when a host asks for them, and notifies the host.
   void setPixmaps(std::function<QList<DBusPixmap>()> pixmaps);
 
-  /// Tell the host of what has changed, and of nothing else.
+  /// Notify the host, if the text has changed.
   void setTitle(const QString& title);
   void setToolTip(const QString& text);
 

@@ -8,7 +8,7 @@
 namespace ostrel {
 namespace {
 
-TEST(DesktopLook, TakesThePortalsSchemeBeforeThePaletteAndIsLightForWantOfBoth) {
+TEST(DesktopTheme, TakesThePortalsSchemeBeforeThePaletteAndIsLightWithoutBoth) {
   const std::pair<DesktopSettings, Appearance> rows[] = {
       {{}, Appearance::light},
       {{.paletteLightness = 128}, Appearance::light},
@@ -21,12 +21,12 @@ TEST(DesktopLook, TakesThePortalsSchemeBeforeThePaletteAndIsLightForWantOfBoth) 
       {{.colorScheme = 0}, Appearance::light},
   };
   for (const auto& [settings, appearance] : rows) {
-    EXPECT_EQ(desktopLook(settings).appearance, appearance)
+    EXPECT_EQ(desktopTheme(settings).appearance, appearance)
         << settings.colorScheme.value_or(9) << ' ' << settings.paletteLightness.value_or(-1);
   }
 }
 
-TEST(DesktopLook, ReducesMotionWhereEitherSwitchSaysSo) {
+TEST(DesktopTheme, ReducesMotionWhereEitherSwitchSaysSo) {
   const std::pair<DesktopSettings, bool> rows[] = {
       {{}, false},
       {{.reducedMotion = 1}, true},
@@ -38,12 +38,12 @@ TEST(DesktopLook, ReducesMotionWhereEitherSwitchSaysSo) {
       {{.reducedMotion = 0, .animations = false}, true},
   };
   for (const auto& [settings, reduces] : rows) {
-    EXPECT_EQ(desktopLook(settings).reducesMotion, reduces)
+    EXPECT_EQ(desktopTheme(settings).reducesMotion, reduces)
         << settings.reducedMotion.value_or(9) << ' ' << settings.animations.value_or(true);
   }
 }
 
-TEST(DesktopLook, ScalesTextsFromOneToThreeByTheLargerOfFactorAndFont) {
+TEST(DesktopTheme, ScalesTextsFromOneToThreeByTheLargerOfFactorAndFont) {
   constexpr double infinity = std::numeric_limits<double>::infinity();
   constexpr double nothing = std::numeric_limits<double>::quiet_NaN();
   const std::pair<DesktopSettings, double> rows[] = {
@@ -63,7 +63,7 @@ TEST(DesktopLook, ScalesTextsFromOneToThreeByTheLargerOfFactorAndFont) {
       {{.textScaling = nothing, .fontPoints = 22}, 2},
   };
   for (const auto& [settings, scale] : rows) {
-    EXPECT_DOUBLE_EQ(desktopLook(settings).textScale, scale)
+    EXPECT_DOUBLE_EQ(desktopTheme(settings).textScale, scale)
         << settings.textScaling.value_or(1) << ' ' << settings.fontPoints;
   }
 }

@@ -9,7 +9,7 @@ void AlertState::show(const Alert& alert) {
   text_ = textOf(alert.text);
   buttons_.clear();
   for (const auto& button : alert.buttons) buttons_.append(textOf(button));
-  // The text may be somebody else's, in another language.
+  // The text may come from the daemon, in another language than the program's.
   isRightToLeft_ = title_.isRightToLeft();
   emit shown();
 }

@@ -8,7 +8,7 @@
 
 namespace ostrel {
 
-/// What an alert's QML shows, and what it tells.
+/// The properties and signals of an alert's QML.
 class AlertState : public WindowState {
   Q_OBJECT
   QML_ELEMENT
@@ -29,7 +29,7 @@ class AlertState : public WindowState {
  signals:
   void shown();
 
-  /// The window starts afresh: at the top of its text, with the keyboard at the first button.
+  /// The window opens: at the top of its text, with the keyboard at the first button.
   void opened();
 
   void pressed(int button);

@@ -28,9 +28,9 @@ AlertWindow::AlertWindow(Log& log, std::function<void(std::size_t)> closed)
   QObject::connect(&window_, &QWindow::visibleChanged, &state_, [this] { visibilityChanged(); });
 }
 
-void AlertWindow::open(const Alert& alert, const DesktopLook& look) {
+void AlertWindow::open(const Alert& alert, const DesktopTheme& theme) {
   answer_ = alert.buttons.size() - 1;
-  scene_.setLook(look);
+  scene_.setTheme(theme);
   window_.setTitle(textOf(alert.title));
   state_.show(alert);
   fit();
@@ -40,8 +40,8 @@ void AlertWindow::open(const Alert& alert, const DesktopLook& look) {
   emit state_.opened();
 }
 
-void AlertWindow::setLook(const DesktopLook& look) {
-  scene_.setLook(look);
+void AlertWindow::setTheme(const DesktopTheme& theme) {
+  scene_.setTheme(theme);
   if (isOpen_) fit();
 }
 

@@ -14,8 +14,8 @@ class AlertWindow final : public AlertView {
   [[nodiscard]] static std::expected<std::unique_ptr<AlertView>, std::string> make(
       Log& log, std::function<void(std::size_t)> closed);
 
-  void open(const Alert& alert, const DesktopLook& look) override;
-  void setLook(const DesktopLook& look) override;
+  void open(const Alert& alert, const DesktopTheme& theme) override;
+  void setTheme(const DesktopTheme& theme) override;
   void activate() override;
 
  private:
@@ -29,7 +29,7 @@ class AlertWindow final : public AlertView {
   AlertState state_;
   Scene scene_;
   bool isOpen_ = false;
-  std::size_t answer_ = 0;  ///< the button that closing the window stands for
+  std::size_t answer_ = 0;  ///< the button that is reported when the window closes
 };
 
 }  // namespace ostrel

@@ -7,7 +7,7 @@
 
 namespace ostrel {
 
-/// Gives a property its value, and tells of it when that is another one.
+/// Sets a property, and emits its signal when the value has changed.
 template <class Object, class Value>
 void change(Object& object, Value& member, std::type_identity_t<Value> value, void (Object::*changed)()) {
   if (member == value) return;

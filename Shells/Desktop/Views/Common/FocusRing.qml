@@ -3,7 +3,7 @@ import Ostrel.Views
 
 Rectangle {
     anchors.fill: parent
-    // Stands off, to be seen around what has its colour.
+    // With a gap, so that it is visible around an item of the same colour.
     anchors.margins: -3
     radius: Tokens.buttonRadius + 3
     color: "transparent"

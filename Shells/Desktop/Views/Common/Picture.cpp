@@ -30,9 +30,9 @@ QImage rendered(QQuickRenderControl& control, QQuickWindow& window, QSize size, 
   return image;
 }
 
-/// The screen of that file, which shows the state, as a PNG file. What no item covers is transparent.
+/// The QML file, which shows the state, as a PNG file. Pixels that no item covers are transparent.
 [[nodiscard]] std::expected<std::string, std::string> picture(const char* file, const char* property,
-                                                              QObject& state, const DesktopLook& look,
+                                                              QObject& state, const DesktopTheme& theme,
                                                               Log& log) {
   Scene::chooseRenderer();
   QQuickRenderControl control;
@@ -43,7 +43,7 @@ QImage rendered(QQuickRenderControl& control, QQuickWindow& window, QSize size, 
   if (auto filled = scene.fill(window, file, property, state); !filled) {
     return std::unexpected(filled.error());
   }
-  scene.setLook(look);
+  scene.setTheme(theme);
   scene.layOut();
   QByteArray bytes;
   QBuffer buffer(&bytes);
@@ -55,24 +55,25 @@ QImage rendered(QQuickRenderControl& control, QQuickWindow& window, QSize size, 
 
 }  // namespace
 
-std::expected<std::string, std::string> panelPicture(const PanelContent& content, const DesktopLook& look,
+std::expected<std::string, std::string> panelPicture(const PanelContent& content, const DesktopTheme& theme,
                                                      Log& log) {
   PanelState state;
   state.show(content);
-  return picture(PanelState::screen, PanelState::property, state, look, log);
+  return picture(PanelState::screen, PanelState::property, state, theme, log);
 }
 
 std::expected<std::string, std::string> onboardingPicture(const OnboardingContent& content,
-                                                          const DesktopLook& look, Log& log) {
+                                                          const DesktopTheme& theme, Log& log) {
   OnboardingState state;
   state.show(content);
-  return picture(OnboardingState::screen, OnboardingState::property, state, look, log);
+  return picture(OnboardingState::screen, OnboardingState::property, state, theme, log);
 }
 
-std::expected<std::string, std::string> alertPicture(const Alert& alert, const DesktopLook& look, Log& log) {
+std::expected<std::string, std::string> alertPicture(const Alert& alert, const DesktopTheme& theme,
+                                                     Log& log) {
   AlertState state;
   state.show(alert);
-  return picture(AlertState::screen, AlertState::property, state, look, log);
+  return picture(AlertState::screen, AlertState::property, state, theme, log);
 }
 
 }  // namespace ostrel

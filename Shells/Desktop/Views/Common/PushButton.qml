@@ -17,7 +17,7 @@ Item {
         if (!event.isAutoRepeat)
             pressed();
     }
-    // Assistive tools may ask it of a button that is at work or not there.
+    // Assistive tools may press a button that is disabled or hidden.
     function pressBySpeech(): void {
         if (enabled && visible)
             pressed();

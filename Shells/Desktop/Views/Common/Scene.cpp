@@ -9,12 +9,12 @@
 #include <cmath>
 #include <mutex>
 
-#include "Shells/Desktop/Views/Common/Look.hpp"
+#include "Shells/Desktop/Views/Common/Theme.hpp"
 
 // Written by the build from the types of this folder.
 void qml_register_types_Ostrel_Views();
 
-// Calls from outside a namespace are what the build's macros want.
+// Q_INIT_RESOURCE must be used outside of a namespace.
 static void initResources() { Q_INIT_RESOURCE(qmake_Ostrel_Views); }
 
 namespace ostrel {
@@ -33,10 +33,10 @@ void registerTypes() {
   Q_UNUSED(isDone);
 }
 
-void tellWithoutFont(Log& log) {
-  static bool isTold = false;
-  if (isTold || !QFontInfo(QGuiApplication::font()).family().isEmpty()) return;
-  isTold = true;
+void logMissingFont(Log& log) {
+  static bool isLogged = false;
+  if (isLogged || !QFontInfo(QGuiApplication::font()).family().isEmpty()) return;
+  isLogged = true;
   log.line("ostrel: No font is installed; texts cannot be drawn.");
 }
 
@@ -51,7 +51,7 @@ void polish(QQuickItem& item) {
 Scene::Scene(Log& log) : log_(log) {
   registerTypes();
   engine_.setOutputWarningsToStandardError(false);
-  // Nothing is looked for beside the program or where the environment says.
+  // Neither the program's folder nor the environment adds folders of QML modules.
   engine_.setImportPathList({importPath, QLibraryInfo::path(QLibraryInfo::QmlImportsPath)});
   QObject::connect(&engine_, &QQmlEngine::warnings, &engine_, [this](const QList<QQmlError>& warnings) {
     for (const auto& warning : warnings) log_.line("ostrel: " + warning.toString().toStdString());
@@ -68,7 +68,7 @@ std::expected<void, std::string> Scene::fill(QQuickWindow& window, const char* f
   const QUrl screen(QLatin1String(screensPath) + QLatin1String(file));
   // The engine's thread reads the views while this one reads the fonts, which takes as long.
   const QQmlComponent ahead(&engine_, screen, QQmlComponent::Asynchronous);
-  tellWithoutFont(log_);
+  logMissingFont(log_);
   QQmlComponent component(&engine_, screen);
   if (!component.isReady()) return std::unexpected(component.errorString().trimmed().toStdString());
   std::unique_ptr<QObject> object(component.createWithInitialProperties(
@@ -81,12 +81,12 @@ std::expected<void, std::string> Scene::fill(QQuickWindow& window, const char* f
   return {};
 }
 
-void Scene::setLook(const DesktopLook& look) {
-  engine_.singletonInstance<Look*>(qmlTypeId("Ostrel.Views", 1, 0, "Look"))->set(look);
+void Scene::setTheme(const DesktopTheme& theme) {
+  engine_.singletonInstance<Theme*>(qmlTypeId("Ostrel.Views", 1, 0, "Theme"))->set(theme);
 }
 
 void Scene::layOut() {
-  // One part can change the room of another that is done already.
+  // An item that is polished late can change the room of one that was polished before.
   for (int pass = 0; pass < 3; ++pass) polish(*root_);
 }
 

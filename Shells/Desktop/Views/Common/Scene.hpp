@@ -9,7 +9,7 @@
 #include <string>
 
 #include "Platform/Log.hpp"
-#include "Shells/Desktop/DesktopLook.hpp"
+#include "Shells/Desktop/DesktopTheme.hpp"
 
 namespace ostrel {
 
@@ -27,12 +27,12 @@ class Scene {
   [[nodiscard]] std::expected<void, std::string> fill(QQuickWindow& window, const char* file,
                                                       const char* property, QObject& state);
 
-  void setLook(const DesktopLook& look);
+  void setTheme(const DesktopTheme& theme);
 
-  /// Brings all sizes up to date, which else waits for the next frame.
+  /// Updates all sizes at once rather than with the next frame.
   void layOut();
 
-  /// Gives back what earlier contents have left, while nobody waits for the screen.
+  /// Collects the garbage of earlier contents, while no user waits for the screen.
   void tidy() { engine_.collectGarbage(); }
 
   /// In points, after `layOut`.

@@ -1,7 +1,7 @@
 import QtQuick
 import Ostrel.Views
 
-/// Where a scroller stands, beside it.
+/// Shows the position of a scroller, beside it.
 Rectangle {
     id: mark
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Ostrel.Views
 
-/// What may be taller than its place. It moves as far as the person moves it, and no further by itself.
+/// A scroll area. It moves as far as the user moves it, without the toolkit's gliding.
 Flickable {
     id: scroller
 

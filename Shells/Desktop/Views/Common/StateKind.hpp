@@ -5,8 +5,8 @@
 
 #include "OstrelAgent/Panel/RowState.hpp"
 
-/// The kinds of a state by the names that QML has for them. Properties hold their numbers: the toolkit gives
-/// values of an enumeration to QML only as such.
+/// The kinds of a state by their QML names. Properties hold them as int, since QML gets enumerators as
+/// numbers.
 namespace ostrel::statekind {
 
 Q_NAMESPACE

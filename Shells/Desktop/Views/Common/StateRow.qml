@@ -18,7 +18,7 @@ Item {
     implicitHeight: Math.max(Tokens.rowHeight, Math.ceil(textBottom + padding))
     Accessible.role: Accessible.StaticText
     Accessible.ignored: !visible
-    Accessible.name: value.spoken
+    Accessible.name: value.accessibleName
     Accessible.description: value.note
 
     Separator {

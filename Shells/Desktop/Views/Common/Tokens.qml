@@ -4,8 +4,8 @@ import Ostrel.Views
 
 /// Colours and sizes of every screen.
 QtObject {
-    readonly property bool isDark: Look.isDark
-    readonly property real textScale: Look.textScale
+    readonly property bool isDark: Theme.isDark
+    readonly property real textScale: Theme.textScale
 
     readonly property color panel: isDark ? "#232326" : "#f6f6f7"
     readonly property color card: isDark ? "#2c2c30" : "#ffffff"

@@ -7,7 +7,8 @@
 
 namespace ostrel {
 
-/// A list whose rows are told apart by a key. What shows it is told row by row what changed.
+/// A list model whose rows are identified by a key. It notifies its views row by row, so that the items of
+/// unchanged rows stay.
 class ValueList : public QAbstractListModel {
   Q_OBJECT
   QML_ANONYMOUS

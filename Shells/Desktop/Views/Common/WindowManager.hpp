@@ -4,11 +4,11 @@ class QWindow;
 
 namespace ostrel {
 
-/// Asks the desktop to list the window neither in its taskbar nor in its pager, where the display can be
-/// asked. Call it before each time that the window is shown.
+/// Asks the window manager to leave the window out of taskbar and pager, on X11. Call it before each time
+/// that the window is shown.
 void keepOutOfTaskbar(QWindow& window);
 
-/// Whether the desktop blends windows with what is behind them, as far as the display tells.
+/// Whether a compositor blends windows with those behind them; true where that cannot be asked.
 bool blendsWindows();
 
 }  // namespace ostrel

@@ -9,7 +9,7 @@ namespace ostrel {
 /// The part of the window's screen that what it holds may take, in points.
 QRect roomOf(const QWindow& window);
 
-/// Gives the window a size that the person cannot change. It comes into the middle of the screen; one that is
+/// Gives the window a size that the user cannot change. It is put into the middle of the screen; one that is
 /// shown stays where it is, but on the screen.
 void placeWindow(QWindow& window, QSize size);
 

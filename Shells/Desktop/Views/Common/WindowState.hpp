@@ -8,7 +8,7 @@
 
 namespace ostrel {
 
-/// What the QML of every window with a frame is told of it, and may ask.
+/// What every window with a frame offers to its QML.
 class WindowState : public QObject {
   Q_OBJECT
   QML_ANONYMOUS
@@ -18,7 +18,7 @@ class WindowState : public QObject {
   /// How large the window may become, in points.
   void setRoom(QSizeF room);
 
-  /// Tells assistive tools of an item that has come or changed and that the person is to hear of at once.
+  /// Has assistive tools read an item at once, since it has appeared or changed.
   Q_INVOKABLE void announce(QQuickItem* item) const;
 
  signals:

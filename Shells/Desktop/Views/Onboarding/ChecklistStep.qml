@@ -1,7 +1,7 @@
 import QtQuick
 import Ostrel.Views
 
-/// A step with its state: what it is, how it goes on, why it failed, and the buttons that help.
+/// A step with its state: title, note, progress, error and the buttons that help.
 Item {
     id: step
 
@@ -76,7 +76,7 @@ Item {
 
                 Repeater {
                     id: buttons
-                    // By number, so that a change within a button leaves it its focus.
+                    // A number as the model keeps the items, and so the focus, when a button changes.
                     model: step.value.buttons.length
 
                     PushButton {

@@ -5,7 +5,7 @@ import Ostrel.Views
 AccessibleLabel {
     id: line
 
-    /// There is another error to tell.
+    /// There is another error to announce.
     signal came
 
     font.pixelSize: Tokens.smallSize

@@ -44,7 +44,7 @@ FocusScope {
         anchors.fill: parent
         color: Tokens.panel
     }
-    // Has the focus until the person goes to a control.
+    // Has the focus until the user moves it to a control.
     Item {
         id: focusSink
         focus: true
@@ -86,8 +86,8 @@ FocusScope {
                     id: field
                     width: parent.width
                     enabled: root.onboarding.tokenField.isEnabled
-                    spoken: root.onboarding.tokenField.spoken
-                    spokenDescription: root.onboarding.tokenField.error
+                    accessibleName: root.onboarding.tokenField.accessibleName
+                    accessibleDescription: root.onboarding.tokenField.error
                 }
                 ErrorLine {
                     width: parent.width

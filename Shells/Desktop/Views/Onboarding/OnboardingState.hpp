@@ -10,7 +10,7 @@
 
 namespace ostrel {
 
-/// What the onboarding window's QML shows, and what it tells. A property changes only when its value does.
+/// The properties and signals of the onboarding window's QML. A property is notified only when it changes.
 class OnboardingState : public WindowState {
   Q_OBJECT
   QML_ELEMENT
@@ -28,7 +28,7 @@ class OnboardingState : public WindowState {
   static constexpr auto screen = "Onboarding/Onboarding.qml";
   static constexpr auto property = "onboarding";
 
-  /// False when the content is the one shown.
+  /// False when the content is unchanged.
   bool show(const OnboardingContent& content);
 
   ValueList* paragraphs() { return &paragraphs_; }
@@ -49,7 +49,7 @@ class OnboardingState : public WindowState {
   void progressChanged();
   void closingNoteChanged();
 
-  /// The window starts afresh, or shows another stage: the keyboard goes to the field, or else to no control.
+  /// The window opens or shows another stage: the token field gets the focus or, without one, no control.
   void stageChanged();
 
   /// The field is to be emptied.

@@ -26,7 +26,7 @@ constexpr SymbolRow symbolRows[] = {
     {"exclamationmark.shield.fill", shieldform::Filled, true, statekind::Warn},
 };
 
-/// A symbol that is not known is the bare shield.
+/// An unknown symbol gives the bare shield.
 const SymbolRow& rowOf(std::string_view symbol) {
   const auto* row = std::ranges::find(symbolRows, symbol, &SymbolRow::symbol);
   return row == std::end(symbolRows) ? symbolRows[0] : *row;
@@ -80,7 +80,7 @@ OnboardingButtonValue valueOf(const OnboardingButton& button) {
 
 TokenFieldValue tokenFieldOf(const OnboardingContent& content) {
   if (!content.tokenField) return {};
-  // What is to be entered is told by the text above the field.
+  // The text above the field says what is to be entered.
   QStringList prompt;
   for (const auto& paragraph : content.paragraphs) prompt.append(textOf(paragraph));
   return {true, content.tokenField->isEnabled, textOf(content.tokenField->error),

@@ -12,7 +12,7 @@
 
 namespace ostrel {
 
-/// The heading, with the shield that its system symbol stands for.
+/// The heading, with its system symbol drawn as a shield.
 struct OnboardingHeaderValue {
   Q_GADGET
   QML_VALUE_TYPE(onboardingHeaderValue)
@@ -26,7 +26,7 @@ struct OnboardingHeaderValue {
  public:
   int form = shieldform::Outlined;  ///< a `shieldform::Form`
   bool isMarked = false;
-  int mark = statekind::Ok;    ///< of what `statekind::Kind` the mark is
+  int mark = statekind::Ok;    ///< a `statekind::Kind`
   int tint = statekind::Info;  ///< a `statekind::Kind`; `Info` is the accent
   QString title;
   QString subtitle;
@@ -50,20 +50,20 @@ struct OnboardingButtonValue {
   bool operator==(const OnboardingButtonValue&) const = default;
 };
 
-/// The field for the token, which itself is in no value.
+/// The field for the token. The token itself is in no value.
 struct TokenFieldValue {
   Q_GADGET
   QML_VALUE_TYPE(tokenFieldValue)
   Q_PROPERTY(bool isShown MEMBER isShown)
   Q_PROPERTY(bool isEnabled MEMBER isEnabled)
   Q_PROPERTY(QString error MEMBER error)
-  Q_PROPERTY(QString spoken MEMBER spoken)
+  Q_PROPERTY(QString accessibleName MEMBER accessibleName)
 
  public:
   bool isShown = false;
   bool isEnabled = false;
   QString error;
-  QString spoken;  ///< the accessible name
+  QString accessibleName;
 
   bool operator==(const TokenFieldValue&) const = default;
 };

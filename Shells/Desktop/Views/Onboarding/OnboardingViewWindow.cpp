@@ -28,8 +28,8 @@ OnboardingViewWindow::OnboardingViewWindow(Log& log, OnboardingWindowEvents even
   QObject::connect(&window_, &QWindow::visibleChanged, &state_, [this] { visibilityChanged(); });
 }
 
-void OnboardingViewWindow::open(const OnboardingContent& content, const DesktopLook& look) {
-  scene_.setLook(look);
+void OnboardingViewWindow::open(const OnboardingContent& content, const DesktopTheme& theme) {
+  scene_.setTheme(theme);
   show(content);
   emit state_.stageChanged();
   fit();
@@ -44,8 +44,8 @@ void OnboardingViewWindow::update(const OnboardingContent& content) {
   fit();
 }
 
-void OnboardingViewWindow::setLook(const DesktopLook& look) {
-  scene_.setLook(look);
+void OnboardingViewWindow::setTheme(const DesktopTheme& theme) {
+  scene_.setTheme(theme);
   if (isOpen_) fit();
 }
 

@@ -14,10 +14,10 @@ class OnboardingViewWindow final : public OnboardingView {
   [[nodiscard]] static std::expected<std::unique_ptr<OnboardingView>, std::string> make(
       Log& log, OnboardingWindowEvents events);
 
-  void open(const OnboardingContent& content, const DesktopLook& look) override;
+  void open(const OnboardingContent& content, const DesktopTheme& theme) override;
   void update(const OnboardingContent& content) override;
   void clearToken() override { emit state_.tokenCleared(); }
-  void setLook(const DesktopLook& look) override;
+  void setTheme(const DesktopTheme& theme) override;
   void activate() override;
   void close() override { window_.close(); }
 

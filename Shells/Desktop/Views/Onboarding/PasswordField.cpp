@@ -82,7 +82,7 @@ PasswordField::PasswordField(QQuickItem* parent) : QQuickPaintedItem(parent) {
   setAcceptedMouseButtons(Qt::LeftButton | Qt::MiddleButton);
   setCursor(Qt::IBeamCursor);
   setFlag(ItemAcceptsInputMethod);
-  connect(this, &PasswordField::looksChanged, this, [this] { update(); });
+  connect(this, &PasswordField::styleChanged, this, [this] { update(); });
 }
 
 void PasswordField::clear() {

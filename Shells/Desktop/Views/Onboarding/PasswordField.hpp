@@ -14,10 +14,10 @@ class PasswordField : public QQuickPaintedItem {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QString text READ dots NOTIFY textChanged)  // assistive tools read the property of this name
-  Q_PROPERTY(int dotSize MEMBER dotSize_ NOTIFY looksChanged)
-  Q_PROPERTY(QColor ink MEMBER ink_ NOTIFY looksChanged)
-  Q_PROPERTY(QColor selectionColor MEMBER selectionColor_ NOTIFY looksChanged)
-  Q_PROPERTY(QColor selectedInk MEMBER selectedInk_ NOTIFY looksChanged)
+  Q_PROPERTY(int dotSize MEMBER dotSize_ NOTIFY styleChanged)
+  Q_PROPERTY(QColor ink MEMBER ink_ NOTIFY styleChanged)
+  Q_PROPERTY(QColor selectionColor MEMBER selectionColor_ NOTIFY styleChanged)
+  Q_PROPERTY(QColor selectedInk MEMBER selectedInk_ NOTIFY styleChanged)
 
  public:
   explicit PasswordField(QQuickItem* parent = nullptr);
@@ -32,7 +32,7 @@ class PasswordField : public QQuickPaintedItem {
 
  signals:
   void textChanged();
-  void looksChanged();
+  void styleChanged();
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;

@@ -1,12 +1,12 @@
 import QtQuick
 import Ostrel.Views
 
-/// A line for the token, which nobody can read or copy.
+/// A line for the token, which can be neither read nor copied.
 Rectangle {
     id: field
 
-    property string spoken
-    property string spokenDescription
+    property string accessibleName
+    property string accessibleDescription
 
     function secret(): string {
         return input.secret();
@@ -40,7 +40,7 @@ Rectangle {
         // Not Accessible.passwordEdit: the toolkit then leaves out the name.
         Accessible.role: Accessible.EditableText
         Accessible.focusable: enabled
-        Accessible.name: field.spoken
-        Accessible.description: field.spokenDescription
+        Accessible.name: field.accessibleName
+        Accessible.description: field.accessibleDescription
     }
 }

@@ -1,7 +1,7 @@
 import QtQuick
 import Ostrel.Views
 
-/// What is waited for, with a clock that stands still.
+/// A text about work in progress, beside a clock that is not animated.
 Item {
     id: line
 

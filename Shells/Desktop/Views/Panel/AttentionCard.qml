@@ -10,8 +10,8 @@ Item {
 
     implicitHeight: Math.ceil(content.height) + 20
     Accessible.role: Accessible.Grouping
-    Accessible.name: value.spoken
-    Accessible.description: value.spokenDetail
+    Accessible.name: value.accessibleName
+    Accessible.description: value.accessibleDescription
 
     Item {
         width: Tokens.cardRadius + 2

@@ -12,7 +12,7 @@ Rectangle {
     radius: Math.min(height / 2, Tokens.cardRadius)
     color: Tokens.button
     Accessible.role: Accessible.StaticText
-    Accessible.name: value.spoken
+    Accessible.name: value.accessibleName
 
     StateDot {
         id: dot

@@ -17,7 +17,7 @@ Column {
             width: list.width
             implicitHeight: Math.ceil(Math.max(label.height, value.height))
             Accessible.role: Accessible.StaticText
-            Accessible.name: entry.spoken
+            Accessible.name: entry.accessibleName
 
             Label {
                 id: label

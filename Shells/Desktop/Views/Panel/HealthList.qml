@@ -1,7 +1,7 @@
 import QtQuick
 import Ostrel.Views
 
-/// The roll-up, which folds and startsExpanded the components below it.
+/// The roll-up row, which folds and unfolds the components below it.
 Rectangle {
     id: list
 

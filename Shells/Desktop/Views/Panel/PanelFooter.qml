@@ -61,7 +61,7 @@ Item {
                 anchors.rightMargin: spacing
                 spacing: 5
 
-                // What is left of a single line goes between the first button and the others.
+                // In a single line the first button is at the left and the others are at the right.
                 readonly property real slack: {
                     let left = width + spacing;
                     for (let i = 0; i < buttons.count; ++i)

@@ -1,8 +1,8 @@
 import QtQuick
 import Ostrel.Views
 
-/// The verdict, with its buttons beside it or, where they have no room, below it. A shield that leaves no room for one
-/// of its words stands above it.
+/// The verdict, with its buttons beside it or, where they have no room, below it. Where the widest word does not fit
+/// beside the shield, the shield is above the text.
 Item {
     id: header
 
@@ -36,7 +36,7 @@ Item {
         width: header.textWidth - (header.isStacked ? 0 : buttons.width + 12)
         spacing: 2
         Accessible.role: Accessible.Heading
-        Accessible.name: header.panel.header.spoken
+        Accessible.name: header.panel.header.accessibleName
 
         Label {
             id: word

@@ -48,7 +48,7 @@ Entries notices(const std::vector<std::string>& notices) {
   return entries;
 }
 
-/// The update stands first.
+/// The update comes first.
 Entries cards(const PanelContent& content) {
   Entries entries;
   if (content.update) entries.push_back({QStringLiteral("/update"), variantOf(*content.update)});

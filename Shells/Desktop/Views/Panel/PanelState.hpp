@@ -9,7 +9,7 @@
 
 namespace ostrel {
 
-/// What the panel's QML shows, and what it tells. A property changes only when its value does.
+/// The properties and signals of the panel's QML. A property is notified only when it changes.
 class PanelState : public QObject {
   Q_OBJECT
   QML_ELEMENT
@@ -35,7 +35,7 @@ class PanelState : public QObject {
   static constexpr auto screen = "Panel/StatusPanel.qml";
   static constexpr auto property = "panel";
 
-  /// False when the content is the one shown.
+  /// False when the content is unchanged.
   bool show(const PanelContent& content);
 
   ValueList* cards() { return &cards_; }
@@ -59,13 +59,13 @@ class PanelState : public QObject {
   void moreNameChanged();
   void moreTitlesChanged();
 
-  /// The panel starts afresh: folded as the content says, scrolled to its top, without focus.
+  /// The panel opens: folded as the content says, scrolled to its top, without focus.
   void opened(bool fadesIn);
 
   void pressed(const ostrel::PanelButton& button);
   void dismissed();
 
-  /// The person has folded or unfolded a part.
+  /// The user has folded or unfolded a part.
   void folded();
 
  private:

@@ -8,19 +8,19 @@ namespace {
 
 using statekind::kindOf;
 
-/// The texts that are there, with a separator between them.
+/// The texts that are not empty, with a separator between them.
 QString joined(QStringList texts, const QString& separator) {
   texts.removeAll(QString());
   return texts.join(separator);
 }
 
-/// The name has its own letters; the state has those of the person's language, whichever way they run.
+/// The name is Latin; a state that runs from right to left needs marks to keep the order name, state.
 QString chipText(const QString& name, const QString& state) {
   if (!state.isRightToLeft()) return joined({name, state}, QStringLiteral(" · "));
   return QStringLiteral("\u200F\u2068%1\u2069 · %2").arg(name, state);
 }
 
-QString spoken(const QStringList& texts) { return joined(texts, QStringLiteral(", ")); }
+QString accessibleName(const QStringList& texts) { return joined(texts, QStringLiteral(", ")); }
 
 }  // namespace
 
@@ -32,20 +32,21 @@ RowValue valueOf(const PanelContent::Row& row) {
   const auto label = textOf(row.label);
   const auto text = textOf(row.state.text);
   const auto note = row.isNoteShownOnCard ? QString() : textOf(row.note);
-  return {kindOf(row.state.kind), row.state.wantsAttention(), label, text, note, spoken({label, text})};
+  return {kindOf(row.state.kind),       row.state.wantsAttention(), label, text, note,
+          accessibleName({label, text})};
 }
 
 RowValue valueOf(const PanelContent::Ecosystem& ecosystem) {
   const auto name = textOf(ecosystem.name);
   const auto state = textOf(ecosystem.state.text);
   return {kindOf(ecosystem.state.kind), ecosystem.state.wantsAttention(), chipText(name, state), {}, {},
-          spoken({name, state})};
+          accessibleName({name, state})};
 }
 
 RowValue valueOf(const PanelContent::Fact& fact) {
   const auto label = textOf(fact.label);
   const auto value = textOf(fact.value);
-  return {kindOf(RowState::Case::info), false, label, value, {}, spoken({label, value})};
+  return {kindOf(RowState::Case::info), false, label, value, {}, accessibleName({label, value})};
 }
 
 RowValue valueOf(const std::optional<RowState>& status) {
@@ -66,8 +67,8 @@ CardValue valueOf(const PanelContent::Update& update) {
   card.text = textOf(update.version);
   card.detail = textOf(update.belowMinimum);
   card.action = joined({textOf(update.installing), textOf(update.protectionStaysOn)}, QStringLiteral(" "));
-  card.spoken = spoken({card.title, card.text});
-  card.spokenDetail = joined({card.detail, card.action}, QStringLiteral(" "));
+  card.accessibleName = accessibleName({card.title, card.text});
+  card.accessibleDescription = joined({card.detail, card.action}, QStringLiteral(" "));
   card.button = valueOf(update.button);
   return card;
 }
@@ -79,8 +80,8 @@ CardValue valueOf(const AttentionItem& item) {
   card.text = textOf(item.stateText());
   card.detail = textOf(item.detail);
   card.action = textOf(item.action);
-  card.spoken = spoken({card.title, card.text});
-  card.spokenDetail = joined({card.detail, card.action}, QStringLiteral(" "));
+  card.accessibleName = accessibleName({card.title, card.text});
+  card.accessibleDescription = joined({card.detail, card.action}, QStringLiteral(" "));
   card.button = valueOf(item.button);
   return card;
 }
@@ -88,7 +89,7 @@ CardValue valueOf(const AttentionItem& item) {
 HeaderValue valueOf(const PanelContent::Header& header) {
   const auto word = textOf(header.word);
   const auto deadline = textOf(header.deadlineLine.value_or(""));
-  return {kindOf(header.tint), word, deadline, spoken({word, deadline})};
+  return {kindOf(header.tint), word, deadline, accessibleName({word, deadline})};
 }
 
 ProtectionValue valueOf(const std::optional<PanelContent::Protection>& protection) {

@@ -18,7 +18,7 @@ struct RowValue {
   Q_PROPERTY(QString label MEMBER label)
   Q_PROPERTY(QString text MEMBER text)
   Q_PROPERTY(QString note MEMBER note)
-  Q_PROPERTY(QString spoken MEMBER spoken)
+  Q_PROPERTY(QString accessibleName MEMBER accessibleName)
 
  public:
   int kind = statekind::Ok;  ///< a `statekind::Kind`
@@ -26,7 +26,7 @@ struct RowValue {
   QString label;
   QString text;
   QString note;
-  QString spoken;  ///< the accessible name
+  QString accessibleName;
 
   bool operator==(const RowValue&) const = default;
 };
@@ -46,7 +46,7 @@ struct ButtonValue {
   bool operator==(const ButtonValue&) const = default;
 };
 
-/// A card: one thing that needs the person, or an update.
+/// A card: something that needs the user, or an update.
 struct CardValue {
   Q_GADGET
   QML_VALUE_TYPE(cardValue)
@@ -55,8 +55,8 @@ struct CardValue {
   Q_PROPERTY(QString text MEMBER text)
   Q_PROPERTY(QString detail MEMBER detail)
   Q_PROPERTY(QString action MEMBER action)
-  Q_PROPERTY(QString spoken MEMBER spoken)
-  Q_PROPERTY(QString spokenDetail MEMBER spokenDetail)
+  Q_PROPERTY(QString accessibleName MEMBER accessibleName)
+  Q_PROPERTY(QString accessibleDescription MEMBER accessibleDescription)
   Q_PROPERTY(ostrel::ButtonValue button MEMBER button)
 
  public:
@@ -65,8 +65,8 @@ struct CardValue {
   QString text;
   QString detail;
   QString action;
-  QString spoken;
-  QString spokenDetail;  ///< the accessible description
+  QString accessibleName;
+  QString accessibleDescription;
   ButtonValue button;
 
   bool operator==(const CardValue&) const = default;
@@ -78,13 +78,13 @@ struct HeaderValue {
   Q_PROPERTY(int kind MEMBER kind)
   Q_PROPERTY(QString word MEMBER word)
   Q_PROPERTY(QString deadline MEMBER deadline)
-  Q_PROPERTY(QString spoken MEMBER spoken)
+  Q_PROPERTY(QString accessibleName MEMBER accessibleName)
 
  public:
   int kind = statekind::Ok;
   QString word;
   QString deadline;
-  QString spoken;
+  QString accessibleName;
 
   bool operator==(const HeaderValue&) const = default;
 };

@@ -47,11 +47,11 @@ PanelWindow::PanelWindow(Log& log, PanelViewEvents events) : events_(std::move(e
   QObject::connect(&window_, &QWindow::activeChanged, &state_, [this] { activityChanged(); });
 }
 
-void PanelWindow::open(const PanelContent& content, const PanelAnchor& anchor, const DesktopLook& look) {
+void PanelWindow::open(const PanelContent& content, const PanelAnchor& anchor, const DesktopTheme& theme) {
   anchor_ = anchor;
   show(content);
-  setLook(look);
-  emit state_.opened(!look.reducesMotion);
+  setTheme(theme);
+  emit state_.opened(!theme.reducesMotion);
   scene_.layOut();
   place();
   keepOutOfTaskbar(window_);
@@ -63,9 +63,9 @@ void PanelWindow::update(const PanelContent& content) {
   if (isShown() && show(content)) scene_.layOut();
 }
 
-void PanelWindow::setLook(const DesktopLook& look) {
-  scene_.setLook(look);
-  // Else the pixels at the round corners would be mixed with black.
+void PanelWindow::setTheme(const DesktopTheme& theme) {
+  scene_.setTheme(theme);
+  // Without a compositor the half-covered pixels of the round corners would be mixed with black.
   window_.setColor(blendsWindows() ? Qt::transparent : scene_.root().property("edgeColor").value<QColor>());
   if (isShown()) scene_.layOut();
 }
@@ -75,7 +75,7 @@ void PanelWindow::close() {
   scene_.tidy();
 }
 
-/// False when the content is the one shown.
+/// False when the content is unchanged.
 bool PanelWindow::show(const PanelContent& content) {
   // Assistive tools read the title when the window opens.
   window_.setTitle(textOf(content.header.word));
@@ -92,7 +92,7 @@ void PanelWindow::place() {
   const auto size = scene_.size();
   const auto corner = panelPlace(anchor_, size.width(), size.height());
   window_.setGeometry(corner.x, corner.y, size.width(), size.height());
-  // Only there can be a desktop that draws no transparency.
+  // Only X11 desktops may lack a compositor; elsewhere the corners are transparent.
   if (QGuiApplication::platformName() == QLatin1String("xcb")) {
     window_.setMask(roundRegion(size, scene_.root().property("cornerRadius").toInt()));
   }

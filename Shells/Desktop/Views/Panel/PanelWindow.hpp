@@ -15,9 +15,9 @@ class PanelWindow final : public PanelView {
                                                                                    PanelViewEvents events);
 
   bool isShown() const override { return window_.isVisible(); }
-  void open(const PanelContent& content, const PanelAnchor& anchor, const DesktopLook& look) override;
+  void open(const PanelContent& content, const PanelAnchor& anchor, const DesktopTheme& theme) override;
   void update(const PanelContent& content) override;
-  void setLook(const DesktopLook& look) override;
+  void setTheme(const DesktopTheme& theme) override;
   void close() override;
 
  private:

@@ -12,7 +12,7 @@ Rectangle {
     color: Tokens.card
     Accessible.role: Accessible.StaticText
     Accessible.ignored: !visible
-    Accessible.name: value.spoken
+    Accessible.name: value.accessibleName
 
     StateDot {
         id: dot

@@ -50,7 +50,7 @@ FocusScope {
         border.color: Tokens.edge
         border.width: 1
     }
-    // Has the focus until the person goes to a button.
+    // Has the focus until the user moves it to a button.
     Item {
         id: focusSink
         focus: true
@@ -69,7 +69,7 @@ FocusScope {
         Scroller {
             id: everything
             anchors.fill: parent
-            // What scrolls leaves the panel's edge to see.
+            // Scrolled content does not cover the panel's border.
             anchors.topMargin: root.scrollsAll ? 1 : 0
             anchors.bottomMargin: root.scrollsAll ? 1 : 0
             contentHeight: header.height + body.height + footer.height

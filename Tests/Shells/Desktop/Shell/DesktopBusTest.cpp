@@ -6,9 +6,9 @@
 #include <tuple>
 #include <vector>
 
-#include "Shells/Desktop/Shell/LookWatcher.hpp"
 #include "Shells/Desktop/Shell/StatusItemMenu.hpp"
 #include "Shells/Desktop/Shell/StatusNotifierItem.hpp"
+#include "Shells/Desktop/Shell/ThemeWatcher.hpp"
 #include "Tests/Shells/Desktop/Shell/DesktopTest.hpp"
 #include "Tests/Shells/Desktop/Shell/SettingsPortal.hpp"
 #include "Tests/Shells/Desktop/Shell/TrayWatcher.hpp"
@@ -24,7 +24,7 @@ struct OnBus {
   }
 
   DesktopBus bus;
-  LookWatcher looks{bus, [] {}};
+  ThemeWatcher themeWatcher{bus, [] {}};
   StatusItemMenu menu{bus, [](const PanelButton&) {}};
   StatusNotifierItem item;
 };
@@ -49,12 +49,12 @@ TEST_F(DesktopBusTest, JoinsABusThatHasBeenSilentAsSoonAsItAnswers) {
   EXPECT_TRUE(hasMissed(late));
   bus.resume();
   EXPECT_TRUE(spinUntil([&] { return watcher.items.size() == 1; }));
-  EXPECT_TRUE(spinUntil([&] { return late.looks.look().appearance == Appearance::dark; }));
+  EXPECT_TRUE(spinUntil([&] { return late.themeWatcher.theme().appearance == Appearance::dark; }));
   EXPECT_FALSE(late.bus.isMissing());
   EXPECT_EQ(log.lines.size(), 1U);
 }
 
-TEST_F(DesktopBusTest, TellsOnceOfABusThatIsNotThere) {
+TEST_F(DesktopBusTest, LogsOnceThatABusIsMissing) {
   const TemporaryFolder folder;
   folder.write("file", "no socket");
   for (const auto& place :

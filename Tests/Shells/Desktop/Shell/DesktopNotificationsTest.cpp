@@ -87,7 +87,7 @@ struct DesktopNotificationsTest : DesktopTest {
   DesktopNotifications notifications{program};
 };
 
-TEST_F(DesktopNotificationsTest, HandsTheDaemonWhatItIsToShow) {
+TEST_F(DesktopNotificationsTest, SendsTheDaemonWhatItIsToShow) {
   NotificationDaemon daemon(desktop);
   struct Row {
     QStringList capabilities;
@@ -120,7 +120,7 @@ TEST_F(DesktopNotificationsTest, HandsTheDaemonWhatItIsToShow) {
   EXPECT_FALSE(daemon.notified.last().hints.contains("sound-name"));
 }
 
-TEST_F(DesktopNotificationsTest, TellsWhatThePersonDoesWithItsNotifications) {
+TEST_F(DesktopNotificationsTest, ReportsWhatTheUserDoesWithItsNotifications) {
   NotificationDaemon daemon(desktop);
   for (const char* identifier : {"1", "2", "3", "4", "5", "6", "7"}) EXPECT_EQ(post(alarm(identifier)), "");
   daemon.press(1, "default");
@@ -177,7 +177,7 @@ TEST_F(DesktopNotificationsTest, ReplacesTheNotificationOfThatIdentifierWhileItS
   EXPECT_TRUE(spinUntil([&] { return responses.size() == 1; }));
 }
 
-TEST_F(DesktopNotificationsTest, TellsWhyADaemonHasNotAcceptedIt) {
+TEST_F(DesktopNotificationsTest, ReportsWhyADaemonHasNotAcceptedIt) {
   EXPECT_EQ(post(alarm("a")), "org.freedesktop.DBus.Error.ServiceUnknown: there is no notification daemon");
   NotificationDaemon daemon(desktop);
   EXPECT_EQ(post(alarm("a")), "") << "one that has appeared";
@@ -282,7 +282,7 @@ TEST_F(DesktopNotificationsTest, TakesNothingAwayFromADaemonThatWasStartedSince)
   EXPECT_EQ(next.closings, QList<uint>());
 }
 
-TEST_F(DesktopNotificationsTest, AnswersNobodyAfterItsEnd) {
+TEST_F(DesktopNotificationsTest, CallsNoCompletionAfterItsEnd) {
   NotificationDaemon daemon(desktop);
   auto brief = std::make_unique<DesktopNotifications>(program);
   prepare(*brief);

@@ -33,12 +33,12 @@ struct DesktopStatusItemTest : DesktopTest {
   }
 
   DesktopStatusItem makeItem(const std::string& resources) {
-    return {program, resources, looks, log, [](QPoint) {}};
+    return {program, resources, themeWatcher, log, [](QPoint) {}};
   }
 
   SignalRecorder signalsOfItem{desktop, StatusNotifierItem::path, interface};
   SignalRecorder signalsOfMenu{desktop, StatusItemMenu::path, "com.canonical.dbusmenu"};
-  LookWatcher looks{program, [] {}};
+  ThemeWatcher themeWatcher{program, [] {}};
 };
 
 TEST_F(DesktopStatusItemTest, ShowsTheIconInThreeSizesWithTheHighestByteFirst) {
@@ -61,7 +61,7 @@ TEST_F(DesktopStatusItemTest, ShowsTheIconInThreeSizesWithTheHighestByteFirst) {
   EXPECT_EQ(values.value("Title"), "Ostrel Agent: not protected");
 }
 
-TEST_F(DesktopStatusItemTest, PutsTheEmojiIntoTheTitleForWantOfAnImage) {
+TEST_F(DesktopStatusItemTest, PutsTheEmojiIntoTheTitleWithoutAnImage) {
   const TemporaryFolder empty;
   auto item = makeItem(empty.path());
   EXPECT_FALSE(item.hasImage(lightPalette.glyphName()));

@@ -14,15 +14,15 @@ namespace {
 struct DesktopWakeTest : DesktopTest {
   QString address() const { return QString::fromStdString(systemBus.address()); }
 
-  /// Tells of returns until one is heard, since nobody says that a program listens.
+  /// Sends signals until one is received, since it cannot be seen when the program listens.
   bool isHeard() {
-    const bool heard = spinUntil([&] { return tell(manager, false), wakes > 0; });
+    const bool heard = spinUntil([&] { return sendPrepareForSleep(manager, false), wakes > 0; });
     // Those on their way come before many answers.
     for (int round = 0; round < 20; ++round) answerTo(manager, busCall("GetId"));
     return heard;
   }
 
-  void tell(const QDBusConnection& by, bool isGoing) {
+  void sendPrepareForSleep(const QDBusConnection& by, bool isGoing) {
     auto signal = QDBusMessage::createSignal("/org/freedesktop/login1", "org.freedesktop.login1.Manager",
                                              "PrepareForSleep");
     by.send(signal << isGoing);
@@ -34,7 +34,7 @@ struct DesktopWakeTest : DesktopTest {
   int wakes = 0;
 };
 
-TEST_F(DesktopWakeTest, TellsItsFollowersOfEachReturnFromSleep) {
+TEST_F(DesktopWakeTest, NotifiesItsObserversOfEachReturnFromSleep) {
   manager.registerService("org.freedesktop.login1");
   DesktopWake wake(program, address());
   int others = 0;
@@ -43,20 +43,20 @@ TEST_F(DesktopWakeTest, TellsItsFollowersOfEachReturnFromSleep) {
   auto stranger = systemBus.connect();
   ASSERT_TRUE(isHeard());
   wakes = others = 0;
-  tell(stranger, false);
-  tell(manager, true);
-  tell(manager, true);
+  sendPrepareForSleep(stranger, false);
+  sendPrepareForSleep(manager, true);
+  sendPrepareForSleep(manager, true);
   EXPECT_EQ(wakes, 0);
-  tell(manager, false);
+  sendPrepareForSleep(manager, false);
   EXPECT_TRUE(spinUntil([&] { return others == 1; }));
   EXPECT_EQ(wakes, 1);
   token.reset();
-  tell(manager, false);
+  sendPrepareForSleep(manager, false);
   EXPECT_TRUE(spinUntil([&] { return others == 2; }));
   EXPECT_EQ(wakes, 1);
 }
 
-TEST_F(DesktopWakeTest, DoesWithoutTheSystemsBusAndQuietly) {
+TEST_F(DesktopWakeTest, LogsNothingWithoutTheSystemBus) {
   systemBus.pause();
   QElapsedTimer timer;
   timer.start();

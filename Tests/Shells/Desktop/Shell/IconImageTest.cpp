@@ -92,7 +92,7 @@ TEST(IconImage, GivesEachBadgeItsOwnOutlineAndMark) {
   expectPixel(octagon, 43, 37, color(MenuBarBadge::octagon), 255);
 }
 
-TEST(IconImage, DrawsATitleAsLargeAsItFitsOrItsBadgeForWantOfAFont) {
+TEST(IconImage, DrawsATitleAsLargeAsItFitsOrItsBadgeWithoutAFont) {
   char name[] = "test";
   char* arguments[] = {name, nullptr};
   int count = 1;

@@ -23,11 +23,15 @@ NotificationDaemon::~NotificationDaemon() {
   connection_.unregisterService(service);
 }
 
-void NotificationDaemon::press(uint number, const QString& key) { tell("ActionInvoked", {number, key}); }
+void NotificationDaemon::press(uint number, const QString& key) {
+  sendSignal("ActionInvoked", {number, key});
+}
 
-void NotificationDaemon::close(uint number, uint reason) { tell("NotificationClosed", {number, reason}); }
+void NotificationDaemon::close(uint number, uint reason) {
+  sendSignal("NotificationClosed", {number, reason});
+}
 
-void NotificationDaemon::tell(const char* signal, const QVariantList& values) {
+void NotificationDaemon::sendSignal(const char* signal, const QVariantList& values) {
   auto message = QDBusMessage::createSignal(path, service, QLatin1String(signal));
   message.setArguments(values);
   connection_.send(message);

@@ -27,7 +27,7 @@ class NotificationDaemon final : public QDBusVirtualObject {
   NotificationDaemon& operator=(const NotificationDaemon&) = delete;
   ~NotificationDaemon() override;
 
-  /// What a person does with a notification, and what it does by itself.
+  /// What a user does with a notification, and what the daemon does by itself.
   void press(uint number, const QString& key);
   void close(uint number, uint reason);
 
@@ -46,7 +46,7 @@ class NotificationDaemon final : public QDBusVirtualObject {
 
  private:
   bool answer(const QDBusMessage& message, Answer how, const QVariant& value);
-  void tell(const char* signal, const QVariantList& values);
+  void sendSignal(const char* signal, const QVariantList& values);
   QVariant take(const Notification& notification);
 
   QDBusConnection connection_;

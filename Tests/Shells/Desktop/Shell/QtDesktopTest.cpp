@@ -164,31 +164,31 @@ TEST_F(QtDesktopTest, LeavesThePanelClosedWhenTheClickTookTheFocusFromIt) {
   timer.start();
   EXPECT_TRUE(spinUntil([&] { return timer.elapsed() > 450; }));
   click(600, 10);
-  EXPECT_TRUE(panel.isShown) << "the person came back later";
+  EXPECT_TRUE(panel.isShown) << "the user came back later";
   EXPECT_EQ(clicks, 3);
 }
 
-TEST_F(QtDesktopTest, HandsTheLookToTheOpenPanelAndTellsOfItOnce) {
+TEST_F(QtDesktopTest, OpenPanelGetsAnotherThemeOnce) {
   make();
   SettingsPortal portal(*peer, {{"org.freedesktop.appearance", {{"color-scheme", 1U}}}});
   ASSERT_TRUE(spinUntil([&] { return appearances == 1; }));
   EXPECT_EQ(desktop->statusItem().appearance(), Appearance::dark);
   click(600, 10);
-  ASSERT_EQ(panel.looks.size(), 1U);
-  EXPECT_EQ(panel.looks[0].appearance, Appearance::dark);
+  ASSERT_EQ(panel.themes.size(), 1U);
+  EXPECT_EQ(panel.themes[0].appearance, Appearance::dark);
   portal.change("org.freedesktop.appearance", "color-scheme", 2U);
   portal.change("org.freedesktop.appearance", "color-scheme", 2U);
   ASSERT_TRUE(spinUntil([&] { return appearances == 2; }));
   EXPECT_EQ(desktop->statusItem().appearance(), Appearance::light);
   portal.change("org.freedesktop.appearance", "reduced-motion", 1U);
-  ASSERT_TRUE(spinUntil([&] { return panel.looks.size() == 3; }));
-  EXPECT_EQ(panel.looks[1], DesktopLook{});
-  EXPECT_EQ(panel.looks[2], DesktopLook{.reducesMotion = true});
+  ASSERT_TRUE(spinUntil([&] { return panel.themes.size() == 3; }));
+  EXPECT_EQ(panel.themes[1], DesktopTheme{});
+  EXPECT_EQ(panel.themes[2], DesktopTheme{.reducesMotion = true});
   EXPECT_EQ(appearances, 2) << "the icon is the same with less motion";
   EXPECT_TRUE(panel.isShown);
 }
 
-TEST_F(QtDesktopTest, TellsOnceThatThePanelCannotBeShown) {
+TEST_F(QtDesktopTest, LogsOnceThatThePanelCannotBeShown) {
   for (const bool isMissing : {true, false}) {
     log.lines.clear();
     viewsFailure = isMissing ? "no plug-in" : "";
@@ -204,7 +204,7 @@ TEST_F(QtDesktopTest, TellsOnceThatThePanelCannotBeShown) {
   }
 }
 
-TEST_F(QtDesktopTest, HandsTheOnboardingWindowWhatConcernsIt) {
+TEST_F(QtDesktopTest, PassesContentThemeAndPressesOfTheOnboardingWindow) {
   make();
   auto& window = desktop->onboardingWindow();
   desktop->shell().activate();
@@ -225,8 +225,8 @@ TEST_F(QtDesktopTest, HandsTheOnboardingWindowWhatConcernsIt) {
   onboarding.events.pressed(OnboardingAction::enrol, "token");
   EXPECT_EQ(typed, "token");
   const SettingsPortal portal(*peer, {{"org.freedesktop.appearance", {{"color-scheme", 1U}}}});
-  ASSERT_TRUE(spinUntil([&] { return onboarding.looks.size() == 2; }));
-  EXPECT_EQ(onboarding.looks[1].appearance, Appearance::dark);
+  ASSERT_TRUE(spinUntil([&] { return onboarding.themes.size() == 2; }));
+  EXPECT_EQ(onboarding.themes[1].appearance, Appearance::dark);
   window.close();
   EXPECT_EQ(closings, 1);
 }
@@ -299,8 +299,8 @@ TEST_F(QtDesktopTest, HasAnOpenAlertInFrontOfAllElse) {
   desktop->shell().activate();
   EXPECT_EQ(alerts.activations, 2);
   const SettingsPortal portal(*peer, {{"org.freedesktop.appearance", {{"color-scheme", 1U}}}});
-  ASSERT_TRUE(spinUntil([&] { return alerts.looks.size() == 2; }));
-  EXPECT_EQ(alerts.looks[1].appearance, Appearance::dark);
+  ASSERT_TRUE(spinUntil([&] { return alerts.themes.size() == 2; }));
+  EXPECT_EQ(alerts.themes[1].appearance, Appearance::dark);
   FakeAlertView::answer(0);
   EXPECT_TRUE(spinUntil([&] { return isAnswered; }));
   desktop->shell().activate();
@@ -325,7 +325,7 @@ TEST_F(QtDesktopTest, CountsAnAlertThatCannotBeShownAsClosedByItsLastButton) {
     EXPECT_EQ(std::ranges::count(log.lines, "ostrel: the alert cannot be shown: " + reason), 1);
     viewsFailure = alerts.failure = "";
     desktop->alerts().show({"title", "", {"OK"}}, record);
-    EXPECT_TRUE(alerts.isShown) << "the next one is tried anew";
+    EXPECT_TRUE(alerts.isShown) << "the next one is tried again";
     EXPECT_EQ(answers, std::vector<std::size_t>{1});
     desktop.reset();
   }
@@ -343,7 +343,7 @@ TEST_F(QtDesktopTest, EndsAnOpenAlertWithoutAnAnswer) {
   }
 }
 
-TEST_F(QtDesktopTest, HandsOverButtonsOfThePanelAndOfTheMenu) {
+TEST_F(QtDesktopTest, PassesPressesOfThePanelAndOfTheMenu) {
   make();
   const PanelButton quit{.title = "Quit", .action = PanelAction::quitStatusIcon};
   std::vector<PanelButton> ofPanel;
@@ -359,7 +359,7 @@ TEST_F(QtDesktopTest, HandsOverButtonsOfThePanelAndOfTheMenu) {
   EXPECT_EQ(panel.updates.size(), 1U);
 }
 
-TEST_F(QtDesktopTest, ServesTheMainQueueUntilItIsToldToEnd) {
+TEST_F(QtDesktopTest, ServesTheMainQueueUntilItIsTerminated) {
   make();
   std::vector<int> order;
   queue.post([&] { order.push_back(1); });
@@ -368,7 +368,7 @@ TEST_F(QtDesktopTest, ServesTheMainQueueUntilItIsToldToEnd) {
   other.join();
   EXPECT_TRUE(std::ranges::is_permutation(order, std::vector{1, 2}));
   desktop->shell().terminate();
-  EXPECT_EQ(desktop->shell().run(), 0) << "told before the loop started";
+  EXPECT_EQ(desktop->shell().run(), 0) << "ended before the loop started";
   desktop->shell().terminate(3);
   desktop->shell().terminate(4);
   EXPECT_EQ(desktop->shell().run(), 3) << "the first status counts";

@@ -7,7 +7,7 @@
 
 namespace ostrel {
 
-/// Remembers what one object on the bus tells everybody.
+/// Records the signals of one object on the bus.
 class SignalRecorder final : public QObject {
   Q_OBJECT
 

@@ -125,7 +125,7 @@ TEST_F(StatusItemMenuTest, RunsAsTheTextsOfItsLanguageDo) {
   EXPECT_EQ(direction(), "ltr");
 }
 
-TEST_F(StatusItemMenuTest, HandsOverTheButtonThatWasClicked) {
+TEST_F(StatusItemMenuTest, PassesTheButtonThatWasClicked) {
   EXPECT_EQ(event(1).signature(), "");
   EXPECT_EQ(callMenu("EventGroup", {click(3)}).signature(), "ai");
   EXPECT_EQ(pressed, (std::vector{check, quit}));
@@ -168,7 +168,7 @@ TEST_F(StatusItemMenuTest, AnswersCallsThatAreNoneWithAnError) {
   EXPECT_EQ(pressed, std::vector<PanelButton>{});
 }
 
-TEST_F(StatusItemMenuTest, TellsOfANewLayoutWhenItIsOne) {
+TEST_F(StatusItemMenuTest, NotifiesOfALayoutThatHasChanged) {
   const auto revision = [&] {
     return callMenu("GetLayout", {0, 0, QStringList()}).arguments().value(0).toUInt();
   };

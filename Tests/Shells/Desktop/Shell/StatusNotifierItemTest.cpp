@@ -77,7 +77,7 @@ TEST_F(StatusNotifierItemTest, RegistersWithTheWatcherOnceItIsShown) {
   EXPECT_TRUE(log.lines.empty());
 }
 
-TEST_F(StatusNotifierItemTest, RegistersWithEachWatcherThatAppearsAndTellsOnceThatThereIsNone) {
+TEST_F(StatusNotifierItemTest, RegistersWithEachWatcherThatAppearsAndLogsOnceThatThereIsNone) {
   item->show();
   ASSERT_TRUE(spinUntil([&] { return !log.lines.empty(); }));
   for (int appearance = 0; appearance < 3; ++appearance) {
@@ -132,7 +132,7 @@ TEST_F(StatusNotifierItemTest, HasEveryPropertyInTheTypeThatItDeclares) {
   }
 }
 
-TEST_F(StatusNotifierItemTest, GivesWhatItWasGiven) {
+TEST_F(StatusNotifierItemTest, ReturnsThePropertiesThatWereSet) {
   setPixmaps({{1, 1, QByteArray("\x80\x01\x02\x03", 4)}, {2, 1, QByteArray(8, 'x')}});
   item->setTitle("🛡️");
   item->setToolTip("Ostrel Agent: protected");
@@ -168,7 +168,7 @@ TEST_F(StatusNotifierItemTest, DrawsItsPictureForWhoeverAsks) {
   EXPECT_EQ(signalsSoFar(), QStringList("NewIcon"));
 }
 
-TEST_F(StatusNotifierItemTest, TellsOfWhatHasChangedAlone) {
+TEST_F(StatusNotifierItemTest, NotifiesOfChangesOnly) {
   item->setTitle("t");
   item->setToolTip("tip");
   show();

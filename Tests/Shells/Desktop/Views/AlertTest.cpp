@@ -27,7 +27,7 @@ struct AlertViews : ViewTest {
   }
 
   void open(const Alert& alert) {
-    view->open(alert, look);
+    view->open(alert, theme);
     awaitWindow();
   }
 
@@ -81,12 +81,12 @@ TEST_F(AlertViews, AreModalDialogsInTheMiddleThatCannotBeResized) {
   EXPECT_EQ(window().minimumSize(), window().maximumSize());
   EXPECT_EQ(window().title(), "Install it?");
   const auto size = window().size();
-  look.textScale = 2;
-  view->setLook(look);
+  theme.textScale = 2;
+  view->setTheme(theme);
   EXPECT_GT(window().width(), size.width());
   EXPECT_EQ(window().minimumSize(), window().size());
   press(Qt::Key_Escape);
-  look.textScale = 1;
+  theme.textScale = 1;
   open({"Other", "One line.", {"OK"}});
   EXPECT_LT(window().height(), size.height()) << "nothing is left of the first";
   EXPECT_LE((window().frameGeometry().center() - screen().center()).manhattanLength(), 40);
@@ -94,12 +94,12 @@ TEST_F(AlertViews, AreModalDialogsInTheMiddleThatCannotBeResized) {
 
 TEST_F(AlertViews, SpeakAsAnAlertWithItsTextsAndButtons) {
   open(question);
-  std::vector<std::string> told;
-  for (const auto& each : spoken()) told.push_back(each.role + " " + each.name);
-  std::erase(told, "other Install it?");  // the window
-  EXPECT_EQ(told, (std::vector<std::string>{"alert Install it?", "heading Install it?",
-                                            "text It takes a few minutes.", "button Install", "button Later",
-                                            "button Cancel"}));
+  std::vector<std::string> texts;
+  for (const auto& each : spoken()) texts.push_back(each.role + " " + each.name);
+  std::erase(texts, "other Install it?");  // the window
+  EXPECT_EQ(texts, (std::vector<std::string>{"alert Install it?", "heading Install it?",
+                                             "text It takes a few minutes.", "button Install", "button Later",
+                                             "button Cancel"}));
   press(Qt::Key_Escape);
   open({"Title alone", "", {"OK"}});
   EXPECT_EQ(std::ranges::count(spoken(), "text", &SpokenItem::role), 0);
@@ -108,7 +108,7 @@ TEST_F(AlertViews, SpeakAsAnAlertWithItsTextsAndButtons) {
 TEST_F(AlertViews, KeepLongTextsInsideAndTheirButtonsInSight) {
   for (const double scale : {1.0, 3.0}) {
     for (const auto& text : {words(290), std::string(2000, 'W')}) {
-      look.textScale = scale;
+      theme.textScale = scale;
       open({scale > 1 ? "עדכון" : "Title", text, {"OK", "Cancel"}});
       EXPECT_TRUE(screen().contains(window().geometry())) << scale;
       EXPECT_EQ(outside(*window().contentItem(), window().width()), std::vector<std::string>()) << scale;
@@ -136,17 +136,17 @@ TEST_F(AlertViews, KeepLongTextsInsideAndTheirButtonsInSight) {
 
 TEST_F(AlertViews, DrawNothingWhileNothingChanges) {
   open(question);
-  view->setLook(look);
+  view->setTheme(theme);
   view->activate();
   EXPECT_EQ(frames(), 0);
-  look.appearance = Appearance::dark;
-  view->setLook(look);
+  theme.appearance = Appearance::dark;
+  view->setTheme(theme);
   EXPECT_EQ(frames(), 1);
   EXPECT_LT(colorAt(3, 3).lightness(), 100);
 }
 
 TEST_F(AlertViews, AreTheSameAsTheirPictures) {
-  const auto file = alertPicture(question, look, log);
+  const auto file = alertPicture(question, theme, log);
   ASSERT_TRUE(file) << file.error();
   const auto picture = QImage::fromData(QByteArray::fromStdString(*file));
   open(question);

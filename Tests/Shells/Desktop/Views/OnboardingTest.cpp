@@ -70,7 +70,7 @@ class Onboarding : public ViewTest {
   }
 
   void open(const OnboardingContent& content) {
-    view->open(content, look);
+    view->open(content, theme);
     awaitWindow();
   }
 
@@ -86,7 +86,7 @@ class Onboarding : public ViewTest {
     press(Qt::Key_V, Qt::ControlModifier);
   }
 
-  /// What stands in the field, as enrolling hands it over.
+  /// The text of the field, as it is passed on enrolling.
   std::string typed() {
     pressed.clear();
     press(Qt::Key_Return);
@@ -125,7 +125,7 @@ TEST_F(Onboarding, TakesTheTokenAtOnceAndEnrolsOnEnterWithExactlyIt) {
   EXPECT_EQ(closings, 0);
 }
 
-TEST_F(Onboarding, HandsOverLongPastesWithTheirLineFeeds) {
+TEST_F(Onboarding, PassesLongPastesOnWithTheirLineFeeds) {
   open(enterToken());
   const std::string lines = "zq_enroll_a\nb\r\nc\td\n";
   paste(lines);
@@ -205,7 +205,7 @@ TEST_F(Onboarding, TokenIsHiddenFromAssistiveToolsInputMethodsAndTheTitle) {
   EXPECT_FALSE(window().title().contains("secret"));
 }
 
-TEST_F(Onboarding, KeepsTheTokenWhileItEnrolsAndTellsWhyItFailed) {
+TEST_F(Onboarding, KeepsTheTokenWhileItEnrolsAndShowsWhyItFailed) {
   open(enterToken());
   type("zq_enroll_x");
   view->update(contentAt(stages::Enrolling{}));
@@ -292,12 +292,12 @@ TEST_F(Onboarding, SpeaksEveryPartOfTheChecklist) {
                                        "text Asking", "alert No filter."};
   for (const auto& row : content.rows) expected.push_back("group " + row.title + ": " + row.note);
   for (const auto& button : content.allButtons()) expected.push_back("button " + button.title);
-  std::vector<std::string> told;
+  std::vector<std::string> texts;
   for (const auto& each : spoken()) {
-    told.push_back(each.role + " " + each.name + (each.description.empty() ? "" : ": " + each.description));
+    texts.push_back(each.role + " " + each.name + (each.description.empty() ? "" : ": " + each.description));
   }
   for (const auto& text : expected) {
-    EXPECT_EQ(std::ranges::count(told, text), 1) << text << "\nin\n" << testing::PrintToString(told);
+    EXPECT_EQ(std::ranges::count(texts, text), 1) << text << "\nin\n" << testing::PrintToString(texts);
   }
 }
 
@@ -317,17 +317,17 @@ TEST_F(Onboarding, IsAWindowInTheMiddleOfTheScreenThatCannotBeResized) {
   EXPECT_EQ(window().minimumSize(), window().size());
 }
 
-TEST_F(Onboarding, TellsOnceThatItIsClosed) {
-  for (const bool byPerson : {true, false}) {
+TEST_F(Onboarding, ReportsOnceThatItIsClosed) {
+  for (const bool byUser : {true, false}) {
     closings = 0;
     open(enterToken());
     type("zq_enroll_x");
-    byPerson ? static_cast<void>(window().close()) : view->close();
-    EXPECT_EQ(closings, 1) << byPerson;
+    byUser ? static_cast<void>(window().close()) : view->close();
+    EXPECT_EQ(closings, 1) << byUser;
     view->close();
     view->update(checklist());
     EXPECT_FALSE(window().isVisible());
-    EXPECT_EQ(closings, 1) << byPerson;
+    EXPECT_EQ(closings, 1) << byUser;
   }
   open(enterToken());
   EXPECT_EQ(typed(), "") << "the token went with the window";
@@ -336,8 +336,8 @@ TEST_F(Onboarding, TellsOnceThatItIsClosed) {
 TEST_F(Onboarding, DrawsNothingWhileNothingChanges) {
   open(enterToken());
   view->update(enterToken());
-  view->setLook(look);
-  EXPECT_EQ(frames(), 0) << "also the caret stands still";
+  view->setTheme(theme);
+  EXPECT_EQ(frames(), 0) << "the caret does not blink";
   view->update(contentAt(stages::Trusting{}));
   const int drawn = frames();
   EXPECT_TRUE(drawn == 1 || drawn == 2) << drawn << ": the window's new size may have a frame of its own";
@@ -364,7 +364,7 @@ TEST_F(Onboarding, KeepsLongTextsInsideAndScrollsWhatTheScreenCannotHold) {
   for (int i = 0; i < 60; ++i) words += "Wörter ";
   for (const double scale : {1.0, 3.0}) {
     for (const auto& text : {words, std::string(400, 'W')}) {
-      look.textScale = scale;
+      theme.textScale = scale;
       auto content = longContent(text);
       content.direction = scale > 1 ? TextDirection::rightToLeft : TextDirection::leftToRight;
       open(content);
@@ -383,7 +383,7 @@ TEST_F(Onboarding, KeepsLongTextsInsideAndScrollsWhatTheScreenCannotHold) {
 
 TEST_F(Onboarding, IsTheSameAsAPicture) {
   const auto content = checklist(withFilterOff());
-  const auto file = onboardingPicture(content, look, log);
+  const auto file = onboardingPicture(content, theme, log);
   ASSERT_TRUE(file) << file.error();
   const auto picture = QImage::fromData(QByteArray::fromStdString(*file));
   open(content);

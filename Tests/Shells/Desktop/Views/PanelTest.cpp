@@ -33,7 +33,7 @@ PanelTest::~PanelTest() {
 }
 
 void PanelTest::open(const PanelContent& content) {
-  panel->open(content, anchor, look);
+  panel->open(content, anchor, theme);
   awaitWindow();
 }
 

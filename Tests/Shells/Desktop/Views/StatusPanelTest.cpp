@@ -75,7 +75,7 @@ TEST_F(StatusPanel, PressesTheButtonThatIsClickedOrSpoken) {
   EXPECT_TRUE(isSpoken("Quit status icon"));
 }
 
-TEST_F(StatusPanel, LetsAPressChangeOrCloseIt) {
+TEST_F(StatusPanel, MayChangeOrCloseDuringAPress) {
   open(unprotectedContent());
   onPress = [&] { panel->update(protectedContent()); };
   click("Install…");
@@ -88,7 +88,7 @@ TEST_F(StatusPanel, LetsAPressChangeOrCloseIt) {
   EXPECT_EQ(losses, 0);
 }
 
-TEST_F(StatusPanel, StartsAfreshWhenItOpensAgain) {
+TEST_F(StatusPanel, ResetsFocusScrollingAndFoldingWhenItOpens) {
   auto content = unprotectedContent();
   content.maxHeight = 300;
   open(content);
@@ -107,7 +107,7 @@ TEST_F(StatusPanel, StartsAfreshWhenItOpensAgain) {
   EXPECT_EQ(focused(), "Check now");
 }
 
-TEST_F(StatusPanel, ClosesOnEscapeWithoutAWord) {
+TEST_F(StatusPanel, ClosesOnEscapeWithoutReportingALostFocus) {
   open(protectedContent());
   tabTo("Check now");
   press(Qt::Key_Escape);
@@ -115,7 +115,7 @@ TEST_F(StatusPanel, ClosesOnEscapeWithoutAWord) {
   EXPECT_EQ(losses, 0);
 }
 
-TEST_F(StatusPanel, ClosesAndTellsWhenThePersonGoesElsewhere) {
+TEST_F(StatusPanel, ClosesAndReportsItWhenItLosesTheFocus) {
   open(protectedContent());
   QWindow other;
   other.show();
@@ -155,7 +155,7 @@ TEST_F(StatusPanel, GivesTheFocusBackToAButtonThatWaited) {
   EXPECT_EQ(pressed.size(), 1U);
 }
 
-TEST_F(StatusPanel, UnfoldsComponentsThatNeedAttentionUntilThePersonFoldsThem) {
+TEST_F(StatusPanel, UnfoldsComponentsThatNeedAttentionUntilTheUserFoldsThem) {
   auto content = protectedContent();
   open(content);
   EXPECT_FALSE(isSpoken("Capture, active"));
@@ -180,7 +180,7 @@ TEST_F(StatusPanel, DrawsNothingWhileNothingChanges) {
   auto content = unprotectedContent();
   open(content);
   panel->update(content);
-  panel->setLook(look);
+  panel->setTheme(theme);
   EXPECT_EQ(frames(), 0);
   content.facts[1].value = "6 min ago";
   panel->update(content);
@@ -223,7 +223,7 @@ TEST_F(StatusPanel, ShowsEveryPartOnALowScreen) {
     int height;
   };
   for (const auto& row : {Row{1, 30, 99}, Row{3, 600, 560}}) {
-    look.textScale = row.scale;
+    theme.textScale = row.scale;
     anchor.available.height = row.screen;
     content.maxHeight = std::max(0, row.screen - 40);
     open(content);
@@ -246,7 +246,7 @@ TEST_F(StatusPanel, ShowsEveryPartOnALowScreen) {
   }
 }
 
-TEST_F(StatusPanel, ScrollsNoFurtherThanThePersonDoes) {
+TEST_F(StatusPanel, ScrollsNoFurtherThanTheUserDoes) {
   auto content = unprotectedContent();
   content.maxHeight = 300;
   open(content);
@@ -305,7 +305,7 @@ TEST_F(StatusPanel, NoticesAreAboveTheFooterButtonsAndHideNone) {
   EXPECT_GE(heightOf(sentence), 3 * heightOf("Copied")) << "a long notice wraps";
 }
 
-TEST_F(StatusPanel, TellsWhyThereAreNoRows) {
+TEST_F(StatusPanel, ShowsWhyThereAreNoRows) {
   auto content = protectedContent();
   content.protection.reset();
   content.health.reset();

@@ -7,7 +7,7 @@
 
 #include <functional>
 
-#include "Shells/Desktop/DesktopLook.hpp"
+#include "Shells/Desktop/DesktopTheme.hpp"
 #include "Tests/Fakes/FakeLog.hpp"
 
 namespace ostrel {
@@ -18,7 +18,7 @@ struct SpokenItem {
   std::string name;
   std::string description;
   bool isChecked = false;
-  bool isFocusable = false;  ///< all that the toolkit tells of a control that is disabled
+  bool isFocusable = false;  ///< the only sign of a disabled control that the toolkit gives
 };
 
 /// A view in its window, without motion. No test may leave a warning behind.
@@ -68,7 +68,7 @@ class ViewTest : public testing::Test {
   std::vector<std::string> unspoken() const;
 
   FakeLog log;
-  DesktopLook look{Appearance::light, true, 1.0};
+  DesktopTheme theme{Appearance::light, true, 1.0};
 
  private:
   void sendMouse(QEvent::Type type, QPointF place, quint64 milliseconds = 0);

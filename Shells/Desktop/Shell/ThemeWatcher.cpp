@@ -1,4 +1,4 @@
-#include "Shells/Desktop/Shell/LookWatcher.hpp"
+#include "Shells/Desktop/Shell/ThemeWatcher.hpp"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
@@ -22,7 +22,7 @@ const QString settingsInterface = QStringLiteral("org.freedesktop.portal.Setting
 const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
 const QString interfaceGroup = QStringLiteral("org.gnome.desktop.interface");
 
-/// Takes the value over, unless it is of another type.
+/// Assigns the value if it is of the right type.
 template <class Value>
 void take(std::optional<Value>& setting, const QVariant& value) {
   if (value.metaType() == QMetaType::fromType<Value>()) setting = value.value<Value>();
@@ -30,13 +30,13 @@ void take(std::optional<Value>& setting, const QVariant& value) {
 
 }  // namespace
 
-LookWatcher::LookWatcher(DesktopBus& bus, std::function<void()> changed)
+ThemeWatcher::ThemeWatcher(DesktopBus& bus, std::function<void()> changed)
     : bus_(bus), changed_(std::move(changed)) {
   takeToolkit();
-  look_ = desktopLook(settings_);
+  theme_ = desktopTheme(settings_);
   QCoreApplication::instance()->installEventFilter(this);
   registerDBusTypes();
-  // By any name: to learn who has the portal's now, the toolkit would wait for the bus.
+  // From any sender: for a well-known name the toolkit would ask the bus for its owner and wait.
   bus_.connection().connect({}, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
                             SLOT(settingChanged(QString, QString, QDBusVariant)));
   connect(&bus_, &DesktopBus::ownerChanged, this, [this](const QString& name, const QString& owner) {
@@ -50,7 +50,7 @@ LookWatcher::LookWatcher(DesktopBus& bus, std::function<void()> changed)
   });
 }
 
-void LookWatcher::askPortal() {
+void ThemeWatcher::askPortal() {
   auto call =
       QDBusMessage::createMethodCall(portal, portalPath, settingsInterface, QStringLiteral("ReadAll"));
   call << QStringList{appearanceGroup, interfaceGroup};
@@ -66,12 +66,12 @@ void LookWatcher::askPortal() {
   });
 }
 
-void LookWatcher::settingChanged(const QString& group, const QString& key, const QDBusVariant& value) {
+void ThemeWatcher::settingChanged(const QString& group, const QString& key, const QDBusVariant& value) {
   takeSetting(group, key, value.variant());
   publish();
 }
 
-void LookWatcher::takeSetting(const QString& group, const QString& key, const QVariant& value) {
+void ThemeWatcher::takeSetting(const QString& group, const QString& key, const QVariant& value) {
   if (group == appearanceGroup) {
     if (key == QLatin1String("color-scheme")) take(settings_.colorScheme, value);
     if (key == QLatin1String("reduced-motion")) take(settings_.reducedMotion, value);
@@ -82,7 +82,7 @@ void LookWatcher::takeSetting(const QString& group, const QString& key, const QV
   }
 }
 
-bool LookWatcher::eventFilter(QObject* /*object*/, QEvent* event) {
+bool ThemeWatcher::eventFilter(QObject* /*object*/, QEvent* event) {
   const bool isOfToolkit =
       event->type() == QEvent::ApplicationPaletteChange || event->type() == QEvent::ApplicationFontChange;
   if (isOfToolkit) {
@@ -92,15 +92,15 @@ bool LookWatcher::eventFilter(QObject* /*object*/, QEvent* event) {
   return false;
 }
 
-void LookWatcher::takeToolkit() {
+void ThemeWatcher::takeToolkit() {
   settings_.paletteLightness = QGuiApplication::palette().color(QPalette::Window).lightness();
   settings_.fontPoints = QGuiApplication::font().pointSizeF();
 }
 
-void LookWatcher::publish() {
-  const auto look = desktopLook(settings_);
-  if (look == look_) return;
-  look_ = look;
+void ThemeWatcher::publish() {
+  const auto theme = desktopTheme(settings_);
+  if (theme == theme_) return;
+  theme_ = theme;
   changed_();
 }
 

@@ -4,12 +4,12 @@
 #include <QFont>
 #include <QObject>
 
-#include "Shells/Desktop/DesktopLook.hpp"
+#include "Shells/Desktop/DesktopTheme.hpp"
 
 namespace ostrel {
 
-/// How the desktop wants its windows, for the QML of one engine.
-class Look : public QObject {
+/// The desktop's appearance and text size, for the QML of one engine.
+class Theme : public QObject {
   Q_OBJECT
   QML_ELEMENT
   QML_SINGLETON
@@ -19,7 +19,7 @@ class Look : public QObject {
  public:
   using QObject::QObject;
 
-  void set(const DesktopLook& look);
+  void set(const DesktopTheme& theme);
 
   /// Of the text in one line, in points.
   Q_INVOKABLE double widthOf(const QString& text, const QFont& font) const;

@@ -4,13 +4,13 @@
 
 namespace ostrel {
 
-/// How the person's desktop wants its windows.
-struct DesktopLook {
+/// The user's appearance, motion and text size of the desktop.
+struct DesktopTheme {
   Appearance appearance = Appearance::light;
   bool reducesMotion = false;
   double textScale = 1.0;  ///< of the program's own text sizes, 1 to 3
 
-  bool operator==(const DesktopLook&) const = default;
+  bool operator==(const DesktopTheme&) const = default;
 };
 
 }  // namespace ostrel

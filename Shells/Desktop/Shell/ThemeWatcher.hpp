@@ -9,15 +9,15 @@
 
 namespace ostrel {
 
-/// Follows the look that the person has chosen for the desktop: by the settings portal of the session bus,
-/// which is asked without waiting, and by the toolkit's palette and font.
-class LookWatcher final : public QObject {
+/// Follows the user's theme of the desktop by the settings portal of the session bus, which is asked without
+/// waiting, and by the toolkit's palette and font.
+class ThemeWatcher final : public QObject {
   Q_OBJECT
 
  public:
-  LookWatcher(DesktopBus& bus, std::function<void()> changed);
+  ThemeWatcher(DesktopBus& bus, std::function<void()> changed);
 
-  const DesktopLook& look() const { return look_; }
+  const DesktopTheme& theme() const { return theme_; }
 
  private:
   Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
@@ -30,7 +30,7 @@ class LookWatcher final : public QObject {
   DesktopBus& bus_;
   std::function<void()> changed_;
   DesktopSettings settings_;
-  DesktopLook look_;
+  DesktopTheme theme_;
 };
 
 }  // namespace ostrel

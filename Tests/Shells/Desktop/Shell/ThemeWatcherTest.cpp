@@ -1,4 +1,4 @@
-#include "Shells/Desktop/Shell/LookWatcher.hpp"
+#include "Shells/Desktop/Shell/ThemeWatcher.hpp"
 
 #include <gtest/gtest.h>
 
@@ -19,12 +19,12 @@ const QString interface = QStringLiteral("org.gnome.desktop.interface");
 
 SettingsPortal::Settings scheme(const QVariant& value) { return {{appearance, {{"color-scheme", value}}}}; }
 
-struct LookWatcherTest : DesktopTest {
+struct ThemeWatcherTest : DesktopTest {
   void watch() {
-    watcher = std::make_unique<LookWatcher>(program, [this] { looks.push_back(watcher->look()); });
+    watcher = std::make_unique<ThemeWatcher>(program, [this] { themes.push_back(watcher->theme()); });
   }
 
-  /// What the watcher has asked for or was told before has come when a call after it is answered.
+  /// Waits until earlier messages have arrived: the bus keeps their order, so a later call is answered after.
   void settle() {
     for (int round = 0; round < 2; ++round) {
       answerTo(program.connection(),
@@ -34,22 +34,22 @@ struct LookWatcherTest : DesktopTest {
     QCoreApplication::processEvents();
   }
 
-  bool becomes(const DesktopLook& look) {
-    return spinUntil([&] { return watcher->look() == look; });
+  bool becomes(const DesktopTheme& theme) {
+    return spinUntil([&] { return watcher->theme() == theme; });
   }
 
-  std::vector<DesktopLook> looks;
-  std::unique_ptr<LookWatcher> watcher;
+  std::vector<DesktopTheme> themes;
+  std::unique_ptr<ThemeWatcher> watcher;
 };
 
-constexpr DesktopLook light{};
-constexpr DesktopLook dark{.appearance = Appearance::dark};
+constexpr DesktopTheme light{};
+constexpr DesktopTheme dark{.appearance = Appearance::dark};
 
-TEST_F(LookWatcherTest, TakesTheLookFromThePortalAndFollowsIt) {
+TEST_F(ThemeWatcherTest, TakesTheThemeFromThePortalAndFollowsIt) {
   SettingsPortal portal(desktop, {{appearance, {{"color-scheme", 1U}, {"reduced-motion", 1U}}},
                                   {interface, {{"text-scaling-factor", 1.5}, {"enable-animations", true}}}});
   watch();
-  EXPECT_EQ(watcher->look(), light);
+  EXPECT_EQ(watcher->theme(), light);
   EXPECT_TRUE(becomes({.appearance = Appearance::dark, .reducesMotion = true, .textScale = 1.5}));
   EXPECT_EQ(portal.asked, QList<QStringList>{QStringList({appearance, interface})});
   portal.change(appearance, "color-scheme", 2U);
@@ -60,26 +60,26 @@ TEST_F(LookWatcherTest, TakesTheLookFromThePortalAndFollowsIt) {
   EXPECT_TRUE(becomes({.reducesMotion = true, .textScale = 1.5}));
   portal.change(interface, "text-scaling-factor", 1.0);
   EXPECT_TRUE(becomes({.reducesMotion = true}));
-  EXPECT_EQ(looks.size(), 5U);
+  EXPECT_EQ(themes.size(), 5U);
 }
 
-TEST_F(LookWatcherTest, TellsOfAChangeOnce) {
+TEST_F(ThemeWatcherTest, ReportsAChangeOnce) {
   SettingsPortal portal(desktop, scheme(0U));
   watch();
   settle();
-  EXPECT_EQ(looks.size(), 0U);
+  EXPECT_EQ(themes.size(), 0U);
   for (int again = 0; again < 3; ++again) portal.change(appearance, "color-scheme", 1U);
   portal.change(appearance, "accent-color", 7U);
   portal.change("org.example", "color-scheme", 2U);
   settle();
-  EXPECT_EQ(looks, std::vector{dark});
+  EXPECT_EQ(themes, std::vector{dark});
 }
 
-TEST_F(LookWatcherTest, IgnoresWhatIsOfAnotherType) {
+TEST_F(ThemeWatcherTest, IgnoresWhatIsOfAnotherType) {
   SettingsPortal portal(desktop, scheme("dark"));
   watch();
   settle();
-  EXPECT_TRUE(looks.empty());
+  EXPECT_TRUE(themes.empty());
   portal.change(appearance, "color-scheme", 1U);
   ASSERT_TRUE(becomes(dark));
   for (const QVariant& value :
@@ -93,10 +93,10 @@ TEST_F(LookWatcherTest, IgnoresWhatIsOfAnotherType) {
                                            "org.freedesktop.portal.Settings", "SettingChanged");
   desktop.send(signal << appearance << "color-scheme" << 2U);
   settle();
-  EXPECT_EQ(looks, std::vector{dark});
+  EXPECT_EQ(themes, std::vector{dark});
 }
 
-TEST_F(LookWatcherTest, SurvivesAPortalThatAnswersSomethingElse) {
+TEST_F(ThemeWatcherTest, SurvivesAPortalThatAnswersSomethingElse) {
   const QVariant answers[] = {QVariant("dark"), QVariant(QVariantMap{{appearance, 1U}}), QVariant(7)};
   for (const auto& answer : answers) {
     SettingsPortal portal(desktop, {});
@@ -104,16 +104,16 @@ TEST_F(LookWatcherTest, SurvivesAPortalThatAnswersSomethingElse) {
     watch();
     EXPECT_TRUE(spinUntil([&] { return !portal.asked.isEmpty(); }));
     settle();
-    EXPECT_EQ(watcher->look(), light);
+    EXPECT_EQ(watcher->theme(), light);
     watcher.reset();
   }
 }
 
-TEST_F(LookWatcherTest, GoesByThePaletteAndFontForWantOfAPortal) {
+TEST_F(ThemeWatcherTest, TakesPaletteAndFontWithoutAPortal) {
   const QPalette before = QGuiApplication::palette();
   watch();
   settle();
-  EXPECT_EQ(watcher->look(), light);
+  EXPECT_EQ(watcher->theme(), light);
   QGuiApplication::setPalette(QPalette(QColor(30, 30, 30)));
   EXPECT_TRUE(becomes(dark));
   QFont large = QGuiApplication::font();
@@ -122,11 +122,11 @@ TEST_F(LookWatcherTest, GoesByThePaletteAndFontForWantOfAPortal) {
   EXPECT_TRUE(becomes({.appearance = Appearance::dark, .textScale = 2}));
   QGuiApplication::setPalette(before);
   EXPECT_TRUE(becomes({.textScale = 2}));
-  EXPECT_EQ(looks.size(), 3U);
+  EXPECT_EQ(themes.size(), 3U);
   QGuiApplication::setFont(QFont());
 }
 
-TEST_F(LookWatcherTest, AsksAPortalThatAppearsLaterAndNeverWaitsForOne) {
+TEST_F(ThemeWatcherTest, AsksAPortalThatAppearsLaterAndNeverWaitsForOne) {
   QElapsedTimer timer;
   timer.start();
   SettingsPortal silent(desktop, {});
@@ -134,7 +134,7 @@ TEST_F(LookWatcherTest, AsksAPortalThatAppearsLaterAndNeverWaitsForOne) {
   watch();
   EXPECT_LT(timer.elapsed(), 1000);
   EXPECT_TRUE(spinUntil([&] { return silent.asked.size() == 1; }));
-  EXPECT_EQ(watcher->look(), light);
+  EXPECT_EQ(watcher->theme(), light);
   watcher.reset();
   watch();
   auto other = bus.connect();

@@ -16,7 +16,7 @@
 namespace ostrel {
 namespace {
 
-class PanelLook : public PanelTest {
+class PanelTheme : public PanelTest {
  protected:
   /// Below the header's words, beside the cards.
   QColor background() const { return colorAt(5, 100); }
@@ -67,12 +67,12 @@ PanelContent withLongTexts() {
   return content;
 }
 
-TEST_F(PanelLook, KeepsLongTextsInside) {
+TEST_F(PanelTheme, KeepsLongTextsInside) {
   auto content = withLongTexts();
   for (const bool isRightToLeft : {false, true}) {
     for (const double scale : {1.0, 2.0, 3.0}) {
       content.direction = isRightToLeft ? TextDirection::rightToLeft : TextDirection::leftToRight;
-      look.textScale = scale;
+      theme.textScale = scale;
       open(content);
       press(Qt::Key_Tab, Qt::ShiftModifier);
       press(Qt::Key_Space);
@@ -83,7 +83,7 @@ TEST_F(PanelLook, KeepsLongTextsInside) {
   }
 }
 
-TEST(ChipText, StandsAsThePersonReadsWhicheverWayTheLettersRun) {
+TEST(ChipText, PutsTheNameFirstInEitherReadingDirection) {
   // From left to right: the name with its own signs first, or the state and then the name.
   for (const auto& [name, state] : {std::pair("c++", "not covered"), std::pair("c++", "غير مشمول")}) {
     const auto text = valueOf(PanelContent::Ecosystem{name, RowState::warn(state)}).label;
@@ -100,21 +100,21 @@ TEST(ChipText, StandsAsThePersonReadsWhicheverWayTheLettersRun) {
   }
 }
 
-TEST_F(PanelLook, GrowsWithTheTextSize) {
+TEST_F(PanelTheme, GrowsWithTheTextSize) {
   open(protectedContent());
   const auto usual = place("Egress lock, enforcing").height();
-  look.textScale = 2;
-  panel->setLook(look);
+  theme.textScale = 2;
+  panel->setTheme(theme);
   frames();
   EXPECT_NEAR(place("Egress lock, enforcing").height(), 2 * usual, 2);
   EXPECT_EQ(window().height(), static_cast<int>(window().contentItem()->childItems()[0]->height()));
   EXPECT_GT(place("Protected").left(), 60);
-  look.textScale = 3;
-  panel->setLook(look);
+  theme.textScale = 3;
+  panel->setTheme(theme);
   EXPECT_EQ(place("Protected").left(), 16) << "beside the shield the word would be torn";
 }
 
-TEST_F(PanelLook, HasLinesOfOnePixelOnEveryScreen) {
+TEST_F(PanelTheme, HasLinesOfOnePixelOnEveryScreen) {
   const auto screens = QGuiApplication::screens();
   ASSERT_NE(screens[0]->devicePixelRatio(), screens[1]->devicePixelRatio());
   for (const auto* screen : screens) {
@@ -126,7 +126,7 @@ TEST_F(PanelLook, HasLinesOfOnePixelOnEveryScreen) {
   }
 }
 
-TEST_F(PanelLook, IsMirroredInALanguageFromRightToLeft) {
+TEST_F(PanelTheme, IsMirroredInALanguageFromRightToLeft) {
   auto content = protectedContent();
   open(content);
   EXPECT_GT(place("Check now").left(), 180);
@@ -140,31 +140,31 @@ TEST_F(PanelLook, IsMirroredInALanguageFromRightToLeft) {
   EXPECT_TRUE(isSpoken("מוגן"));
 }
 
-TEST_F(PanelLook, FollowsTheAppearanceWhileItIsOpen) {
+TEST_F(PanelTheme, FollowsTheAppearanceWhileItIsOpen) {
   open(protectedContent());
   EXPECT_EQ(background(), QColor("#f6f6f7"));
-  look.appearance = Appearance::dark;
-  panel->setLook(look);
+  theme.appearance = Appearance::dark;
+  panel->setTheme(theme);
   EXPECT_EQ(background(), QColor("#232326"));
   EXPECT_GE(frames(), 1);
 }
 
-TEST_F(PanelLook, FadesInOnlyWithMotion) {
+TEST_F(PanelTheme, FadesInOnlyWithMotion) {
   open(protectedContent());
   panel->close();
   frames();
-  look.reducesMotion = true;
-  panel->open(protectedContent(), anchor, look);
+  theme.reducesMotion = true;
+  panel->open(protectedContent(), anchor, theme);
   const int still = frames();
   panel->close();
   frames();
-  look.reducesMotion = false;
-  panel->open(protectedContent(), anchor, look);
+  theme.reducesMotion = false;
+  panel->open(protectedContent(), anchor, theme);
   EXPECT_GT(frames(), still + 2);
   EXPECT_LE(still, 2);
 }
 
-TEST_F(PanelLook, ShowsTheColourOfTheState) {
+TEST_F(PanelTheme, ShowsTheColourOfTheState) {
   auto content = protectedContent();
   open(content);
   EXPECT_EQ(colorAt(33, 24), QColor("#1e7a46"));
@@ -173,9 +173,9 @@ TEST_F(PanelLook, ShowsTheColourOfTheState) {
   EXPECT_EQ(colorAt(33, 24), QColor("#b5352c"));
 }
 
-TEST_F(PanelLook, IsTheSameAsAPicture) {
+TEST_F(PanelTheme, IsTheSameAsAPicture) {
   const auto content = unprotectedContent();
-  const auto file = panelPicture(content, look, log);
+  const auto file = panelPicture(content, theme, log);
   ASSERT_TRUE(file);
   const auto picture = QImage::fromData(QByteArray::fromStdString(*file));
   open(content);
