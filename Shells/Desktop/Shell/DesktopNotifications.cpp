@@ -68,8 +68,8 @@ struct DesktopNotifications::Post {
   }
 };
 
-DesktopNotifications::DesktopNotifications(DesktopBus& bus, std::chrono::milliseconds patience)
-    : bus_(bus), timeout_(patience) {}
+DesktopNotifications::DesktopNotifications(DesktopBus& bus, std::chrono::milliseconds timeout)
+    : bus_(bus), timeout_(timeout) {}
 
 DesktopNotifications::~DesktopNotifications() {
   while (!shown_.empty()) close(shown_.begin()->first);

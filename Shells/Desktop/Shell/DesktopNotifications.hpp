@@ -23,10 +23,10 @@ class DesktopNotifications final : public QObject, public UserNotifications {
   Q_OBJECT
 
  public:
-  /// A notification that is not accepted within `patience` has failed; should the daemon show it later, its
+  /// A notification that is not accepted within `timeout` has failed; should the daemon show it later, its
   /// buttons work all the same.
   explicit DesktopNotifications(DesktopBus& bus,
-                                std::chrono::milliseconds patience = std::chrono::seconds(25));
+                                std::chrono::milliseconds timeout = std::chrono::seconds(25));
   DesktopNotifications(const DesktopNotifications&) = delete;
   DesktopNotifications& operator=(const DesktopNotifications&) = delete;
   ~DesktopNotifications() override;
