@@ -1,13 +1,12 @@
 #include "Tools/PreviewDocument.hpp"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "OstrelAgent/Status/RFC3339.hpp"
 #include "OstrelAgent/Status/StatusRead.hpp"
 #include "OstrelAgent/Status/StatusReport.hpp"
-#include "OstrelAgent/Text/JsonDecoder.hpp"
+#include "OstrelAgent/Text/Json.hpp"
 
 namespace ostrel {
 
@@ -34,57 +33,49 @@ struct Envelope {
   std::optional<std::string> now;
 };
 
-constexpr JsonField proxyFields[] = {
-    JsonFields<Proxy>::field<&Proxy::enabled>("enabled"),
-    JsonFields<Proxy>::field<&Proxy::connected>("connected"),
-};
-constexpr JsonObject proxyLayout{proxyFields};
+void read(const JsonReader& reader, Proxy& proxy) {
+  reader.required("enabled", proxy.enabled);
+  reader.optional("connected", proxy.connected);
+}
 
-constexpr JsonField filterFields[] = {
-    JsonFields<Filter>::field<&Filter::provider>("provider"),
-    JsonFields<Filter>::field<&Filter::enabled>("enabled"),
-};
-constexpr JsonObject filterLayout{filterFields};
+void read(const JsonReader& reader, Filter& filter) {
+  reader.optional("provider", filter.provider);
+  reader.required("enabled", filter.enabled);
+}
 
-/// The keys of an envelope other than "report".
-constexpr JsonField surroundingFields[] = {
-    JsonFields<Envelope>::field<&Envelope::helperStatus>("helper_status"),
-    JsonFields<Envelope>::field<&Envelope::transparentProxies>("transparent_proxies", &proxyLayout),
-    JsonFields<Envelope>::field<&Envelope::egressFilter>("egress_filter", &filterLayout),
-    JsonFields<Envelope>::field<&Envelope::mdmEnrolled>("mdm_enrolled"),
-    JsonFields<Envelope>::field<&Envelope::runningContainerRuntimes>("running_container_runtimes"),
-    JsonFields<Envelope>::field<&Envelope::now>("now"),
-};
-constexpr JsonObject surroundingLayout{surroundingFields};
+void read(const JsonReader& reader, Envelope& envelope) {
+  reader.optional("helper_status", envelope.helperStatus);
+  reader.optional("transparent_proxies", envelope.transparentProxies);
+  reader.optional("egress_filter", envelope.egressFilter);
+  reader.optional("mdm_enrolled", envelope.mdmEnrolled);
+  reader.optional("running_container_runtimes", envelope.runningContainerRuntimes);
+  reader.optional("now", envelope.now);
+  // The agent does not look at the output of a helper that failed.
+  if (envelope.helperStatus.value_or(0) == 0) reader.optional("report", envelope.report);
+}
 
 /// An object with "report", or one that gives something else of an envelope and is no report itself.
-bool isEnvelope(std::string_view bytes) {
-  const auto document = nlohmann::json::parse(bytes, nullptr, false);
-  if (!document.is_object()) return false;
-  const auto isGiven = [&](const JsonField& field) { return document.contains(std::string(field.key)); };
-  return document.contains("report") ||
-         (!document.contains("version") && std::ranges::any_of(surroundingFields, isGiven));
+bool isEnvelope(const JsonObject& document) {
+  constexpr std::string_view keys[] = {
+      "helper_status", "transparent_proxies",        "egress_filter",
+      "mdm_enrolled",  "running_container_runtimes", "now",
+  };
+  const auto isGiven = [&](std::string_view key) { return document.contains(key); };
+  return isGiven("report") || (!isGiven("version") && std::ranges::any_of(keys, isGiven));
 }
 
 [[nodiscard]] std::expected<Envelope, JsonError> decodeEnvelope(std::string_view bytes) {
+  const auto document = JsonObject::parse(bytes);
+  if (!document) return std::unexpected(document.error());
+  if (isEnvelope(*document)) {
+    auto envelope = document->as<Envelope>();
+    if (!envelope || envelope->report || envelope->helperStatus) return envelope;
+    return std::unexpected(JsonError{"report", "is missing"});
+  }
+  auto report = document->as<StatusReport>();
+  if (!report) return std::unexpected(std::move(report.error()));
   Envelope envelope;
-  if (!isEnvelope(bytes)) {
-    auto report = StatusReport::decode(bytes);
-    if (!report) return std::unexpected(std::move(report.error()));
-    envelope.report = std::move(*report);
-    return envelope;
-  }
-  if (auto read = decodeJson(bytes, surroundingLayout, &envelope); !read) {
-    return std::unexpected(std::move(read.error()));
-  }
-  // The agent does not look at the output of a helper that failed.
-  if (envelope.helperStatus.value_or(0) != 0) return envelope;
-  const JsonField reportField[] = {
-      JsonFields<Envelope>::field<&Envelope::report>("report", &statusReportLayout())};
-  if (auto read = decodeJson(bytes, JsonObject{reportField}, &envelope); !read) {
-    return std::unexpected(std::move(read.error()));
-  }
-  if (!envelope.report && !envelope.helperStatus) return std::unexpected(JsonError{"report", "is missing"});
+  envelope.report = std::move(*report);
   return envelope;
 }
 

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "OstrelAgent/Panel/StatusPanelModel.hpp"
-#include "OstrelAgent/Text/JsonDecoder.hpp"
+#include "OstrelAgent/Text/Json.hpp"
 
 namespace ostrel {
 

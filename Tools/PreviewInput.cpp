@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "OstrelAgent/Text/JsonDecoder.hpp"
+#include "OstrelAgent/Text/Json.hpp"
 
 namespace ostrel {
 
@@ -20,7 +20,8 @@ std::vector<PreviewDocument> previewDocuments(std::string_view input) {
     const auto line = input.substr(start, end - start);
     start = end + 1;
     if (isBlank(line)) continue;
-    if (lines.empty() && !isJson(line)) return {{.bytes = input, .linesBefore = 0, .isLine = false}};
+    if (lines.empty() && !JsonObject::parse(line))
+      return {{.bytes = input, .linesBefore = 0, .isLine = false}};
     lines.push_back({.bytes = line, .linesBefore = number, .isLine = true});
   }
   return lines;

@@ -13,8 +13,8 @@ struct PreviewDocument {
   bool isLine = false;          ///< it takes one line, and so does its answer
 };
 
-/// The documents of the input: its lines when the first that is not blank is one by itself, else the whole.
-/// Blank lines are none.
+/// The documents of the input: its lines when the first that is not blank is an object by itself, else the
+/// whole. Blank lines are none.
 std::vector<PreviewDocument> previewDocuments(std::string_view input);
 
 }  // namespace ostrel

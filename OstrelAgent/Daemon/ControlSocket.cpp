@@ -129,13 +129,13 @@ std::string ControlSocketError::userMessage(std::string_view operation) const {
 ControlSocket::ControlSocket(UnixSockets& sockets, const Files& files, std::string_view path)
     : sockets_(sockets), files_(files), path_(path) {}
 
-std::expected<JsonMembers, ControlSocketError> ControlSocket::send(const std::string& action,
-                                                                   const Extra& extra) const {
+std::expected<JsonObject, ControlSocketError> ControlSocket::send(const std::string& action,
+                                                                  const Extra& extra) const {
   const auto socket = connect();
   if (!socket) return std::unexpected(socket.error());
   const auto answer = exchanged(**socket, action, extra);
   if (!answer) return std::unexpected(answer.error());
-  auto response = JsonMembers::of(*answer);
+  auto response = JsonObject::parse(*answer);
   if (!response) return failed(Case::malformedResponse);
   if (response->boolean("ok") == true) return std::move(*response);
   return std::unexpected(withoutToken(failure(*response), extra));
@@ -151,7 +151,7 @@ bool ControlSocket::queryTrustPending() const {
   return response && response->boolean("trust_pending") == true;
 }
 
-ControlSocketError ControlSocket::failure(const JsonMembers& response) {
+ControlSocketError ControlSocket::failure(const JsonObject& response) {
   auto message = response.text("error").value_or(std::string(refusedSilently));
   auto reason = response.text("reason").value_or("");
   const auto kind = reason.empty() ? Case::requestFailed : Case::refused;

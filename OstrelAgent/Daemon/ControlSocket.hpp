@@ -10,7 +10,7 @@
 #include <string_view>
 #include <variant>
 
-#include "OstrelAgent/Text/JsonMembers.hpp"
+#include "OstrelAgent/Text/Json.hpp"
 #include "Platform/Files.hpp"
 #include "Platform/UnixSockets.hpp"
 
@@ -56,8 +56,8 @@ class ControlSocket {
   ControlSocket(UnixSockets& sockets, const Files& files, std::string_view path = socketPath);
 
   /// Asks for an action; gives the answer of a daemon that did it. No error holds the enrolment token.
-  [[nodiscard]] std::expected<JsonMembers, ControlSocketError> send(const std::string& action,
-                                                                    const Extra& extra = {}) const;
+  [[nodiscard]] std::expected<JsonObject, ControlSocketError> send(const std::string& action,
+                                                                   const Extra& extra = {}) const;
 
   /// Whether this Mac is enrolled, and whether its certificate waits to be trusted; false when the daemon
   /// does not tell.
@@ -65,7 +65,7 @@ class ControlSocket {
   bool queryTrustPending() const;
 
   /// The error of an answer that tells no success.
-  static ControlSocketError failure(const JsonMembers& response);
+  static ControlSocketError failure(const JsonObject& response);
 
  private:
   [[nodiscard]] std::expected<std::unique_ptr<UnixSocket>, ControlSocketError> connect() const;

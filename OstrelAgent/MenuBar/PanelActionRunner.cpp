@@ -12,11 +12,8 @@ namespace {
 constexpr const char* userReason = "user";
 
 /// The health block of an answer; nothing when it has none, or one that cannot be read.
-std::optional<StatusReport::Health> healthOf(const JsonMembers& answer) {
-  const auto json = answer.json("health");
-  if (!json) return std::nullopt;
-  auto health = StatusReport::Health::decode(*json);
-  return health ? std::optional(std::move(*health)) : std::nullopt;
+std::optional<StatusReport::Health> healthOf(const JsonObject& answer) {
+  return answer.member<StatusReport::Health>("health");
 }
 
 }  // namespace
@@ -116,7 +113,7 @@ void PanelActionRunner::installUpdate() {
   show(&StatusPanelModel::updateInFlight, true);
   inBackground(
       QualityOfService::userInitiated, [socket = collaborators_.socket] { return socket.send("update"); },
-      [](PanelActionRunner& self, const std::expected<JsonMembers, ControlSocketError>& answer) {
+      [](PanelActionRunner& self, const std::expected<JsonObject, ControlSocketError>& answer) {
         if (!answer) self.presentUpdateFailure(answer.error());
       });
 }

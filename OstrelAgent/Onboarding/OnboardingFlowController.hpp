@@ -58,7 +58,7 @@ class OnboardingFlowController : public std::enable_shared_from_this<OnboardingF
   void show();
 
  private:
-  using EnrolmentAnswer = std::expected<JsonMembers, ControlSocketError>;
+  using EnrolmentAnswer = std::expected<JsonObject, ControlSocketError>;
 
   void perform(OnboardingAction action, const std::string& token);
   void windowWillClose();

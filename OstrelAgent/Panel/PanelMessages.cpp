@@ -22,7 +22,7 @@ std::string shortened(std::string text) {
 }
 
 /// The member when it is a text with something in it.
-std::optional<std::string> filledText(const JsonMembers& object, std::string_view name) {
+std::optional<std::string> filledText(const JsonObject& object, std::string_view name) {
   auto text = object.text(name);
   if (text && text->empty()) text.reset();
   return text;
@@ -38,7 +38,7 @@ Alert news(const Message& title, std::string reason) {
 
 }  // namespace
 
-std::string checkinNotice(const std::expected<JsonMembers, ControlSocketError>& answer) {
+std::string checkinNotice(const std::expected<JsonObject, ControlSocketError>& answer) {
   if (!answer) {
     return Copy::noticeCheckinFailed.with(answer.error().userMessage(Copy::socketOpCheckIn.text()));
   }
@@ -58,7 +58,7 @@ std::string diagnosticsNotice(std::int32_t helperStatus) {
 }
 
 DiagnosticsSending diagnosticsSending(const HelperRunner::HelperOutput& output, Date now) {
-  const auto answer = JsonMembers::of(output.standardOutput);
+  const auto answer = JsonObject::parse(output.standardOutput);
   if (!answer && output.status != 0) return notSent(Copy::noticeDiagnosticsFailed.with(output.status));
   if (!answer) return notSent(Copy::noticeDiagnosticsSendFailed.with(""));
   if (answer->boolean("sent") == true) {

@@ -7,14 +7,14 @@
 
 #include "OstrelAgent/Daemon/ControlSocket.hpp"
 #include "OstrelAgent/Daemon/HelperRunner.hpp"
-#include "OstrelAgent/Text/JsonMembers.hpp"
+#include "OstrelAgent/Text/Json.hpp"
 #include "Platform/Alerts.hpp"
 #include "Platform/Date.hpp"
 
 namespace ostrel {
 
 /// What the panel says of a check-in, by the daemon's answer.
-std::string checkinNotice(const std::expected<JsonMembers, ControlSocketError>& answer);
+std::string checkinNotice(const std::expected<JsonObject, ControlSocketError>& answer);
 
 /// What the panel says of diagnostics that were collected for the pasteboard.
 std::string diagnosticsNotice(std::int32_t helperStatus);

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "OstrelAgent/Text/JsonDecoder.hpp"
+#include "OstrelAgent/Text/Json.hpp"
 
 namespace ostrel {
 
@@ -67,9 +67,6 @@ struct StatusReport {
     std::optional<std::string> verdict;
     std::optional<std::int64_t> offByPolicy;
 
-    /// Reads a health block that stands alone, as in the daemon's answers.
-    [[nodiscard]] static std::expected<Health, JsonError> decode(std::string_view bytes);
-
     bool operator==(const Health&) const = default;
   };
 
@@ -124,7 +121,8 @@ struct StatusReport {
   bool operator==(const StatusReport&) const = default;
 };
 
-/// How the document of a report is laid out.
-const JsonObject& statusReportLayout();
+/// Reads the keys of a report, or of a health block, which the daemon's answers hold too.
+void read(const JsonReader& reader, StatusReport& report);
+void read(const JsonReader& reader, StatusReport::Health& health);
 
 }  // namespace ostrel

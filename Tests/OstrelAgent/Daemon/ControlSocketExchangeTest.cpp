@@ -24,7 +24,7 @@ struct ControlSocketExchange : testing::Test {
 
   std::string map(std::string_view path) const { return folder / std::string(120, 'd') + std::string(path); }
 
-  using Response = std::expected<JsonMembers, ControlSocketError>;
+  using Response = std::expected<JsonObject, ControlSocketError>;
   Response ask(UnixSockets& by, const UnixServer::Serve& serve, const ControlSocket::Extra& extra = {}) {
     const UnixServer server(realPath, serve);
     return ask(by, extra);

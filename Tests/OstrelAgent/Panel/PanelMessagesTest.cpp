@@ -15,7 +15,7 @@ std::string repeated(std::string_view text, int times) {
 }
 
 std::string skipped(const std::string& reason) {
-  return checkinNotice(JsonMembers::of(R"({"ok":true,"skipped":")" + reason + R"("})").value());
+  return checkinNotice(JsonObject::parse(R"({"ok":true,"skipped":")" + reason + R"("})").value());
 }
 
 TEST(PanelMessages, ACheckInTellsTheFirstThatTheDaemonSaid) {
@@ -27,7 +27,7 @@ TEST(PanelMessages, ACheckInTellsTheFirstThatTheDaemonSaid) {
       {R"({})", "Skipped"},
   };
   for (const auto& [answer, notice] : rows) {
-    EXPECT_EQ(checkinNotice(JsonMembers::of(answer).value()), notice) << answer;
+    EXPECT_EQ(checkinNotice(JsonObject::parse(answer).value()), notice) << answer;
   }
   EXPECT_EQ(checkinNotice(std::unexpected(Error{.kind = Case::requestFailed, .message = "No."})),
             "Check-in failed: No.");
