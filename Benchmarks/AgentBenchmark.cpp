@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "Benchmarks/BenchTable.hpp"
-#include "Benchmarks/HostRootFolder.hpp"
 #include "Benchmarks/Process.hpp"
 #include "OstrelAgent/MenuBar/MenuBarController.hpp"
 #include "Platform/SimulatedMac/HostRoot.hpp"
@@ -41,8 +40,8 @@ class Watch {
 
 }  // namespace
 
-AgentFigures measureAgent(int refreshes) {
-  const HostRootFolder hostRoot;
+AgentFigures measureAgent(int refreshes, HostRootFolder::Reports reports) {
+  const HostRootFolder hostRoot(reports);
   const auto& root = hostRoot.path();
   const auto period = MenuBarController::refreshPeriod;
   const Process agent({OSTREL_AGENT, "menubar"});

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+#include "Benchmarks/HostRootFolder.hpp"
+
 namespace ostrel {
 
 /// What one idle poller costs.
@@ -18,7 +20,7 @@ struct AgentFigures {
   PollerFigures agent;
   PollerFigures bareLoop;
 };
-AgentFigures measureAgent(int refreshes);
+AgentFigures measureAgent(int refreshes, HostRootFolder::Reports reports);
 
 /// Milliseconds of CPU of `activate` and its children where everything is approved, the median of the rounds.
 double activationMilliseconds(int rounds);

@@ -13,6 +13,12 @@ void printRow(const char* what, const std::string& measured, const std::string& 
   std::fflush(stdout);
 }
 
+void compare(const char* what, const char* unit, double measured, double reference, const char* bar) {
+  const auto format = std::string("%.1f ") + unit;
+  printRow(what, formatted(format.c_str(), measured), formatted(format.c_str(), reference),
+           formatted("%.2f", measured / reference), bar);
+}
+
 double median(std::vector<double> values) {
   std::ranges::sort(values);
   return values[values.size() / 2];

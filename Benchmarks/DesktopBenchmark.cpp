@@ -41,15 +41,15 @@ void waitFor(std::chrono::milliseconds time) {
   loop.exec();
 }
 
-/// A desktop's tray with the agents that come into it.
+/// A desktop's tray with the programs that come into it.
 class Tray {
  public:
-  /// Milliseconds from the start of an agent to its registration.
-  double start() {
+  /// Milliseconds from the start of a program to its registration.
+  double start(const std::vector<std::string>& command) {
     agent_.reset();
     watcher_.items.clear();
     const auto started = SteadyClock::now();
-    agent_.emplace(std::vector<std::string>{OSTREL_AGENT, "menubar"});
+    agent_.emplace(command);
     waitUntil([this] { return !watcher_.items.isEmpty(); });
     return std::chrono::duration<double, std::milli>(SteadyClock::now() - started).count();
   }
@@ -81,11 +81,15 @@ DesktopFigures measureDesktop(int starts, int openings) {
   Tray tray;
   DesktopFigures figures;
   std::vector<double> times;
+  std::vector<double> bareTimes;
   for (int i = 0; i < starts; ++i) {
-    times.push_back(tray.start());
+    bareTimes.push_back(tray.start({OSTREL_BARE_ITEM}));
+    waitFor(std::chrono::milliseconds(300));
+    times.push_back(tray.start({OSTREL_AGENT, "menubar"}));
     waitFor(std::chrono::milliseconds(300));
   }
   figures.startMilliseconds = median(std::move(times));
+  figures.bareStartMilliseconds = median(std::move(bareTimes));
 
   waitFor(MenuBarController::refreshPeriod / 2);
   const auto signalsBefore = tray.signalCount();

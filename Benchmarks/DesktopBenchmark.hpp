@@ -10,7 +10,8 @@ namespace ostrel {
 
 /// What the agent costs on a desktop. Needs a display and a session bus without a tray.
 struct DesktopFigures {
-  double startMilliseconds = 0;  ///< from exec to the registration at the tray, the median of all
+  double startMilliseconds = 0;      ///< from exec to the registration at the tray, the median of all
+  double bareStartMilliseconds = 0;  ///< the same of a program that only registers
   std::uint64_t idleResidentKiB = 0;
   std::uint64_t idlePrivateDirtyKiB = 0;
   double signalsOfRefreshes = 0;        ///< D-Bus signals while nothing changes
@@ -19,9 +20,13 @@ struct DesktopFigures {
 };
 DesktopFigures measureDesktop(int starts, int openings);
 
-/// Milliseconds from the click to the panel's first frame, the first time, with loading the views: the median
-/// of that many processes. Call it before the toolkit is used.
-double measureFirstOpening(const PanelContent& content, int processes);
+/// The first time that a process opens a window, with loading what draws it: milliseconds to the first frame,
+/// the medians of that many processes. Call it before the toolkit is used.
+struct FirstOpeningFigures {
+  double panelMilliseconds = 0;       ///< from the click
+  double bareWindowMilliseconds = 0;  ///< a window with one rectangle
+};
+FirstOpeningFigures measureFirstOpening(const PanelContent& content, int processes);
 
 /// The same in this process, once the views are loaded.
 struct OpeningFigures {

@@ -8,7 +8,10 @@ namespace ostrel {
 /// Gone with this.
 class HostRootFolder {
  public:
-  HostRootFolder();
+  /// Whether two reports of the helper are the same; times of `changing` ones move on with the clock.
+  enum class Reports { equal, changing };
+
+  explicit HostRootFolder(Reports reports = Reports::equal);
 
   const std::string& path() const { return folder_.path(); }
 

@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QGuiApplication>
+#include <QLibrary>
 #include <QWindow>
 #include <algorithm>
 #include <array>
@@ -43,15 +44,16 @@ class OwnDesktop {
 
   /// Milliseconds until the panel's first frame.
   double open(const PanelContent& content) {
-    const auto start = SteadyClock::now();
-    desktop_->screens().openPanel(content);
-    counter_.watch(QGuiApplication::topLevelWindows());
-    const int before = counter_.count();
-    const QDeadlineTimer deadline(10'000);
-    while (counter_.count() == before && !deadline.hasExpired())
-      QCoreApplication::processEvents(QEventLoop::AllEvents);
-    if (deadline.hasExpired()) throw std::runtime_error("the panel draws no frame");
-    return std::chrono::duration<double, std::milli>(counter_.lastFrame() - start).count();
+    return timeToFrame([&] { desktop_->screens().openPanel(content); });
+  }
+
+  /// Milliseconds until the first frame of a window with one rectangle.
+  double openBareWindow() {
+    return timeToFrame([] {
+      const auto open = QLibrary::resolve(QStringLiteral(OSTREL_BARE_WINDOW), "openBareWindow");
+      if (open == nullptr) throw std::runtime_error("the bare window cannot be loaded");
+      open();
+    });
   }
 
   int framesWhile(const std::function<void(Screens&)>& work) {
@@ -68,6 +70,18 @@ class OwnDesktop {
   }
 
  private:
+  double timeToFrame(const std::function<void()>& open) {
+    const auto start = SteadyClock::now();
+    open();
+    counter_.watch(QGuiApplication::topLevelWindows());
+    const int before = counter_.count();
+    const QDeadlineTimer deadline(10'000);
+    while (counter_.count() == before && !deadline.hasExpired())
+      QCoreApplication::processEvents(QEventLoop::AllEvents);
+    if (deadline.hasExpired()) throw std::runtime_error("the window draws no frame");
+    return std::chrono::duration<double, std::milli>(counter_.lastFrame() - start).count();
+  }
+
   static void settle() {
     const QDeadlineTimer deadline(400);
     while (!deadline.hasExpired()) QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
@@ -81,13 +95,14 @@ class OwnDesktop {
   std::unique_ptr<Desktop> desktop_;
 };
 
-double openOnceElsewhere(const PanelContent& content) {
+/// What a desktop in a process of its own measures.
+double measureElsewhere(const std::function<double(OwnDesktop&)>& open) {
   std::array<int, 2> pipe{};
   if (::pipe(pipe.data()) != 0) throw std::runtime_error("no pipe");
   const auto child = ::fork();
   if (child == 0) {
     OwnDesktop desktop;
-    const double milliseconds = desktop.open(content);
+    const double milliseconds = open(desktop);
     const bool isTold = ::write(pipe[1], &milliseconds, sizeof milliseconds) == sizeof milliseconds;
     std::_Exit(isTold ? 0 : 1);
   }
@@ -96,16 +111,20 @@ double openOnceElsewhere(const PanelContent& content) {
   const bool isTold = ::read(pipe[0], &milliseconds, sizeof milliseconds) == sizeof milliseconds;
   ::close(pipe[0]);
   if (child > 0) ::waitpid(child, nullptr, 0);
-  if (!isTold) throw std::runtime_error("the panel does not open");
+  if (!isTold) throw std::runtime_error("the window does not open");
   return milliseconds;
 }
 
 }  // namespace
 
-double measureFirstOpening(const PanelContent& content, int processes) {
-  std::vector<double> times;
-  for (int i = 0; i < processes; ++i) times.push_back(openOnceElsewhere(content));
-  return median(std::move(times));
+FirstOpeningFigures measureFirstOpening(const PanelContent& content, int processes) {
+  std::vector<double> panels;
+  std::vector<double> bareWindows;
+  for (int i = 0; i < processes; ++i) {
+    panels.push_back(measureElsewhere([&](OwnDesktop& desktop) { return desktop.open(content); }));
+    bareWindows.push_back(measureElsewhere([](OwnDesktop& desktop) { return desktop.openBareWindow(); }));
+  }
+  return {median(std::move(panels)), median(std::move(bareWindows))};
 }
 
 OpeningFigures measureOpening(const PanelContent& content, int openings) {

@@ -46,9 +46,7 @@ const nlohmann::json* JsonReader::find(std::string_view key) const {
   const auto member = value_.find(key);
   return member == value_.end() ? nullptr : &*member;
 }
-
 const nlohmann::json* JsonReader::element(std::size_t index) const { return &value_[index]; }
-
 std::size_t JsonReader::listSize() const {
   if (!value_.is_array()) fail("is not a list");
   return value_.size();

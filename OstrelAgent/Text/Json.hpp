@@ -49,6 +49,7 @@ class JsonReader {
   template <class Element>
   void into(std::vector<Element>& list) const {
     const auto size = listSize();
+    list.reserve(size < 64 ? size : 64);
     for (std::size_t i = 0; i < size && !fault_; ++i) {
       readPart("[" + std::to_string(i) + "]", element(i), list.emplace_back());
     }

@@ -1,0 +1,15 @@
+// The least that a first window can cost: load the library that draws it, and draw one rectangle without a
+// graphics card. Loaded by ostrel-desktop-bench.
+
+#include <QByteArray>
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+
+extern "C" void openBareWindow() {
+  QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+  static QQmlApplicationEngine engine;
+  engine.loadData(
+      QByteArrayLiteral("import QtQuick\n"
+                        "Window { visible: true; width: 340; height: 480; Rectangle { anchors.fill: parent; "
+                        "color: \"teal\" } }"));
+}
