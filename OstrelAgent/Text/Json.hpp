@@ -85,12 +85,12 @@ class JsonReader {
 class JsonObject {
  public:
   /// The last of a repeated key counts. Numbers that no double holds are refused.
-  static std::expected<JsonObject, JsonError> parse(std::string_view bytes);
+  [[nodiscard]] static std::expected<JsonObject, JsonError> parse(std::string_view bytes);
   bool contains(std::string_view key) const;
 
   /// The whole object as a struct.
   template <class Struct>
-  std::expected<Struct, JsonError> as() const {
+  [[nodiscard]] std::expected<Struct, JsonError> as() const {
     Struct object;
     std::optional<JsonError> fault;
     JsonReader(*document_, fault).into(object);

@@ -29,13 +29,13 @@ class PosixChildProcesses final : public ChildProcesses {
   /// Ends every run as `endAll` does, and waits for the last to return.
   ~PosixChildProcesses() override;
 
-  std::expected<ChildResult, PlatformError> run(const ChildCommand& command,
-                                                const ChildStopTokens& stopTokens = {},
-                                                const ChildOutput& received = {}) override;
+  [[nodiscard]] std::expected<ChildResult, PlatformError> run(const ChildCommand& command,
+                                                              const ChildStopTokens& stopTokens = {},
+                                                              const ChildOutput& received = {}) override;
   std::size_t reapKilled() override;
 
   /// Once it has ended, the next run or start reaps it.
-  std::expected<void, PlatformError> start(const ChildCommand& command) override;
+  [[nodiscard]] std::expected<void, PlatformError> start(const ChildCommand& command) override;
 
   /// Starts no more children and ends those that run: captured ones by TERM and, after `graceBeforeKill`, by
   /// KILL. Waits for those that share the terminal, and leaves those that outlive the program. Their runs and
@@ -46,9 +46,9 @@ class PosixChildProcesses final : public ChildProcesses {
   struct Child;
   class RunningChildRegistration;
 
-  std::expected<ChildResult, PlatformError> runChild(const ChildCommand& command,
-                                                     const ChildStopTokens& stopTokens,
-                                                     const ChildOutput& received);
+  [[nodiscard]] std::expected<ChildResult, PlatformError> runChild(const ChildCommand& command,
+                                                                   const ChildStopTokens& stopTokens,
+                                                                   const ChildOutput& received);
   ChildResult captureUntilExit(Child& child, Descriptor output, Descriptor error,
                                const ChildStopTokens& stopTokens, const ChildOutput& received);
   bool isAnyRunning(bool sharesTerminal) const;

@@ -22,7 +22,7 @@ class DesktopAlerts final : public Alerts {
   void show(const Alert& alert, std::function<void(std::size_t)> completion) override;
 
   /// Brings the open alert to the front; false when there is none.
-  [[nodiscard]] bool activate();
+  bool activate();
   void setTheme(const DesktopTheme& theme);
 
  private:
