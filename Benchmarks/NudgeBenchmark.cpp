@@ -30,10 +30,8 @@ class MovingMac {
  public:
   MovingMac(MainQueue& queue, Clock& clock)
       : nudges_({queue, clock, path_, wake_}, [this](const std::string&) { ++checkIns_; }) {
-    Snapshot snapshot;
-    snapshot.enrolled = true;
+    nudges_.setEnrolled(true);
     nudges_.start();
-    nudges_.nudgeOnNetworkExtensionChange(snapshot);
     path_.update(true, {"en0"});
   }
 

@@ -68,6 +68,7 @@ std::string realMenuBarLock(const HostRoot& root) {
 
 /// What the shell uses of its host.
 struct ShellHost {
+  const TerminationSignals& signals;
   PosixMainQueue& mainQueue;
   PosixStandardStreams& streams;
   PosixLog& log;
@@ -82,7 +83,7 @@ class LinuxShell {
   LinuxShell(ShellMode mode, ShellHost host)
       : host_(host),
         consoleShell_(mode == ShellMode::interactive ? ConsoleInput::commands : ConsoleInput::ignored,
-                      signals_, host.mainQueue, host.streams, consoleStatusItem_, consoleScreens_,
+                      host.signals, host.mainQueue, host.streams, consoleStatusItem_, consoleScreens_,
                       consoleOnboardingWindow_, consoleAlerts_),
         desktop_(mode == ShellMode::queueOnly || !namesDisplay() ? nullptr : makeDesktop()) {}
 
@@ -94,7 +95,7 @@ class LinuxShell {
     auto services = desktopServices(host_.bundle, host_.log);
     services.queueDescriptor = host_.mainQueue.descriptor();
     services.processDueWork = [&queue = host_.mainQueue] { queue.processDueWork(); };
-    services.signalDescriptor = signals_.descriptor();
+    services.signalDescriptor = host_.signals.descriptor();
     services.receivedSignal = [] { return TerminationSignals::received(); };
     const auto plugIn = loadShellPlugIn(host_.bundle);
     auto desktop =
@@ -111,7 +112,6 @@ class LinuxShell {
   }
 
   ShellHost host_;
-  TerminationSignals signals_;
   ConsoleUserNotifications consoleUserNotifications_{host_.mainQueue, host_.streams};
   ConsoleStatusItem consoleStatusItem_{host_.streams};
   ConsoleScreens consoleScreens_{host_.streams};
@@ -157,7 +157,9 @@ class LinuxHost final : public HostLifetime {
   const Host& services() override { return services_; }
 
   const ShellServices& openShell(ShellMode mode) override {
-    shell_.emplace(mode, ShellHost{mainQueue_, streams_, log_, bundle_, overrides_, overridesWatch_});
+    signals_.emplace();
+    shell_.emplace(mode,
+                   ShellHost{*signals_, mainQueue_, streams_, log_, bundle_, overrides_, overridesWatch_});
     return shell_->services();
   }
 
@@ -199,6 +201,8 @@ class LinuxHost final : public HostLifetime {
   LinuxNetworkPath realNetworkPath_{mainQueue_, realFiles_};
   SimulatedNetworkPath networkPath_{realNetworkPath_, overrides_, overridesWatch_};
   PosixSingleInstance menuBarInstance_{realMenuBarLock(hostRoot_)};
+  // They outlast the shell, so that a second signal does not cut the shutdown short.
+  std::optional<TerminationSignals> signals_;
   std::optional<LinuxShell> shell_;
   PosixBackgroundQueue backgroundQueue_{backgroundThreads};
   PosixBackgroundQueue statusQueue_{statusThreads};

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "Platform/InBackground.hpp"
+
 namespace ostrel {
 
 RelaunchController::RelaunchController(MainQueue& mainQueue, BackgroundQueue& backgroundQueue, Shell& shell,
@@ -21,10 +23,13 @@ void RelaunchController::applicationDidFinishLaunching() {
 
 /// In the background, so that a signal ends the process also while launchd takes its time.
 void RelaunchController::restart() {
-  backgroundQueue_.run(QualityOfService::userInitiated, [agent = menuBarAgent_, &shell = shell_] {
-    agent.restart();
-    shell.terminate();
-  });
+  inBackground(
+      backgroundQueue_, QualityOfService::userInitiated, mainQueue_, weak_from_this(),
+      [agent = menuBarAgent_] {
+        agent.restart();
+        return true;
+      },
+      [](RelaunchController& self, bool) { self.shell_.terminate(); });
 }
 
 }  // namespace ostrel

@@ -21,12 +21,14 @@ void MenuBarController::start() {
       collaborators_;
   const auto press = [panelActions](const PanelButton& button) { panelActions.perform(button); };
   services_.statusItem.install({.clicked = weakly([](auto& self) { self.togglePanel(); }),
-                                .appearanceChanged = weakly([](auto& self) { self.applyIcon(); }),
+                                .appearanceChanged = weakly([](auto& self) {
+                                  self.applyIcon(self.collaborators_.presenter->latest());
+                                }),
                                 .menuPressed = press});
   services_.statusItem.showMenu(menuButtons(PanelMenu::statusItem, panelActions.available()));
   presenter->start(panelActions, weakly([](auto& self, const auto& health) { self.healthApplied(health); }));
   redNotifier->start();
-  applyIcon();
+  applyIcon(presenter->latest());
   refresher->start(weakly([](auto& self, const auto& result) { self.publish(result); }));
   probeDeviceManagement();
   timer_ = services_.mainQueue.every(refreshPeriod, weakly([](auto& self) {
@@ -66,9 +68,9 @@ void MenuBarController::publish(const RefreshResult& result) {
     record(
         {filter && filter->hasProvider, snapshot.egressLockEnabled, snapshot.transparentProxy, mdmEnrolled_});
   }
+  applyIcon(snapshot);
+  notify(snapshot);
   collaborators_.presenter->publish(std::move(snapshot));
-  applyIcon();
-  notify();
   if (const auto version = pendingReactivation(inputs)) {
     collaborators_.reactivation.driveReactivationOnce(*version);
   }
@@ -90,24 +92,23 @@ void MenuBarController::record(const NetworkExtensionAssertion& assertion) {
 void MenuBarController::healthApplied(const StatusReport::Health& health) {
   appliedHealth_ = health;
   runBeforeHealth_ = collaborators_.refresher->latestRun();
-  applyIcon();
-  notify();
+  applyIcon(collaborators_.presenter->latest());
+  notify(collaborators_.presenter->latest());
 }
 
 /// Whether a notification is due depends on the time, too.
-void MenuBarController::notify() {
-  const auto& latest = collaborators_.presenter->latest();
+void MenuBarController::notify(const Snapshot& snapshot) {
   auto& notifier = *collaborators_.redNotifier;
   const auto now = services_.clock.now();
-  notifier.observe(ProtectionVerdict::of(latest), now);
-  if (const auto block = ContainerBlock::read(latest.runtimeTrust)) {
+  notifier.observe(ProtectionVerdict::of(snapshot), now);
+  if (const auto block = ContainerBlock::read(snapshot.runtimeTrust)) {
     notifier.observeContainerBlocks(block->runtimes, collaborators_.containerTrust.notify(), now);
   }
 }
 
 /// Touches the status item only when its picture or text changes.
-void MenuBarController::applyIcon() {
-  const auto verdict = ProtectionVerdict::of(collaborators_.presenter->latest());
+void MenuBarController::applyIcon(const Snapshot& snapshot) {
+  const auto verdict = ProtectionVerdict::of(snapshot);
   auto& item = services_.statusItem;
   const auto palette = MenuBarPalette::matching(item.appearance());
   auto icon = MenuBarIcon::of(verdict, palette, item.hasImage(palette.glyphName()),

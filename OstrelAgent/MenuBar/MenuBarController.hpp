@@ -61,8 +61,8 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   void publish(const RefreshResult& result);
   void record(const NetworkExtensionAssertion& assertion);
   void healthApplied(const StatusReport::Health& health);
-  void applyIcon();
-  void notify();
+  void applyIcon(const Snapshot& snapshot);
+  void notify(const Snapshot& snapshot);
 
   Services services_;
   Collaborators collaborators_;

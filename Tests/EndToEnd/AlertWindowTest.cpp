@@ -17,7 +17,7 @@ class OldDaemon {
       : socket_(simulated::ListeningSocket::at(hostRoot + simulated::endpointfiles::controlSocket).value()) {}
   OldDaemon(const OldDaemon&) = delete;
   OldDaemon& operator=(const OldDaemon&) = delete;
-  ~OldDaemon() { stop_.writing.close(); }
+  ~OldDaemon() { (void)stop_.writing.close(); }
 
   std::ptrdiff_t updates() const {
     const std::lock_guard lock(mutex_);

@@ -22,6 +22,7 @@ TEST(RelaunchController, RestartsTheMenuBarAgentAfterFiveSecondsAndThenEnds) {
   host.mainQueue.advance(4999ms);
   EXPECT_EQ(host.backgroundQueue.countWaiting(), 0U);
   host.mainQueue.advance(1ms);
+  host.mainQueue.runAll();
   EXPECT_EQ(host.shell.exitStatus, std::nullopt) << "the end comes after the restart";
   host.backgroundQueue.runAll();
   ASSERT_EQ(host.childProcesses.commands.size(), 1U);
