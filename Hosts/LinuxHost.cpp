@@ -45,6 +45,8 @@ namespace ostrel {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr std::size_t backgroundThreads = 8;
 // Four runs under way, and as many threads that are stuck in runs that are over.
 constexpr std::size_t statusThreads = 8;
@@ -164,11 +166,14 @@ class LinuxHost final : public HostLifetime {
   }
 
   void shutDown(int status) override {
+    childProcesses_.refuseStarts();
     shell_.reset();
     childProcesses_.endAll();
     unixSockets_.endAll();
-    const auto isIdle = [](PosixBackgroundQueue& queue) { return queue.finish(graceForBackgroundWork); };
-    if (!isIdle(statusQueue_) || !isIdle(backgroundQueue_)) std::_Exit(status);
+    // One after the other they get that time together: what has ended meanwhile need not be waited for.
+    const bool isStatusIdle = statusQueue_.finish(graceForBackgroundWork);
+    const bool isIdle = backgroundQueue_.finish(isStatusIdle ? graceForBackgroundWork : 0ms);
+    if (!isStatusIdle || !isIdle) std::_Exit(status);
   }
 
  private:

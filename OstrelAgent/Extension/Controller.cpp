@@ -4,6 +4,8 @@
 #include <iterator>
 #include <utility>
 
+#include "Platform/InBackground.hpp"
+
 namespace ostrel {
 
 namespace {
@@ -204,16 +206,11 @@ void Controller::finishUninstall(std::int32_t status) {
   end(1);
 }
 
-/// Runs work that blocks, and goes on here with what it gives: a signal ends the process meanwhile, too.
+/// Runs work that blocks, so that a signal ends the process meanwhile, too.
 void Controller::inBackground(std::function<std::int32_t()> work,
                               std::function<void(Controller&, std::int32_t)> next) {
-  services_.backgroundQueue.run(QualityOfService::userInitiated,
-                                [weak = weak_from_this(), &queue = services_.mainQueue,
-                                 work = std::move(work), next = std::move(next)] {
-                                  queue.post([weak, next, status = work()] {
-                                    if (const auto self = weak.lock()) next(*self, status);
-                                  });
-                                });
+  ostrel::inBackground(services_.backgroundQueue, QualityOfService::userInitiated, services_.mainQueue,
+                       weak_from_this(), std::move(work), std::move(next));
 }
 
 void Controller::print(std::string_view line) { services_.streams.writeOutput(std::string(line) + "\n"); }

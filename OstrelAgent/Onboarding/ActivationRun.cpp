@@ -4,15 +4,14 @@
 
 #include "OstrelAgent/Text/Copy.hpp"
 #include "OstrelAgent/Text/Utf8.hpp"
+#include "Platform/InBackground.hpp"
 
 namespace ostrel {
 
 ActivationRun::ActivationRun(Services services, const std::string& executable, Events listeners)
     : events_(std::make_shared<Events>(std::move(listeners))) {
   const auto onMain = [&queue = services.mainQueue, weak = std::weak_ptr(events_)](auto work) {
-    queue.post([weak, work = std::move(work)] {
-      if (const auto alive = weak.lock()) work(*alive);
-    });
+    postTo(weak, queue, std::move(work));
   };
   const ChildOutput received = [onMain](std::string_view bytes) {
     const auto progress = isUtf8(bytes) ? activationOfProgress(bytes) : std::nullopt;

@@ -34,9 +34,6 @@ struct StatusInputs {
   std::shared_ptr<const HelperReading> helper = {};
   std::optional<NetworkPreferences::TransparentProxies> transparentProxies = {};
   std::optional<NetworkPreferences::ContentFilter> contentFilter = {};
-
-  /// Equal when nothing was read again, and equal preferences were loaded.
-  bool operator==(const StatusInputs&) const = default;
 };
 
 /// The snapshot of a refresh: `statusError` in place of a report that is absent; a load that is absent counts

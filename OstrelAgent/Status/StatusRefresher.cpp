@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "Platform/InBackground.hpp"
+
 namespace ostrel {
 
 namespace {
@@ -16,18 +18,21 @@ const std::shared_ptr<const HelperReading>& killedHelper() {
 
 }  // namespace
 
-/// A run under way, and what it still waits for.
+/// A run, and what it still waits for. One that is over stays while work of it holds a thread.
 struct StatusRefresher::Run {
   std::uint64_t number = 0;
   StatusInputs inputs = {};
   std::optional<std::uint64_t> proxyLoad =
       {};  ///< its number among the loads of its kind, until it is answered
   std::optional<std::uint64_t> filterLoad = {};  ///< likewise
-  bool hasThread = true;
+  int threads = 0;
+  bool isOver = false;
+  bool isStuck = false;  ///< over, and it holds a thread a second later
   std::stop_source kill = {};
   ScheduledWork second = {};
 
   bool isComplete() const { return inputs.helper && !proxyLoad && !filterLoad; }
+  bool isEnding() const { return isOver && !isStuck; }
 };
 
 StatusRefresher::StatusRefresher(Services services, HelperRunner helper, NetworkLoads loads)
@@ -51,18 +56,25 @@ void StatusRefresher::request() {
   beginIfDue();
 }
 
+/// A run that has just been given up ends within moments or is stuck, which decides whether a helper may be
+/// started.
 void StatusRefresher::beginIfDue() {
+  if (std::ranges::any_of(runs_, &Run::isEnding)) return;
   if (const auto number = limiter_.begin()) begin(*number);
 }
 
 void StatusRefresher::begin(std::uint64_t number) {
   auto& run = runs_.emplace_back(Run{.number = number});
-  run.proxyLoad = proxyLoads_.ask();
-  if (loads_ == NetworkLoads::all) run.filterLoad = filterLoads_.ask();
-  const auto leftBehind = services_.childProcesses.reapKilled() + stuckThreads_;
-  if (leftBehind >= StatusRunLimiter::maxLeftBehind) run.inputs.helper = killedHelper();
+  const auto stuck = static_cast<std::size_t>(std::ranges::count_if(runs_, &Run::isStuck));
+  if (services_.childProcesses.reapKilled() + stuck >= StatusRunLimiter::maxLeftBehind) {
+    run.inputs.helper = killedHelper();
+  }
   countSeconds(run);
-  startInBackground(run);
+  loadInBackground(run);
+  if (!run.inputs.helper) runHelperInBackground(run);
+  if (run.isComplete())
+    postTo(weak_from_this(), services_.mainQueue,
+           [number](StatusRefresher& self) { self.finishIfComplete(number); });
 }
 
 /// The timers follow one another, so that a late one makes no second count twice.
@@ -75,92 +87,69 @@ void StatusRefresher::countSeconds(Run& run) {
   });
 }
 
-/// What the background does for a run: the loads first, since the helper holds the thread.
-struct StatusRefresher::BackgroundWork {
-  std::weak_ptr<StatusRefresher> refresher;
-  MainQueue& mainQueue;
-  NetworkPreferences& networkPreferences;
-  HelperRunner helper;
-  bool isHelperWanted;
-  std::shared_ptr<const HelperReading> previous;
-  std::uint64_t number;
-  std::optional<std::uint64_t> proxyLoad;
-  std::optional<std::uint64_t> filterLoad;
-  std::stop_token kill;
-
-  bool isNothing() const { return !isHelperWanted && !proxyLoad && !filterLoad; }
-
-  void operator()() const {
+void StatusRefresher::loadInBackground(Run& run) {
+  run.proxyLoad = proxyLoads_.ask();
+  if (loads_ == NetworkLoads::all) run.filterLoad = filterLoads_.ask();
+  if (!run.proxyLoad && !run.filterLoad) return;
+  runInBackground(run, [weak = weak_from_this(), &queue = services_.mainQueue,
+                        &preferences = services_.networkPreferences, number = run.number,
+                        proxyLoad = run.proxyLoad, filterLoad = run.filterLoad] {
     if (proxyLoad) {
-      networkPreferences.loadTransparentProxies(answer(*proxyLoad, &StatusRefresher::proxyLoads_,
-                                                       &Run::proxyLoad, &StatusInputs::transparentProxies));
+      preferences.loadTransparentProxies([=, &queue](auto loaded) {
+        postTo(weak, queue, [=, loaded = std::move(loaded)](StatusRefresher& self) {
+          self.proxyLoads_.answer(*proxyLoad);
+          self.finishLoad(number, &Run::proxyLoad, &StatusInputs::transparentProxies, loaded);
+        });
+      });
     }
     if (filterLoad) {
-      networkPreferences.loadContentFilter(answer(*filterLoad, &StatusRefresher::filterLoads_,
-                                                  &Run::filterLoad, &StatusInputs::contentFilter));
-    }
-    const auto reading = isHelperWanted ? readHelper(runStatus(helper, {.kill = kill}), previous) : nullptr;
-    post(refresher, mainQueue,
-         [number = number, reading](StatusRefresher& self) { self.finishThread(number, reading); });
-  }
-
-  /// A completion that takes the answer to the run it belongs to, if that is still under way.
-  template <class Loaded>
-  std::function<void(Loaded)> answer(std::uint64_t load, LoadLimiter StatusRefresher::*limiter,
-                                     std::optional<std::uint64_t> Run::*awaited,
-                                     std::optional<Loaded> StatusInputs::*member) const {
-    return [refresher = refresher, &queue = mainQueue, number = number, load, limiter, awaited,
-            member](Loaded loaded) {
-      post(refresher, queue, [=, loaded = std::move(loaded)](StatusRefresher& self) {
-        (self.*limiter).answer(load);
-        self.finishLoad(number, awaited, member, loaded);
+      preferences.loadContentFilter([=, &queue](auto loaded) {
+        postTo(weak, queue, [=, loaded = std::move(loaded)](StatusRefresher& self) {
+          self.filterLoads_.answer(*filterLoad);
+          self.finishLoad(number, &Run::filterLoad, &StatusInputs::contentFilter, loaded);
+        });
       });
-    };
-  }
+    }
+    return std::shared_ptr<const HelperReading>();
+  });
+}
 
-  template <class Work>
-  static void post(const std::weak_ptr<StatusRefresher>& refresher, MainQueue& queue, Work work) {
-    queue.post([refresher, work = std::move(work)] {
-      if (const auto self = refresher.lock()) work(*self);
-    });
-  }
-};
+void StatusRefresher::runHelperInBackground(Run& run) {
+  runInBackground(run, [helper = helper_, kill = run.kill.get_token(), previous = previous_] {
+    return readHelper(runStatus(helper, {.kill = kill}), previous);
+  });
+}
 
-void StatusRefresher::startInBackground(const Run& run) {
-  const BackgroundWork work{weak_from_this(),
-                            services_.mainQueue,
-                            services_.networkPreferences,
-                            helper_,
-                            run.inputs.helper == nullptr,
-                            previous_,
-                            run.number,
-                            run.proxyLoad,
-                            run.filterLoad,
-                            run.kill.get_token()};
-  if (work.isNothing()) return services_.mainQueue.post(work);
-  services_.statusQueue.run(QualityOfService::utility, work);
+/// Runs work of the run that gives a reading of the helper, or none.
+template <class Work>
+void StatusRefresher::runInBackground(Run& run, Work work) {
+  ++run.threads;
+  inBackground(services_.statusQueue, QualityOfService::utility, services_.mainQueue, weak_from_this(),
+               std::move(work), [number = run.number](StatusRefresher& self, const auto& reading) {
+                 self.finishThread(number, reading);
+               });
 }
 
 void StatusRefresher::finishThread(std::uint64_t number,
                                    const std::shared_ptr<const HelperReading>& reading) {
   const auto run = find(number);
-  if (run == runs_.end()) {
-    --stuckThreads_;
-    return;
+  --run->threads;
+  if (run->isOver) {
+    if (run->threads == 0) runs_.erase(run);
+    return beginIfDue();
   }
-  run->hasThread = false;
   if (reading) run->inputs.helper = previous_ = reading;
-  finishIfComplete(run);
+  finishIfComplete(number);
 }
 
 template <class Loaded>
 void StatusRefresher::finishLoad(std::uint64_t number, std::optional<std::uint64_t> Run::*load,
                                  std::optional<Loaded> StatusInputs::*member, const Loaded& loaded) {
   const auto run = find(number);
-  if (run == runs_.end()) return;
+  if (run == runs_.end() || run->isOver) return;
   (*run).*load = std::nullopt;
   run->inputs.*member = loaded;
-  finishIfComplete(run);
+  finishIfComplete(number);
 }
 
 /// A load that has not come stays unknown.
@@ -170,14 +159,22 @@ void StatusRefresher::giveUp(Runs::iterator run) {
   finish(run);
 }
 
-void StatusRefresher::finishIfComplete(Runs::iterator run) {
-  if (run->isComplete()) finish(run);
+void StatusRefresher::finishIfComplete(std::uint64_t number) {
+  const auto run = find(number);
+  if (run != runs_.end() && !run->isOver && run->isComplete()) finish(run);
 }
 
 void StatusRefresher::finish(Runs::iterator run) {
   const RefreshResult result{run->number, std::move(run->inputs)};
-  if (run->hasThread) ++stuckThreads_;
-  runs_.erase(run);
+  if (run->threads == 0) {
+    runs_.erase(run);
+  } else {
+    run->isOver = true;
+    run->second = services_.mainQueue.after(std::chrono::seconds(1), [this, number = result.run] {
+      find(number)->isStuck = true;
+      beginIfDue();
+    });
+  }
   if (limiter_.finish(result.run)) published_(result);
   beginIfDue();
 }

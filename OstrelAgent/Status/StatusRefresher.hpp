@@ -59,19 +59,21 @@ class StatusRefresher : public std::enable_shared_from_this<StatusRefresher> {
 
  private:
   struct Run;
-  struct BackgroundWork;
   using Runs = std::list<Run>;
 
   void beginIfDue();
   void begin(std::uint64_t number);
   void countSeconds(Run& run);
-  void startInBackground(const Run& run);
+  void loadInBackground(Run& run);
+  void runHelperInBackground(Run& run);
+  template <class Work>
+  void runInBackground(Run& run, Work work);
   void finishThread(std::uint64_t number, const std::shared_ptr<const HelperReading>& reading);
   template <class Loaded>
   void finishLoad(std::uint64_t number, std::optional<std::uint64_t> Run::*load,
                   std::optional<Loaded> StatusInputs::*member, const Loaded& loaded);
   void giveUp(Runs::iterator run);
-  void finishIfComplete(Runs::iterator run);
+  void finishIfComplete(std::uint64_t number);
   void finish(Runs::iterator run);
   Runs::iterator find(std::uint64_t number);
 
@@ -82,8 +84,7 @@ class StatusRefresher : public std::enable_shared_from_this<StatusRefresher> {
   StatusRunLimiter limiter_;
   LoadLimiter proxyLoads_;
   LoadLimiter filterLoads_;
-  Runs runs_;                                      ///< under way, in the order of starting
-  std::size_t stuckThreads_ = 0;                   ///< threads of runs that are over
+  Runs runs_;                                      ///< in the order of starting
   std::shared_ptr<const HelperReading> previous_;  ///< the latest that came
   ScheduledWork wakeObserver_;
 };

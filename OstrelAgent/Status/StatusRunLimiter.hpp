@@ -16,8 +16,8 @@ class StatusRunLimiter {
  public:
   static constexpr int secondsUntilNext = 5;   ///< age from which the latest run holds up no request
   static constexpr int secondsUntilOver = 15;  ///< age at which a run is over, whatever it still waits for
-  static constexpr std::size_t maxLeftBehind =
-      2;  ///< killed helpers and stuck threads beside which one is started
+  /// With that many killed helpers and stuck threads left, no helper is started.
+  static constexpr std::size_t maxLeftBehind = 2;
 
   /// Asks for a run; one that starts serves every request before it.
   void request() { isRequested_ = true; }

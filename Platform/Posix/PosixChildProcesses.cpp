@@ -40,6 +40,7 @@ struct PosixChildProcesses::Child {
 
   void kill() {
     ::kill(target, SIGKILL);
+    ::kill(process, SIGKILL);  // it may have left its group
     isKilled = true;
     returnAtOnce();
   }
@@ -196,20 +197,25 @@ PosixChildProcesses::~PosixChildProcesses() {
   std::erase_if(killed_, reap);
 }
 
+void PosixChildProcesses::refuseStarts() {
+  const std::lock_guard lock(mutex_);
+  ended_ = true;
+}
+
 void PosixChildProcesses::endAll() {
   std::unique_lock lock(mutex_);
   ended_ = true;
   for (auto* child : children_) child->endWithProgram();
-  runFinished_.wait_for(lock, graceBeforeKill, [this] { return !isAnyRunning(false); });
+  // A run that is starting its child registers it meanwhile.
+  runFinished_.wait_for(lock, graceBeforeKill, [this] { return runs_ == countSharingTerminal(); });
   for (auto* child : children_) {
-    if (!child->sharesTerminal()) child->kill();
+    if (!child->sharesTerminal() && !child->outlivesProgram) child->kill();
   }
-  runFinished_.wait(lock, [this] { return !isAnyRunning(true); });
+  runFinished_.wait(lock, [this] { return countSharingTerminal() == 0; });
 }
 
-bool PosixChildProcesses::isAnyRunning(bool sharesTerminal) const {
-  return std::ranges::any_of(children_,
-                             [&](const Child* child) { return child->sharesTerminal() == sharesTerminal; });
+std::size_t PosixChildProcesses::countSharingTerminal() const {
+  return static_cast<std::size_t>(std::ranges::count_if(children_, &Child::sharesTerminal));
 }
 
 std::expected<ChildResult, PlatformError> PosixChildProcesses::run(const ChildCommand& command,
@@ -235,11 +241,14 @@ std::size_t PosixChildProcesses::reapKilled() {
 }
 
 std::expected<void, PlatformError> PosixChildProcesses::start(const ChildCommand& command) {
-  const std::lock_guard lock(mutex_);
-  if (ended_) return std::unexpected(posixError(ECANCELED));
-  reapStarted();
+  {
+    const std::lock_guard lock(mutex_);
+    if (ended_) return std::unexpected(posixError(ECANCELED));
+    reapStarted();
+  }
   const auto process = spawnDetachedChild(realPath_(command.executable), command);
   if (!process) return std::unexpected(process.error());
+  const std::lock_guard lock(mutex_);
   started_.insert(*process);
   return {};
 }
@@ -268,21 +277,20 @@ std::expected<ChildResult, PlatformError> PosixChildProcesses::runChild(const Ch
   auto result =
       captureUntilExit(child, std::move(output->reading), std::move(error->reading), stopTokens, received);
   // From here on nothing signals the child, so no signal meets a recycled number once it is reaped.
-  const bool isReaped = reap(*process);
-  const bool outlives = !isReaped && child.outlivesProgram;
-  if (!isReaped && !outlives) {
+  if (!result && child.outlivesProgram) return std::unexpected(posixError(ECANCELED));
+  if (!reap(*process)) {
     const std::lock_guard lock(mutex_);
     killed_.insert(*process);
   }
-  if (child.isEndedWithProgram && (outlives || !child.outlivesProgram)) {
-    return std::unexpected(posixError(ECANCELED));
-  }
-  return result;
+  if (child.isEndedWithProgram && !child.outlivesProgram) return std::unexpected(posixError(ECANCELED));
+  return result.value_or(ChildResult{SIGKILL, {}});
 }
 
-ChildResult PosixChildProcesses::captureUntilExit(Child& child, Descriptor output, Descriptor error,
-                                                  const ChildStopTokens& stopTokens,
-                                                  const ChildOutput& received) {
+/// No result of a child that has not ended.
+std::optional<ChildResult> PosixChildProcesses::captureUntilExit(Child& child, Descriptor output,
+                                                                 Descriptor error,
+                                                                 const ChildStopTokens& stopTokens,
+                                                                 const ChildOutput& received) {
   const RunningChildRegistration registration(*this, child);
   const auto childEnd = openPidfd(child.process);
   const std::stop_callback terminating(stopTokens.terminate, [&child] { child.terminate(); });
@@ -299,7 +307,7 @@ ChildResult PosixChildProcesses::captureUntilExit(Child& child, Descriptor outpu
     waitForEither(child.process, childEnd.number(), child.stop.reading.number(), noTimeout);
     // Most killed children end at once. One that does not must hold no thread.
     if (child.isKilled) waitForEither(child.process, childEnd.number(), -1, timeToDie);
-    if (!hasEnded(child.process)) return result.status = SIGKILL, result;
+    if (!hasEnded(child.process)) return std::nullopt;
   }
   result.status = waitForStatus(child.process);
   if (!outputStream.isWithinLimit()) result.status = SIGKILL;

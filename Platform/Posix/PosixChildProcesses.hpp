@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <mutex>
+#include <optional>
 #include <set>
 
 #include "Platform/ChildProcesses.hpp"
@@ -37,6 +38,9 @@ class PosixChildProcesses final : public ChildProcesses {
   /// Once it has ended, the next run or start reaps it.
   [[nodiscard]] std::expected<void, PlatformError> start(const ChildCommand& command) override;
 
+  /// Starts no more children: every later run fails, and one that is starting its child ends it. Any thread.
+  void refuseStarts();
+
   /// Starts no more children and ends those that run: captured ones by TERM and, after `graceBeforeKill`, by
   /// KILL. Waits for those that share the terminal, and leaves those that outlive the program. Their runs and
   /// every later one fail. Call it before the queues on which runs block are joined. Blocks; any thread.
@@ -49,9 +53,9 @@ class PosixChildProcesses final : public ChildProcesses {
   [[nodiscard]] std::expected<ChildResult, PlatformError> runChild(const ChildCommand& command,
                                                                    const ChildStopTokens& stopTokens,
                                                                    const ChildOutput& received);
-  ChildResult captureUntilExit(Child& child, Descriptor output, Descriptor error,
-                               const ChildStopTokens& stopTokens, const ChildOutput& received);
-  bool isAnyRunning(bool sharesTerminal) const;
+  std::optional<ChildResult> captureUntilExit(Child& child, Descriptor output, Descriptor error,
+                                              const ChildStopTokens& stopTokens, const ChildOutput& received);
+  std::size_t countSharingTerminal() const;
   void reapStarted();
 
   const PathMap realPath_;

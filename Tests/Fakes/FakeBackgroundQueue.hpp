@@ -16,13 +16,16 @@ class FakeBackgroundQueue final : public BackgroundQueue {
     (quality == QualityOfService::userInitiated ? urgent_ : other_).push_back(std::move(work));
   }
 
-  /// Runs the work that is next by quality and arrival; throws when none waits.
-  void runNext() {
+  /// Takes the work that is next by quality and arrival; throws when none waits.
+  std::function<void()> takeNext() {
     auto& waiting = urgent_.empty() ? other_ : urgent_;
-    const auto work = std::move(waiting.at(0));
+    auto work = std::move(waiting.at(0));
     waiting.pop_front();
-    work();
+    return work;
   }
+
+  /// Runs the next work; throws when none waits.
+  void runNext() { takeNext()(); }
 
   /// Runs all that waits and what that hands over.
   void runAll() {

@@ -16,8 +16,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr const char* notProtectedCategory = "tech.brenn.ostrel-agent.not-protected";
-// Four runs under way, and as many that are over while their threads hang.
-constexpr std::size_t mostStatusRuns = 8;
+// Loads and helpers of four runs under way, and as many that are over while their threads hang.
+constexpr std::size_t mostStatusRuns = 2 * 8;
 const PlatformError refusal{"FakeErrorDomain", 1, "refused"};
 
 bool asksForStatus(const ChildCommand& command) {
@@ -234,7 +234,7 @@ void FakeClockSoak::take() {
   expect(reactivations_ <= 1, "the extension is re-activated a second time");
   host_.childProcesses.commands.clear();
   takeNotifications();
-  expect(host_.statusQueue.countWaiting() <= mostStatusRuns, "too many status runs");
+  expect(host_.statusQueue.countWaiting() <= mostStatusRuns, "too much work of status runs");
   auto& panels = host_.screens.panels;
   if (panels.size() > 1) panels.erase(panels.begin(), panels.end() - 1);
   host_.log.lines.clear();

@@ -22,12 +22,16 @@ struct StatusRefresherTest : testing::Test {
     refresher->start([this](const RefreshResult& result) { published.push_back(result); });
   }
 
+  /// The work of a run: its loads, then its helper.
   void runNext() {
     host.statusQueue.runNext();
+    if (host.statusQueue.countWaiting() > 0) host.statusQueue.runNext();
     host.mainQueue.runAll();
   }
+  std::size_t waitingRuns() const { return host.statusQueue.countWaiting() / 2; }
   void settle() {
     while (host.statusQueue.countWaiting() > 0) runNext();
+    host.mainQueue.runAll();
   }
   void tick(std::chrono::seconds time) {
     for (; time > 0s; time -= 5s) {
@@ -67,7 +71,7 @@ TEST_F(StatusRefresherTest, AHelperThatCannotBeReapedBesideHangingOnesNeverFreez
     tick(60s);
     EXPECT_GE(published.size(), before + 11);
     EXPECT_EQ(shown().helper->status, killed);
-    EXPECT_LE(host.statusQueue.countWaiting(), 10U) << "threads that are stuck do not pile up";
+    EXPECT_LE(waitingRuns(), 10U) << "threads that are stuck do not pile up";
   }
 }
 
@@ -91,13 +95,34 @@ TEST_F(StatusRefresherTest, LoadsThatNeverCompleteAreUnknownAfterFifteenSeconds)
   EXPECT_TRUE(shown().transparentProxies && shown().contentFilter);
 }
 
+TEST_F(StatusRefresherTest, ALoadThatHoldsItsThreadHoldsUpNoHelper) {
+  const auto blocked = host.statusQueue.takeNext();
+  runNext();
+  host.mainQueue.advance(15s);
+  EXPECT_EQ(verdict(), "protected");
+  EXPECT_FALSE(shown().transparentProxies);
+  blocked();
+  host.mainQueue.runAll();
+  EXPECT_FALSE(shown().transparentProxies) << "it comes too late";
+}
+
+TEST_F(StatusRefresherTest, AHelperThatJustEndsIsNoneThatIsLeftBehind) {
+  host.childProcesses.unreapable = 1;
+  host.mainQueue.advance(14999ms);
+  refresher->request();
+  host.mainQueue.advance(1ms);
+  EXPECT_EQ(shown().helper->status, killed);
+  settle();
+  EXPECT_EQ(shown().helper->status, 0) << "the run that was killed holds no thread any more";
+}
+
 TEST_F(StatusRefresherTest, OfOverlappingRunsTheOneToBeShownShowsAtOnce) {
   settle();
   refresher->request();
   host.mainQueue.advance(5s);
   report = reportText("not_protected");
   refresher->request();
-  ASSERT_EQ(host.statusQueue.countWaiting(), 2U);
+  ASSERT_EQ(waitingRuns(), 2U);
   runNext();
   EXPECT_EQ(verdict(), "not_protected");
   report = reportText();  // as it was when both began
@@ -108,7 +133,7 @@ TEST_F(StatusRefresherTest, OfOverlappingRunsTheOneToBeShownShowsAtOnce) {
 
 TEST_F(StatusRefresherTest, ARunThatALaterOneHasOvertakenIsDropped) {
   host.networkPreferences.isDeferred = true;
-  host.statusQueue.runNext();
+  runNext();
   host.networkPreferences.isDeferred = false;
   host.mainQueue.advance(5s);
   refresher->request();
@@ -122,11 +147,11 @@ TEST_F(StatusRefresherTest, ARunThatALaterOneHasOvertakenIsDropped) {
 TEST_F(StatusRefresherTest, ARequestDuringARunIsServedWhenItIsOver) {
   refresher->request();
   refresher->request();
-  EXPECT_EQ(host.statusQueue.countWaiting(), 1U);
+  EXPECT_EQ(waitingRuns(), 1U);
   runNext();
-  EXPECT_EQ(host.statusQueue.countWaiting(), 1U);
+  EXPECT_EQ(waitingRuns(), 1U);
   runNext();
-  EXPECT_EQ(host.statusQueue.countWaiting(), 0U);
+  EXPECT_EQ(waitingRuns(), 0U);
   EXPECT_EQ(publishedRuns(), (Runs{1, 2}));
 }
 
@@ -205,7 +230,7 @@ TEST_F(StatusRefresherTest, AWakeIsARequest) {
 
 TEST_F(StatusRefresherTest, ItsEndLeavesNothingThatPublishes) {
   host.networkPreferences.isDeferred = true;
-  host.statusQueue.runNext();
+  runNext();
   refresher = nullptr;
   host.networkPreferences.completeNext();
   host.mainQueue.runAll();
