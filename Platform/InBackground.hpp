@@ -8,8 +8,8 @@
 
 namespace ostrel {
 
-/// Runs the work in the background and hands its result to `next`, with the owner, on the main thread, as far
-/// as the owner still lives then.
+/// Runs the work in the background and then, on the main thread, passes the owner and the result to `next` if
+/// the owner still lives.
 template <class Owner, class Work, class Next>
 void inBackground(BackgroundQueue& backgroundQueue, QualityOfService quality, MainQueue& mainQueue,
                   std::weak_ptr<Owner> owner, Work work, Next next) {

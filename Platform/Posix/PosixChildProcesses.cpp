@@ -22,16 +22,16 @@ namespace ostrel {
 
 struct PosixChildProcesses::Child {
   pid_t process = 0;
-  pid_t target = 0;  ///< what signals go to: the process, or its group as a negative number
+  pid_t target = 0;  ///< target of signals: the process, or its group as a negative number
   bool outlivesProgram = false;
-  Pipe stop = {};  ///< readable when the run is to return at once; not open where the terminal is shared
+  Pipe stop = {};  ///< readable when the run must return at once; not open when the terminal is shared
   bool isEndedWithProgram = false;
   std::atomic<bool> isKilled = false;
 
   bool sharesTerminal() const { return target >= 0; }
   void terminate() const { ::kill(target, SIGTERM); }
 
-  /// A child that shares the terminal is the user's to end: in the middle it might leave things half done.
+  /// Only the user ends a child that shares the terminal; killed by us it might leave work half done.
   void endWithProgram() {
     if (sharesTerminal()) return;
     isEndedWithProgram = true;
@@ -49,7 +49,7 @@ struct PosixChildProcesses::Child {
   }
 };
 
-/// Lists a child for `endAll` until just before it is reaped.
+/// Registers a child for `endAll` until just before it is reaped.
 class PosixChildProcesses::RunningChildRegistration {
  public:
   RunningChildRegistration(PosixChildProcesses& owner, Child& child) : owner_(owner), child_(child) {
@@ -76,7 +76,7 @@ constexpr std::size_t errorLimit = 65536;
 constexpr int noTimeout = -1;
 constexpr int timeToDie = 100;  // milliseconds
 
-/// The pipe of a stream; not open where it is not captured.
+/// The pipe of a stream; not open when the stream is not captured.
 std::expected<Pipe, PlatformError> pipeFor(ChildStream stream) {
   return stream == ChildStream::captured ? makePipe() : Pipe();
 }
@@ -84,19 +84,19 @@ std::expected<Pipe, PlatformError> pipeFor(ChildStream stream) {
 /// One captured stream of a child, read up to a limit.
 class CapturedStream {
  public:
-  /// Reads nothing where the descriptor is none.
+  /// Reads nothing when the descriptor is not open.
   CapturedStream(int descriptor, std::size_t limit, std::string& into)
       : descriptor_(descriptor), limit_(limit), into_(into) {}
 
-  /// Passes on what is read instead of keeping it.
+  /// Passes the read bytes to `received` instead of storing them.
   void passTo(const ChildOutput& receiver) { receiver_ = &receiver; }
 
-  /// What to poll; a stream that has ended is ignored.
+  /// Entry for poll(); a stream that has ended is ignored.
   pollfd watched() const { return {descriptor_, POLLIN, 0}; }
   bool hasEnded() const { return descriptor_ < 0; }
   bool isWithinLimit() const { return isWithinLimit_; }
 
-  /// Reads once, without waiting when the descriptor is ready.
+  /// Reads once; does not block when the descriptor is ready.
   void read(std::span<char> buffer) {
     const auto count = ::read(descriptor_, buffer.data(), buffer.size());
     if (count < 0 && errno == EINTR) return;
@@ -107,7 +107,7 @@ class CapturedStream {
     if (static_cast<std::size_t>(count) > room) isWithinLimit_ = false;
   }
 
-  /// Reads what is there by now and no more, though other processes may keep the stream open.
+  /// Reads the available bytes only; other processes may keep the stream open.
   void readRest(std::span<char> buffer) {
     int waiting = 0;
     if (::ioctl(descriptor_, FIONREAD, &waiting) != 0) waiting = 0;
@@ -130,7 +130,7 @@ class CapturedStream {
 };
 
 /// Reads both streams to their ends, or until `stop` is readable or the output exceeds its limit. Standard
-/// error is read until the child ends.
+/// error is read until the child exits.
 void readStreams(CapturedStream& output, CapturedStream& error, int stop, int childEnd) {
   std::array<char, 65536> buffer;
   while (output.isWithinLimit() && !(output.hasEnded() && error.hasEnded())) {
@@ -150,8 +150,7 @@ void readStreams(CapturedStream& output, CapturedStream& error, int stop, int ch
   }
 }
 
-/// Waits for the child to end, which leaves it to be reaped. One that somebody else has reaped counts as
-/// killed.
+/// Waits for the child to exit without reaping it. A child that was reaped elsewhere counts as killed.
 std::int32_t waitForStatus(pid_t process) {
   siginfo_t info{};
   while (::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOWAIT) != 0) {
@@ -166,11 +165,11 @@ bool hasEnded(pid_t process) {
          info.si_pid != 0;
 }
 
-/// True once the child is reaped, or cannot be since somebody else did.
+/// True once the child is reaped, here or elsewhere.
 bool reap(pid_t process) { return ::waitpid(process, nullptr, WNOHANG) != 0; }
 
-/// Waits until the child has ended, `stop` is readable or that many milliseconds have passed. Without a
-/// descriptor for the child's end it looks a few times a second.
+/// Waits until the child has exited, `stop` is readable or that many milliseconds have passed. Without a
+/// pidfd it polls a few times a second.
 void waitForEither(pid_t process, int childEnd, int stop, int timeout) {
   std::array<pollfd, 2> watched = {pollfd{stop, POLLIN, 0}, pollfd{childEnd, POLLIN, 0}};
   const int interval = childEnd < 0 && timeout == noTimeout ? 200 : timeout;
@@ -244,7 +243,7 @@ std::expected<void, PlatformError> PosixChildProcesses::start(const ChildCommand
   return {};
 }
 
-/// The mutex is held.
+/// Requires the mutex.
 void PosixChildProcesses::reapStarted() { std::erase_if(started_, reap); }
 
 std::expected<ChildResult, PlatformError> PosixChildProcesses::runChild(const ChildCommand& command,
@@ -267,7 +266,7 @@ std::expected<ChildResult, PlatformError> PosixChildProcesses::runChild(const Ch
   Child child{*process, leadsGroup ? -*process : *process, command.outlivesProgram, std::move(*stop)};
   auto result =
       captureUntilExit(child, std::move(output->reading), std::move(error->reading), stopTokens, received);
-  // From here on nothing signals the child, so no signal meets a recycled number once it is reaped.
+  // Unregistered before it is reaped, so that no signal goes to a recycled process id.
   const bool isReaped = reap(*process);
   const bool outlives = !isReaped && child.outlivesProgram;
   if (!isReaped && !outlives) {
@@ -297,7 +296,7 @@ ChildResult PosixChildProcesses::captureUntilExit(Child& child, Descriptor outpu
   (void)error.close();
   if (!child.sharesTerminal()) {
     waitForEither(child.process, childEnd.number(), child.stop.reading.number(), noTimeout);
-    // Most killed children end at once. One that does not must hold no thread.
+    // Most killed children exit at once; one that does not must not block a thread.
     if (child.isKilled) waitForEither(child.process, childEnd.number(), -1, timeToDie);
     if (!hasEnded(child.process)) return result.status = SIGKILL, result;
   }

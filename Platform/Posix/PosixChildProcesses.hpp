@@ -13,17 +13,17 @@
 
 namespace ostrel {
 
-/// Child processes by posix_spawn. A child that writes more than the limit of captured output is killed, and
-/// reported so with the output up to the limit.
+/// Child processes by posix_spawn. A child that exceeds the limit of captured output is killed and reported
+/// so, with the output up to the limit.
 class PosixChildProcesses final : public ChildProcesses {
  public:
   static constexpr std::size_t defaultOutputLimit = std::size_t{64} << 20;
 
-  /// How long captured children have to end by TERM when the host shuts down.
+  /// Time that captured children have to exit after TERM when the host shuts down.
   static constexpr std::chrono::milliseconds graceBeforeKill{1000};
 
-  /// Maps the paths of executables. SIGCHLD may be inherited as ignored; it gets its default action, since
-  /// waitpid() would fail otherwise.
+  /// Maps the paths of executables. Restores SIGCHLD's default action, since it may be inherited as ignored
+  /// and waitpid() would then fail.
   explicit PosixChildProcesses(PathMap realPath, std::size_t outputLimit = defaultOutputLimit);
 
   /// Ends every run as `endAll` does, and waits for the last to return.
@@ -34,12 +34,12 @@ class PosixChildProcesses final : public ChildProcesses {
                                                               const ChildOutput& received = {}) override;
   std::size_t reapKilled() override;
 
-  /// Once it has ended, the next run or start reaps it.
+  /// The next run or start after its exit reaps it.
   [[nodiscard]] std::expected<void, PlatformError> start(const ChildCommand& command) override;
 
-  /// Starts no more children and ends those that run: captured ones by TERM and, after `graceBeforeKill`, by
-  /// KILL. Waits for those that share the terminal, and leaves those that outlive the program. Their runs and
-  /// every later one fail. Call it before the queues on which runs block are joined. Blocks; any thread.
+  /// Ends running children and starts no more: captured ones get TERM and, after `graceBeforeKill`, KILL;
+  /// those on the terminal are waited for; those that outlive the program are left alone. All runs then fail.
+  /// Call it before joining queues on which runs block. Blocks; any thread.
   void endAll();
 
  private:
@@ -56,11 +56,11 @@ class PosixChildProcesses final : public ChildProcesses {
 
   const PathMap realPath_;
   const std::size_t outputLimit_;
-  std::mutex mutex_;  // guards what follows
+  std::mutex mutex_;  // guards the members below
   std::condition_variable runFinished_;
   std::set<Child*> children_;
   std::set<pid_t> started_;
-  std::set<pid_t> killed_;  ///< not reaped yet; no run waits for them
+  std::set<pid_t> killed_;  ///< killed children that are not reaped; no run waits for them
   std::size_t runs_ = 0;
   bool ended_ = false;
 };
