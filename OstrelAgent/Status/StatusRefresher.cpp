@@ -7,7 +7,7 @@ namespace ostrel {
 
 namespace {
 
-/// One reading for all helpers that were given up, so that a repeated failure is an unchanged one.
+/// One shared reading for all timed-out helpers, so that a repeated time-out compares as unchanged.
 const std::shared_ptr<const HelperReading>& killedHelper() {
   static const auto reading =
       std::make_shared<const HelperReading>(HelperReading{.status = StatusRefresher::killedStatus});
@@ -16,12 +16,11 @@ const std::shared_ptr<const HelperReading>& killedHelper() {
 
 }  // namespace
 
-/// A run under way, and what it still waits for.
+/// A running refresh and the parts that it still waits for.
 struct StatusRefresher::Run {
   std::uint64_t number = 0;
   StatusInputs inputs = {};
-  std::optional<std::uint64_t> proxyLoad =
-      {};  ///< its number among the loads of its kind, until it is answered
+  std::optional<std::uint64_t> proxyLoad = {};   ///< the load that is awaited
   std::optional<std::uint64_t> filterLoad = {};  ///< likewise
   bool hasThread = true;
   std::stop_source kill = {};
@@ -65,7 +64,7 @@ void StatusRefresher::begin(std::uint64_t number) {
   startInBackground(run);
 }
 
-/// The timers follow one another, so that a late one makes no second count twice.
+/// Each timer starts the next, so that a late one counts no second twice.
 void StatusRefresher::countSeconds(Run& run) {
   run.second = services_.mainQueue.after(std::chrono::seconds(1), [this, number = run.number] {
     const auto current = find(number);
@@ -75,7 +74,7 @@ void StatusRefresher::countSeconds(Run& run) {
   });
 }
 
-/// What the background does for a run: the loads first, since the helper holds the thread.
+/// The background part of a run: the loads first, since the helper blocks the thread.
 struct StatusRefresher::BackgroundWork {
   std::weak_ptr<StatusRefresher> refresher;
   MainQueue& mainQueue;
@@ -104,7 +103,7 @@ struct StatusRefresher::BackgroundWork {
          [number = number, reading](StatusRefresher& self) { self.finishThread(number, reading); });
   }
 
-  /// A completion that takes the answer to the run it belongs to, if that is still under way.
+  /// A completion that passes the result to its run, if that is still running.
   template <class Loaded>
   std::function<void(Loaded)> answer(std::uint64_t load, LoadLimiter StatusRefresher::*limiter,
                                      std::optional<std::uint64_t> Run::*awaited,
@@ -163,7 +162,7 @@ void StatusRefresher::finishLoad(std::uint64_t number, std::optional<std::uint64
   finishIfComplete(run);
 }
 
-/// A load that has not come stays unknown.
+/// A load that has not completed stays unknown.
 void StatusRefresher::giveUp(Runs::iterator run) {
   run->kill.request_stop();
   if (!run->inputs.helper) run->inputs.helper = killedHelper();
