@@ -19,7 +19,7 @@ void RelaunchController::applicationDidFinishLaunching() {
   });
 }
 
-/// In the background, so that a signal ends the process also while launchd takes its time.
+/// In the background, so that a signal still ends the process while launchd is slow.
 void RelaunchController::restart() {
   backgroundQueue_.run(QualityOfService::userInitiated, [agent = menuBarAgent_, &shell = shell_] {
     agent.restart();
