@@ -31,7 +31,8 @@ void MenuBarController::start() {
   probeDeviceManagement();
   timer_ = services_.mainQueue.every(refreshPeriod, weakly([](auto& self) {
                                        self.refresh();
-                                       // The times in an open panel go on while a helper hangs.
+                                       // Keeps the relative times of an open panel current while a helper
+                                       // hangs.
                                        self.collaborators_.presenter->draw();
                                      }));
   nudges->start();
@@ -44,7 +45,7 @@ void MenuBarController::togglePanel() {
   presenter.open();
 }
 
-/// Asked once a process; the answer joins the snapshots from the next refresh on.
+/// Probed once per process; the result is in the snapshots from the next refresh on.
 void MenuBarController::probeDeviceManagement() {
   inBackground(
       services_.backgroundQueue, QualityOfService::utility, services_.mainQueue, weak_from_this(),
@@ -56,7 +57,7 @@ void MenuBarController::publish(const RefreshResult& result) {
   const auto& inputs = result.inputs;
   auto snapshot = statusSnapshot(inputs);
   snapshot.mdmEnrolled = mdmEnrolled_.value_or(false);
-  // The health of a check-in that ended after this run had started is fresher.
+  // A check-in that ended after this run started brought fresher health.
   if (appliedHealth_ && result.run <= runBeforeHealth_) snapshot.apply(*appliedHealth_);
   auto& nudges = *collaborators_.nudges;
   nudges.setEnrolled(snapshot.enrolled);
@@ -74,8 +75,7 @@ void MenuBarController::publish(const RefreshResult& result) {
   }
 }
 
-/// One record at a time, so that a full or slow disk holds up one thread; the next refresh writes what is
-/// skipped.
+/// One write at a time, so that a slow disk blocks one thread only; the next refresh writes what was skipped.
 void MenuBarController::record(const NetworkExtensionAssertion& assertion) {
   if (std::exchange(isRecording_, true)) return;
   inBackground(
@@ -94,7 +94,7 @@ void MenuBarController::healthApplied(const StatusReport::Health& health) {
   notify();
 }
 
-/// Whether a notification is due depends on the time, too.
+/// Called for unchanged results, too: whether a notification is due also depends on the time.
 void MenuBarController::notify() {
   const auto& latest = collaborators_.presenter->latest();
   auto& notifier = *collaborators_.redNotifier;
@@ -105,7 +105,7 @@ void MenuBarController::notify() {
   }
 }
 
-/// Touches the status item only when its picture or text changes.
+/// Updates the status item only when its image or text changes.
 void MenuBarController::applyIcon() {
   const auto verdict = ProtectionVerdict::of(collaborators_.presenter->latest());
   auto& item = services_.statusItem;
