@@ -11,7 +11,7 @@ namespace ostrel {
 /// The roles beside the extension commands, which `Controller` runs.
 enum class Role { relaunch, menuBar, onboarding, repair };
 
-/// The program's arguments, its own name left out.
+/// The program's arguments without its own name.
 struct CommandLine {
   std::optional<std::string> command;  ///< the first argument, if any
   bool extensionOnly = false;          ///< "--extension-only" is among them
@@ -28,7 +28,7 @@ std::optional<Role> roleOf(std::string_view command);
 struct NeedQuestions {
   std::function<bool()> isTrustPending;
   std::function<bool()> isEnrolled;
-  std::function<bool()> hasMenuBarAgent;  ///< the file of the menu-bar agent's job is there
+  std::function<bool()> hasMenuBarAgent;  ///< the menu-bar agent's job file exists
 };
 
 /// The command that the user needs most, for a start without arguments.
