@@ -15,7 +15,7 @@ set(standardHeaders
     <utility>
     <vector>)
 
-# Libraries are position-independent and test programs are not, so each kind needs its own precompiled headers.
+# Libraries compile with -fPIC and test programs with -fPIE, so each kind needs its own precompiled headers.
 file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/Precompiled.cpp" CONTENT "")
 add_library(Precompiled OBJECT "${CMAKE_BINARY_DIR}/Precompiled.cpp")
 target_link_libraries(Precompiled PRIVATE OstrelOptions)
