@@ -47,7 +47,7 @@ AgentFigures measureAgent(int refreshes, HostRootFolder::Reports reports) {
   const Process agent({OSTREL_AGENT, "menubar"});
   const Process bareLoop({OSTREL_BARE_LOOP, std::to_string(period.count()), OSTREL_HELPER,
                           root + simulatedstate::transparentProxies, root + simulatedstate::contentFilter});
-  // From the middle between two refreshes on, each sample covers one refresh of both.
+  // Starts midway between two refreshes, so that each sample covers one refresh of both programs.
   std::this_thread::sleep_for(period + period / 2);
   Watch agentWatch(agent);
   Watch bareWatch(bareLoop);

@@ -1,5 +1,5 @@
-// The least that an icon of a desktop program can cost: connect to the display and the session bus, take a
-// name and register it at the tray.
+// The minimal cost of a tray icon: connects to the display and the session bus, takes a name and registers it
+// at the tray.
 
 #include <QDBusConnection>
 #include <QDBusMessage>

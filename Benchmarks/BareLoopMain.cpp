@@ -1,4 +1,4 @@
-// The least that a status poll can cost: start the helper, read its output, reap it, parse it, read two
+// The minimal cost of a status poll: starts the helper, reads its output, reaps it, parses it, reads two
 // files. bare-loop MILLISECONDS HELPER FILE FILE
 
 #include <fcntl.h>

@@ -1,5 +1,5 @@
-// The least that a first window can cost: load the library that draws it, and draw one rectangle without a
-// graphics card. Loaded by ostrel-desktop-bench.
+// The minimal cost of a first window: loads the drawing library and draws one rectangle without a graphics
+// card. Loaded by ostrel-desktop-bench.
 
 #include <QByteArray>
 #include <QQmlApplicationEngine>

@@ -9,16 +9,16 @@ namespace ostrel {
 void printRow(const char* what, const std::string& measured, const std::string& reference,
               const std::string& ratio, const char* bar);
 
-/// A row whose ratio is that of two figures in one unit.
+/// A row with the ratio of two figures in one unit.
 void compare(const char* what, const char* unit, double measured, double reference, const char* bar);
 
-/// A number by a format of printf.
+/// Formats a number with a printf format.
 std::string formatted(const char* format, double value);
 
-/// The upper one of two in the middle.
+/// The median; of two middle values the upper one.
 double median(std::vector<double> values);
 
-/// The report that the figures are about.
+/// The report that the benchmarks decode.
 std::string readReport();
 
 }  // namespace ostrel

@@ -34,7 +34,7 @@ PanelContent reportContent() {
 }
 
 void printDesktop() {
-  // An application object that the desktop's own does not meet.
+  // A separate application object, destroyed before the desktop creates its own.
   int count = 1;
   char name[] = "ostrel-desktop-bench";
   char* arguments[] = {name, nullptr};

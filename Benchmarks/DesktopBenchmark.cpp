@@ -23,7 +23,7 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-/// Sleeps between events, so that what is measured has both cores.
+/// Sleeps between events, so that the measured program has both cores.
 template <class Condition>
 void waitUntil(Condition condition) {
   QTimer deadline;
@@ -41,7 +41,7 @@ void waitFor(std::chrono::milliseconds time) {
   loop.exec();
 }
 
-/// A desktop's tray with the programs that come into it.
+/// A tray and the programs that register with it.
 class Tray {
  public:
   /// Milliseconds from the start of a program to its registration.

@@ -8,7 +8,7 @@
 
 namespace ostrel {
 
-/// What the agent costs on a desktop. Needs a display and a session bus without a tray.
+/// The agent's cost on a desktop. Needs a display and a session bus without a tray.
 struct DesktopFigures {
   double startMilliseconds = 0;      ///< from exec to the registration at the tray, the median of all
   double bareStartMilliseconds = 0;  ///< the same of a program that only registers
@@ -20,8 +20,8 @@ struct DesktopFigures {
 };
 DesktopFigures measureDesktop(int starts, int openings);
 
-/// The first time that a process opens a window, with loading what draws it: milliseconds to the first frame,
-/// the medians of that many processes. Call it before the toolkit is used.
+/// A process's first window, including loading the drawing libraries: milliseconds to the first frame,
+/// medians over that many processes. Call it before the toolkit is used.
 struct FirstOpeningFigures {
   double panelMilliseconds = 0;       ///< from the click
   double bareWindowMilliseconds = 0;  ///< a window with one rectangle

@@ -7,7 +7,7 @@
 
 namespace ostrel {
 
-/// Counts the frames of windows, without linking the library that draws them.
+/// Counts the frames of windows without linking the drawing library.
 class FrameCounter final : public QObject {
   Q_OBJECT
 

@@ -2,10 +2,10 @@
 
 namespace ostrel {
 
-/// How fast the gates of the notifications decide, in readings a second of CPU, the median of some runs.
+/// Speed of the notification gates in readings per second of CPU; median of some runs.
 struct GateFigures {
-  double redReadings = 0;        ///< of a Mac whose protection comes and goes
-  double containerReadings = 0;  ///< of three blocked runtimes, two of them to be told about
+  double redReadings = 0;        ///< of a Mac whose protection turns on and off
+  double containerReadings = 0;  ///< of three blocked runtimes, two of them enabled
 };
 GateFigures measureGates(int readings);
 

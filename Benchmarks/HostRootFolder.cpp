@@ -10,7 +10,7 @@ HostRootFolder::HostRootFolder(Reports reports) {
   ::setenv("OSTREL_HOST_ROOT", path().c_str(), 1);
   medianRunMicroseconds({OSTREL_SIMULATED_ENDPOINT, "scenario", "protected"}, 1);
   if (reports == Reports::changing) return;
-  // Between two check-ins a real endpoint reports the same times; those of the scenario follow the clock.
+  // A real endpoint reports the same times between two check-ins; the scenario's times follow the clock.
   for (const char* time :
        {"checkin.last_success", "health.runtime_trust.knobs.0.last_seen",
         "health.runtime_trust.knobs.1.last_seen", "health.runtime_trust.knobs.2.last_seen"}) {

@@ -4,11 +4,10 @@
 
 namespace ostrel {
 
-/// A host root of the benchmark's own with the scenario "protected", which the programs that it starts use.
-/// Gone with this.
+/// A temporary host root with the scenario "protected" for the started programs; the destructor removes it.
 class HostRootFolder {
  public:
-  /// Whether two reports of the helper are the same; times of `changing` ones move on with the clock.
+  /// Whether the helper's reports stay the same or, when `changing`, contain times that follow the clock.
   enum class Reports { equal, changing };
 
   explicit HostRootFolder(Reports reports = Reports::equal);

@@ -25,7 +25,7 @@ double cpuMilliseconds() {
   return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
-/// Nudges of an enrolled Mac with a network that goes back and forth.
+/// Check-in nudges of an enrolled Mac whose network keeps changing.
 class MovingMac {
  public:
   MovingMac(MainQueue& queue, Clock& clock)

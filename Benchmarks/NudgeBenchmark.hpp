@@ -2,10 +2,10 @@
 
 namespace ostrel {
 
-/// What a network costs that changes over and over.
+/// The cost of a burst of network changes.
 struct NudgeFigures {
   double milliseconds = 0;  ///< of CPU for all changes, the median of some bursts
-  int checkIns = 0;         ///< that one burst leads to
+  int checkIns = 0;         ///< caused by one burst
 };
 NudgeFigures measureNudges(int pathChanges);
 

@@ -95,7 +95,7 @@ class OwnDesktop {
   std::unique_ptr<Desktop> desktop_;
 };
 
-/// What a desktop in a process of its own measures.
+/// Measures a desktop in a separate process.
 double measureElsewhere(const std::function<double(OwnDesktop&)>& open) {
   std::array<int, 2> pipe{};
   if (::pipe(pipe.data()) != 0) throw std::runtime_error("no pipe");
@@ -103,15 +103,15 @@ double measureElsewhere(const std::function<double(OwnDesktop&)>& open) {
   if (child == 0) {
     OwnDesktop desktop;
     const double milliseconds = open(desktop);
-    const bool isTold = ::write(pipe[1], &milliseconds, sizeof milliseconds) == sizeof milliseconds;
-    std::_Exit(isTold ? 0 : 1);
+    const bool isSent = ::write(pipe[1], &milliseconds, sizeof milliseconds) == sizeof milliseconds;
+    std::_Exit(isSent ? 0 : 1);
   }
   ::close(pipe[1]);
   double milliseconds = 0;
-  const bool isTold = ::read(pipe[0], &milliseconds, sizeof milliseconds) == sizeof milliseconds;
+  const bool isReceived = ::read(pipe[0], &milliseconds, sizeof milliseconds) == sizeof milliseconds;
   ::close(pipe[0]);
   if (child > 0) ::waitpid(child, nullptr, 0);
-  if (!isTold) throw std::runtime_error("the window does not open");
+  if (!isReceived) throw std::runtime_error("the window does not open");
   return milliseconds;
 }
 

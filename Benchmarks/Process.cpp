@@ -37,7 +37,7 @@ pid_t spawn(const std::vector<std::string>& command) {
   return pid;
 }
 
-/// The numbers behind every "name:" of a status file.
+/// The numbers after every "name:" of a status file.
 std::uint64_t statusNumbers(const std::filesystem::path& file, const std::vector<std::string>& names) {
   std::ifstream lines(file);
   std::uint64_t sum = 0;

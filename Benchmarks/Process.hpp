@@ -9,7 +9,7 @@
 
 namespace ostrel {
 
-/// A program that the benchmark watches from outside. Killed when this ends.
+/// A child process that the benchmark measures; the destructor kills it.
 class Process {
  public:
   /// Starts it with an empty standard input, and its output and errors discarded. Throws std::runtime_error.
@@ -18,16 +18,16 @@ class Process {
   Process(const Process&) = delete;
   Process& operator=(const Process&) = delete;
 
-  /// CPU time of all its living threads.
+  /// CPU time of all its current threads.
   std::chrono::nanoseconds cpuTime() const;
 
-  /// Context switches of all its living threads, voluntary or not.
+  /// Context switches of all its current threads, voluntary or not.
   std::uint64_t contextSwitches() const;
 
   /// Resident memory in KiB.
   std::uint64_t residentKiB() const;
 
-  /// Memory in KiB by a name of smaps_rollup: "Rss", "Private_Dirty".
+  /// Memory in KiB by the name in smaps_rollup: "Rss", "Private_Dirty".
   std::uint64_t memoryKiB(const std::string& name) const;
 
  private:

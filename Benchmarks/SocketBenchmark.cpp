@@ -42,7 +42,7 @@ sockaddr_un addressOf(const std::string& path) {
 
 const sockaddr* generic(const sockaddr_un& address) { return reinterpret_cast<const sockaddr*>(&address); }
 
-/// Reads until the bytes end a line; false when they do not.
+/// Reads until a line feed; false when none arrives.
 bool readLine(int socket) {
   char buffer[4096];
   for (ssize_t count = 0; (count = ::read(socket, buffer, sizeof buffer)) > 0;) {
@@ -55,7 +55,7 @@ bool writeWhole(int socket, const std::string& message) {
   return ::write(socket, message.data(), message.size()) == static_cast<ssize_t>(message.size());
 }
 
-/// A folder with a socket in it, whose server answers each request the same.
+/// A folder with a socket whose server sends the same response to every request.
 class Server {
  public:
   Server() {

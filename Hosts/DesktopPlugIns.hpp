@@ -8,11 +8,11 @@
 
 namespace ostrel {
 
-/// The bundle's Shell plug-in; a sentence when it is missing, damaged or of another build.
+/// The bundle's Shell plug-in, or an error text when it is missing, damaged or from another build.
 [[nodiscard]] std::expected<const ShellPlugIn*, std::string> loadShellPlugIn(const Bundle& bundle);
 
-/// What the Shell plug-in needs of a bundle; the descriptors stay open to the caller. The bundle must outlive
-/// it.
+/// The bundle's files that the Shell plug-in needs. The caller keeps the descriptors; the bundle must outlive
+/// the result.
 DesktopServices desktopServices(const Bundle& bundle, Log& log);
 
 }  // namespace ostrel

@@ -48,14 +48,13 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::size_t backgroundThreads = 8;
-// Four runs under way, and as many threads that are stuck in runs that are over.
+// At most four running status runs, plus four threads stuck in runs that were given up.
 constexpr std::size_t statusThreads = 8;
 constexpr std::chrono::milliseconds graceForBackgroundWork{1000};
-// Larger blocks go back to the system when they are freed, such as the output of a helper that writes
-// megabytes.
+// Larger blocks, such as megabytes of helper output, return to the system when they are freed.
 constexpr int largestHeapBlock = 1 << 20;
 
-/// True where the environment names a display, or a platform of the toolkit's own.
+/// True when the environment names a display or a platform plug-in of the toolkit.
 bool namesDisplay() {
   for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
     const char* value = std::getenv(name);
@@ -68,7 +67,7 @@ std::string realMenuBarLock(const HostRoot& root) {
   return root.realPath(root.home() + "/Library/Application Support/tech.brenn.ostrel-agent/menubar.lock");
 }
 
-/// What the shell uses of its host.
+/// The host's services that a shell uses.
 struct ShellHost {
   const TerminationSignals& signals;
   PosixMainQueue& mainQueue;
@@ -79,7 +78,7 @@ struct ShellHost {
   const OverridesWatch& overridesWatch;
 };
 
-/// The desktop where there is one, else the console.
+/// Opens the desktop shell when there is a display, else the console.
 class LinuxShell {
  public:
   LinuxShell(ShellMode mode, ShellHost host)
@@ -92,7 +91,7 @@ class LinuxShell {
   const ShellServices& services() const { return services_; }
 
  private:
-  /// No desktop, with a line in the log, where its plug-in is missing, damaged or of another build.
+  /// Null, with a log line, when the plug-in is missing, damaged or from another build.
   std::unique_ptr<Desktop> makeDesktop() {
     auto services = desktopServices(host_.bundle, host_.log);
     services.queueDescriptor = host_.mainQueue.descriptor();
@@ -138,11 +137,11 @@ class LinuxShell {
   FrontSignal frontSignal_{host_.mainQueue, [this] { services_.shell.activate(); }};
 };
 
-/// Linux with the simulated Mac beneath the host root.
+/// The Linux host: it runs the simulated Mac beneath the host root.
 class LinuxHost final : public HostLifetime {
  public:
   LinuxHost() {
-    // One heap for all threads: they rarely allocate at once, and a second one would be cold at every
+    // One malloc arena for all threads: they rarely allocate at once, and a second would be cold at every
     // refresh.
     (void)::mallopt(M_ARENA_MAX, 1);
     (void)::mallopt(M_MMAP_THRESHOLD, largestHeapBlock);
@@ -150,7 +149,7 @@ class LinuxHost final : public HostLifetime {
   LinuxHost(const LinuxHost&) = delete;
   LinuxHost& operator=(const LinuxHost&) = delete;
 
-  // The queues are joined next, as the last members; no child or daemon may keep their threads waiting.
+  // The queues are destroyed next and join their threads, so nothing may block on a child or the daemon.
   ~LinuxHost() override {
     childProcesses_.endAll();
     unixSockets_.endAll();

@@ -69,8 +69,7 @@ std::shared_ptr<StatusRefresher> statusRefresher(const Host& host, const ShellSe
       helperRunner(host), loads);
 }
 
-/// Serves the controller until the shell terminates. Nothing starts or publishes any more when the host shuts
-/// down.
+/// Runs the controller until the shell terminates; the controller is destroyed before the host shuts down.
 template <class Controller>
 int serve(HostLifetime& lifetime, const ShellServices& shell, std::shared_ptr<Controller> controller) {
   const int status = shell.shell.run();
@@ -79,7 +78,7 @@ int serve(HostLifetime& lifetime, const ShellServices& shell, std::shared_ptr<Co
   return status;
 }
 
-/// What the menu-bar role is composed of.
+/// The long-lived objects of the menu-bar role.
 struct MenuBarRole {
   std::shared_ptr<PanelActionRunner> runner;
   std::shared_ptr<MenuBarController> controller;
@@ -161,7 +160,7 @@ int runRelaunch(HostLifetime& lifetime) {
   return serve(lifetime, shell, std::move(controller));
 }
 
-/// True when another process shows the window, which is brought to the front.
+/// True when another process has the window open and was brought to the front.
 bool isShownByAnother(const Host& host) {
   const auto other = runningRepairFlow(host.userDefaults, host.workspace);
   if (!other || !bringRepairFlowToFront(*other, host.workspace, host.log)) return false;
@@ -221,8 +220,7 @@ int runController(HostLifetime& lifetime, Controller::Command command) {
   return serve(lifetime, shell, std::move(controller));
 }
 
-/// The command for the state of this Mac. Its questions to the daemon may take long; a signal ends the
-/// process meanwhile.
+/// The command for the state of this Mac. Blocks on the daemon, while a signal still ends the process.
 std::string commandForThisMac(const Host& host) {
   const auto daemon = controlSocket(host);
   return defaultCommand({.isTrustPending = [&daemon] { return daemon.queryTrustPending(); },

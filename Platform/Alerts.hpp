@@ -7,11 +7,11 @@
 
 namespace ostrel {
 
-/// A question, or news that the person has to take note of.
+/// A question or a message that the user has to acknowledge.
 struct Alert {
   std::string title;
   std::string text;
-  std::vector<std::string> buttons;  ///< at least one; the first is that of the Return key
+  std::vector<std::string> buttons;  ///< at least one; the Return key presses the first
 
   bool operator==(const Alert&) const = default;
 };
@@ -21,8 +21,8 @@ class Alerts {
  public:
   virtual ~Alerts() = default;
 
-  /// Shows the alert, after those that are shown already. The completion gets the index of the button, the
-  /// last one's when the alert is closed without any; it runs once, never inside the call.
+  /// Shows the alert after those already shown. The completion gets the index of the pressed button, or of
+  /// the last one when the alert is closed; it runs once, never inside the call.
   virtual void show(const Alert& alert, std::function<void(std::size_t)> completion) = 0;
 };
 

@@ -2,7 +2,7 @@
 
 namespace ostrel {
 
-/// The look of what lies behind the program's own drawing (NSAppearance's best match of aqua and dark aqua).
+/// The appearance of the background behind the program's drawings (NSAppearance: aqua or dark aqua).
 enum class Appearance { light, dark };
 
 }  // namespace ostrel

@@ -6,8 +6,8 @@ namespace ostrel {
 
 enum class QualityOfService { utility, userInitiated };
 
-/// A bounded pool of threads for work that blocks (a global dispatch queue). Waiting work starts in the order
-/// of its quality of service, then of its arrival.
+/// A bounded thread pool for blocking work (a global dispatch queue). Waiting work starts by quality of
+/// service, then by arrival.
 class BackgroundQueue {
  public:
   virtual ~BackgroundQueue() = default;

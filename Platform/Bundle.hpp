@@ -19,8 +19,8 @@ class Bundle {
   /// The program's own executable.
   virtual std::string executablePath() const = 0;
 
-  /// Bytes of the table "Contents/Resources/<language>.lproj/<name>.strings" in the person's language;
-  /// nothing when the bundle has no such table, an error when it cannot be read.
+  /// Bytes of the table "Contents/Resources/<language>.lproj/<name>.strings" in the user's language; nullopt
+  /// when the bundle has no such table, an error when it cannot be read.
   [[nodiscard]] virtual std::expected<std::optional<std::string>, PlatformError> localizedTable(
       const std::string& name) const = 0;
 

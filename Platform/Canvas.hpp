@@ -59,10 +59,10 @@ struct Polygon {
 
 using CanvasPath = std::variant<canvaspath::Oval, canvaspath::RoundedRect, canvaspath::Polygon>;
 
-/// How what is drawn joins what is there (NSCompositingOperation).
+/// How a shape is combined with the image below it (NSCompositingOperation).
 enum class Compositing { sourceOver, sourceAtop, destinationOut };
 
-/// An image that is being drawn, transparent at first (NSImage with its graphics context).
+/// An initially transparent image to draw on (NSImage with its graphics context).
 class Canvas {
  public:
   virtual ~Canvas() = default;
@@ -77,8 +77,8 @@ class Canvas {
   virtual void stroke(const CanvasPath& path, double lineWidth, CanvasColor color,
                       Compositing compositing) = 0;
 
-  /// Draws a text as large as it fits into the rectangle, in that colour where it has none of its own. False
-  /// when no font has it; then nothing is drawn.
+  /// Draws a text as large as fits into the rectangle; the colour is for glyphs without colours of their own.
+  /// False when no font has the text; then nothing is drawn.
   [[nodiscard]] virtual bool drawText(std::string_view text, const CanvasRect& rect, CanvasColor color) = 0;
 };
 

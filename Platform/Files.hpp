@@ -15,30 +15,30 @@ class Files {
  public:
   virtual ~Files() = default;
 
-  /// True when something is at the path.
+  /// True when the path exists.
   virtual bool exists(const std::string& path) const = 0;
 
-  /// True when a plain file that this user may execute is at the path.
+  /// True when the path is a regular file that this user may execute.
   virtual bool isExecutableFile(const std::string& path) const = 0;
 
-  /// All bytes of a file.
+  /// Reads all bytes of a file.
   [[nodiscard]] virtual std::expected<std::string, PlatformError> read(const std::string& path) const = 0;
 
-  /// Replaces the file in one step; on failure the earlier file stays as it was.
+  /// Replaces the file atomically; on failure the old file stays unchanged.
   [[nodiscard]] virtual std::expected<void, PlatformError> writeAtomically(const std::string& path,
                                                                            std::string_view bytes) = 0;
 
-  /// Makes a file that only this user may read and write; fails when anything is at the path.
+  /// Creates a file that only this user may read and write; fails when the path exists.
   [[nodiscard]] virtual std::expected<void, PlatformError> createPrivately(const std::string& path,
                                                                            std::string_view bytes) = 0;
 
-  /// Makes a folder with its missing parents; one that is there already is a success.
+  /// Creates a folder with its missing parents; succeeds when it exists.
   [[nodiscard]] virtual std::expected<void, PlatformError> makeFolders(const std::string& path) = 0;
 
-  /// Removes a file; one that is missing is a success.
+  /// Removes a file; succeeds when it is missing.
   [[nodiscard]] virtual std::expected<void, PlatformError> remove(const std::string& path) = 0;
 
-  /// Modification time, or nothing when the file is missing.
+  /// Modification time, or nullopt when the file is missing.
   virtual std::optional<Date> modificationTime(const std::string& path) const = 0;
 };
 

@@ -34,8 +34,7 @@ namespace ostrel {
 struct Host {
   MainQueue& mainQueue;
   BackgroundQueue& backgroundQueue;
-  BackgroundQueue&
-      statusQueue;  ///< its threads serve status runs alone, so that a hung helper blocks nothing else
+  BackgroundQueue& statusQueue;  ///< for status runs only: a hung helper blocks nothing else
   Clock& clock;
   ChildProcesses& childProcesses;
   Files& files;
@@ -65,10 +64,10 @@ struct ShellServices {
   SystemWake& systemWake;
 };
 
-/// What the shell of a process serves.
+/// How much of a shell a process needs.
 enum class ShellMode {
-  queueOnly,    ///< the main queue alone
-  hidden,       ///< the desktop, where there is one, with nothing to see and no commands to read
+  queueOnly,    ///< the main queue only
+  hidden,       ///< the desktop, if any, without windows or console commands
   interactive,  ///< a screen or a console
 };
 
@@ -79,17 +78,16 @@ class HostLifetime {
 
   virtual const Host& services() = 0;
 
-  /// Opens the shell, at most once. Until then a signal ends the process at once; from then on the shell's
-  /// loop handles it.
+  /// Opens the shell; call at most once. Before this call a signal ends the process at once; after it the
+  /// shell's loop handles signals.
   virtual const ShellServices& openShell(ShellMode mode) = 0;
 
-  /// Closes the shell with everything it shows, ends the children and gives background work a second. Where
-  /// some is stuck the process exits here with the status. Call it last, when nothing uses the services any
-  /// more.
+  /// Closes the shell, ends the children and gives background work a second; if some is stuck, the process
+  /// exits here with the status. Call it last, when nothing uses the services.
   virtual void shutDown(int status) = 0;
 };
 
-/// The host of this platform; one a process.
+/// Creates the host of this platform; one per process.
 std::unique_ptr<HostLifetime> makeHost();
 
 }  // namespace ostrel

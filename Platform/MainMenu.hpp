@@ -8,8 +8,8 @@ namespace ostrel {
 /// An entry of a menu. One without a title is a separator.
 struct MenuEntry {
   std::string_view title;
-  std::string_view action;         ///< what the view with the focus is asked to do
-  std::string_view keyEquivalent;  ///< with the command key; a capital letter with shift, too
+  std::string_view action;         ///< the action sent to the focused view
+  std::string_view keyEquivalent;  ///< pressed with Command; a capital letter also with Shift
 
   bool operator==(const MenuEntry&) const = default;
 };

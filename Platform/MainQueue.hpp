@@ -6,11 +6,11 @@
 
 namespace ostrel {
 
-/// Keeps scheduled work alive: when the last copy goes, the work no longer runs.
+/// Keeps scheduled work alive: destroying the last copy cancels it.
 using ScheduledWork = std::shared_ptr<void>;
 
 /// The main thread's queue (the main dispatch queue and run-loop timers). Work runs on the main thread, never
-/// inside the call that hands it over.
+/// inside the call that posts it.
 class MainQueue {
  public:
   virtual ~MainQueue() = default;
@@ -21,7 +21,7 @@ class MainQueue {
   /// Runs the work once after the delay. Main thread.
   [[nodiscard]] virtual ScheduledWork after(std::chrono::milliseconds delay, std::function<void()> work) = 0;
 
-  /// Runs the work at every period, first after one period; late ticks are not made up for. Main thread.
+  /// Runs the work once per period, first after one period; missed ticks are skipped. Main thread.
   [[nodiscard]] virtual ScheduledWork every(std::chrono::milliseconds period, std::function<void()> work) = 0;
 };
 

@@ -23,10 +23,10 @@ struct OnDemandRule {
 /// One transparent-proxy configuration of this program.
 struct TransparentProxyConfiguration {
   bool enabled = false;
-  bool connected = false;       ///< its connection's status is "connected"; not a thing to save
-  std::string identifier = {};  ///< the host's own; empty for one that was never saved
+  bool connected = false;       ///< its connection's status is "connected"; never saved
+  std::string identifier = {};  ///< set by the host; empty until first saved
   std::string providerBundleIdentifier = {};
-  std::string serverAddress = {};          ///< a text to show
+  std::string serverAddress = {};          ///< for display only
   std::string providerConfiguration = {};  ///< a JSON object
   std::string localizedDescription = {};
   std::vector<OnDemandRule> onDemandRules = {};
@@ -50,7 +50,7 @@ struct ContentFilterConfiguration {
 /// Domain of the errors of transparent proxies.
 inline constexpr const char* vpnErrorDomain = "NEVPNErrorDomain";
 
-/// Why the transparent proxies could not be loaded, with those that came in spite of it.
+/// Why the transparent proxies could not be loaded, with those that were loaded nevertheless.
 struct TransparentProxiesError : PlatformError {
   TransparentProxiesError(PlatformError error, std::vector<TransparentProxyConfiguration> those = {})
       : PlatformError(std::move(error)), arrived(std::move(those)) {}
@@ -74,7 +74,7 @@ class NetworkPreferences {
 
   virtual void loadTransparentProxies(std::function<void(TransparentProxies)> completion) = 0;
 
-  /// Saves a configuration that was loaded, or a new one; gives it as saved, with its identifier.
+  /// Saves a loaded or new configuration; the completion gets it as saved, with its identifier.
   virtual void saveTransparentProxy(
       const TransparentProxyConfiguration& configuration,
       std::function<void(std::expected<TransparentProxyConfiguration, PlatformError>)> completion) = 0;
@@ -86,7 +86,7 @@ class NetworkPreferences {
 
   virtual void loadContentFilter(std::function<void(ContentFilter)> completion) = 0;
 
-  /// Saves the one filter of this program, which is made if there is none.
+  /// Saves the program's filter and creates it if there is none.
   virtual void saveContentFilter(const ContentFilterConfiguration& configuration,
                                  std::function<void(Done)> completion) = 0;
 };

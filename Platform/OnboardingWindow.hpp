@@ -8,11 +8,11 @@ namespace ostrel {
 enum class OnboardingAction;
 struct OnboardingContent;
 
-/// What the person does with the onboarding and repair window.
+/// Events of the onboarding and repair window.
 struct OnboardingWindowEvents {
-  /// A button; with what stands in the token field, which no one else is to keep.
+  /// A button was pressed; with the text of the token field, which must not be stored.
   std::function<void(OnboardingAction, const std::string& token)> pressed;
-  /// The window is closed, by the person or by `close`. Once.
+  /// The window was closed, by the user or by `close`. Runs once.
   std::function<void()> closed;
 };
 
@@ -24,7 +24,7 @@ class OnboardingWindow {
   /// Opens the window in the middle of the screen and gives it the focus.
   virtual void open(const OnboardingContent& content, OnboardingWindowEvents events) = 0;
 
-  /// Draws the content into the open window; what has not changed is not drawn again.
+  /// Draws the content into the open window; unchanged parts are not drawn again.
   virtual void update(const OnboardingContent& content) = 0;
 
   /// Empties the token field.

@@ -9,7 +9,7 @@ class Pasteboard {
  public:
   virtual ~Pasteboard() = default;
 
-  /// Puts the text, in UTF-8, in place of all that is on the pasteboard.
+  /// Replaces the pasteboard's contents by the UTF-8 text.
   virtual void setText(std::string_view text) = 0;
 };
 

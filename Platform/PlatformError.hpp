@@ -4,7 +4,7 @@
 
 namespace ostrel {
 
-/// A failure of the host: the number only means something together with its domain.
+/// A failure of the host: the code has a meaning only together with its domain.
 struct PlatformError {
   std::string domain;
   int code = 0;

@@ -21,12 +21,12 @@ class Screens {
   /// Opens the panel below the status item.
   virtual void openPanel(const PanelContent& content) = 0;
 
-  /// Draws the content into the open panel; what has not changed is not drawn again.
+  /// Draws the content into the open panel; unchanged parts are not drawn again.
   virtual void updatePanel(const PanelContent& content) = 0;
 
   virtual void closePanel() = 0;
 
-  /// Height in points of the status item's screen, menu bar excluded; nothing without a screen.
+  /// Height in points of the status item's screen without the menu bar; nullopt without a screen.
   virtual std::optional<double> visibleHeight() const = 0;
 };
 

@@ -16,13 +16,13 @@ class Shell {
   /// Regular applications show in the Dock and have a menu bar; accessory ones do not.
   virtual void setActivationPolicy(ActivationPolicy policy) = 0;
 
-  /// The menu bar of a regular application. A system without one gives its text fields their keys itself.
+  /// Sets the menu bar of a regular application. Ignored on systems without one.
   virtual void setMainMenu(const std::vector<Menu>& menus) = 0;
 
-  /// Serves the main queue and the person until `terminate`; gives the exit status of the process.
+  /// Runs the main loop until `terminate`; returns the exit status of the process.
   virtual int run() = 0;
 
-  /// Ends `run`, which gives the status, once the work at hand is done. The first status counts. Any thread.
+  /// Makes `run` return the status after the current work. The first status counts. Any thread.
   virtual void terminate(int status = 0) = 0;
 
   /// Brings the application to the front.

@@ -8,18 +8,18 @@
 
 namespace ostrel {
 
-/// Keeps a role of the program to one process a person.
+/// Limits a role of the program to one process per user.
 class SingleInstance {
  public:
-  /// The role is the process's own while this lives, which may be longer than the host. A process that ends,
-  /// in whatever way, gives it up.
+  /// The process holds the role while this lives, which may be longer than the host. Any exit of the process
+  /// releases it.
   using Claim = std::shared_ptr<void>;
 
   virtual ~SingleInstance() = default;
 
-  /// Claims the role, and waits that long for a process that has it to end. No claim when it has not; an
-  /// error when nothing can be claimed here. Blocks.
-  [[nodiscard]] virtual std::expected<Claim, PlatformError> claim(std::chrono::milliseconds patience) = 0;
+  /// Claims the role, waiting up to that time for the process that holds it. Null when it still does; an
+  /// error when claiming fails. Blocks.
+  [[nodiscard]] virtual std::expected<Claim, PlatformError> claim(std::chrono::milliseconds timeout) = 0;
 };
 
 }  // namespace ostrel

@@ -4,12 +4,12 @@
 
 namespace ostrel {
 
-/// The process's own standard output and error. Any thread; a stream that cannot be written loses the text.
+/// The process's standard output and error. Any thread; text that cannot be written is lost.
 class StandardStreams {
  public:
   virtual ~StandardStreams() = default;
 
-  /// Writes the text as it stands, at once.
+  /// Writes the text unchanged and unbuffered.
   virtual void writeOutput(std::string_view text) = 0;
   virtual void writeError(std::string_view text) = 0;
 };

@@ -17,17 +17,17 @@ class StatusItem {
  public:
   virtual ~StatusItem() = default;
 
-  /// What the item calls, on the main thread, never inside one of its own operations.
+  /// Callbacks of the item, on the main thread, never inside one of its own calls.
   struct Events {
     std::function<void()> clicked;
     std::function<void()> appearanceChanged;
     std::function<void(const PanelButton&)> menuPressed;
   };
 
-  /// Puts the item into the menu bar. Call once, before everything else.
+  /// Puts the item into the menu bar. Call once, before all others.
   virtual void install(Events events) = 0;
 
-  /// Of the menu bar; nothing as long as it is not known.
+  /// Appearance of the menu bar; nullopt while unknown.
   virtual std::optional<Appearance> appearance() const = 0;
 
   /// True when the item can draw the glyph image of that name from the bundle's resources.
@@ -39,7 +39,7 @@ class StatusItem {
   /// Shows the icon with its text as tooltip and accessible label.
   virtual void show(const MenuBarIcon& icon) = 0;
 
-  /// The item's own menu, where the desktop gives it one besides the click.
+  /// Sets the item's menu, on desktops that offer one besides the click.
   virtual void showMenu(const std::vector<PanelButton>& buttons) = 0;
 };
 

@@ -9,20 +9,20 @@ namespace ostrel {
 
 enum class SystemExtensionAction { activation, deactivation };
 
-/// How a request went well; the numbers are the platform's.
+/// How a request succeeded; the numbers are the platform's.
 enum class SystemExtensionResult { completed = 0, completesAfterReboot = 1 };
 
 /// What to do when another version of the extension is installed.
 enum class SystemExtensionReplacement { cancel, replace };
 
-/// Told how a request goes on (OSSystemExtensionRequestDelegate). Main thread, never inside `submit`.
+/// Receives the progress of a request (OSSystemExtensionRequestDelegate). Main thread, never inside `submit`.
 class SystemExtensionDelegate {
  public:
   virtual ~SystemExtensionDelegate() = default;
 
   virtual SystemExtensionReplacement replacementOfInstalled() = 0;
 
-  /// The person has to approve; the request goes on by itself once that has happened.
+  /// The user has to approve; the request then continues on its own.
   virtual void needsUserApproval() = 0;
 
   virtual void finished(SystemExtensionResult result) = 0;
@@ -34,7 +34,7 @@ class SystemExtensions {
  public:
   virtual ~SystemExtensions() = default;
 
-  /// Hands the request to the system. The delegate hears nothing more once it is gone.
+  /// Submits the request to the system. A destroyed delegate is not called.
   virtual void submit(SystemExtensionAction action, const std::string& identifier,
                       std::weak_ptr<SystemExtensionDelegate> delegate) = 0;
 };

@@ -6,7 +6,7 @@
 
 namespace ostrel {
 
-/// Times in the person's language and local time (DateFormatter). Any thread.
+/// Formats times in the user's language and local time (DateFormatter). Any thread.
 class TimeFormat {
  public:
   virtual ~TimeFormat() = default;

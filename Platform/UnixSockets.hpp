@@ -17,21 +17,21 @@ struct ErrorNumber {
   bool operator==(const ErrorNumber&) const = default;
 };
 
-/// One Unix-domain stream socket. Each call is one of the system's, repeated by nobody; the end closes it.
+/// A Unix-domain stream socket. Each call is one system call without retries; the destructor closes it.
 class UnixSocket {
  public:
   virtual ~UnixSocket() = default;
 
-  /// Limits every later read and write, and a connect that has to wait; what takes longer fails. A limit that
-  /// cannot be set is left out.
+  /// Limits the time of every later read, write and waiting connect; a longer one fails. A limit that cannot
+  /// be set is ignored.
   virtual void setTimeouts(std::chrono::milliseconds receive, std::chrono::milliseconds send) = 0;
 
   [[nodiscard]] virtual std::expected<void, ErrorNumber> connect(const std::string& path) = 0;
 
-  /// Gives the number of bytes written. A peer that is gone is an error, never a signal.
+  /// Returns the number of bytes written. A closed peer is an error, never a signal.
   [[nodiscard]] virtual std::expected<std::size_t, ErrorNumber> write(std::string_view bytes) = 0;
 
-  /// Gives the number of bytes read into the buffer, 0 once the peer has closed.
+  /// Returns the number of bytes read into the buffer, 0 once the peer has closed.
   [[nodiscard]] virtual std::expected<std::size_t, ErrorNumber> read(std::span<char> buffer) = 0;
 };
 

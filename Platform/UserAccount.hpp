@@ -5,7 +5,7 @@
 
 namespace ostrel {
 
-/// The person whose Mac session the process belongs to. Paths have no slash at the end.
+/// The user in whose login session the process runs. Paths have no trailing slash.
 struct UserAccount {
   std::string homeFolder;
   std::string temporaryFolder;

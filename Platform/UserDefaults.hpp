@@ -22,17 +22,17 @@ class UserDefaults {
  public:
   virtual ~UserDefaults() = default;
 
-  /// The stored value, or nothing when the key is missing or the settings cannot be read.
+  /// The stored value, or nullopt when the key is missing or the settings cannot be read.
   virtual std::optional<DefaultsValue> value(const std::string& key) const = 0;
 
-  /// Stores a value. On failure nothing that was stored is lost.
+  /// Stores a value. On failure the stored settings stay unchanged.
   [[nodiscard]] virtual std::expected<void, PlatformError> set(const std::string& key,
                                                                DefaultsValue value) = 0;
 
-  /// Removes a key; one that is missing is a success.
+  /// Removes a key; succeeds when it is missing.
   [[nodiscard]] virtual std::expected<void, PlatformError> remove(const std::string& key) = 0;
 
-  /// The stored value as a T, or nothing when it is missing or of another type.
+  /// The stored value as a T, or nullopt when it is missing or of another type.
   template <class T>
   std::optional<T> get(const std::string& key) const {
     auto stored = value(key);

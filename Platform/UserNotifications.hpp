@@ -9,7 +9,7 @@
 
 namespace ostrel {
 
-/// What the person has decided about notifications of the program; the numbers are the platform's.
+/// The user's decision about the program's notifications; the numbers are the platform's.
 enum class NotificationAuthorization { notDetermined = 0, denied = 1, authorized = 2 };
 
 /// A button of a notification. Pressing it brings the program to the front.
@@ -20,7 +20,7 @@ struct NotificationAction {
   bool operator==(const NotificationAction&) const = default;
 };
 
-/// A kind of notification, with the buttons that its notifications have.
+/// A category of notifications with its buttons.
 struct NotificationCategory {
   std::string identifier;
   std::vector<NotificationAction> actions;
@@ -31,43 +31,43 @@ struct NotificationCategory {
 enum class NotificationSound { none, standard };
 
 struct UserNotification {
-  std::string identifier;  ///< a later notification of the same identifier takes its place
+  std::string identifier;  ///< a later notification with the same identifier replaces it
   std::string title;
   std::string body;
-  std::string category;  ///< identifier of a registered one
+  std::string category;  ///< identifier of a registered category
   NotificationSound sound = NotificationSound::none;
 
   bool operator==(const UserNotification&) const = default;
 };
 
-/// What the person did with a notification.
+/// The user's response to a notification.
 struct NotificationResponse {
   enum class Case { opened, dismissed, action };
 
   Case kind = Case::opened;  ///< `opened` by a click on its body
   std::string category;
-  std::string action = {};  ///< identifier of the pressed button, of `action`
+  std::string action = {};  ///< identifier of the pressed button, for `action`
 };
 
-/// Notifications to the person (UNUserNotificationCenter). Main thread; completions run there, never inside
-/// the call.
+/// Notifications to the user (UNUserNotificationCenter). Main thread; completions run there, never inside the
+/// call.
 class UserNotifications {
  public:
   virtual ~UserNotifications() = default;
 
   virtual void readAuthorization(std::function<void(NotificationAuthorization)> completion) = 0;
 
-  /// Asks the person for alerts with sound; the completion tells whether the question could be asked.
+  /// Asks the user to allow alerts with sound; the completion reports whether the question could be asked.
   virtual void requestAuthorization(std::function<void(std::expected<void, PlatformError>)> completion) = 0;
 
-  /// Makes these all the kinds there are.
+  /// Replaces the registered categories.
   virtual void registerCategories(std::vector<NotificationCategory> categories) = 0;
 
-  /// Takes what the person does with notifications, in place of an earlier receiver.
+  /// Sets the receiver of the user's responses, in place of an earlier one.
   virtual void onResponse(std::function<void(const NotificationResponse&)> receiver) = 0;
 
-  /// Shows the notification now, as a banner also while the program is in front. The completion tells whether
-  /// it was accepted, which it is without the person's authorization, too.
+  /// Shows the notification now, as a banner also while the program is in front. The completion reports
+  /// whether it was accepted, which is also the case without the user's authorization.
   virtual void post(const UserNotification& notification,
                     std::function<void(std::expected<void, PlatformError>)> completion) = 0;
 };

@@ -5,15 +5,15 @@
 
 namespace ostrel {
 
-/// The person's session beyond this program (NSWorkspace, NSRunningApplication, ProcessInfo). Main thread.
+/// The user's session outside this program (NSWorkspace, NSRunningApplication, ProcessInfo). Main thread.
 class Workspace {
  public:
   virtual ~Workspace() = default;
 
-  /// Number before the first dot of the system's version.
+  /// Major version of the operating system.
   virtual int systemMajorVersion() const = 0;
 
-  /// Opens the URL with the program that is there for it; false when it cannot be opened.
+  /// Opens the URL with its default program; false when it cannot be opened.
   [[nodiscard]] virtual bool openUrl(const std::string& url) = 0;
 
   /// The id of this process.

@@ -22,7 +22,7 @@ OnboardingFlowModel modelAt(OnboardingStage stage, OnboardingMode mode = Onboard
   return model;
 }
 
-/// A Mac of which the helper and the network preferences tell.
+/// A Mac with readable helper output and network preferences.
 SetupObservation observed(std::string state, std::string code, bool filterIsOn) {
   SetupObservation observation;
   observation.statusRead = observation.enrolled = observation.daemonListening = true;

@@ -11,7 +11,7 @@ namespace ostrel {
 /// The names of the stages that the onboarding window can be shown at, in the order of a setup.
 std::span<const std::string_view> onboardingStageNames();
 
-/// What the window shows at the stage of that name; nothing for an unknown one.
+/// The window's content at the stage of that name; nullopt for an unknown name.
 std::optional<OnboardingContent> onboardingAt(std::string_view stage);
 
 }  // namespace ostrel

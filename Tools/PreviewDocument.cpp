@@ -22,9 +22,9 @@ struct Filter {
   bool enabled = false;
 };
 
-/// A report with what the agent learns elsewhere. A bare report is read as one that gives nothing else.
+/// A report with the agent's other inputs, which are absent in a bare report.
 struct Envelope {
-  std::optional<StatusReport> report;  ///< nothing when the helper printed none that can be read
+  std::optional<StatusReport> report;  ///< absent when the helper printed no readable report
   std::optional<std::int64_t> helperStatus;
   std::optional<std::vector<Proxy>> transparentProxies;
   std::optional<Filter> egressFilter;
@@ -50,11 +50,11 @@ void read(const JsonReader& reader, Envelope& envelope) {
   reader.optional("mdm_enrolled", envelope.mdmEnrolled);
   reader.optional("running_container_runtimes", envelope.runningContainerRuntimes);
   reader.optional("now", envelope.now);
-  // The agent does not look at the output of a helper that failed.
+  // The agent ignores the output of a failed helper.
   if (envelope.helperStatus.value_or(0) == 0) reader.optional("report", envelope.report);
 }
 
-/// An object with "report", or one that gives something else of an envelope and is no report itself.
+/// True for an object with "report", or with another key of an envelope and no key of a report.
 bool isEnvelope(const JsonObject& document) {
   constexpr std::string_view keys[] = {
       "helper_status", "transparent_proxies",        "egress_filter",

@@ -9,17 +9,16 @@
 
 namespace ostrel {
 
-/// What the agent would know after reading one document of the input, and when.
+/// The agent's status after one document of the input, and its time.
 struct PreviewReading {
   StatusPanelModel model;
-  std::optional<Date> now;  ///< as the document gives it
+  std::optional<Date> now;  ///< from the document
 };
 
-/// Reads a bare status report, or an object that adds to "report" what the agent learns elsewhere:
-/// "helper_status", "transparent_proxies" [{"enabled", "connected"}], "egress_filter" {"provider",
-/// "enabled"}, "mdm_enrolled", "running_container_runtimes" and "now". Network state that is not given is
-/// taken from what the report says of extension and lock. A status without a report is that of a helper whose
-/// output cannot be read.
+/// Reads a bare status report, or an object that adds the agent's other inputs to "report": "helper_status",
+/// "transparent_proxies" [{"enabled", "connected"}], "egress_filter" {"provider", "enabled"}, "mdm_enrolled",
+/// "running_container_runtimes" and "now". Missing network state is derived from the report's extension and
+/// lock. A "helper_status" without report is a helper with unreadable output.
 [[nodiscard]] std::expected<PreviewReading, JsonError> readPreviewDocument(std::string_view bytes);
 
 }  // namespace ostrel

@@ -10,11 +10,11 @@ namespace ostrel {
 struct PreviewDocument {
   std::string_view bytes;
   std::size_t linesBefore = 0;  ///< lines of the input above it
-  bool isLine = false;          ///< it takes one line, and so does its answer
+  bool isLine = false;          ///< one line, answered by one line
 };
 
-/// The documents of the input: its lines when the first that is not blank is an object by itself, else the
-/// whole. Blank lines are none.
+/// The documents of the input: its non-blank lines when the first of them is a complete object, else the
+/// whole input.
 std::vector<PreviewDocument> previewDocuments(std::string_view input);
 
 }  // namespace ostrel

@@ -87,7 +87,7 @@ void print(std::FILE* stream, std::string_view text) { std::fwrite(text.data(), 
   return bytes;
 }
 
-/// The panel in one line: tooltip, then what is wrong.
+/// The panel in one line: the tooltip, then the problems.
 std::string summaryLine(const Snapshot& snapshot, const PanelContent& content) {
   std::vector<std::string> clauses = {ProtectionVerdict::of(snapshot).menuBarDescription()};
   if (content.header.deadlineLine) clauses.push_back(*content.header.deadlineLine);
@@ -112,7 +112,7 @@ class Preview {
   Preview(const PreviewOptions& options, const Bundle& bundle, Log& log)
       : options_(options), bundle_(bundle), log_(log), timeFormat_(options.language) {}
 
-  /// Answers every document of the input; gives the exit status.
+  /// Shows every document of the input; returns the exit status.
   int run() {
     const auto input = readInput(options_.file);
     if (!input) return complain(input.error());
@@ -149,7 +149,7 @@ class Preview {
     return 0;
   }
 
-  /// Tells what is wrong, also as the answer where one is expected.
+  /// Reports an error, also on standard output where an answer is expected.
   int fail(const std::string& reason, bool isOneOfMany) const {
     if (options_.mode == PreviewOptions::Mode::json) {
       printJson({{"error", reason}}, true);
@@ -174,7 +174,7 @@ class Preview {
                    .shortDate = [this](Date date) { return timeFormat_.shortDate(date); }};
 };
 
-/// The bundle's executable, which stands beside this tool.
+/// The executable of the bundle in the build folder of this tool.
 std::string agentPath() {
   auto tool = currentExecutablePath();
   for (int i = 0; i < 2; ++i) tool.resize(std::min(tool.rfind('/'), tool.size()));

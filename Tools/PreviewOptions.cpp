@@ -22,7 +22,7 @@ bool takesValue(std::string_view argument) {
 
 }  // namespace
 
-/// False for a second mode.
+/// Selects the mode; false for a second one.
 bool PreviewOptions::choose(Mode chosen) {
   if (isChosen_ && mode != chosen) return false;
   mode = chosen;

@@ -13,19 +13,19 @@
 
 namespace ostrel {
 
-/// Writes the pictures that the options ask for, drawn by the bundle's plug-ins without a display. A sentence
-/// when one cannot be drawn or written.
+/// Writes the requested pictures, drawn by the bundle's plug-ins without a display. An error text when one
+/// cannot be drawn or written.
 [[nodiscard]] std::expected<void, std::string> writePictures(const PreviewOptions& options,
                                                              const ProtectionVerdict& verdict,
                                                              const PanelContent& content,
                                                              const Bundle& bundle, Log& log);
 
-/// Writes what the onboarding window would hold, likewise.
+/// Writes the onboarding window's content, likewise.
 [[nodiscard]] std::expected<void, std::string> writeOnboardingPicture(const PreviewOptions& options,
                                                                       const OnboardingContent& content,
                                                                       const Bundle& bundle, Log& log);
 
-/// Writes what the alert's window would hold, likewise.
+/// Writes the alert's content, likewise.
 [[nodiscard]] std::expected<void, std::string> writeAlertPicture(const PreviewOptions& options,
                                                                  const Alert& alert, const Bundle& bundle,
                                                                  Log& log);

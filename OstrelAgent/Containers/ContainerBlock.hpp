@@ -13,7 +13,7 @@ struct ContainerBlock {
   std::vector<std::string> runtimes;
   std::optional<Date> clearsBy;
 
-  /// The block that the runtime-trust component tells of, or nothing.
+  /// The block that the runtime-trust component reports, or nullopt.
   static std::optional<ContainerBlock> read(const Snapshot::ComponentHealth& runtimeTrust);
 
   /// "Blocked in Podman and Colima".

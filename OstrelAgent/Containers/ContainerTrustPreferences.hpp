@@ -7,13 +7,12 @@
 
 namespace ostrel {
 
-/// Which container runtimes the person wants to be told about when one of their containers is blocked. Main
-/// thread.
+/// The container runtimes whose blocked containers the user wants to be notified about. Main thread.
 class ContainerTrustPreferences {
  public:
   explicit ContainerTrustPreferences(const UserDefaults& defaults) : defaults_(&defaults) {}
 
-  /// Names of runtimes; none where the settings hold no list.
+  /// Names of runtimes; empty when the settings hold no list.
   std::set<std::string> notify() const;
 
  private:

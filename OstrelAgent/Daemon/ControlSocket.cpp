@@ -15,7 +15,7 @@ namespace {
 using Case = ControlSocketError::Case;
 using Bytes = std::expected<std::string, ControlSocketError>;
 
-// They stand where a daemon's own sentence would, which no table translates either.
+// Not translated, like the daemon's own messages, which they take the place of.
 constexpr std::string_view refusedSilently =
     "The Ostrel Agent background service refused the request without saying why.";
 constexpr std::string_view notSerialised = "The request contains characters that can't be sent.";
@@ -34,7 +34,7 @@ std::unexpected<ControlSocketError> connectFailed(ErrorNumber error) {
   return ioFailed(withErrno("connect() errno ", error));
 }
 
-/// The request in one line. What the library says of a fault is left out, since it quotes the text.
+/// The request as one line. The JSON library's error text is dropped, because it quotes the request.
 [[nodiscard]] Bytes serialised(const std::string& action, const ControlSocket::Extra& extra) try {
   nlohmann::json request = {{"action", action}};
   for (const auto& [name, value] : extra) {
@@ -45,7 +45,7 @@ std::unexpected<ControlSocketError> connectFailed(ErrorNumber error) {
   return failed(Case::requestNotSerialised);
 }
 
-/// Writes in a single call: a request is small, and a peer that does not take it at once is not well.
+/// Writes in a single call: a request is small, so a partial write means a faulty peer.
 [[nodiscard]] std::expected<void, ControlSocketError> write(UnixSocket& socket, std::string_view request) {
   const auto written = socket.write(request);
   if (written == request.size()) return {};
@@ -53,7 +53,7 @@ std::unexpected<ControlSocketError> connectFailed(ErrorNumber error) {
   return ioFailed(withErrno("write() incomplete (errno ", error) + ")");
 }
 
-/// Reads until the bytes so far end a line, or the peer has closed.
+/// Reads until a line feed or until the peer closes.
 [[nodiscard]] Bytes readAnswer(UnixSocket& socket) {
   std::array<char, 4096> buffer;
   std::string answer;
@@ -74,19 +74,19 @@ std::unexpected<ControlSocketError> connectFailed(ErrorNumber error) {
   return readAnswer(socket);
 }
 
-/// The text with dots in place of the secret, or the other text where the secret is so short that it may be
-/// part of any word.
+/// Replaces the secret by dots. A very short secret could be part of any word; then the whole text is
+/// replaced.
 std::string without(std::string_view secret, std::string text, std::string_view other) {
-  constexpr std::size_t shortestSecret = 8;
+  constexpr std::size_t minSecretLength = 8;
   if (secret.empty() || !text.contains(secret)) return text;
-  if (secret.size() < shortestSecret) return std::string(other);
+  if (secret.size() < minSecretLength) return std::string(other);
   for (auto at = text.find(secret); at != std::string::npos; at = text.find(secret, at)) {
     text.replace(at, secret.size(), "…");
   }
   return text;
 }
 
-/// The text as it stands in a request, without the quotation marks.
+/// The text with JSON escapes, without the quotation marks.
 std::string asRequested(std::string_view text) {
   const auto quoted = nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
   return quoted.substr(1, quoted.size() - 2);
@@ -163,7 +163,7 @@ std::expected<std::unique_ptr<UnixSocket>, ControlSocketError> ControlSocket::co
   auto socket = sockets_.open();
   if (!socket) return ioFailed(withErrno("socket() errno ", socket.error()));
   (*socket)->setTimeouts(timeout, timeout);
-  if (path_.size() > longestPath) return ioFailed("socket path too long");
+  if (path_.size() > maxPathLength) return ioFailed("socket path too long");
   const auto connected = (*socket)->connect(path_);
   if (!connected) return connectFailed(connected.error());
   return std::move(*socket);

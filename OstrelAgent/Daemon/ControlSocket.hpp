@@ -16,15 +16,15 @@
 
 namespace ostrel {
 
-/// Why the daemon did not do what it was asked for.
+/// Why a request to the daemon failed.
 struct ControlSocketError {
   enum class Case {
     io,                   ///< a system call failed
-    requestFailed,        ///< the daemon answered that it failed
-    refused,              ///< the daemon answered that it refuses, and gave a reason
+    requestFailed,        ///< the daemon reported a failure
+    refused,              ///< the daemon refused, with a reason
     notInstalled,         ///< there is no daemon
     notAdmin,             ///< the socket admits administrators only
-    malformedResponse,    ///< the answer is no JSON object
+    malformedResponse,    ///< the response is not a JSON object
     requestNotSerialised  ///< a text of the request is not UTF-8; nothing was sent
   };
 
@@ -39,32 +39,32 @@ struct ControlSocketError {
   bool operator==(const ControlSocketError&) const = default;
 };
 
-/// The way to the daemon: one request a connection, one JSON object each way. A copy may be used on another
-/// thread. Calls block, for up to the time-out in each direction; nothing is tried twice, nothing is logged.
+/// Client of the daemon's control socket: one request per connection, one JSON object each way. A copy may be
+/// used on another thread. Calls block for at most the time-out in each direction; no retries, no logging.
 class ControlSocket {
  public:
   static constexpr std::string_view socketPath =
       "/Library/Application Support/ostrel-agent-endpoint.control.sock";
   static constexpr std::chrono::seconds timeout{20};
-  /// The address of a Unix-domain socket of macOS takes 104 bytes with the NUL at the end.
-  static constexpr std::size_t longestPath = 103;
+  /// Unix-domain socket addresses hold 104 bytes on macOS, including the NUL.
+  static constexpr std::size_t maxPathLength = 103;
 
   using Value = std::variant<bool, std::int64_t, std::string>;
-  /// Members of a request beside its action; one named "action" takes the action's place.
+  /// Further members of a request; one named "action" overrides the action.
   using Extra = std::map<std::string, Value>;
 
   ControlSocket(UnixSockets& sockets, const Files& files, std::string_view path = socketPath);
 
-  /// Asks for an action; gives the answer of a daemon that did it. No error holds the enrolment token.
+  /// Requests an action and returns the daemon's response. No error contains the enrolment token.
   [[nodiscard]] std::expected<JsonObject, ControlSocketError> send(const std::string& action,
                                                                    const Extra& extra = {}) const;
 
-  /// Whether this Mac is enrolled, and whether its certificate waits to be trusted; false when the daemon
-  /// does not tell.
+  /// Whether this Mac is enrolled, and whether its certificate still has to be trusted; false when the daemon
+  /// does not say.
   bool queryEnrolled() const;
   bool queryTrustPending() const;
 
-  /// The error of an answer that tells no success.
+  /// The error of a response that reports no success.
   static ControlSocketError failure(const JsonObject& response);
 
  private:

@@ -24,7 +24,7 @@ Outcome confirmFailed(const ControlSocketError& error, const Message& operation)
   return failed(Copy::trustConfirmFailed.with(error.userMessage(operation.text())));
 }
 
-/// Removes the file at the end.
+/// Removes the file on destruction.
 class StagedFile {
  public:
   StagedFile(Files& files, const std::string& path) : files_(files), path_(path) {}

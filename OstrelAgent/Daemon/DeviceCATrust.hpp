@@ -10,7 +10,7 @@
 
 namespace ostrel {
 
-/// Has the person trust this Mac's device certificate, which the daemon holds. A copy may be used on another
+/// Lets the user trust this Mac's device certificate, which the daemon holds. A copy may be used on another
 /// thread.
 class DeviceCATrust {
  public:
@@ -18,7 +18,7 @@ class DeviceCATrust {
     enum class Case {
       failed,
       trusted,
-      cancelled  ///< the person declined the system's question; nothing is to be shown
+      cancelled  ///< the user declined the system's question; nothing to show
     };
 
     Case kind = Case::failed;
@@ -30,8 +30,7 @@ class DeviceCATrust {
   DeviceCATrust(ControlSocket socket, Files& files, ChildProcesses& childProcesses,
                 const UserAccount& account);
 
-  /// Asks the daemon, then the person, then the daemon again. Blocks for as long as the person thinks about
-  /// it.
+  /// Asks the daemon, then the user, then the daemon again. Blocks until the user answers.
   Outcome ensureTrusted() const;
 
  private:
@@ -44,7 +43,7 @@ class DeviceCATrust {
   const UserAccount& account_;
 };
 
-/// What a run of the system's security tool came to: its exit status, and what it wrote when the person
+/// The outcome of a run of the system's security tool, by its exit status and by its output when the user
 /// declined.
 DeviceCATrust::Outcome outcomeOfSecurityTool(const ChildResult& result);
 

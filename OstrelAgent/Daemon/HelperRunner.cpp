@@ -27,7 +27,7 @@ HelperRunner::HelperOutput HelperRunner::run(const std::vector<std::string>& arg
   auto result = childProcesses_->run({path, arguments, output, ChildStream::inherited}, ending);
   if (result) return {result->status, std::move(result->output)};
   if (isHostShuttingDown(result.error())) return {helperNotStarted, ""};
-  // Looked for only now: the helper runs every few seconds, and is there.
+  // Checked only after a failure: the helper runs every few seconds and is nearly always there.
   if (!files_->isExecutableFile(path)) {
     streams_->writeError("embedded ostrel-agent-endpoint not found at " + path + "\n");
     return {helperNotFound, ""};

@@ -11,8 +11,8 @@
 
 namespace ostrel {
 
-/// Runs the endpoint helper that ships inside the bundle. Every call blocks until the helper has ended; a
-/// copy may be used on another thread.
+/// Runs the endpoint helper that ships inside the bundle. Calls block until the helper has exited; a copy may
+/// be used on another thread.
 class HelperRunner {
  public:
   /// The runner's own exit statuses; the helper's pass through.
@@ -29,13 +29,13 @@ class HelperRunner {
   HelperRunner(const Bundle& bundle, const Files& files, ChildProcesses& childProcesses,
                StandardStreams& streams);
 
-  /// Absolute path of the helper, whether it is there or not.
+  /// Absolute path of the helper, which may be missing.
   std::string helperPath() const;
 
-  /// Runs the helper on the program's own standard streams; gives its exit status.
+  /// Runs the helper on the program's own standard streams; returns its exit status.
   std::int32_t runHelper(const std::vector<std::string>& arguments) const;
 
-  /// Runs the helper and gives all it writes to standard output with its exit status.
+  /// Runs the helper; returns its standard output and exit status.
   HelperOutput runHelperCapturingStdout(const std::vector<std::string>& arguments,
                                         const ChildStopTokens& ending = {}) const;
 

@@ -9,14 +9,14 @@ namespace ostrel {
 
 namespace {
 
-constexpr std::size_t longestHostName = 253;
+constexpr std::size_t maxHostNameLength = 253;
 
-/// Lower-case names alone, since hosts are compared as they stand.
+/// Only lower-case names: hosts are compared byte by byte.
 bool isHostName(std::string_view text) {
   const auto isAllowed = [](char c) {
     return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' || c == '.';
   };
-  return text.size() <= longestHostName && text.contains('.') && std::ranges::all_of(text, isAllowed) &&
+  return text.size() <= maxHostNameLength && text.contains('.') && std::ranges::all_of(text, isAllowed) &&
          !text.starts_with('.') && !text.ends_with('.') && !text.contains("..");
 }
 

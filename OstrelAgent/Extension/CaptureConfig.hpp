@@ -10,7 +10,7 @@
 
 namespace ostrel {
 
-/// What the transparent proxy is told: which traffic it diverts, and where to.
+/// Configuration of the transparent proxy: which traffic it diverts, and where to.
 struct CaptureConfig {
   static constexpr std::uint16_t daemonPort = 65531;
 
@@ -18,7 +18,7 @@ struct CaptureConfig {
   std::string daemonAddress = "127.0.0.1:" + std::to_string(daemonPort);
   int schemaVersion = 1;
 
-  /// The configuration for a JSON list of host names; the reason when the bytes are no such list, or an
+  /// The configuration for a JSON list of host names, or the reason when the bytes are no such list or an
   /// empty one.
   [[nodiscard]] static std::expected<CaptureConfig, std::string> ofHostList(std::string_view bytes);
 

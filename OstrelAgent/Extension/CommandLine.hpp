@@ -8,30 +8,30 @@
 
 namespace ostrel {
 
-/// What a process is that shows itself or restarts what does; the extension commands are `Controller`'s.
+/// The roles beside the extension commands, which `Controller` runs.
 enum class Role { relaunch, menuBar, onboarding, repair };
 
-/// The program's arguments, its own name left out.
+/// The program's arguments without its own name.
 struct CommandLine {
-  std::optional<std::string> command;  ///< the first argument; nothing without one
-  bool extensionOnly = false;          ///< "--extension-only" stands anywhere among them
+  std::optional<std::string> command;  ///< the first argument, if any
+  bool extensionOnly = false;          ///< "--extension-only" is among them
 
   static CommandLine parse(std::span<const char* const> arguments);
 
   bool operator==(const CommandLine&) const = default;
 };
 
-/// The role of a command word, or nothing for a word that is none.
+/// The role of a command word, or nullopt.
 std::optional<Role> roleOf(std::string_view command);
 
 /// Questions about the Mac, each asked only when its answer matters.
 struct NeedQuestions {
   std::function<bool()> isTrustPending;
   std::function<bool()> isEnrolled;
-  std::function<bool()> hasMenuBarAgent;  ///< the file of the menu-bar agent's job is there
+  std::function<bool()> hasMenuBarAgent;  ///< the menu-bar agent's job file exists
 };
 
-/// The command for what the person most needs, where no argument names one.
+/// The command that the user needs most, for a start without arguments.
 std::string defaultCommand(const NeedQuestions& questions);
 
 inline constexpr std::string_view usageLine =

@@ -16,7 +16,7 @@ constexpr const char* daemonLaunchFile = "/Library/LaunchDaemons/tech.brenn.ostr
 constexpr int configurationInvalid = 1;
 constexpr int configurationStale = 4;
 
-/// What the person reads of an action, in English as all of the command line.
+/// The messages of an action; like the whole command line they are English.
 struct Texts {
   Controller::Action action;
   std::string_view word;
@@ -78,7 +78,7 @@ void Controller::run() {
     return fail(missingDaemon(helper_.helperPath()));
   }
   if (command_.action == Action::deactivate) return submit();
-  // Before anything is asked of the system: without hosts there is nothing to set up.
+  // Checked before the system is asked for anything: without hosts there is nothing to set up.
   auto config = NetworkConfigurations::staticCaptureConfig(services_.bundle);
   if (!config) return fail(config.error());
   captureConfig_ = std::move(*config);
@@ -106,7 +106,7 @@ SystemExtensionReplacement Controller::replacementOfInstalled() {
 void Controller::needsUserApproval() {
   if (state_ != State::submitted) return;
   const auto text = textsOf(command_.action).approval;
-  // Nobody waits for a re-activation; it is tried again at a later login.
+  // A re-activation runs unattended and is tried again at a later login.
   if (command_.action == Action::reactivate) return fail(text);
   state_ = State::awaitingApproval;
   print(text);
@@ -138,11 +138,11 @@ void Controller::configureProxy(int attempt) {
 }
 
 void Controller::retryOrFail(int attempt, const NetworkConfigurations::ProxyFailure& failure) {
-  const auto told = failure.description();
-  if (!isTransientNEConfigRace(failure.error) || attempt >= mostAttempts) return fail(told);
+  const auto description = failure.description();
+  if (!isTransientNEConfigRace(failure.error) || attempt >= maxAttempts) return fail(description);
   const int next = attempt + 1;
-  print(told + " — sysext/NE registration still settling, retry " + std::to_string(next) + "/" +
-        std::to_string(mostAttempts) + " in 1.5s");
+  print(description + " — sysext/NE registration still settling, retry " + std::to_string(next) + "/" +
+        std::to_string(maxAttempts) + " in 1.5s");
   retry_ = services_.mainQueue.after(delayBetweenAttempts, [weak = weak_from_this(), next] {
     if (const auto self = weak.lock()) self->configureProxy(next);
   });

@@ -20,8 +20,8 @@
 
 namespace ostrel {
 
-/// The extension commands: one request to the system, then its network configurations and the menu-bar agent.
-/// Lives on the main thread and ends the process through its shell, with status 0 or 1.
+/// Runs an extension command: one request to the system, then the network configurations and the menu-bar
+/// agent. Main thread; ends the process through the shell with status 0 or 1.
 class Controller final : public SystemExtensionDelegate, public std::enable_shared_from_this<Controller> {
  public:
   enum class Action { activate, deactivate, reactivate };
@@ -31,7 +31,7 @@ class Controller final : public SystemExtensionDelegate, public std::enable_shar
     bool extensionOnly = false;  ///< a deactivation leaves the daemon alone
   };
 
-  static constexpr int mostAttempts = 12;
+  static constexpr int maxAttempts = 12;
   static constexpr std::chrono::milliseconds delayBetweenAttempts{1500};
 
   struct Services {
@@ -47,10 +47,11 @@ class Controller final : public SystemExtensionDelegate, public std::enable_shar
   Controller(Command command, Services services, HelperRunner helper, NetworkConfigurations configurations,
              MenuBarAgent menuBarAgent);
 
-  /// The action of a command word, or nothing for a word that is none.
+  /// The action of a command word, or nullopt.
   static std::optional<Action> actionOf(std::string_view word);
 
-  /// True for errors that the system gives while an extension that was just approved is being registered.
+  /// True for errors that the system returns while it is still registering an extension that was just
+  /// approved.
   static bool isTransientNEConfigRace(const PlatformError& error);
 
   /// Starts the command. Call once.

@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char* label = "tech.brenn.ostrel-agent.menubar";
 
-/// XML has no way to write the other control characters, nor the two last code points of the first plane.
+/// XML 1.0 cannot represent other control characters, nor U+FFFE and U+FFFF.
 bool isXmlText(std::string_view text) {
   const auto isControl = [](char c) {
     return static_cast<unsigned char>(c) < ' ' && c != '\t' && c != '\n' && c != '\r';

@@ -15,8 +15,8 @@
 
 namespace ostrel {
 
-/// The job of the person's launchd that runs the menu-bar role in every login session. Calls block; any
-/// thread. Copies are equal. With the end of the host they leave off, without a word.
+/// The user's launchd job that runs the menu-bar role in every login session. Calls block; any thread. Copies
+/// are interchangeable. When the host shuts down, calls return silently.
 class MenuBarAgent {
  public:
   /// Exit status for a launchctl that cannot be started; its own statuses pass through.
@@ -25,22 +25,24 @@ class MenuBarAgent {
   MenuBarAgent(const Bundle& bundle, Files& files, ChildProcesses& childProcesses, StandardStreams& streams,
                const UserAccount& account);
 
-  /// Writes the job file and starts the job anew; tells on standard output how that went.
+  /// Writes the job file and restarts the job; prints the outcome on standard output.
   void install() const;
 
-  /// Ends the job and starts it again, also when it was not loaded. Silent.
+  /// Restarts the job, or starts it when it was not loaded. Prints nothing.
   void restart() const;
 
-  /// Ends the job and removes its file, when they are there. Silent.
+  /// Ends the job and removes its file, if they exist. Prints nothing.
   void remove() const;
 
-  /// Runs launchctl without its output; gives its exit status, nothing when the end of the host has ended it.
+  /// Runs launchctl and discards its output; returns its exit status, or nullopt when the host's shutdown
+  /// killed it.
   [[nodiscard]] std::optional<std::int32_t> launchctl(const std::vector<std::string>& arguments) const;
 
-  /// True when the job file is there.
+  /// True when the job file exists.
   bool isInstalled() const;
 
-  /// The job file for a program, an XML property list; an error when XML cannot hold the program's path.
+  /// The job file for a program as an XML property list; an error when XML cannot represent the program's
+  /// path.
   [[nodiscard]] static std::expected<std::string, PlatformError> jobFile(std::string_view executable);
 
  private:
@@ -52,8 +54,8 @@ class MenuBarAgent {
   StandardStreams* streams_;
   std::string folder_;   ///< of the job file
   std::string path_;     ///< of the job file
-  std::string session_;  ///< the person's login session, as launchctl names it
-  std::string job_;      ///< the job, likewise
+  std::string session_;  ///< the user's login session, in launchctl's notation
+  std::string job_;      ///< the job, in the same notation
 };
 
 }  // namespace ostrel

@@ -36,7 +36,7 @@ NetworkConfigurations::NetworkConfigurations(NetworkPreferences& preferences, Ma
                                              Records records)
     : preferences_(&preferences), mainQueue_(&mainQueue), log_(&log), records_(std::move(records)) {}
 
-/// A completion for any thread, also inside the call, that goes on on the main thread.
+/// Wraps a completion so that it runs on the main thread; the wrapper may be called on any thread.
 template <class Result>
 std::function<void(Result)> NetworkConfigurations::onMain(std::function<void(Result)> next) const {
   return [queue = mainQueue_, next = std::move(next)](Result result) {

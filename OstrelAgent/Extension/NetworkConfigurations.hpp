@@ -17,11 +17,12 @@ namespace ostrel {
 
 inline constexpr const char* systemExtensionIdentifier = "tech.brenn.ostrel-agent.sysext";
 
-/// Points the system at the extension: capture by a transparent proxy, egress lock by a content filter. Main
-/// thread; completions run there once, inside the call only where it says so. Copies are equal.
+/// Sets up the extension in the network preferences: capture by a transparent proxy, egress lock by a content
+/// filter. Main thread; completions run there once, inside the call only where noted. Copies are
+/// interchangeable.
 class NetworkConfigurations {
  public:
-  /// Where setting up the proxy ended: "load proxy prefs", "save proxy prefs" or "start proxy".
+  /// The step at which setting up the proxy failed: "load proxy prefs", "save proxy prefs" or "start proxy".
   struct ProxyFailure {
     std::string_view stage;
     PlatformError error;
@@ -36,21 +37,22 @@ class NetworkConfigurations {
 
   NetworkConfigurations(NetworkPreferences& preferences, MainQueue& mainQueue, Log& log, Records records);
 
-  /// What the application ships for the proxy; a sentence when its file cannot be used.
+  /// The proxy configuration that the application ships, or an error text when its file cannot be used.
   [[nodiscard]] static std::expected<CaptureConfig, std::string> staticCaptureConfig(const Bundle& bundle);
 
-  /// Saves and starts the transparent proxy with it. Where the file cannot be used the completion runs inside
-  /// the call.
+  /// Saves and starts the transparent proxy with it. The completion runs inside the call when the file cannot
+  /// be used.
   void saveStaticCaptureConfig(const Bundle& bundle, std::function<void(CaptureSaved)> completion) const;
 
-  /// Saves and starts the first transparent proxy, made when there is none, and records what was applied.
+  /// Saves and starts the first transparent proxy, creating one if there is none, and records the
+  /// configuration.
   void saveTransparentProxyConfiguration(const CaptureConfig& captureConfig,
                                          std::function<void(ProxySaved)> completion) const;
 
-  /// Removes every transparent proxy. What cannot be removed is told in the log.
+  /// Removes every transparent proxy and logs failures.
   void removeTransparentProxies(std::function<void()> completion) const;
 
-  /// Saves the content filter that denies ways around the proxy.
+  /// Saves the content filter that blocks traffic around the proxy.
   void saveEgressLockConfiguration(std::function<void(LockSaved)> completion) const;
 
  private:

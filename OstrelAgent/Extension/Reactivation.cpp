@@ -10,7 +10,7 @@ void Reactivation::driveReactivationOnce(const std::string& version) {
   reactivateTriggered_ = true;
   services_.backgroundQueue.run(QualityOfService::utility, [&children = services_.childProcesses, executable,
                                                             records = records_, version] {
-    // Half way through it would leave the Mac without its extension until the next login.
+    // Killed half-way, it would leave the Mac without its extension until the next login.
     const auto ended = children.run({.executable = executable,
                                      .arguments = {"reactivate"},
                                      .output = ChildStream::discarded,

@@ -9,8 +9,8 @@
 
 namespace ostrel {
 
-/// Has the system extension re-activated after an upgrade, when the report asks for it: once a process, and
-/// each version once. Main thread.
+/// Re-activates the system extension after an upgrade when the report asks for it: once per process and once
+/// per version. Main thread.
 class Reactivation {
  public:
   struct Services {
@@ -21,8 +21,8 @@ class Reactivation {
 
   Reactivation(Services services, Records records) : services_(services), records_(std::move(records)) {}
 
-  /// Runs this program's own "reactivate" in the background, and records the version when that went well. A
-  /// version that is not known is empty.
+  /// Runs this program's "reactivate" in the background and records the version on success. An unknown
+  /// version is empty.
   void driveReactivationOnce(const std::string& version);
 
  private:

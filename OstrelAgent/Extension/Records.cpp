@@ -13,7 +13,7 @@ constexpr const char* reactivatedVersionName = "reactivated-version";
 }  // namespace
 
 std::string NetworkExtensionAssertion::record(Date observedAt) const {
-  // Put together by hand, as it is every five seconds: there is nothing in it to escape.
+  // Concatenated without the JSON library, since it runs every five seconds and nothing needs escaping.
   const auto word = [](bool value) { return value ? "true" : "false"; };
   std::string object = R"({"configuration_exists":)";
   object.append(word(egressLockExists)).append(R"(,"enabled":)").append(word(egressLockEnabled));
@@ -39,7 +39,7 @@ void Records::recordNetworkExtensionAssertion(const NetworkExtensionAssertion& a
   const auto write = [this, record = assertion.record(clock_->now())] {
     return files_->writeAtomically(folder_ + "/egress-lock-configuration.json", record).has_value();
   };
-  // Only the first finds no folder.
+  // The folder is missing only at the first write.
   if (!write() && files_->makeFolders(folder_)) (void)write();
 }
 
@@ -50,7 +50,7 @@ std::string Records::reactivatedVersion() const {
 
 void Records::recordReactivated(std::string_view version) const { write(reactivatedVersionName, version); }
 
-/// Best effort: nothing that the person asked for depends on a record.
+/// Best effort: no user action depends on a record.
 void Records::write(const std::string& name, std::string_view bytes) const {
   if (!files_->makeFolders(folder_)) return;
   (void)files_->writeAtomically(folder_ + "/" + name, bytes);

@@ -12,8 +12,7 @@
 
 namespace ostrel {
 
-/// What the network preferences showed of the egress lock and the transparent proxy. What is not known is
-/// absent.
+/// The state of egress lock and transparent proxy in the network preferences; unknown values are absent.
 struct NetworkExtensionAssertion {
   bool egressLockExists = false;
   bool egressLockEnabled = false;
@@ -24,9 +23,9 @@ struct NetworkExtensionAssertion {
   std::string record(Date observedAt) const;
 };
 
-/// The small files in the person's Application Support folder by which the daemon and later runs see what was
-/// done. Each is replaced in one step; one that cannot be written stays as it was. Any thread; copies are
-/// equal.
+/// Small files in the user's Application Support folder that record for the daemon and later runs what was
+/// done. Each is replaced atomically; on a failed write the old file stays. Any thread; copies are
+/// interchangeable.
 class Records {
  public:
   Records(Files& files, const Clock& clock, const UserAccount& account);

@@ -21,7 +21,7 @@ void RelaunchController::applicationDidFinishLaunching() {
   });
 }
 
-/// In the background, so that a signal ends the process also while launchd takes its time.
+/// In the background, so that a signal still ends the process while launchd is slow.
 void RelaunchController::restart() {
   inBackground(
       backgroundQueue_, QualityOfService::userInitiated, mainQueue_, weak_from_this(),

@@ -40,7 +40,7 @@ bool isTooSoonToNudge(std::optional<Date> lastFired, Date now) {
 }
 
 std::chrono::milliseconds nudgeDelay(Date burstStart, Date now) {
-  const std::chrono::milliseconds rest = burstStart + CheckInNudges::longestBurst - now;
+  const std::chrono::milliseconds rest = burstStart + CheckInNudges::maxBurst - now;
   return std::min(CheckInNudges::quietTime, std::max(rest, std::chrono::milliseconds(0)));
 }
 
@@ -71,7 +71,7 @@ void CheckInNudges::scheduleCheckinNudge(Event event) {
   const auto now = services_.clock.now();
   if (isTooSoonToNudge(lastNudgeFiredAt_, now)) return;
   if (event == Event::wake) nudgeSawWake_ = true;
-  // A burst that seems to begin later began before the clock was set back.
+  // A start in the future means that the clock was set back since.
   if (!nudgeBurstStart_ || *nudgeBurstStart_ > now) nudgeBurstStart_ = now;
   nudgeWork_ = services_.mainQueue.after(nudgeDelay(*nudgeBurstStart_, now), [this] { fire(); });
 }

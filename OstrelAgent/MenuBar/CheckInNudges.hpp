@@ -15,25 +15,25 @@
 
 namespace ostrel {
 
-/// What the system says of the network extension.
+/// The state of the network extension in the network preferences.
 struct NetworkExtensionState {
   bool egressLock = false;
   bool sysext = false;
-  std::optional<bool> proxy;          ///< a transparent proxy is set up; absent where none could be read
-  std::optional<bool> proxyApproved;  ///< and one is enabled; likewise
+  std::optional<bool> proxy;  ///< a transparent proxy exists; absent when the proxies could not be read
+  std::optional<bool> proxyApproved;  ///< one is enabled; likewise
 
   static NetworkExtensionState of(const Snapshot& snapshot);
 
   bool operator==(const NetworkExtensionState&) const = default;
 };
 
-/// Asks for a check-in soon after a wake or a change of network, one for each burst of events and at most one
-/// a minute, and at once after a change of the network extension. Main thread.
+/// Requests a check-in soon after a wake or a network change, once per burst of events and at most once a
+/// minute, and at once after a change of the network extension. Main thread.
 class CheckInNudges {
  public:
-  static constexpr std::chrono::milliseconds quietTime{10000};     ///< from the latest event to the nudge
-  static constexpr std::chrono::milliseconds longestBurst{30000};  ///< from the first event to the nudge
-  static constexpr std::chrono::milliseconds minInterval{60000};   ///< from nudge to nudge
+  static constexpr std::chrono::milliseconds quietTime{10000};    ///< from the latest event to the nudge
+  static constexpr std::chrono::milliseconds maxBurst{30000};     ///< from the first event to the nudge
+  static constexpr std::chrono::milliseconds minInterval{60000};  ///< from nudge to nudge
 
   enum class Event { wake, pathChange };
 
@@ -46,13 +46,13 @@ class CheckInNudges {
 
   CheckInNudges(Services services, std::function<void(const std::string& reason)> checkNow);
 
-  /// Starts to follow wakes and the network path. Call once.
+  /// Starts observing wakes and the network path. Call once.
   void start();
 
   /// Only an enrolled Mac is nudged.
   void setEnrolled(bool isEnrolled) { isEnrolled_ = isEnrolled; }
 
-  /// Takes the latest state of the network extension; a nudge is due when it has changed.
+  /// Updates the state of the network extension; a change makes a nudge due.
   void nudgeOnNetworkExtensionChange(const NetworkExtensionState& state);
 
  private:
@@ -75,11 +75,11 @@ class CheckInNudges {
   ScheduledWork nudgeWork_;
 };
 
-/// Those of the interfaces that lead into a network: not tunnels, bridges and links between devices, which
-/// come and go by themselves.
+/// The interfaces that lead into a network. Tunnels, bridges and device-to-device links are left out, since
+/// they appear and disappear on their own.
 std::set<std::string> routableInterfaceNames(const std::vector<std::string>& interfaces);
 
-/// True while an event comes too soon after a nudge. A clock that was set back counts as too soon.
+/// True when an event follows the last nudge too soon, also when the clock was set back since.
 bool isTooSoonToNudge(std::optional<Date> lastFired, Date now);
 
 /// How long to wait from an event to the nudge of its burst.

@@ -4,8 +4,8 @@
 
 namespace ostrel {
 
-/// Asks the system's profiles tool whether the Mac is enrolled in device management; a tool that cannot be
-/// asked counts as no. Blocks.
+/// Asks the system's profiles tool whether the Mac is enrolled in device management; false when the tool
+/// fails. Blocks.
 bool isEnrolledInDeviceManagement(ChildProcesses& childProcesses);
 
 }  // namespace ostrel

@@ -33,7 +33,8 @@ void MenuBarController::start() {
   probeDeviceManagement();
   timer_ = services_.mainQueue.every(refreshPeriod, weakly([](auto& self) {
                                        self.refresh();
-                                       // The times in an open panel go on while a helper hangs.
+                                       // Keeps the relative times of an open panel current while a helper
+                                       // hangs.
                                        self.collaborators_.presenter->draw();
                                      }));
   nudges->start();
@@ -46,7 +47,7 @@ void MenuBarController::togglePanel() {
   presenter.open();
 }
 
-/// Asked once a process; the answer joins the snapshots from the next refresh on.
+/// Probed once per process; the result is in the snapshots from the next refresh on.
 void MenuBarController::probeDeviceManagement() {
   inBackground(
       services_.backgroundQueue, QualityOfService::utility, services_.mainQueue, weak_from_this(),
@@ -58,7 +59,7 @@ void MenuBarController::publish(const RefreshResult& result) {
   const auto& inputs = result.inputs;
   auto snapshot = statusSnapshot(inputs);
   snapshot.mdmEnrolled = mdmEnrolled_.value_or(false);
-  // The health of a check-in that ended after this run had started is fresher.
+  // A check-in that ended after this run started brought fresher health.
   if (appliedHealth_ && result.run <= runBeforeHealth_) snapshot.apply(*appliedHealth_);
   auto& nudges = *collaborators_.nudges;
   nudges.setEnrolled(snapshot.enrolled);
@@ -76,8 +77,7 @@ void MenuBarController::publish(const RefreshResult& result) {
   }
 }
 
-/// One record at a time, so that a full or slow disk holds up one thread; the next refresh writes what is
-/// skipped.
+/// One write at a time, so that a slow disk blocks one thread only; the next refresh writes what was skipped.
 void MenuBarController::record(const NetworkExtensionAssertion& assertion) {
   if (std::exchange(isRecording_, true)) return;
   inBackground(

@@ -20,7 +20,7 @@
 namespace ostrel {
 
 /// The menu-bar role: refreshes the status every five seconds and shows it as icon, notifications and panel.
-/// Lives on the main thread for the whole process; work in the background holds it weakly.
+/// Main thread; lives as long as the process; background work holds it weakly.
 class MenuBarController : public std::enable_shared_from_this<MenuBarController> {
  public:
   static constexpr std::chrono::milliseconds refreshPeriod{5000};
@@ -33,7 +33,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
     StatusItem& statusItem;
   };
 
-  /// What the role is composed of.
+  /// The objects that the role works with.
   struct Collaborators {
     std::shared_ptr<PanelPresenter> presenter;
     std::shared_ptr<StatusRefresher> refresher;
@@ -68,8 +68,8 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   Collaborators collaborators_;
   ScheduledWork timer_;
   std::optional<bool> mdmEnrolled_;
-  std::optional<StatusReport::Health> appliedHealth_;  ///< the last that came with a check-in
-  std::uint64_t runBeforeHealth_ = 0;                  ///< the last run that was started before it came
+  std::optional<StatusReport::Health> appliedHealth_;  ///< health block of the latest check-in
+  std::uint64_t runBeforeHealth_ = 0;                  ///< latest run started before it
   std::optional<MenuBarIcon> shownIcon_;
   bool isRecording_ = false;
 };

@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char* userReason = "user";
 
-/// The health block of an answer; nothing when it has none, or one that cannot be read.
+/// The health block of a response, or nullopt when it is missing or malformed.
 std::optional<StatusReport::Health> healthOf(const JsonObject& answer) {
   return answer.member<StatusReport::Health>("health");
 }
@@ -109,7 +109,7 @@ void PanelActionRunner::confirmAndInstallUpdate() {
 }
 
 void PanelActionRunner::installUpdate() {
-  model().updateInFlightUntil = services_.clock.now() + longestUpdate;
+  model().updateInFlightUntil = services_.clock.now() + updateTimeout;
   show(&StatusPanelModel::updateInFlight, true);
   inBackground(
       QualityOfService::userInitiated, [socket = collaborators_.socket] { return socket.send("update"); },
@@ -139,7 +139,7 @@ void PanelActionRunner::enableEgressLock() {
 }
 
 void PanelActionRunner::enableTransparentProxy() {
-  // Two at once might each make a configuration.
+  // Two concurrent runs might each create a configuration.
   if (std::exchange(isSavingProxy_, true)) return;
   collaborators_.configurations.saveStaticCaptureConfig(
       services_.bundle, [weak = weak_from_this()](const NetworkConfigurations::CaptureSaved& saved) {

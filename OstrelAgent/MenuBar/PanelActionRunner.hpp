@@ -28,13 +28,13 @@
 
 namespace ostrel {
 
-/// Does what the panel's buttons say, and tells in the panel what came of it. Main thread; work in the
-/// background holds it weakly. What is at work already is not begun again.
+/// Runs the actions of the panel's buttons and shows their outcome in the panel. Main thread; background work
+/// holds it weakly. An action that is still running is not started again.
 class PanelActionRunner : public std::enable_shared_from_this<PanelActionRunner> {
  public:
   static constexpr std::chrono::milliseconds checkinNoticeTime{6000};
   static constexpr std::chrono::milliseconds diagnosticsNoticeTime{8000};
-  static constexpr std::chrono::seconds longestUpdate{900};
+  static constexpr std::chrono::seconds updateTimeout{900};
 
   struct Services {
     MainQueue& mainQueue;
@@ -58,10 +58,10 @@ class PanelActionRunner : public std::enable_shared_from_this<PanelActionRunner>
 
   PanelActionRunner(Services services, Collaborators collaborators);
 
-  /// The callbacks of these actions; they hold this weakly.
+  /// Callbacks for the actions, which hold this object weakly.
   StatusPanelActions callbacks();
 
-  /// Asks the daemon for a check-in. Only one for the reason "user" shows in the panel.
+  /// Asks the daemon for a check-in; only the reason "user" shows in the panel.
   void checkNow(const std::string& reason);
 
  private:
@@ -85,7 +85,7 @@ class PanelActionRunner : public std::enable_shared_from_this<PanelActionRunner>
   void trustDeviceCA();
   void finishTrust(const DeviceCATrust::Outcome& outcome);
 
-  /// Runs the work in the background and hands its result to `next` on the main thread, while this lives.
+  /// Runs the work in the background and passes its result to `next` on the main thread, while this lives.
   template <class Work, class Next>
   void inBackground(QualityOfService quality, Work work, Next next);
   std::vector<std::string> diagnosticsArguments() const;
@@ -97,7 +97,7 @@ class PanelActionRunner : public std::enable_shared_from_this<PanelActionRunner>
 
   Services services_;
   Collaborators collaborators_;
-  ScheduledWork checkinNoticeToken_;  ///< clears the notice; goes when another takes its place
+  ScheduledWork checkinNoticeToken_;  ///< clears the notice; replaced by the next notice's
   ScheduledWork diagnosticsNoticeToken_;
   bool isAskingToInstall_ = false;
   bool isSavingLock_ = false;

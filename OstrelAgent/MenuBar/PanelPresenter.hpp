@@ -13,7 +13,7 @@
 
 namespace ostrel {
 
-/// Owns what the panel shows: the model with the latest snapshot, and its drawing. Main thread.
+/// Owns the panel's model with the latest snapshot, and draws the panel. Main thread.
 class PanelPresenter {
  public:
   static constexpr double popoverChromeAllowance = 40.0;
@@ -29,7 +29,7 @@ class PanelPresenter {
 
   explicit PanelPresenter(Services services);
 
-  /// Gives the panel its actions. `healthApplied` is called after each `applyHealth`. Call once, before the
+  /// Sets the panel's actions. `healthApplied` is called after each `applyHealth`. Call once, before the
   /// panel opens.
   void start(StatusPanelActions actions, HealthListener healthApplied);
 
@@ -37,17 +37,17 @@ class PanelPresenter {
   StatusPanelModel& model() { return model_; }
   const Snapshot& latest() const { return model_.snap; }
 
-  /// Replaces the snapshot by a newer one, which may settle an update at work.
+  /// Replaces the snapshot by a newer one, which may end a running update.
   void publish(Snapshot snapshot);
 
-  /// Applies a health block that came with a check-in to the latest snapshot.
+  /// Applies a check-in's health block to the latest snapshot.
   void applyHealth(const StatusReport::Health& health);
 
   bool isShown() const { return services_.screens.isPanelShown(); }
   void open();
   void close() { services_.screens.closePanel(); }
 
-  /// Draws the open panel as of now.
+  /// Draws the open panel at the current time.
   void draw();
 
  private:

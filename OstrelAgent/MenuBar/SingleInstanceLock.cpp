@@ -6,7 +6,7 @@ namespace ostrel {
 
 std::optional<SingleInstance::Claim> claimMenuBar(SingleInstance& instance, StandardStreams& streams,
                                                   Log& log) {
-  auto claim = instance.claim(patienceWithEarlierMenuBar);
+  auto claim = instance.claim(earlierMenuBarTimeout);
   if (!claim) {
     log.line("ostrel: cannot tell whether the menu-bar agent is running already: " +
              claim.error().description);

@@ -9,12 +9,13 @@
 
 namespace ostrel {
 
-/// How long an earlier menu-bar agent may take to end: a relaunch starts the next one meanwhile.
-inline constexpr std::chrono::milliseconds patienceWithEarlierMenuBar{3000};
+/// How long to wait for an earlier menu-bar agent to exit: a relaunch may start this one while the other
+/// still runs.
+inline constexpr std::chrono::milliseconds earlierMenuBarTimeout{3000};
 
-/// Claims the person's one menu-bar icon; nothing when another process shows it, which standard error tells.
-/// Where nothing can be claimed the claim is empty and the log tells why: a person must not miss the icon for
-/// that. Blocks.
+/// Claims the user's one menu-bar icon; nullopt, with a message on standard error, when another process has
+/// it. When claiming itself fails, the claim is empty and the reason logged: the icon still has to appear.
+/// Blocks.
 [[nodiscard]] std::optional<SingleInstance::Claim> claimMenuBar(SingleInstance& instance,
                                                                 StandardStreams& streams, Log& log);
 

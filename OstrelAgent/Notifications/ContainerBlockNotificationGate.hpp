@@ -9,8 +9,8 @@
 
 namespace ostrel {
 
-/// Decides which container runtimes, in which a download was blocked, are worth a notification: those that
-/// the person asked to be told about, each once a day.
+/// Decides which container runtimes with a blocked download to notify about: those that the user chose, each
+/// once a day.
 struct ContainerBlockNotificationGate {
   struct Outcome {
     std::vector<std::string> post;             ///< runtimes to notify about now, in the order of `blocked`

@@ -9,17 +9,17 @@
 
 namespace ostrel {
 
-/// When notifications were last posted, in the user's settings. What cannot be written there is kept for as
-/// long as the program runs, so that nobody is told the same every minute. Main thread.
+/// When notifications were last posted, in the user's settings. Dates that cannot be stored are kept in
+/// memory, so that a notification is not repeated every minute. Main thread.
 class NotificationMemory {
  public:
   NotificationMemory(UserDefaults& userDefaults, Log& log) : userDefaults_(userDefaults), log_(log) {}
 
-  /// Of the not-protected notification.
+  /// Date of the latest not-protected notification.
   std::optional<Date> notProtected() const;
   void setNotProtected(std::optional<Date> date);
 
-  /// Of the container-blocked notifications, by runtime.
+  /// Dates of the latest container-blocked notifications, by runtime.
   std::map<std::string, Date> containerBlocks() const;
   void setContainerBlocks(std::map<std::string, Date> dates);
 

@@ -16,8 +16,8 @@ constexpr std::chrono::milliseconds redTimeToPost = 60s;
 constexpr std::chrono::milliseconds repostInterval = 86400s;
 constexpr std::chrono::milliseconds memoryOfPost = 3600s;
 
-/// A date ahead of the clock, which was set back since, counts as long ago. The interval is taken from now,
-/// since a stored date may be any.
+/// A date in the future counts as long ago: the clock was set back. The interval is subtracted from `now`,
+/// since a stored date may be close to the type's limits.
 bool isLongAgo(Date date, std::chrono::milliseconds interval, Date now) {
   return date > now || date <= now - interval;
 }

@@ -8,27 +8,27 @@
 
 namespace ostrel {
 
-/// One stretch of time during which the verdict was "not protected".
+/// A span of time during which the verdict was "not protected".
 struct RedSpan {
   Date start;
-  Date end;  ///< when the verdict was last seen so
+  Date end;  ///< latest reading with that verdict
 
   bool operator==(const RedSpan&) const = default;
 };
 
-/// Decides when a Mac that is not protected is worth a notification: after a minute of it within five, and
-/// while it lasts once a day.
+/// Decides when to notify that the Mac is not protected: after one red minute within five, then once a day
+/// while it lasts.
 struct RedNotificationGate {
   struct Outcome {
     bool post = false;                 ///< post the notification now
-    std::optional<Date> lastPostedAt;  ///< what to remember as the time of the last post
+    std::optional<Date> lastPostedAt;  ///< the date to remember as that of the last post
     std::vector<RedSpan> closed;       ///< finished spans that still count
-    std::optional<RedSpan> open;       ///< the span that goes on
+    std::optional<RedSpan> open;       ///< the current span
 
     bool operator==(const Outcome&) const = default;
   };
 
-  /// The outcome of one reading, given what the last outcome said.
+  /// The outcome of one reading, given the previous outcome.
   static Outcome evaluate(const ProtectionVerdict& verdict, std::optional<Date> lastPostedAt,
                           std::vector<RedSpan> closed, std::optional<RedSpan> open, Date now);
 };

@@ -14,8 +14,8 @@
 
 namespace ostrel {
 
-/// Tells the person when this Mac is not protected, and when a container was blocked. Main thread; the
-/// services outlive it and its answers, which hold it weakly.
+/// Notifies the user when this Mac is not protected and when a container was blocked. Main thread; callbacks
+/// hold it weakly.
 class RedNotifier : public std::enable_shared_from_this<RedNotifier> {
  public:
   struct Services {
@@ -24,26 +24,26 @@ class RedNotifier : public std::enable_shared_from_this<RedNotifier> {
     Log& log;
   };
 
-  /// `openRepairFlow` runs when the person asks for the fix.
+  /// `openRepairFlow` runs when the user asks for the fix.
   RedNotifier(Services services, std::function<void()> openRepairFlow);
 
-  /// Asks the person for alerts with sound, unless that was decided before. A question that cannot be asked
-  /// is told in the log.
+  /// Asks the user to allow alerts with sound, unless that was decided before; logs when the question cannot
+  /// be asked.
   static void requestAuthorizationIfNeeded(UserNotifications& notifications, Log& log);
 
-  /// Registers what notifications offer, takes their clicks, and tells the log when none can be shown. Call
+  /// Registers the notification buttons, handles clicks, and logs when notifications cannot be shown. Call
   /// once, before the first reading.
   void start();
 
-  /// Takes the verdict of one reading, and posts the notification when that is due.
+  /// Processes the verdict of one reading and posts the notification when it is due.
   void observe(const ProtectionVerdict& verdict, Date now);
 
-  /// Takes the container runtimes of one reading in which a download was blocked, and posts a notification
-  /// for each enabled one that is due.
+  /// Processes the container runtimes with a blocked download and posts a notification for each enabled one
+  /// that is due.
   void observeContainerBlocks(const std::vector<std::string>& blocked, const std::set<std::string>& enabled,
                               Date now);
 
-  /// Runs when the person asks for the container trust guide; may be none.
+  /// Runs when the user asks for the container trust guide; may be empty.
   std::function<void()> openContainerTrust;
 
  private:

@@ -12,8 +12,8 @@
 
 namespace ostrel {
 
-/// One run of this program's own activation as a child, told as the states it goes through. Main thread. Its
-/// end asks the child to end, too, and nothing more is told.
+/// Runs this program's "activate" as a child process and reports its states. Main thread. The destructor
+/// terminates the child and no callback follows.
 class ActivationRun {
  public:
   struct Services {
@@ -24,7 +24,7 @@ class ActivationRun {
 
   struct Events {
     std::function<void(ActivationState)> progressed;
-    std::function<void(ActivationState)> ended;  ///< idle when all went well, else failed; may end the run
+    std::function<void(ActivationState)> ended;  ///< idle on success, else failed; may destroy the run
   };
 
   ActivationRun(Services services, const std::string& executable, Events events);

@@ -25,14 +25,14 @@ struct Idle {
 };
 }  // namespace activationstate
 
-/// How the approval of the extension goes on.
+/// Progress of the extension's activation and approval.
 using ActivationState = std::variant<activationstate::Idle, activationstate::Running,
                                      activationstate::AwaitingApproval, activationstate::Failed>;
 
-/// The state that a piece of the activation's progress puts in its place, or nothing when it says nothing.
+/// The new state after a piece of the activation's output, or nullopt when the output changes nothing.
 std::optional<ActivationState> activationOfProgress(std::string_view chunk);
 
-/// The state after the activation has ended with that status and standard error.
+/// The state after the activation has exited with that status and standard error.
 ActivationState activationAfterExit(int status, std::string_view standardError);
 
 }  // namespace ostrel

@@ -12,7 +12,7 @@ enum class ChecklistStepState { satisfied, pending, unreadable };
 
 enum class SetupOutcome { unfinished, isProtected, stepsDoneNotProtected, verdictUnreported };
 
-/// The three steps to a protected Mac, as an observation shows them.
+/// The three steps to a protected Mac, derived from an observation.
 class OnboardingChecklist {
  public:
   enum class Step { approval, proxy, diverting };
@@ -20,7 +20,7 @@ class OnboardingChecklist {
 
   static ChecklistStepState state(Step step, const SetupObservation& observation);
 
-  /// Every step in the order in which they are taken.
+  /// The steps in the order in which they are taken.
   static Steps steps(const SetupObservation& observation);
   static SetupOutcome outcome(const SetupObservation& observation);
 

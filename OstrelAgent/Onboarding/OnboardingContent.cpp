@@ -63,7 +63,7 @@ OnboardingContent::Header headerOf(const OnboardingFlowModel& model) {
   return {setupSymbol, Tint::accent, std::string(Texts::titleSetup.text()), ""};
 }
 
-/// What the activation says beside the approval step.
+/// The activation's progress text beside the approval step.
 void addActivation(OnboardingContent::Row& row, const ActivationState& activation) {
   std::visit(Overloaded{
                  [&](const activationstate::Running& running) { row.progress = running.line; },
@@ -101,7 +101,7 @@ OnboardingContent::Row rowOf(Step step, ChecklistStepState state, const Onboardi
   return row;
 }
 
-/// Leaves the first button that helps as the primary one.
+/// Keeps only the first helpful button as the primary one.
 void keepOnePrimary(std::vector<OnboardingContent::Row>& rows) {
   bool isFound = false;
   for (auto& row : rows) {
@@ -122,7 +122,7 @@ void addChecklist(OnboardingContent& content, const OnboardingFlowModel& model, 
 }
 
 void addTrustNeeded(OnboardingContent& content, const std::string& reason) {
-  // The reason found in repair says by itself what the introduction says.
+  // In repair the reason makes the introduction redundant.
   if (reason != Texts::trustNeededOwedInRepair.text()) {
     content.paragraphs.emplace_back(Texts::trustNeededIntro.text());
   }

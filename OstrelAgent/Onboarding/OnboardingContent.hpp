@@ -10,7 +10,7 @@
 
 namespace ostrel {
 
-/// What a button of the window does; one for each member of the window's actions.
+/// The action of a button of the window.
 enum class OnboardingAction {
   enrol,
   retryTrust,
@@ -21,7 +21,7 @@ enum class OnboardingAction {
   finish,
 };
 
-/// A button, by value. At most one of a window is its primary one.
+/// A button. At most one of a window is the primary one.
 struct OnboardingButton {
   std::string title;
   OnboardingAction action = OnboardingAction::finish;
@@ -31,8 +31,8 @@ struct OnboardingButton {
   bool operator==(const OnboardingButton&) const = default;
 };
 
-/// Everything the onboarding and repair window shows, as plain comparable data. What the person has typed is
-/// the view's own: a token is in no content.
+/// Everything the onboarding and repair window shows, as plain comparable data. Typed text stays in the view:
+/// the content never holds a token.
 struct OnboardingContent {
   enum class Tint { accent, amber, green, red, secondary };
 
@@ -57,8 +57,8 @@ struct OnboardingContent {
     ChecklistStepState state = ChecklistStepState::unreadable;
     std::string title;
     std::string note;
-    std::string progress;             ///< how the step's action goes on; may be empty
-    std::vector<std::string> errors;  ///< why actions of the step failed, a sentence each
+    std::string progress;             ///< progress of the step's action; may be empty
+    std::vector<std::string> errors;  ///< one sentence per failed action of the step
     std::vector<OnboardingButton> buttons;
 
     bool operator==(const Row&) const = default;
@@ -67,20 +67,20 @@ struct OnboardingContent {
   TextDirection direction = TextDirection::leftToRight;
   std::string windowTitle;
   Header header;
-  std::vector<std::string> paragraphs;  ///< what the stage is about
+  std::vector<std::string> paragraphs;  ///< introduction of the stage
   std::optional<TokenField> tokenField;
-  std::string progress;  ///< what is waited for; empty when nothing is
+  std::string progress;  ///< what the window waits for; may be empty
   std::vector<Row> rows;
   std::string closingNote;                ///< below the rows; may be empty
-  std::vector<OnboardingButton> buttons;  ///< of the window's foot
+  std::vector<OnboardingButton> buttons;  ///< in the window's footer
 
-  /// Every button, in the order in which a person meets them.
+  /// All buttons from top to bottom.
   std::vector<OnboardingButton> allButtons() const;
 
   bool operator==(const OnboardingContent&) const = default;
 };
 
-/// The window for a model. `isActivating` tells that an activation runs.
+/// The window's content for a model; `isActivating` while an activation runs.
 OnboardingContent onboardingContent(const OnboardingFlowModel& model, bool isActivating);
 
 }  // namespace ostrel

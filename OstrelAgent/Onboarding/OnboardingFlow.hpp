@@ -29,10 +29,10 @@ struct OnboardingFlowModel {
   SetupObservation observation;
   ActivationState activation;
   std::optional<OnboardingActionError> actionError;
-  std::string token;  ///< the last that was acceptable, trimmed; empty once enrolled
+  std::string token;  ///< the latest valid one, trimmed; empty once enrolled
 };
 
-/// The trimmed token, or why it cannot be one.
+/// The trimmed token, or the reason why it is invalid.
 [[nodiscard]] std::expected<std::string, std::string> acceptableToken(std::string_view typed);
 
 }  // namespace ostrel

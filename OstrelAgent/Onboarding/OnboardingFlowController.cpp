@@ -110,7 +110,7 @@ void OnboardingFlowController::publish(const SetupObservation& observation) {
   draw();
 }
 
-/// Goes on with the trust when the Mac turns out to be enrolled while the window still asks for a token.
+/// Continues with the certificate when a poll finds the Mac enrolled while the window still asks for a token.
 void OnboardingFlowController::followEnrolment() {
   if (!std::holds_alternative<stages::EnterToken>(model_.stage)) return;
   forgetToken();
@@ -155,7 +155,7 @@ void OnboardingFlowController::forgetToken() {
   services_.window.clearToken();
 }
 
-/// A trust attempt that runs already goes on alone, and takes over what is to follow it.
+/// A running trust attempt is not repeated; it may only get the activation as its next step.
 void OnboardingFlowController::startTrust(bool thenActivate) {
   trustThenActivate_ = thenActivate || (isTrusting_ && trustThenActivate_);
   if (std::exchange(isTrusting_, true)) return;
@@ -232,7 +232,7 @@ void OnboardingFlowController::openExtensionSettings() {
 }
 
 void OnboardingFlowController::turnOnNetworkFilter() {
-  // Two at once might each make a configuration.
+  // Two concurrent runs might each create a configuration.
   if (std::exchange(isSavingFilter_, true)) return;
   clearActionError(Step::proxy);
   draw();

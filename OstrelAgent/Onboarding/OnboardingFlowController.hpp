@@ -24,8 +24,8 @@
 
 namespace ostrel {
 
-/// The onboarding and repair window: polls the Mac's setup, enrols, has the certificate trusted, runs the
-/// activation. Lives on the main thread until its window closes, which ends the program.
+/// Controls the onboarding and repair window: polls the Mac's setup, enrols, has the certificate trusted,
+/// runs the activation. Main thread; closing the window ends the program.
 class OnboardingFlowController : public std::enable_shared_from_this<OnboardingFlowController> {
  public:
   static constexpr std::chrono::milliseconds pollPeriod{5000};
@@ -43,7 +43,7 @@ class OnboardingFlowController : public std::enable_shared_from_this<OnboardingF
     Shell& shell;
   };
 
-  /// What the flow does things with.
+  /// The objects that the flow works with.
   struct Collaborators {
     std::shared_ptr<StatusRefresher> refresher;
     ControlSocket socket;
@@ -82,7 +82,7 @@ class OnboardingFlowController : public std::enable_shared_from_this<OnboardingF
   void turnOnNetworkFilter();
   void finishNetworkFilter(const NetworkConfigurations::CaptureSaved& saved);
 
-  /// Runs the work in the background and hands its result to `next` on the main thread, while this lives.
+  /// Runs the work in the background and passes its result to `next` on the main thread, while this lives.
   template <class Work, class Next>
   void inBackground(Work work, Next next);
   void move(OnboardingEvent::Kind kind, std::string text = {});

@@ -6,7 +6,7 @@
 
 namespace ostrel {
 
-/// First setup, or what brings a Mac back that was set up before.
+/// First setup, or repair of a Mac that was set up before.
 enum class OnboardingMode { onboard, repair };
 
 namespace onboardingstage {
@@ -29,17 +29,17 @@ struct Checklist {
 };
 }  // namespace onboardingstage
 
-/// Where the person is on the way.
+/// The page of the window and its state.
 using OnboardingStage =
     std::variant<onboardingstage::EnterToken, onboardingstage::TrustNeeded, onboardingstage::Enrolling,
                  onboardingstage::Trusting, onboardingstage::Checklist>;
 
 OnboardingStage initialStage(OnboardingMode mode);
 
-/// What moves the stage on.
+/// Events that change the stage.
 struct OnboardingEvent {
   enum class Kind {
-    tokenRejected,  ///< before it was sent; with a text
+    tokenRejected,  ///< invalid, so never sent; with a text
     enrolmentBegan,
     enrolmentFailed,  ///< with a text
     trustBegan,
@@ -55,7 +55,7 @@ struct OnboardingEvent {
   bool operator==(const OnboardingEvent&) const = default;
 };
 
-/// The stage after an event, or nothing when the event does not concern the stage.
+/// The stage after an event, or nullopt when the event does not apply.
 std::optional<OnboardingStage> stageAfter(const OnboardingStage& stage, const OnboardingEvent& event);
 
 }  // namespace ostrel

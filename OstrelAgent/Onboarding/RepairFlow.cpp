@@ -25,7 +25,7 @@ void openRepairFlow(const RepairFlowServices& services, std::optional<Date>& sta
     return;
   }
   const auto now = services.clock.now();
-  if (startedAt && now >= *startedAt && now - *startedAt < longestRepairFlowStart) return;
+  if (startedAt && now >= *startedAt && now - *startedAt < repairFlowStartTimeout) return;
   const auto started = services.childProcesses.start({executable, {"repair"}});
   startedAt = started ? std::optional(now) : std::nullopt;
   if (!started) log.line("ostrel: could not open the repair flow: " + started.error().description);

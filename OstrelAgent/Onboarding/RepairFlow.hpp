@@ -13,14 +13,13 @@
 
 namespace ostrel {
 
-/// Under this key stands the id of the process whose onboarding or repair window is open.
+/// User defaults key for the id of the process whose onboarding or repair window is open.
 inline constexpr const char* onboardingFlowProcessIdentifierKey = "OnboardingFlowProcessID";
 
-/// The process whose onboarding or repair window is open; nothing when the id that is stored is that of a
-/// process that has died.
+/// The process whose onboarding or repair window is open; nullopt when none is stored or it no longer runs.
 std::optional<std::int64_t> runningRepairFlow(const UserDefaults& userDefaults, const Workspace& workspace);
 
-/// Brings that process's window to the front; when it cannot be reached false, which is told in the log.
+/// Brings that process's window to the front; false, with a log line, when it cannot be reached.
 [[nodiscard]] bool bringRepairFlowToFront(std::int64_t process, Workspace& workspace, Log& log);
 
 struct RepairFlowServices {
@@ -32,11 +31,11 @@ struct RepairFlowServices {
   Log& log;
 };
 
-/// Longest time from the start of a repair flow to its window; until then a second one is not started.
-inline constexpr std::chrono::milliseconds longestRepairFlowStart{3000};
+/// Time that a repair flow may take to open its window; until then no second one is started.
+inline constexpr std::chrono::milliseconds repairFlowStartTimeout{3000};
 
-/// Brings the onboarding or repair window that is open to the front, or else starts the repair flow as a
-/// process of its own, and notes when. What fails is told in the log. Main thread.
+/// Brings an open onboarding or repair window to the front, else starts the repair flow as a separate process
+/// and stores the time. Logs failures. Main thread.
 void openRepairFlow(const RepairFlowServices& services, std::optional<Date>& startedAt);
 
 }  // namespace ostrel

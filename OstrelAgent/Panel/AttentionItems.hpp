@@ -12,21 +12,21 @@
 
 namespace ostrel {
 
-/// What a person can do, or expect, about a row that is not ok.
+/// What the user can do, or expect, about a row that is not ok.
 struct ComponentNote {
   std::string action;
 
   /// The remedy, or when the condition clears by itself.
   static std::string actionFor(const Snapshot::ComponentHealth& health, Date now, const TimeTexts& times);
 
-  /// The note of a row, or nothing when the row is ok.
+  /// The note of a row, or nullopt when the row is ok.
   static std::optional<ComponentNote> make(const Snapshot::ComponentHealth& health, const RowState& state,
                                            Date now, const TimeTexts& times);
 
   bool operator==(const ComponentNote&) const = default;
 };
 
-/// A card at the top of the panel: one thing that needs the person.
+/// A card at the top of the panel: one problem that needs the user.
 struct AttentionItem {
   std::string id;
   RowState state;
@@ -35,7 +35,7 @@ struct AttentionItem {
   std::string action;
   std::optional<PanelButton> button;
 
-  /// What the state adds to title and detail; empty where one of them says it already.
+  /// What the state adds to title and detail; empty when one of them already says it.
   std::string_view stateText() const {
     const bool isSaid = state.text == title || state.text == detail;
     return isSaid ? std::string_view() : std::string_view(state.text);
@@ -44,16 +44,16 @@ struct AttentionItem {
   bool operator==(const AttentionItem&) const = default;
 };
 
-/// True when trusting the device certificate is all that setup still wants.
+/// True when trusting the device certificate is the only setup step left.
 bool showsFinishSetup(const Snapshot& snapshot);
 
 /// True when the repair window can bring the network extension back.
 bool showsRepair(const Snapshot& snapshot);
 
-/// True when the egress lock waits for a person to switch it on.
+/// True when the egress lock waits for the user to switch it on.
 bool showsEnableEgressLock(const Snapshot& snapshot);
 
-/// The rows that the cards speak of.
+/// The rows from which the cards are made.
 struct AttentionRows {
   const std::optional<GuardFailure>& guardFailure;
   const RowState& guard;

@@ -26,7 +26,7 @@ std::string credentialConsequence(const Health& credential) {
       Copy::componentDetail(credential.code, credential.detail, credential.params));
 }
 
-/// A trust that is still pending is amber also where the daemon gives no severity.
+/// Pending trust is amber even when the daemon gives no severity.
 GuardFailure setupUnfinished(const Health& deviceCA) {
   return {std::string(Copy::guardRollupSetupUnfinished.text()),
           std::string(Copy::guardConsequenceTrustPending.text()),
@@ -49,7 +49,7 @@ int rank(const StatusComponent& row) {
   return 4;
 }
 
-/// For each ecosystem that is left open, the setting of the first gap that leaves it so.
+/// For each unprotected ecosystem, the setting of the first gap that causes it.
 std::unordered_map<std::string_view, std::string_view> firstGaps(const Snapshot& snapshot) {
   std::unordered_map<std::string_view, std::string_view> settings;
   for (const auto& gap : snapshot.trustGaps) {

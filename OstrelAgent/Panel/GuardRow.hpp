@@ -11,14 +11,14 @@ namespace ostrel {
 /// Why Guard does not protect.
 struct GuardFailure {
   std::string rollup;                   ///< text of the Guard row
-  std::string consequence;              ///< what it means for the person
+  std::string consequence;              ///< what it means for the user
   bool isDegraded = false;              ///< amber instead of red
-  Snapshot::ComponentHealth component;  ///< what failed it
+  Snapshot::ComponentHealth component;  ///< the component that causes it
 
   bool operator==(const GuardFailure&) const = default;
 };
 
-/// What keeps Guard from protecting, the most fundamental cause first; nothing when it protects.
+/// The most fundamental reason why Guard does not protect; nullopt when it does.
 std::optional<GuardFailure> guardFailure(const Snapshot& snapshot);
 
 /// A row for every ecosystem, the worst first, then by name.

@@ -12,7 +12,7 @@ namespace ostrel {
 
 namespace {
 
-/// A device that settles is degraded, so it is amber, too.
+/// A settling device is degraded, so it is amber, too.
 RowState::Case tintOf(MenuBarBadge badge) {
   switch (badge) {
     case MenuBarBadge::dot:
@@ -25,7 +25,7 @@ RowState::Case tintOf(MenuBarBadge badge) {
   return RowState::Case::warn;
 }
 
-/// Computes one content; holds what all its parts are computed from.
+/// Computes one content; its members are the inputs of all parts.
 class PanelContentBuilder {
  public:
   PanelContentBuilder(const StatusPanelModel& model, Date now, const TimeTexts& times,
@@ -34,7 +34,7 @@ class PanelContentBuilder {
 
   PanelContent content() const {
     PanelContent content;
-    // One word of the catalogue for all verdicts, so that the panel does not turn with them.
+    // One word for all verdicts, so that the text direction does not change with the verdict.
     content.direction = directionOf(Copy::verdictProtected.text());
     content.header = header();
     content.update = update();
@@ -49,7 +49,7 @@ class PanelContentBuilder {
     content.headerButtons = shown(PanelMenu::header);
     content.footerButtons = shown(PanelMenu::footer);
     content.moreButtons = shown(PanelMenu::more);
-    // The catalogue has no word for "more"; the agent window heads what is of no component with this one.
+    // The catalogue has no word for "more"; the agent window uses this one as the title of its general page.
     if (!content.moreButtons.empty()) content.moreName = Copy::windowSectionGeneral.text();
     content.notices = notices();
     content.inFlight = {model_.checkinInFlight, model_.diagnosticsInFlight, model_.sendDiagnosticsInFlight,

@@ -11,7 +11,7 @@
 
 namespace ostrel {
 
-/// Everything the status panel shows, as plain comparable data. Every view of the panel draws this value.
+/// Everything the status panel shows, as plain comparable data; every view of the panel draws it.
 struct PanelContent {
   struct Header {
     std::string word;
@@ -25,7 +25,7 @@ struct PanelContent {
   struct Update {
     RowState state;  ///< info, or bad when the update is required
     std::string version;
-    std::string belowMinimum;  ///< empty where it does not apply
+    std::string belowMinimum;  ///< empty when it does not apply
     std::optional<PanelButton> button;
     std::string installing;         ///< empty unless an install runs
     std::string protectionStaysOn;  ///< follows `installing`
@@ -38,7 +38,7 @@ struct PanelContent {
     std::string label;
     RowState state;
     std::string note;                ///< what to do or expect; empty for a row that is ok
-    bool isNoteShownOnCard = false;  ///< a card says the note already, so that a view may leave it out
+    bool isNoteShownOnCard = false;  ///< a card shows the note, so a view may omit it
 
     bool operator==(const Row&) const = default;
   };
@@ -65,7 +65,7 @@ struct PanelContent {
   struct Health {
     Row rollup;
     std::vector<Row> components;
-    bool startsExpanded = false;  ///< a component needs attention, so they show without being asked for
+    bool startsExpanded = false;  ///< a component needs attention
 
     bool operator==(const Health&) const = default;
   };
@@ -86,10 +86,9 @@ struct PanelContent {
     bool operator==(const InFlight&) const = default;
   };
 
-  TextDirection direction = TextDirection::leftToRight;  ///< of the person's language
+  TextDirection direction = TextDirection::leftToRight;  ///< of the user's language
   Header header;
-  std::optional<RowState>
-      statusError;  ///< stands in place of cards and rows: no status could be read, or none yet
+  std::optional<RowState> statusError;  ///< replaces cards and rows: no status could be read, or none yet
   std::optional<Update> update;
   std::vector<AttentionItem> cards;
   std::optional<Protection> protection;
@@ -98,12 +97,12 @@ struct PanelContent {
   std::vector<PanelButton> headerButtons;
   std::vector<PanelButton> footerButtons;
   std::vector<PanelButton> moreButtons;  ///< behind the footer's "⋯"
-  std::string moreName;                  ///< of "⋯" for a person who hears the panel; empty without one
+  std::string moreName;                  ///< accessible name of "⋯"; may be empty
   std::vector<std::string> notices;
   InFlight inFlight;
   double maxHeight = 0;  ///< points
 
-  /// Every button, in the order in which a person meets them.
+  /// All buttons from top to bottom.
   std::vector<PanelButton> buttons() const;
 
   bool operator==(const PanelContent&) const = default;

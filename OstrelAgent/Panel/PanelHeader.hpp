@@ -8,7 +8,7 @@
 
 namespace ostrel {
 
-/// Whether what is amber clears by itself, and by when.
+/// Whether amber conditions clear by themselves, and by when.
 struct Settling {
   enum class Case { settling, notApplicable, needsAction, undated, overdue };
 
@@ -20,7 +20,7 @@ struct Settling {
   bool operator==(const Settling&) const = default;
 };
 
-/// The top of the panel: a word, and while the device settles, a line with the deadline.
+/// The top of the panel: a word and, while the device settles, a line with the deadline.
 struct PanelHeaderReading {
   Settling settling;
   std::string word;

@@ -9,19 +9,19 @@ namespace ostrel {
 
 namespace {
 
-constexpr std::size_t mostCharacters = 120;
+constexpr std::size_t maxCharacters = 120;
 
 /// The text, or its first characters and an ellipsis when it is longer. A character is a code point.
 std::string shortened(std::string text) {
   std::size_t characters = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const bool startsCharacter = (static_cast<unsigned char>(text[i]) & 0xC0) != 0x80;
-    if (startsCharacter && ++characters > mostCharacters) return text.substr(0, i) + "…";
+    if (startsCharacter && ++characters > maxCharacters) return text.substr(0, i) + "…";
   }
   return text;
 }
 
-/// The member when it is a text with something in it.
+/// The member when it is a non-empty text.
 std::optional<std::string> filledText(const JsonObject& object, std::string_view name) {
   auto text = object.text(name);
   if (text && text->empty()) text.reset();
@@ -76,7 +76,7 @@ Alert installAlert() {
 }
 
 Alert updateFailedAlert(const ControlSocketError& error) {
-  // A daemon from before this action refuses it so.
+  // This is how a daemon that does not know the action refuses it.
   const bool isTooOld = error.message.starts_with("unknown ");
   return news(Copy::alertUpdateFailedTitle, isTooOld
                                                 ? text(Copy::updateServiceTooOld)

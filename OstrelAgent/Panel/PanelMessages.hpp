@@ -13,13 +13,13 @@
 
 namespace ostrel {
 
-/// What the panel says of a check-in, by the daemon's answer.
+/// The panel's message about a check-in, from the daemon's response.
 std::string checkinNotice(const std::expected<JsonObject, ControlSocketError>& answer);
 
-/// What the panel says of diagnostics that were collected for the pasteboard.
+/// The panel's message about diagnostics that were copied to the pasteboard.
 std::string diagnosticsNotice(std::int32_t helperStatus);
 
-/// What came of sending diagnostics: one of both is there.
+/// The outcome of sending diagnostics: exactly one of the two is set.
 struct DiagnosticsSending {
   std::optional<Date> sentAt;
   std::optional<std::string> error;
@@ -27,20 +27,19 @@ struct DiagnosticsSending {
   bool operator==(const DiagnosticsSending&) const = default;
 };
 
-/// By the helper's exit status and what it printed; diagnostics that were sent at no readable time were sent
-/// now.
+/// From the helper's exit status and output; `now` replaces a time that cannot be read.
 DiagnosticsSending diagnosticsSending(const HelperRunner::HelperOutput& output, Date now);
 
 /// Asks whether to install the update that is offered; the first button says so.
 Alert installAlert();
 
-/// Tells why an update could not be started.
+/// Shows why an update could not be started.
 Alert updateFailedAlert(const ControlSocketError& error);
 
-/// Tells why the network filter could not be turned on.
+/// Shows why the network filter could not be turned on.
 Alert filterOnFailedAlert(std::string reason);
 
-/// Tells why the device certificate could not be trusted.
+/// Shows why the device certificate could not be trusted.
 Alert trustFailedAlert(std::string reason);
 
 }  // namespace ostrel

@@ -8,7 +8,7 @@
 
 namespace ostrel {
 
-/// The look of one panel row with its short text.
+/// The colour of a panel row and its short text.
 struct RowState {
   enum class Case { ok, warn, bad, info, off };
 
@@ -40,13 +40,13 @@ struct StatusComponent {
   bool operator==(const StatusComponent&) const = default;
 };
 
-/// The row for a fault, by its severity: an unknown severity must never look healthy.
+/// The row state of a fault by its severity; an unknown severity never looks healthy.
 RowState weighed(std::string_view text, const Snapshot::ComponentHealth& health);
 
-/// The row of a component without a rule of its own.
+/// The row state of a component without a specific rule.
 RowState healthState(const Snapshot::ComponentHealth& health, std::string_view ok, std::string_view broken);
 
-/// `weighed`, but `info` for a state other than "broken" that comes without a severity.
+/// Like `weighed`, but `info` for a state other than "broken" without severity.
 RowState weighedUnlessUncertain(std::string_view text, const Snapshot::ComponentHealth& health);
 
 }  // namespace ostrel

@@ -18,7 +18,7 @@ std::vector<std::string> nonEmpty(const std::vector<std::string>& params) {
   return kept;
 }
 
-/// The parameter that names a file: the first that looks like a path, else the last that says something.
+/// The parameter that names a file: the first that looks like a path, else the last that is not empty.
 OptionalText file(const Health& health) {
   const auto params = nonEmpty(health.params);
   const auto path = std::ranges::find_if(params, [](const auto& param) { return param.contains('/'); });
@@ -67,7 +67,7 @@ OptionalText bundleUnprotected(const Health&) {
   return std::string(Copy::runtimeTrustBundleUnprotected.text());
 }
 
-/// A code that names its cause: its text, nothing when the parameter is missing, and what is said then.
+/// A code with its text, nullopt when the code's parameter is missing, and the text for that case.
 struct Rule {
   std::string_view code;
   OptionalText (*text)(const Health&);
@@ -98,7 +98,7 @@ std::string okText(const Health& health) {
   return std::string(Copy::runtimeTrustOk.text());
 }
 
-/// What a broken state says when its code has no rule.
+/// The text of a broken state whose code has no rule.
 std::string brokenText(const Health& health) {
   if (health.code == "CLIENT_REJECTED_LEAF") return std::string(Copy::runtimeTrustRejected.text());
   if (health.code == "TRUST_KNOB_UNCOVERED") {

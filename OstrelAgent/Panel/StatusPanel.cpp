@@ -71,7 +71,7 @@ constexpr ComponentRow componentRows[] = {
     {Copy::componentDeviceCA, deviceCAState},
 };
 
-/// True when every component has a row and every row a component. The egress lock's is `egressLockState`.
+/// True when every component has a row and every row a component. The egress lock has `egressLockState`.
 consteval bool rowsMatchComponents() {
   const auto key = [](const auto& labelled) { return labelled.label.key; };
   const auto hasRow = [&](std::string_view label) {

@@ -18,8 +18,8 @@ struct Row {
   PanelAction action;
   std::string_view name;
   Callback callback;
-  const Message& title;                        ///< of its button, where the button has none of its own
-  bool StatusPanelModel::*inFlight = nullptr;  ///< work that disables the button, and its title meanwhile
+  const Message& title;                        ///< default title of its button
+  bool StatusPanelModel::*inFlight = nullptr;  ///< work that disables the button and changes its title
   const Message* inFlightTitle = nullptr;
 };
 

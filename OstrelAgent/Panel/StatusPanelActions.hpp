@@ -13,7 +13,7 @@ namespace ostrel {
 
 struct Message;
 
-/// What a button of the panel does; one for each member of `StatusPanelActions`, in the same order.
+/// The action of a button of the panel; one for each member of `StatusPanelActions`, in the same order.
 enum class PanelAction {
   enableEgressLock,
   enableTransparentProxy,
@@ -29,30 +29,31 @@ enum class PanelAction {
 
 using PanelActionSet = std::set<PanelAction>;
 
-/// Every action there is.
+/// All actions.
 PanelActionSet allPanelActions();
 
-/// The word of an action: "checkNow".
+/// The name of an action: "checkNow".
 std::string_view nameOf(PanelAction action);
 
 /// A page of the agent window.
 enum class AgentPage { ecosystems, containers, egressLock, identity, health, notifications, help };
 
-/// A button, by value: the screen shows it and returns it when it is pressed.
+/// A button: the screen shows it and passes it back when it is pressed.
 struct PanelButton {
   std::string title;
   PanelAction action = PanelAction::checkNow;
   std::optional<AgentPage> page = std::nullopt;  ///< what `openAgentWindow` opens
   bool isEnabled = true;
 
-  /// The enabled button of an action, with the action's title or another.
+  /// The enabled button of an action, with the action's title or the given one.
   static PanelButton of(PanelAction action);
   static PanelButton of(PanelAction action, const Message& title);
 
   /// The button that opens a page of the agent window.
   static PanelButton opening(AgentPage page);
 
-  /// The button as it is while the model's work is in flight: its own work disables it and gives the title.
+  /// The button for the model's current state: while its own work runs, it is disabled and has that work's
+  /// title.
   PanelButton during(const StatusPanelModel& model) const;
 
   bool operator==(const PanelButton&) const = default;
@@ -80,7 +81,7 @@ struct StatusPanelActions {
   /// The actions that have a callback.
   PanelActionSet available() const;
 
-  /// Runs the callback of a pressed button, if it has one and is not at work already.
+  /// Runs the callback of a pressed button, if it has one and its work is not running.
   void perform(const PanelButton& button) const;
 };
 

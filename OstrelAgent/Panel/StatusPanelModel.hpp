@@ -15,7 +15,7 @@ struct StatusPanelModel {
   std::vector<std::string> runningContainerRuntimes;
   double panelMaxHeight = 0;  ///< points; 0 until a screen is known
   bool updateInFlight = false;
-  std::optional<Date> updateInFlightUntil;  ///< an update counts as failed from then on
+  std::optional<Date> updateInFlightUntil;  ///< a running update counts as failed after this time
   bool checkinInFlight = false;
   std::optional<std::string> checkinNotice;
   bool diagnosticsInFlight = false;
@@ -24,7 +24,7 @@ struct StatusPanelModel {
   std::optional<Date> diagnosticsSentAt;
   std::optional<std::string> sendDiagnosticsError;
 
-  /// Ends an update at work once the snapshot offers none any more, or its deadline has passed.
+  /// Ends a running update once the snapshot offers none or its deadline has passed.
   void settleUpdate(Date now);
 };
 

@@ -5,8 +5,8 @@
 
 namespace ostrel {
 
-/// One of the device's components: its place in a snapshot, what a report says of it (null when it says
-/// nothing), and the label of the row that shows it.
+/// A component of the device: its member in a snapshot, its value in a report (null when absent), and the
+/// label of its row.
 struct HealthComponent {
   Snapshot::ComponentHealth Snapshot::*health;
   const StatusReport::Health::Component* (*reported)(const StatusReport::Health&);
@@ -19,8 +19,8 @@ const StatusReport::Health::Component* reportedComponent(const StatusReport::Hea
   return component ? &*component : nullptr;
 }
 
-/// Every component of a snapshot, in the order of its members. Of two that share a label the first is shown
-/// when it wants attention, else the second.
+/// All components of a snapshot, in the order of its members. Of two with the same label the first is shown
+/// when it needs attention, else the second.
 inline constexpr HealthComponent healthComponents[] = {
     {&Snapshot::daemon, reportedComponent<&StatusReport::Health::daemon>, Copy::componentCapture},
     {&Snapshot::deviceCA, reportedComponent<&StatusReport::Health::ca>, Copy::componentDeviceCA},

@@ -13,13 +13,13 @@ constexpr std::string_view warningEmoji = "\u26A0\uFE0F";
 constexpr CanvasColor black{0, 0, 0};
 constexpr CanvasColor white{255, 255, 255};
 
-/// Degrees go counter-clockwise from the right.
+/// Degrees count counter-clockwise from the right.
 CanvasPoint onCircle(CanvasPoint center, double radius, double degrees) {
   const double angle = degrees * std::numbers::pi / 180;
   return {center.x + radius * std::cos(angle), center.y + radius * std::sin(angle)};
 }
 
-/// What is cut out of a badge, in its rectangle: an exclamation mark or a cross.
+/// The mark cut out of a badge: an exclamation mark or a cross.
 std::vector<CanvasPath> badgeMark(MenuBarBadge badge, const CanvasRect& rect) {
   const double width = rect.width;
   const auto [x, y] = rect.center();
@@ -27,7 +27,7 @@ std::vector<CanvasPath> badgeMark(MenuBarBadge badge, const CanvasRect& rect) {
     case MenuBarBadge::dot:
       return {};
     case MenuBarBadge::square: {
-      // In a glyph of 18 points the bar and the point below it start on whole points.
+      // In a glyph of 18 points bar and dot start on whole points.
       const double thickness = 0.16 * width;
       const double half = 0.347 * width;
       const double gapTop = -0.08 * width;
@@ -125,7 +125,7 @@ CanvasPath badgePath(MenuBarBadge badge, const CanvasRect& rect) {
 void drawMenuBarImage(Canvas& canvas, double width, double height, MenuBarBadge badge,
                       MenuBarPalette palette) {
   const CanvasRect whole{0, 0, width, height};
-  // The glyph steps back when there is a warning to show.
+  // The glyph is dimmed while there is a warning.
   canvas.drawGlyph(whole, badge == MenuBarBadge::dot ? 0.85 : 0.4);
   const auto tint = palette.kind == MenuBarPalette::Case::dark ? white : black;
   canvas.fillRect(whole, tint, Compositing::sourceAtop);

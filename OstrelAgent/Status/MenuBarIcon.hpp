@@ -14,11 +14,11 @@ namespace ostrel {
 /// The mark in the icon's corner: all well, needs attention or not reported, not protected.
 enum class MenuBarBadge { dot, square, octagon };
 
-/// The signs of a verdict, by what the menu bar can show.
+/// The symbols of a verdict, for menu bars of different abilities.
 struct VerdictSymbols {
   MenuBarBadge badge = MenuBarBadge::square;
-  std::string_view symbol;  ///< system symbol for want of the glyph image
-  std::string_view emoji;   ///< for want of the symbol, too
+  std::string_view symbol;  ///< system symbol, used without a glyph image
+  std::string_view emoji;   ///< used without a system symbol, too
 
   static VerdictSymbols of(const ProtectionVerdict& verdict);
 
@@ -31,7 +31,7 @@ struct MenuBarPalette {
 
   Case kind = Case::light;
 
-  /// The palette for a menu bar; the light one as long as its appearance is not known.
+  /// The palette for a menu bar; the light one while the appearance is unknown.
   static MenuBarPalette matching(std::optional<Appearance> appearance);
 
   CanvasColor color(MenuBarBadge badge) const;
@@ -53,7 +53,7 @@ struct Symbol {
   std::string_view name;
   bool operator==(const Symbol&) const = default;
 };
-/// Plain text, and what stands for it where no font has the emoji.
+/// A title and the badge that replaces it when no font has the emoji.
 struct Title {
   std::string_view emoji;
   MenuBarBadge badge = MenuBarBadge::square;
@@ -64,7 +64,7 @@ struct Title {
 
 using MenuBarPicture = std::variant<menubarpicture::Glyph, menubarpicture::Symbol, menubarpicture::Title>;
 
-/// What the status item shows.
+/// The image and text of the status item.
 struct MenuBarIcon {
   MenuBarPicture picture;
   std::string text;  ///< tooltip and accessible label
@@ -79,13 +79,13 @@ struct MenuBarIcon {
 /// The outline of a badge in its rectangle.
 CanvasPath badgePath(MenuBarBadge badge, const CanvasRect& rect);
 
-/// Draws the menu-bar image for a glyph of that size in points: the glyph in the palette's tint, and in its
-/// lower right corner the badge with its mark.
+/// Draws the menu-bar image for a glyph of that size in points: the tinted glyph with the badge in its lower
+/// right corner.
 void drawMenuBarImage(Canvas& canvas, double width, double height, MenuBarBadge badge,
                       MenuBarPalette palette);
 
-/// Draws a square image of that many points for a title, where the menu bar shows no text: the emoji or,
-/// where no font has it, the badge alone.
+/// Draws a title as a square image of that many points, for menu bars without text: the emoji, or the badge
+/// alone when no font has it.
 void drawMenuBarTitle(Canvas& canvas, double side, const menubarpicture::Title& title);
 
 }  // namespace ostrel

@@ -6,7 +6,7 @@ namespace ostrel {
 
 namespace {
 
-/// Reads a text from its front; once something is not as asked for, `failed` stays set.
+/// Reads a text from its front; after the first mismatch `failed` stays set.
 class Reader {
  public:
   explicit Reader(std::string_view text) : rest_(text) {}
@@ -29,7 +29,7 @@ class Reader {
     return true;
   }
 
-  /// The milliseconds of a fraction behind its point, further digits cut off; at least one digit.
+  /// The digits after the point as milliseconds, at least one; further digits are cut off.
   int milliseconds() {
     int value = 0;
     int weight = 100;
@@ -67,7 +67,7 @@ std::chrono::minutes readZone(Reader& reader) {
   return std::chrono::minutes(sign * (hours * 60 + reader.number(2, 0, 59)));
 }
 
-/// The number with zeros before it, up to the digits asked for.
+/// The number with leading zeros, in at least that many digits.
 template <class Number>
 std::string padded(Number number, std::size_t digits) {
   const auto text = std::to_string(number);

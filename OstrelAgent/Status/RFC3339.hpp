@@ -8,8 +8,8 @@
 
 namespace ostrel {
 
-/// The time of an internet date-time such as "2025-01-02T03:04:05.678Z": a real date, upper-case T and Z or
-/// ±hh:mm, digits of a fraction cut to milliseconds. Nothing for any other text.
+/// Parses an internet date-time such as "2025-01-02T03:04:05.678Z": a real date, upper-case T and Z or
+/// ±hh:mm, fractions cut to milliseconds. Returns nullopt for any other text.
 std::optional<Date> parseRFC3339(std::string_view text);
 
 /// The time as an internet date-time in UTC, fractions of a second cut off: "2025-01-02T03:04:05Z".

@@ -26,7 +26,7 @@ Snapshot::ComponentHealth condensed(const StatusReport::Health::Component& compo
           .params = component.params.value_or(std::vector<std::string>())};
 }
 
-/// The members of a snapshot: one more does not compile until it is listed here.
+/// The members of a snapshot; a new member does not compile until it is listed here.
 [[maybe_unused]] auto membersOf(const Snapshot& snapshot) {
   const auto& [m0, m1, m2, m3, m4, m5, m6, m7, m8, m9, m10, m11, m12, m13, m14, m15, m16, m17, m18, m19, m20,
                m21, m22, m23, m24, m25, m26, m27, m28, m29, m30] = snapshot;
@@ -43,7 +43,7 @@ using SnapshotMembers = std::invoke_result_t<decltype(membersOf), const Snapshot
 static_assert(componentsAmong(std::type_identity<SnapshotMembers>()) == std::size(healthComponents),
               "every component of a snapshot has a row in the table of components");
 
-/// A setting that the daemon could not look at is not told as a gap.
+/// A setting that the daemon could not check is not a gap.
 bool isGap(const StatusReport::Health::Knob& knob) { return !knob.covered && knob.reason != "unobservable"; }
 
 void fillGuard(Snapshot& snapshot, const std::vector<StatusReport::Feature>& features) {

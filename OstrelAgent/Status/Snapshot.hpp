@@ -11,9 +11,9 @@
 
 namespace ostrel {
 
-/// The always-complete picture of the device's status that every screen reads. Made anew on every refresh.
+/// The complete status of the device, from which every screen is made; built on every refresh.
 struct Snapshot {
-  /// A component of the report with everything absent read as empty.
+  /// A component of the report; absent values are empty.
   struct ComponentHealth {
     std::string state;
     std::string detail;
@@ -26,7 +26,7 @@ struct Snapshot {
     bool operator==(const ComponentHealth&) const = default;
   };
 
-  /// A trust setting that is not in place, and the ecosystems it leaves open.
+  /// A missing trust setting and the ecosystems that it leaves unprotected.
   struct TrustGap {
     std::vector<std::string> ecosystems;
     std::string env;
@@ -81,23 +81,23 @@ struct Snapshot {
   std::optional<Date> lastCheckinSuccess;
   std::string lastCheckinError;
 
-  /// Takes over everything that a report says.
+  /// Copies everything from a report.
   void fill(const StatusReport& report);
 
-  /// Takes over a health block alone.
+  /// Copies a health block alone.
   void apply(const StatusReport::Health& health);
 
-  /// Protections that policy has switched off: the daemon's count, or without its verdict the ecosystems so
-  /// marked.
+  /// Number of protections switched off by policy: the daemon's count or, without its verdict, the number of
+  /// ecosystems marked so.
   std::int64_t offByPolicyCount() const;
 
   bool operator==(const Snapshot&) const = default;
 };
 
-/// What trust settings protect when the daemon does not say so itself.
+/// The ecosystems of each trust setting, for daemons that do not report them.
 namespace TrustGaps {
 
-/// The ecosystems that a trust setting protects; none for a setting that is not known.
+/// The ecosystems that a trust setting protects; empty for an unknown setting.
 std::vector<std::string> legacyKnobProtects(std::string_view env);
 
 }  // namespace TrustGaps

@@ -9,7 +9,7 @@ namespace ostrel {
 
 namespace {
 
-/// True when the extension diverts traffic by one of the proxies, also of those that came with an error.
+/// True when one of the proxies is connected, including proxies that were loaded with an error.
 bool isConnected(const NetworkPreferences::TransparentProxies& loaded) {
   return std::ranges::any_of(loaded ? *loaded : loaded.error().arrived,
                              &TransparentProxyConfiguration::connected);
@@ -61,7 +61,7 @@ Snapshot statusSnapshot(const StatusInputs& inputs) {
   if (inputs.helper->report) {
     snapshot.fill(*inputs.helper->report);
   } else {
-    // A helper that succeeded without printing a report is shown with the number 0.
+    // A helper that succeeded without printing a report is shown with status 0.
     snapshot.statusError = Copy::statusUnavailable.with(inputs.helper->status);
   }
   if (const auto& proxies = inputs.transparentProxies) {

@@ -11,7 +11,7 @@
 
 namespace ostrel {
 
-/// What the helper answered to "status --json".
+/// The helper's response to "status --json".
 struct HelperReading {
   static constexpr std::size_t maxKeptOutput = std::size_t{1} << 20;
   static constexpr std::size_t maxReportSize = std::size_t{8} << 20;
@@ -21,30 +21,29 @@ struct HelperReading {
   std::optional<StatusReport> report = {};  ///< absent when the helper failed or printed no report
 };
 
-/// Reads an answer of the helper. One that equals the previous one is not decoded again: the previous reading
-/// is returned.
+/// Reads the helper's response. If it equals the previous one, the previous reading is returned without
+/// decoding.
 std::shared_ptr<const HelperReading> readHelper(HelperRunner::HelperOutput answer,
                                                 std::shared_ptr<const HelperReading> previous);
 
 /// Runs the helper for its status report. Blocks.
 HelperRunner::HelperOutput runStatus(const HelperRunner& helper, const ChildStopTokens& stopTokens = {});
 
-/// What a refresh read. A load that did not come in time is absent.
+/// The inputs that a refresh read; a load that timed out is absent.
 struct StatusInputs {
   std::shared_ptr<const HelperReading> helper = {};
   std::optional<NetworkPreferences::TransparentProxies> transparentProxies = {};
   std::optional<NetworkPreferences::ContentFilter> contentFilter = {};
 };
 
-/// The snapshot of a refresh: `statusError` in place of a report that is absent; a load that is absent counts
-/// like one that failed.
+/// The snapshot of a refresh. Without a report it has a `statusError`; a missing load counts as failed.
 Snapshot statusSnapshot(const StatusInputs& inputs);
 
-/// The version for which the report wants the extension re-activated, empty when it names none; absent when
-/// it wants nothing.
+/// The version for which the report requests a re-activation, empty when it names none; nullopt without a
+/// request.
 std::optional<std::string> pendingReactivation(const StatusInputs& inputs);
 
-/// One reading of the Mac's setup.
+/// The Mac's setup at one time.
 struct SetupObservation {
   bool statusRead = false;
   bool enrolled = false;
@@ -59,7 +58,7 @@ struct SetupObservation {
   bool operator==(const SetupObservation&) const = default;
 };
 
-/// The setup as a refresh read it; nothing of a report that is absent.
+/// The setup from a refresh; the values of a missing report keep their defaults.
 SetupObservation setupObservation(const StatusInputs& inputs);
 
 }  // namespace ostrel

@@ -17,21 +17,21 @@
 
 namespace ostrel {
 
-/// What one run of the refresh read.
+/// The result of one run.
 struct RefreshResult {
-  std::uint64_t run = 0;  ///< ascending in the order of starting
+  std::uint64_t run = 0;  ///< ascending in start order
   StatusInputs inputs;
 };
 
 /// Which of the network preferences a refresh loads.
 enum class NetworkLoads { transparentProxies, all };
 
-/// Reads the Mac's status on request and publishes every result that no later run has overtaken. A helper or
-/// a load that hangs is given up after `StatusRunLimiter::secondsUntilOver`, so an old result never stays.
-/// Main thread; work in the background holds it weakly, and its end ends every run.
+/// Reads the Mac's status on request and publishes each result unless a later run has already ended. A hung
+/// helper or load is given up after `StatusRunLimiter::secondsUntilOver`, so old results never stay. Main
+/// thread; background work holds it weakly, and the destructor ends every run.
 class StatusRefresher : public std::enable_shared_from_this<StatusRefresher> {
  public:
-  /// The exit status of a helper that was killed, or not started because earlier ones cannot be ended.
+  /// The exit status for a helper that was killed, or not started because earlier ones cannot be killed.
   static constexpr std::int32_t killedStatus = 9;
 
   struct Services {
@@ -47,14 +47,14 @@ class StatusRefresher : public std::enable_shared_from_this<StatusRefresher> {
   StatusRefresher& operator=(const StatusRefresher&) = delete;
   ~StatusRefresher();
 
-  /// Follows wakes from sleep, each of which is a request, and starts the first run. Call once.
+  /// Starts the first run; each wake from sleep then requests another. Call once.
   void start(std::function<void(const RefreshResult&)> published);
 
-  /// Starts a run. While the latest is under way and younger than `StatusRunLimiter::secondsUntilNext`, one
-  /// run that starts after it serves every request.
+  /// Requests a run. While the latest one is running and younger than `StatusRunLimiter::secondsUntilNext`,
+  /// all requests share one run that starts after it.
   void request();
 
-  /// The number of the run that was started last, 0 before the first.
+  /// The number of the latest run, 0 before the first.
   std::uint64_t latestRun() const { return limiter_.latest(); }
 
  private:

@@ -2,7 +2,7 @@
 
 namespace ostrel {
 
-// JsonReader finds these by their arguments, so they are in no unnamed namespace.
+// Not in an unnamed namespace: JsonReader finds them by argument-dependent lookup.
 
 static void read(const JsonReader& reader, StatusReport::Update& update) {
   reader.required("state", update.state);

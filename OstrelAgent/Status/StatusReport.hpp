@@ -11,8 +11,8 @@
 
 namespace ostrel {
 
-/// The device's protection status as the endpoint helper prints it. Absent fields are absent or null in the
-/// document; times stay texts here.
+/// The device's protection status as printed by the endpoint helper. An optional is empty when its key is
+/// missing or null; times stay texts.
 struct StatusReport {
   struct Update {
     std::string state;
@@ -115,13 +115,13 @@ struct StatusReport {
   std::optional<Interception> interception;
   std::optional<Checkin> checkin;
 
-  /// Reads the helper's standard output. There is no partial report: one fault anywhere fails the document.
+  /// Decodes the helper's standard output. A single fault fails the whole document.
   [[nodiscard]] static std::expected<StatusReport, JsonError> decode(std::string_view bytes);
 
   bool operator==(const StatusReport&) const = default;
 };
 
-/// Reads the keys of a report, or of a health block, which the daemon's answers hold too.
+/// Read the keys of a report, or of a health block, which the daemon's responses also contain.
 void read(const JsonReader& reader, StatusReport& report);
 void read(const JsonReader& reader, StatusReport::Health& health);
 

@@ -15,7 +15,7 @@ struct ProtectionVerdict {
   Case kind = Case::notReported;
   std::int64_t count = 0;  ///< protections off by policy, of `protectedWithOff`
 
-  /// The verdict of the daemon's word, compared exactly.
+  /// The verdict for the daemon's word, compared exactly.
   static ProtectionVerdict fromWire(std::string_view wire, std::int64_t offByPolicy);
   static ProtectionVerdict of(const Snapshot& snapshot);
 

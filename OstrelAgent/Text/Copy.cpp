@@ -18,7 +18,7 @@ constexpr Message allMessages[] = {
 #undef COPY_ONBOARDING
 };
 
-/// The one process-wide state of the program: the table that `install` puts here at start.
+/// The only global state of the program: the table that `install` sets at start.
 Copy::Table& installedTable() {
   static Copy::Table table;
   return table;
@@ -39,7 +39,7 @@ std::string_view parameter(const std::vector<std::string>& params, std::size_t i
   return index < params.size() ? std::string_view(params[index]) : std::string_view();
 }
 
-/// The codes whose text is the daemon's own sentence, CREDENTIAL_ codes aside.
+/// Codes whose text is the daemon's own sentence, besides the CREDENTIAL_ codes.
 constexpr std::array<std::string_view, 13> relayedCodes = {
     "TRUST_KNOB_UNCOVERED",         "SYSEXT_REACTIVATE_PENDING",     "APP_REJECTED_LEAF",
     "CONTAINER_REJECTED_LEAF",      "APP_STARTED_WITHOUT_TRUST_ENV", "APP_SHELL_SKIPPED_TRUST_SEED",
@@ -47,7 +47,7 @@ constexpr std::array<std::string_view, 13> relayedCodes = {
     "TRUST_SEEDED_FOR_SHELL",       "TRUST_KNOB_OVERRIDE_SUSPECTED", "TRUST_SEED_MISSING",
     "TRUST_RC_FILE_UNSCANNED"};
 
-/// Codes whose translation takes the first two parameters as two arguments.
+/// Codes whose translation takes the first two parameters as separate arguments.
 constexpr std::array<std::string_view, 3> positionalPairCodes = {
     "TRUST_VERIFIED_BY_TRAFFIC", "TRUST_TRUSTED_WITHOUT_KNOB", "TRUST_KNOB_OVERRIDE_SUSPECTED"};
 
@@ -55,7 +55,7 @@ bool contains(const auto& codes, std::string_view code) {
   return std::ranges::find(codes, code) != codes.end();
 }
 
-/// A relayed code's translation under the key, filled in, or the daemon's sentence as it came.
+/// The filled-in translation of a relayed code under the key, or the daemon's unchanged sentence.
 std::string relayed(const std::string& key, std::string_view wireDetail,
                     std::initializer_list<FormatArgument> arguments) {
   const auto text = Copy::text(key, wireDetail);

@@ -13,12 +13,12 @@
 
 namespace ostrel {
 
-/// One text that a person reads: its key in the Copy table and its English default.
+/// A text for the user: its key in the Copy table and its English default.
 struct Message {
   std::string_view key;
   std::string_view english;
 
-  /// The text in the person's language. The view lasts as long as the installed table.
+  /// The text in the user's language. The view is valid as long as the installed table.
   std::string_view text() const;
 
   /// The text with its parameters filled in: strings for "%@", integers for "%d".
@@ -32,7 +32,7 @@ struct Message {
   static FormatArgument argument(std::integral auto number) { return static_cast<std::int64_t>(number); }
 };
 
-/// The message catalogue. Every text that the program shows is one of its messages.
+/// The message catalogue: every text that the program shows.
 class Copy {
  public:
   using Table = std::map<std::string, std::string, std::less<>>;
@@ -51,29 +51,28 @@ class Copy {
 #undef COPY_ONBOARDING
   };
 
-  /// A translation's entries as a table, and the keys left out because their specifiers are not the
-  /// default's.
+  /// A translation as a table, and the keys left out because their specifiers differ from the default's.
   struct Translation {
     Table table;
     std::vector<std::string> ignoredKeys;
   };
   static Translation translation(const StringsEntries& entries);
 
-  /// Installs the translated texts, once, before the first text is asked for.
+  /// Installs the translated texts. Call at most once, before the first use of a text.
   static void install(Table table);
 
-  /// Every key of the catalogue with its English text: the messages, the detail texts, the remedies.
+  /// All keys of the catalogue with their English texts: messages, detail texts, remedies.
   static std::vector<std::pair<std::string, std::string_view>> english();
 
-  /// The installed table's text for the key, or the fallback. The view lasts as long as the longer-lived of
-  /// both.
+  /// The installed table's text for the key, or the fallback. The view is valid as long as table and
+  /// fallback.
   static std::string_view text(std::string_view key, std::string_view fallback);
 
-  /// The detail line of a component, from its code, the daemon's own sentence and its parameters.
+  /// The detail line of a component from its code, the daemon's own sentence and its parameters.
   static std::string componentDetail(std::string_view code, std::string_view wireDetail,
                                      const std::vector<std::string>& params);
 
-  /// What a person can do about a code, or nothing.
+  /// What the user can do about a code, or nullopt.
   static std::optional<std::string> remedy(std::string_view code, const std::vector<std::string>& params);
 
   /// True for codes whose text is the daemon's own sentence.
@@ -85,7 +84,7 @@ class Copy {
   /// The note about ecosystems that policy has switched off.
   static std::string offNote(const std::vector<std::string>& names, std::int64_t directFlows);
 
-  /// What follows from a broken credential.
+  /// The consequence of a broken credential.
   static std::string consequenceCredential(std::string_view detail);
 
   static std::string rollupNotCovered(std::size_t count, std::size_t total);
@@ -95,7 +94,7 @@ class Copy {
   static std::string runtimeTrustCheckFile(std::string_view path);
   static std::string runtimeTrustReadingFile(std::string_view path);
 
-  /// Short texts for programs that were started without the trust settings; nothing without a program's name.
+  /// Short texts for programs that were started without the trust settings; nullopt without a program's name.
   static std::optional<std::string> runtimeTrustStaleLauncher(const std::vector<std::string>& params);
   static std::optional<std::string> runtimeTrustShellSkippedSeed(const std::vector<std::string>& params);
 

@@ -6,7 +6,7 @@
 
 namespace ostrel {
 
-/// The menu bar of the roles with a text field, for the standard editing keys.
+/// Menu bar with the standard editing keys, for roles with a text field.
 inline std::vector<Menu> mainMenuForEditing() {
   return {{"Edit",
            {{"Undo", "undo:", "z"},

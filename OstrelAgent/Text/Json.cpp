@@ -7,7 +7,7 @@ namespace ostrel {
 
 namespace {
 
-/// Where the parser gave up, by its count of the bytes that it has read.
+/// The position of the parser's error, from its count of read bytes.
 JsonError syntaxError(std::string_view bytes, std::size_t bytesRead) {
   if (bytesRead > bytes.size()) return {.path = "", .reason = "ends before its JSON does"};
   const auto read = bytes.substr(0, std::max<std::size_t>(bytesRead, 1) - 1);
@@ -65,7 +65,7 @@ void JsonReader::prependToPath(std::string_view place) const {
 
 std::expected<JsonObject, JsonError> JsonObject::parse(std::string_view bytes) try {
   auto document = std::make_shared<const nlohmann::json>(nlohmann::json::parse(bytes));
-  // The parser takes a NUL byte for the end of the document.
+  // The parser treats a NUL byte as the end of the document.
   if (const auto end = bytes.find('\0'); end != bytes.npos)
     return std::unexpected(syntaxError(bytes, end + 1));
   if (!document->is_object()) return std::unexpected(JsonError{.path = "", .reason = "is not an object"});

@@ -20,13 +20,13 @@ struct JsonError {
   std::size_t line = 0;  ///< of a fault in the JSON itself, from 1; else 0
   std::size_t column = 0;  ///< likewise, in bytes
 
-  /// As in "the document is not JSON (line 3, column 7)"; lines are counted on from those before.
+  /// "the document is not JSON (line 3, column 7)"; `linesBefore` is added to the line.
   std::string description(std::size_t linesBefore = 0) const;
 };
 
 /// Reads one value of a document. `void read(const JsonReader&, Struct&)` beside a struct reads its members.
 /// Types must match exactly; an integer has neither fraction nor exponent and fits 64 bits. Reading stops at
-/// the first fault; what was read is then incomplete.
+/// the first fault and leaves the struct incomplete.
 class JsonReader {
  public:
   JsonReader(const nlohmann::json& value, std::optional<JsonError>& fault) : value_(value), fault_(fault) {}
@@ -84,7 +84,7 @@ class JsonReader {
 /// A document that is one object. Copies share it; any thread may read it.
 class JsonObject {
  public:
-  /// The last of a repeated key counts. Numbers that no double holds are refused.
+  /// The last of a repeated key counts. Numbers outside the range of a double are refused.
   [[nodiscard]] static std::expected<JsonObject, JsonError> parse(std::string_view bytes);
   bool contains(std::string_view key) const;
 

@@ -4,7 +4,7 @@
 
 namespace ostrel {
 
-/// A random UUID of version 4 (RFC 9562) in upper case, as the system writes them.
+/// A random version 4 UUID (RFC 9562) in upper case.
 std::string randomUuid();
 
 }  // namespace ostrel

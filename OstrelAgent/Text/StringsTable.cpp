@@ -82,7 +82,7 @@ class StringsParser {
     return fail("a text does not end"), std::nullopt;
   }
 
-  /// Reads the escape at a backslash and leaves the position on its last byte.
+  /// Reads the escape at a backslash; the position is then its last byte.
   bool escape(std::string& text) {
     const char mark = ++at_ < bytes_.size() ? bytes_[at_] : '\0';
     switch (mark) {

@@ -12,7 +12,7 @@ namespace ostrel {
 /// Keys with their texts, in the order of the file.
 using StringsEntries = std::vector<std::pair<std::string, std::string>>;
 
-/// Where a strings table stops being one.
+/// The place of a syntax error in a strings table.
 struct StringsError {
   std::size_t line = 0;  ///< from 1
   std::string reason;
@@ -21,7 +21,7 @@ struct StringsError {
 };
 
 /// Reads a table of `"key" = "value";` entries in UTF-8, with /* */ and // comments and the escapes \" \\ \'
-/// \n \t \r, \Uxxxx and \uxxxx. A table with one mistake is refused whole, so that no half of it is shown.
+/// \n \t \r, \Uxxxx and \uxxxx. A table with one mistake is refused as a whole.
 [[nodiscard]] std::expected<StringsEntries, StringsError> parseStrings(std::string_view bytes);
 
 /// One entry as a line of such a table.

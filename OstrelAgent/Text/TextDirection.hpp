@@ -6,7 +6,7 @@ namespace ostrel {
 
 enum class TextDirection { leftToRight, rightToLeft };
 
-/// The way in which the text's first letter runs; left to right without a letter.
+/// The direction of the text's first letter; left to right without a letter.
 TextDirection directionOf(std::string_view text);
 
 }  // namespace ostrel

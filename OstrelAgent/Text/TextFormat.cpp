@@ -7,7 +7,7 @@ namespace ostrel {
 
 namespace {
 
-/// What follows a "%": how many bytes it takes, and its specifier; no specifier for "%%".
+/// A directive after "%": its length in bytes and its specifier; "%%" has none.
 struct Directive {
   std::size_t length = 0;
   std::optional<FormatSpecifier> specifier;
@@ -15,7 +15,8 @@ struct Directive {
 
 bool isKind(char c) { return c == '@' || c == 'd'; }
 
-/// Reads the directive at a "%", or nothing when the "%" stands for itself. `unnumbered` counts plain ones.
+/// Reads the directive at a "%"; nullopt when the "%" is literal. `unnumbered` counts directives without
+/// number.
 std::optional<Directive> readDirective(std::string_view rest, std::size_t& unnumbered) {
   if (rest.size() < 2) return std::nullopt;
   if (rest[1] == '%') return Directive{2, std::nullopt};
@@ -34,7 +35,7 @@ void append(std::string& text, const FormatArgument& argument) {
   }
 }
 
-/// Walks a format: `literal` gets its texts, `specifier` its specifiers, in order.
+/// Visits a format in order: `literal` gets its texts, `specifier` its specifiers.
 template <class Literal, class Specifier>
 void walkFormat(std::string_view format, Literal literal, Specifier specifier) {
   std::size_t unnumbered = 0;

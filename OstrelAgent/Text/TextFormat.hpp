@@ -13,7 +13,7 @@ namespace ostrel {
 /// One parameter of a message: a text for "%@" or an integer for "%d".
 using FormatArgument = std::variant<std::string_view, std::int64_t>;
 
-/// A place of a format that takes an argument: "%@", "%d", or with an argument's number, "%2$@".
+/// A specifier of a format: "%@", "%d", or with an argument number "%2$@".
 struct FormatSpecifier {
   std::size_t position = 0;  ///< number of its argument, from 1
   char kind = '@';           ///< '@' or 'd'
@@ -24,7 +24,7 @@ struct FormatSpecifier {
 /// The specifiers of a format, ascending by position and kind. "%%" and a lone "%" are none.
 std::vector<FormatSpecifier> formatSpecifiers(std::string_view format);
 
-/// The format with its arguments filled in. Integers are not grouped; a missing argument fills in nothing.
+/// The format with its arguments filled in. Integers are not grouped; a missing argument becomes empty.
 std::string formatText(std::string_view format, std::initializer_list<FormatArgument> arguments);
 
 }  // namespace ostrel

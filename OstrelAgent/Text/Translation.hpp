@@ -5,8 +5,8 @@
 
 namespace ostrel {
 
-/// Installs the catalogue's texts in the person's language. A table that cannot be read is logged and left
-/// out: the texts are English then.
+/// Installs the catalogue's texts in the user's language. When the table cannot be read, that is logged and
+/// the texts are English.
 void installTranslation(const Bundle& bundle, Log& log);
 
 }  // namespace ostrel

@@ -5,7 +5,7 @@
 
 namespace ostrel {
 
-/// True when the bytes are well-formed UTF-8: no overlong form, no surrogate, nothing past U+10FFFF.
+/// True when the bytes are well-formed UTF-8: no overlong form, no surrogate, no code point above U+10FFFF.
 bool isUtf8(std::string_view bytes);
 
 /// Appends one code point in UTF-8.

@@ -24,7 +24,7 @@ constexpr Holds endsWith = [](std::string_view text, std::string_view piece) {
   return text.ends_with(piece);
 };
 
-/// The length of the piece that the text holds, or 0.
+/// The length of the matching piece, or 0.
 std::size_t lengthOf(std::span<const std::string_view> pieces, Holds holds, std::string_view text) {
   const auto piece = std::ranges::find_if(pieces, [&](std::string_view each) { return holds(text, each); });
   return piece == pieces.end() ? 0 : piece->size();

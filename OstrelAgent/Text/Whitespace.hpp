@@ -4,11 +4,10 @@
 
 namespace ostrel {
 
-/// The text without the blanks and line ends at both ends: tab, the space separators of Unicode, and what
-/// ends a line or paragraph.
+/// The text without whitespace at both ends: tabs, Unicode space separators, line and paragraph separators.
 std::string_view trimmed(std::string_view text);
 
-/// True when the text has nothing but tabs and space separators.
+/// True when the text has only tabs and space separators.
 bool isBlank(std::string_view text);
 
 }  // namespace ostrel

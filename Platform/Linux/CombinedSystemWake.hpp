@@ -10,8 +10,8 @@
 
 namespace ostrel {
 
-/// The wakes that any of several services tell, after the timers that are due by then. What two of them
-/// notice is told twice.
+/// Reports the wakes of several services, after the timers that are due. A wake that two services notice is
+/// reported twice.
 class CombinedSystemWake final : public SystemWake {
  public:
   CombinedSystemWake(MainQueue& queue, std::vector<SystemWake*> services)
@@ -19,12 +19,12 @@ class CombinedSystemWake final : public SystemWake {
 
   [[nodiscard]] ScheduledWork observe(std::function<void()> woke) override {
     const auto follower = std::make_shared<Follower>(std::move(woke));
-    const auto tell = [&queue = queue_, weak = std::weak_ptr(follower)] {
+    const auto report = [&queue = queue_, weak = std::weak_ptr(follower)] {
       queue.post([weak] {
-        if (const auto left = weak.lock()) left->woke();
+        if (const auto observer = weak.lock()) observer->woke();
       });
     };
-    for (auto* service : services_) follower->tokens.push_back(service->observe(tell));
+    for (auto* service : services_) follower->tokens.push_back(service->observe(report));
     return follower;
   }
 

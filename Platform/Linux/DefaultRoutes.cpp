@@ -15,7 +15,7 @@ namespace {
 constexpr std::uint32_t isUp = 0x1;
 constexpr std::uint32_t isRejecting = 0x200;
 
-/// Where the fields of one table's rows are that tell a default route.
+/// The columns of a routing table that identify a default route.
 struct Layout {
   std::size_t destination;
   std::size_t mask;

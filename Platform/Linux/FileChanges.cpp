@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Readable when something in the folder has changed; none where the system cannot tell (inotify(7)).
+/// An inotify(7) descriptor that is readable after changes in the folder; none when the system has none left.
 Descriptor changesIn(const fs::path& folder) {
   std::error_code error;
   fs::create_directories(folder, error);
@@ -30,7 +30,7 @@ Descriptor changesIn(const fs::path& folder) {
   return changes;
 }
 
-/// Whether one of the events is about the name, or some were lost.
+/// True when an event concerns the name, or events were lost.
 bool tellOf(std::string_view events, const std::string& name) {
   bool isFound = false;
   while (events.size() >= sizeof(inotify_event)) {

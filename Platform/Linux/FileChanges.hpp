@@ -7,9 +7,9 @@
 
 namespace ostrel {
 
-/// Runs the work after the file at a real path was written, put in its place or removed, while the token
-/// lives; never inside the call. Makes the file's folder, which alone can be watched before the file is
-/// there. Where the system watches no more nothing is told. Main thread.
+/// Runs the work after the file at a real path was written, replaced or removed, while the token lives; never
+/// inside the call. Creates the file's folder, since only that can be watched before the file exists. Reports
+/// nothing when the system is out of watches. Main thread.
 [[nodiscard]] ScheduledWork watchFile(PosixMainQueue& mainQueue, const std::string& path,
                                       std::function<void()> changed);
 

@@ -13,7 +13,7 @@ std::optional<std::string> faultOfLibraryFile(const std::string& path) {
   if (error) return error.message();
   ElfW(Ehdr) header{};
   std::ifstream(path, std::ios::binary).read(reinterpret_cast<char*>(&header), sizeof header);
-  // Linkers write the table of sections last.
+  // Linkers write the section table last, so a complete file contains it.
   const auto end = header.e_shoff + std::uint64_t{header.e_shnum} * header.e_shentsize;
   const bool isWhole = header.e_shoff > 0 && header.e_shoff <= size && end <= size;
   return isWhole ? std::nullopt : std::optional("the file is incomplete");

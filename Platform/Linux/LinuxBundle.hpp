@@ -8,15 +8,15 @@
 
 namespace ostrel {
 
-/// Languages to look for, the nearest first ("de-AT", "de"), by the values of LC_ALL, LC_MESSAGES and LANG;
-/// none for English and for what is no language.
+/// Languages to look for, the nearest first ("de-AT", "de"), from the values of LC_ALL, LC_MESSAGES and LANG;
+/// empty for English and for invalid values.
 std::vector<std::string> languageCandidates(std::string_view lcAll, std::string_view lcMessages,
                                             std::string_view lang);
 
-/// The same by the process's environment.
+/// The same from the process's environment.
 std::vector<std::string> languagesOfEnvironment();
 
-/// The running program's executable, or an empty text when the system does not tell.
+/// Path of the running program's executable, or an empty text when the system does not report it.
 std::string currentExecutablePath();
 
 /// The bundle around an executable ".../OstrelAgent.app/Contents/MacOS/OstrelAgent".

@@ -17,7 +17,7 @@ namespace ostrel {
 
 namespace {
 
-/// A socket that is readable when links or routes have changed; none where the kernel refuses.
+/// A socket that is readable after links or routes have changed; none when the kernel refuses it.
 Descriptor changesOfRoutes() {
   Descriptor socket(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE));
   sockaddr_nl address{};
@@ -28,14 +28,14 @@ Descriptor changesOfRoutes() {
   return socket;
 }
 
-/// Takes all messages that have come. A queue that has run over is one of the errors that are passed.
+/// Discards all pending messages. Errors are ignored, such as an overflow of the queue.
 void drain(int socket) {
   std::array<char, 8192> buffer;
   while (::recv(socket, buffer.data(), buffer.size(), 0) >= 0 || errno == ENOBUFS || errno == EINTR) {
   }
 }
 
-/// Tells the path when it is another than the one before.
+/// Reports the path when it differs from the previous one.
 class Follower : public std::enable_shared_from_this<Follower> {
  public:
   Follower(PosixMainQueue& queue, const Files& files, std::function<void(const NetworkPathUpdate&)> updated)
@@ -52,7 +52,7 @@ class Follower : public std::enable_shared_from_this<Follower> {
   }
 
  private:
-  /// After the timers that are due, and once for the messages of one change.
+  /// Runs after the timers that are due, and once for all messages of a change.
   void readSoon() {
     if (std::exchange(isReading_, true)) return;
     queue_.post([weak = weak_from_this()] {

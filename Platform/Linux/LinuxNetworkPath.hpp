@@ -6,14 +6,14 @@
 
 namespace ostrel {
 
-/// The network by its default routes. The kernel's messages (rtnetlink(7)) only tell that something changed:
-/// each time the routes are read anew, so that none that is lost does harm.
+/// The network path from the default routes. The kernel's messages (rtnetlink(7)) only trigger reading the
+/// routes again, so a lost message does no harm.
 class LinuxNetworkPath final : public NetworkPath {
  public:
-  /// The files are told real paths.
+  /// The routing tables are given by real paths.
   LinuxNetworkPath(PosixMainQueue& mainQueue, const Files& files) : mainQueue_(mainQueue), files_(files) {}
 
-  /// Where the kernel tells no changes the first path stays the last.
+  /// Without change messages from the kernel only the first path is reported.
   [[nodiscard]] ScheduledWork observe(std::function<void(const NetworkPathUpdate&)> updated) override;
 
  private:

@@ -16,7 +16,7 @@ namespace ostrel {
 
 namespace {
 
-constexpr std::chrono::milliseconds shortestSleep{500};
+constexpr std::chrono::milliseconds minSleep{500};
 
 std::chrono::nanoseconds timeOf(clockid_t clock) {
   timespec time{};
@@ -24,11 +24,11 @@ std::chrono::nanoseconds timeOf(clockid_t clock) {
   return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
-/// How long the system has slept since it was started: only one of these clocks goes on meanwhile.
+/// How long the system has slept since boot: only CLOCK_BOOTTIME advances during sleep.
 std::chrono::nanoseconds timeSlept() { return timeOf(CLOCK_BOOTTIME) - timeOf(CLOCK_MONOTONIC); }
 
-/// A sleep sets the wall clock, and that ends a timer on it (timerfd_create(2)). Whoever else sets the clock
-/// does so, too, but lets the system sleep no longer than before.
+/// After a sleep the kernel sets the wall clock, which cancels a timer on it (timerfd_create(2)). So does any
+/// other change of the clock, but then the time slept has not grown.
 class SleepWatch {
  public:
   SleepWatch(PosixMainQueue& queue, std::function<void()> woke) : queue_(queue), woke_(std::move(woke)) {}
@@ -50,7 +50,7 @@ class SleepWatch {
     (void)!::read(timer_.number(), &expirations, sizeof expirations);
     if (!arm()) watch_ = nullptr;
     const auto slept = timeSlept();
-    if (slept - std::exchange(slept_, slept) < shortestSleep) return;
+    if (slept - std::exchange(slept_, slept) < minSleep) return;
     woke_();
   }
 

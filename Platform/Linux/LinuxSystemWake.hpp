@@ -5,7 +5,7 @@
 
 namespace ostrel {
 
-/// Wakes by the kernel's clocks. A kernel that does not tell is taken for one that never sleeps.
+/// Detects wakes by the kernel's clocks. Without kernel support no wake is reported.
 class LinuxSystemWake final : public SystemWake {
  public:
   explicit LinuxSystemWake(PosixMainQueue& mainQueue) : mainQueue_(mainQueue) {}

@@ -12,7 +12,7 @@ namespace ostrel {
 
 namespace {
 
-/// What the system appends to the path of an executable that was replaced while it runs.
+/// The suffix of /proc/PID/exe when the executable was replaced or removed.
 constexpr std::string_view replaced = " (deleted)";
 
 }  // namespace

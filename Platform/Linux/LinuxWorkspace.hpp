@@ -7,12 +7,12 @@
 
 namespace ostrel {
 
-/// Other processes of this program by the process table. Nothing here opens the Mac's URLs.
+/// Finds other processes of this program in the process table. URLs of the Mac cannot be opened.
 class LinuxWorkspace final : public Workspace {
  public:
   explicit LinuxWorkspace(std::string executablePath) : executablePath_(std::move(executablePath)) {}
 
-  int systemMajorVersion() const override { return 15; }  // of the Mac that is simulated
+  int systemMajorVersion() const override { return 15; }  // of the simulated Mac
   [[nodiscard]] bool openUrl(const std::string& /*url*/) override { return false; }
   std::int64_t processIdentifier() const override;
   bool isRunning(std::int64_t processIdentifier) const override;

@@ -10,8 +10,8 @@
 
 namespace ostrel {
 
-// What is due at once comes by an event: setting a clock's timer to now would cost an interrupt each time.
-// The timer stays set meanwhile, so that the usual turn of posted work does not touch it.
+// Work due at once is signalled by an eventfd: a timer set to now would cost an interrupt each time. The
+// timer stays set meanwhile, so that posted work does not reprogram it.
 WakeDescriptor::WakeDescriptor()
     : descriptor_(::epoll_create1(EPOLL_CLOEXEC)),
       event_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),

@@ -10,14 +10,14 @@ namespace ostrel {
 
 namespace {
 
-constexpr int patienceMilliseconds = 500;
+constexpr int timeoutMilliseconds = 500;
 
 /// True when a piece of PIPE_BUF bytes can be written without waiting.
 bool becomesWritable(int descriptor) {
   pollfd watched{descriptor, POLLOUT, 0};
   int ready = 0;
   do {
-    ready = ::poll(&watched, 1, patienceMilliseconds);
+    ready = ::poll(&watched, 1, timeoutMilliseconds);
   } while (ready < 0 && errno == EINTR);
   return ready > 0 && (watched.revents & POLLOUT) != 0;
 }

@@ -4,9 +4,8 @@
 
 namespace ostrel {
 
-/// Writes the text to a stream that somebody reads, in pieces that do not block. What the reader leaves
-/// standing for half a second is lost: a full pipe must hold up neither the main loop nor the end of the
-/// program.
+/// Writes the text in pieces that do not block. After half a second without room the rest is dropped: a full
+/// pipe must block neither the main loop nor the exit.
 void writeBounded(int descriptor, std::string_view text);
 
 }  // namespace ostrel

@@ -6,8 +6,8 @@
 
 namespace ostrel {
 
-/// A descriptor that is readable once the child has ended, which is not reaped yet; none where the system has
-/// none to give.
+/// A descriptor that is readable once the child, which is not reaped yet, has exited; none when the system
+/// has no descriptor left.
 [[nodiscard]] Descriptor openPidfd(pid_t child);
 
 }  // namespace ostrel

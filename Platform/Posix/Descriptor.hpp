@@ -20,7 +20,7 @@ class Descriptor {
   int number() const { return number_; }
   explicit operator bool() const { return number_ >= 0; }
 
-  /// Closes now; gives the errno, 0 when all is well or nothing was open.
+  /// Closes now; returns the errno, or 0 on success or when nothing was open.
   [[nodiscard]] int close();
 
  private:
@@ -33,11 +33,10 @@ struct Pipe {
   Descriptor writing;
 };
 
-/// Makes a pipe whose ends never take the numbers of the standard streams, even where those are closed.
+/// Creates a pipe whose ends never get the numbers of the standard streams, even when those are closed.
 [[nodiscard]] std::expected<Pipe, PlatformError> makePipe();
 
-/// Writes all of the text, waiting where the descriptor does not block; gives the errno, 0 when all is
-/// written.
+/// Writes the whole text, waiting when the descriptor is non-blocking; returns the errno, or 0.
 [[nodiscard]] int writeAll(int descriptor, std::string_view text);
 
 }  // namespace ostrel

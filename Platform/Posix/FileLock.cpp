@@ -24,13 +24,13 @@ std::unexpected<PlatformError> failure(const std::string& path, int number) {
 }  // namespace
 
 std::expected<FileLock, PlatformError> FileLock::take(const std::string& path,
-                                                      std::chrono::milliseconds patience) {
+                                                      std::chrono::milliseconds timeout) {
   std::error_code error;
   std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
-  // Neither a pipe in the place of the file nor one that cannot be written is in the way.
+  // Read-only and non-blocking, so that neither a pipe at the path nor a read-only file prevents opening it.
   FileLock lock(::open(path.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0600));
   if (lock.descriptor_ < 0) return failure(path, errno);
-  const auto deadline = std::chrono::steady_clock::now() + patience;
+  const auto deadline = std::chrono::steady_clock::now() + timeout;
   while (::flock(lock.descriptor_, LOCK_EX | LOCK_NB) != 0) {
     if (errno != EWOULDBLOCK && errno != EINTR) return failure(path, errno);
     if (std::chrono::steady_clock::now() >= deadline) return failure(path, ETIMEDOUT);

@@ -9,16 +9,16 @@
 
 namespace ostrel {
 
-/// Holds a file for one change of it, or of files beside it, against other processes and threads.
+/// Locks a file against other processes and threads while it, or files beside it, are changed.
 class FileLock {
  public:
-  /// Changes are short, and a main thread may wait: who holds the lock longer than this is not well.
-  static constexpr std::chrono::milliseconds usualPatience{2000};
+  /// Changes are short and the main thread may wait for the lock, so the wait is limited.
+  static constexpr std::chrono::milliseconds defaultTimeout{2000};
 
-  /// Takes the lock by the real path of its file, waiting for its turn. Fails where the file cannot be made,
-  /// and with ETIMEDOUT when the turn does not come in time.
+  /// Waits for the lock on the file at a real path. Fails when the file cannot be created, and with ETIMEDOUT
+  /// when the wait takes too long.
   [[nodiscard]] static std::expected<FileLock, PlatformError> take(
-      const std::string& path, std::chrono::milliseconds patience = usualPatience);
+      const std::string& path, std::chrono::milliseconds timeout = defaultTimeout);
 
   FileLock(FileLock&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
   FileLock& operator=(FileLock&&) = delete;

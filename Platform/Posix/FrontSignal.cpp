@@ -12,12 +12,12 @@ namespace ostrel {
 
 namespace {
 
-// A signal handler reaches nothing but this.
+// Static, because a signal handler has no other access.
 std::atomic<int> wakeNumber = -1;
 
 void handleSignal(int /*signal*/) { wakeFromSignal(wakeNumber); }
 
-/// Signals that have come together count as one.
+/// Signals that arrive together count as one.
 void takeAll(int descriptor) {
   std::array<char, 64> wakes;
   (void)!::read(descriptor, wakes.data(), wakes.size());

@@ -10,8 +10,8 @@
 
 namespace ostrel {
 
-/// Takes SIGUSR1 while it lives: by it another process of the program asks this one to come to the front.
-/// One at a time.
+/// Handles SIGUSR1 while it lives: another process of the program sends it to bring this one to the front.
+/// One instance at a time.
 class FrontSignal {
  public:
   /// `asked` runs on the main thread. Throws std::system_error when the system has no descriptor left.
@@ -20,7 +20,7 @@ class FrontSignal {
   FrontSignal(const FrontSignal&) = delete;
   FrontSignal& operator=(const FrontSignal&) = delete;
 
-  /// False when there is no such process, or when it is another user's.
+  /// False when there is no such process or it belongs to another user.
   [[nodiscard]] static bool send(pid_t process);
 
  private:

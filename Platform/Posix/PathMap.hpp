@@ -6,7 +6,7 @@
 
 namespace ostrel {
 
-/// Gives the real path behind a path of the program. Any thread.
+/// Maps a path of the program to the real path. Any thread.
 using PathMap = std::function<std::string(std::string_view)>;
 
 }  // namespace ostrel

@@ -19,11 +19,11 @@ std::string loaderError() {
 
 std::expected<const void*, std::string> loadPlugIn(const std::string& path, const char* symbol,
                                                    std::string_view build) {
-  // A name without a slash would be looked for along the system's search path.
+  // dlopen() would look up a name without a slash in the library search path.
   if (!path.starts_with('/')) return failure(path, "its path is not absolute");
   if (const auto fault = faultOfLibraryFile(path)) return failure(path, *fault);
-  // It stays loaded, since toolkits leave threads and exit handlers behind. Of the libraries below it most is
-  // never called, and not looked up either; it itself is linked to have all that it calls, or not to load.
+  // Never unloaded, since toolkits leave threads and exit handlers behind. Lazy binding: most functions of
+  // its libraries are never called. The plug-in itself is linked so that missing symbols fail the load.
   void* const plugIn = ::dlopen(path.c_str(), RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
   if (plugIn == nullptr) return failure(path, loaderError());
   const void* const table = ::dlsym(plugIn, symbol);

@@ -7,14 +7,14 @@
 
 namespace ostrel {
 
-/// Loads the plug-in at an absolute path, for the rest of the process, and gives its one symbol: a table
-/// whose first member names, as a C string, the build that it belongs to. A sentence when the file cannot be
-/// loaded or belongs to another build.
+/// Loads the plug-in at an absolute path for the rest of the process and returns its one symbol: a table
+/// whose first member is a C string with its build. An error text when it cannot be loaded or is from another
+/// build.
 [[nodiscard]] std::expected<const void*, std::string> loadPlugIn(const std::string& path, const char* symbol,
                                                                  std::string_view build);
 
-/// Why the file is no complete library. Each system brings its own: a loader that maps a file without a look
-/// at its length is killed by SIGBUS at a page beyond the end.
+/// Why the file is not a complete library; implemented per system. Loaders that map a truncated file would be
+/// killed by SIGBUS.
 [[nodiscard]] std::optional<std::string> faultOfLibraryFile(const std::string& path);
 
 }  // namespace ostrel

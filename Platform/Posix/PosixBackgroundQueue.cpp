@@ -28,7 +28,7 @@ bool PosixBackgroundQueue::finish(std::chrono::milliseconds timeout) {
 
 void PosixBackgroundQueue::dropWaiting() {
   {
-    std::array<Waiting, 2> dropped;  // ends after the lock, since what the work holds may want the queue
+    std::array<Waiting, 2> dropped;  // destroyed after unlocking, since captured objects may use the queue
     const std::lock_guard lock(mutex_);
     ending_ = true;
     std::swap(dropped, waiting_);
@@ -43,13 +43,13 @@ void PosixBackgroundQueue::run(QualityOfService quality, std::function<void()> w
     waiting_[quality == QualityOfService::userInitiated ? 0 : 1].push_back(std::move(work));
     if (countWaiting() > idle_ && threads_.size() < maximumThreads_) startThread();
   }
-  // Told after the lock, which the woken thread would else have to wait for.
+  // Notified after unlocking, else the woken thread would wait for the lock.
   changed_.notify_one();
 }
 
 void PosixBackgroundQueue::startThread() {
-  // Signals are for the main thread; a new thread takes its mask from its maker. The end of a child that a
-  // thread started is dropped where that thread may take it, but blocked there it wakes the main thread.
+  // Signals are for the main thread; a new thread inherits its creator's mask. SIGCHLD stays unblocked: it is
+  // ignored in the thread that started the child, but blocked there it would wake the main thread.
   sigset_t blocked;
   sigset_t before;
   sigfillset(&blocked);
@@ -60,11 +60,11 @@ void PosixBackgroundQueue::startThread() {
     static_cast<PosixBackgroundQueue*>(queue)->serve();
     return nullptr;
   };
-  // Where the system has no further thread to give, the work waits for one of the pool.
+  // When the system has no thread left, the work waits for one of the pool.
   if (pthread_create(&thread, nullptr, serveQueue, this) == 0) {
     threads_.push_back(thread);
     ++serving_;
-    ++idle_;  // from now on, so that work which comes before the thread runs starts no second one
+    ++idle_;  // counted before the thread runs, so that further work starts no second one
   }
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }

@@ -14,17 +14,17 @@
 
 namespace ostrel {
 
-/// A pool that starts one thread at once and the others when first needed. Its destructor drops waiting work
+/// A thread pool that starts one thread at once and the others on demand. The destructor drops waiting work
 /// and waits for running work.
 class PosixBackgroundQueue final : public BackgroundQueue {
  public:
-  /// Throws std::system_error when the system has not even one thread to give: nothing would ever run.
+  /// Throws std::system_error when not even one thread can be started.
   explicit PosixBackgroundQueue(std::size_t maximumThreads);
   ~PosixBackgroundQueue() override;
 
   void run(QualityOfService quality, std::function<void()> work) override;
 
-  /// Drops waiting work and takes no more; true when the running work ends in that time. Any thread.
+  /// Drops waiting work and accepts no more; true when the running work ends within that time. Any thread.
   [[nodiscard]] bool finish(std::chrono::milliseconds timeout);
 
  private:
@@ -37,12 +37,12 @@ class PosixBackgroundQueue final : public BackgroundQueue {
   std::function<void()> takeNext();
 
   const std::size_t maximumThreads_;
-  std::mutex mutex_;  // guards what follows
+  std::mutex mutex_;  // guards the members below
   std::condition_variable changed_;
   std::array<Waiting, 2> waiting_;  // more urgent first
   std::vector<pthread_t> threads_;
   std::size_t idle_ = 0;
-  std::size_t serving_ = 0;  ///< threads that have not ended
+  std::size_t serving_ = 0;  ///< running threads
   bool ending_ = false;
 };
 

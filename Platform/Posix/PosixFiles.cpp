@@ -21,7 +21,7 @@ namespace {
 
 std::unexpected<PlatformError> failure(int number) { return std::unexpected(posixError(number)); }
 
-/// Reads to the end, whatever size the file told: files of the kernel tell none.
+/// Reads to the end whatever the reported size: kernel files report none.
 [[nodiscard]] std::expected<std::string, PlatformError> readAll(int descriptor,
                                                                 std::size_t expectedSize) try {
   std::string bytes(expectedSize + 1, '\0');
@@ -32,7 +32,7 @@ std::unexpected<PlatformError> failure(int number) { return std::unexpected(posi
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return failure(errno);
     size += static_cast<std::size_t>(count);
-    // A plain file that told its size has ended where less came than was asked for.
+    // A short read from a regular file with a known size is its end.
     if (count == 0 || (expectedSize > 0 && size < bytes.size())) break;
   }
   bytes.resize(size);
@@ -43,7 +43,7 @@ std::unexpected<PlatformError> failure(int number) { return std::unexpected(posi
   return failure(EFBIG);
 }
 
-/// The file behind a link, so that replacing it keeps the link.
+/// The target of a link, so that replacing the file keeps the link.
 [[nodiscard]] std::expected<std::string, PlatformError> behindLink(const std::string& path) {
   struct stat status {};
   if (::lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return path;
@@ -74,7 +74,7 @@ bool PosixFiles::isExecutableFile(const std::string& path) const {
 }
 
 std::expected<std::string, PlatformError> PosixFiles::read(const std::string& path) const {
-  // Without O_NONBLOCK a pipe in place of the file would hold the caller until somebody writes to it.
+  // Without O_NONBLOCK opening a pipe would block until somebody writes to it.
   const Descriptor file(::open(realPath_(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!file) return failure(errno);
   struct stat status {};
@@ -88,7 +88,7 @@ std::expected<void, PlatformError> PosixFiles::writeAtomically(const std::string
                                                                std::string_view bytes) {
   const auto target = behindLink(realPath_(path));
   if (!target) return std::unexpected(target.error());
-  // A name of its own length, since the file's may be as long as a name can be.
+  // A short name of its own, since the file's name may have the maximum length.
   std::string temporary;
   Descriptor file;
   do {

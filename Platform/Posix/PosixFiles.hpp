@@ -7,7 +7,7 @@
 
 namespace ostrel {
 
-/// The file system. Only plain files can be read; a file that is written gets mode 0600.
+/// The file system. Only regular files can be read; written files get mode 0600.
 class PosixFiles final : public Files {
  public:
   explicit PosixFiles(PathMap realPath);

@@ -11,7 +11,7 @@ namespace ostrel {
 
 void PosixLog::line(std::string_view text) {
   std::string line(text);
-  // A text that came from elsewhere must not look like two entries.
+  // A line feed in a foreign text must not look like a second entry.
   std::ranges::replace_if(
       line, [](char c) { return c == '\n' || c == '\r'; }, ' ');
   line += '\n';

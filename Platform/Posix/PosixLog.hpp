@@ -4,7 +4,7 @@
 
 namespace ostrel {
 
-/// The log as lines of standard error, each written in one piece.
+/// Writes log lines to standard error, each in one piece.
 class PosixLog final : public Log {
  public:
   void line(std::string_view text) override;

@@ -11,8 +11,8 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-// Far enough for any purpose, near enough that nanoseconds do not overflow.
-constexpr std::chrono::milliseconds longestDelay = std::chrono::years(10);
+// Longest delay, so that nanoseconds do not overflow.
+constexpr std::chrono::milliseconds maxDelay = std::chrono::years(10);
 
 }  // namespace
 
@@ -24,17 +24,17 @@ void PosixMainQueue::post(std::function<void()> work) {
 }
 
 ScheduledWork PosixMainQueue::after(std::chrono::milliseconds delay, std::function<void()> work) {
-  const auto due = SteadyClock::now() + std::clamp(delay, std::chrono::milliseconds(0), longestDelay);
+  const auto due = SteadyClock::now() + std::clamp(delay, std::chrono::milliseconds(0), maxDelay);
   return schedule(due, std::make_shared<Timer>(std::chrono::milliseconds(0), std::move(work)));
 }
 
 ScheduledWork PosixMainQueue::every(std::chrono::milliseconds period, std::function<void()> work) {
-  period = std::clamp(period, std::chrono::milliseconds(1), longestDelay);
+  period = std::clamp(period, std::chrono::milliseconds(1), maxDelay);
   return schedule(SteadyClock::now() + period, std::make_shared<Timer>(period, std::move(work)));
 }
 
 ScheduledWork PosixMainQueue::schedule(Time due, std::shared_ptr<Timer> timer) {
-  // Work that is scheduled and cancelled over and over must not pile up until it is due.
+  // Cancelled timers are dropped, so that repeated scheduling and cancelling does not accumulate entries.
   std::erase_if(timers_, [](const auto& entry) { return entry.second.expired(); });
   timers_.emplace(due, timer);
   const std::lock_guard lock(mutex_);
@@ -60,7 +60,7 @@ void PosixMainQueue::forgetWatches() {
 void PosixMainQueue::runReadable() {
   forgetWatches();
   if (watches_.empty()) return;
-  // Their work may watch others, or end a watch.
+  // Each is looked up when its turn comes, since the work may add or remove watches.
   for (const int descriptor : wake_.readable()) {
     const auto watch = std::ranges::find(watches_, descriptor, &Watch::descriptor);
     const auto work = watch == watches_.end() ? nullptr : watch->work.lock();

@@ -12,23 +12,24 @@
 
 namespace ostrel {
 
-/// The main queue on one descriptor, for any outer loop to watch. Tokens may outlive it; its posters must
-/// not.
+/// The main queue behind one descriptor that an outer loop watches. Tokens may outlive it; threads that post
+/// must not.
 class PosixMainQueue final : public MainQueue {
  public:
   void post(std::function<void()> work) override;
   [[nodiscard]] ScheduledWork after(std::chrono::milliseconds delay, std::function<void()> work) override;
   [[nodiscard]] ScheduledWork every(std::chrono::milliseconds period, std::function<void()> work) override;
 
-  /// Runs the work whenever the descriptor is readable; it must then read what has come. The descriptor stays
-  /// open as long as the token lives. Throws std::system_error when the system cannot watch it. Main thread.
+  /// Runs the work whenever the descriptor is readable; the work must read the pending data. The descriptor
+  /// must stay open as long as the token lives. Throws std::system_error when the system cannot watch it.
+  /// Main thread.
   [[nodiscard]] ScheduledWork watch(int descriptor, std::function<void()> work);
 
-  /// Readable when work is due. Only to be watched: reading it would lose the wake.
+  /// Readable when work is due. Never read it: that would lose the wake-up.
   int descriptor() const { return wake_.number(); }
 
-  /// Runs what is due, in the order of its time; what that work posts waits for the next call. Main thread;
-  /// may be called again from inside the work, as a modal question does.
+  /// Runs the due work in the order of its time; work posted meanwhile waits for the next call. Main thread;
+  /// may be called from inside the work, as modal alerts do.
   void processDueWork();
 
  private:
@@ -59,13 +60,13 @@ class PosixMainQueue final : public MainQueue {
   void armNoLaterThan(Time due);
   void armForNext();
 
-  // Main thread. The tokens own the timers; equal times keep the order of insertion.
+  // Used on the main thread only. Tokens own the timers; equal times keep the order of insertion.
   std::multimap<Time, std::weak_ptr<Timer>> timers_;
   std::vector<Watch> watches_;
 
-  std::mutex mutex_;  // guards what follows
+  std::mutex mutex_;  // guards the members below
   std::deque<Post> posts_;
-  std::optional<Time> armed_;  // once past, the descriptor is readable
+  std::optional<Time> armed_;  // the descriptor is readable from this time on
   WakeDescriptor wake_;
 };
 

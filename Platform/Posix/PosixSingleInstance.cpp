@@ -9,8 +9,8 @@
 namespace ostrel {
 
 std::expected<SingleInstance::Claim, PlatformError> PosixSingleInstance::claim(
-    std::chrono::milliseconds patience) {
-  auto lock = FileLock::take(lockPath_, patience);
+    std::chrono::milliseconds timeout) {
+  auto lock = FileLock::take(lockPath_, timeout);
   if (lock) return std::make_shared<FileLock>(std::move(*lock));
   if (isPosixError(lock.error(), ETIMEDOUT)) return nullptr;
   return std::unexpected(std::move(lock.error()));

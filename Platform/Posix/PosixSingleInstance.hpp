@@ -7,13 +7,14 @@
 
 namespace ostrel {
 
-/// The role belongs to whoever has locked a file (flock(2)). Children that are started do not keep the lock.
+/// The process that holds the lock of a file (flock(2)) has the role. Child processes do not inherit the
+/// lock.
 class PosixSingleInstance final : public SingleInstance {
  public:
-  /// Real path of the file, which is made where it is missing, with the folders above it.
+  /// Takes the real path of the file, which is created with its folders when missing.
   explicit PosixSingleInstance(std::string lockPath) : lockPath_(std::move(lockPath)) {}
 
-  [[nodiscard]] std::expected<Claim, PlatformError> claim(std::chrono::milliseconds patience) override;
+  [[nodiscard]] std::expected<Claim, PlatformError> claim(std::chrono::milliseconds timeout) override;
 
  private:
   const std::string lockPath_;

@@ -12,7 +12,7 @@ namespace ostrel {
 
 PosixStandardStreams::PosixStandardStreams() {
   for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-    // A new descriptor takes the lowest free number, which is this one.
+    // A new descriptor gets the lowest free number, which is this one.
     if (::fcntl(number, F_GETFD) < 0 && errno == EBADF) (void)::open("/dev/null", O_RDWR);
   }
   (void)std::signal(SIGPIPE, SIG_IGN);

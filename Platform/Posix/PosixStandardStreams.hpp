@@ -4,11 +4,11 @@
 
 namespace ostrel {
 
-/// The descriptors 1 and 2. Make it before anything else opens a descriptor.
+/// The descriptors 1 and 2. Create it before anything opens a descriptor.
 class PosixStandardStreams final : public StandardStreams {
  public:
-  /// Opens /dev/null for every closed standard descriptor, so that no file of the program takes its number,
-  /// and ignores SIGPIPE, so that a reader that goes away ends nothing.
+  /// Opens /dev/null for every closed standard descriptor, so that no other file gets its number, and ignores
+  /// SIGPIPE, so that a closed pipe does not end the program.
   PosixStandardStreams();
 
   void writeOutput(std::string_view text) override;

@@ -13,7 +13,7 @@ int yearOfCentury(const std::tm& time) { return (time.tm_year % 100 + 100) % 100
 
 std::tm localTime(Date date) {
   const std::time_t seconds = std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count();
-  // Without it a person who travels keeps the zone that the program started in.
+  // Rereads the time zone, which changes when the user travels.
   ::tzset();
   std::tm time{};
   (void)::localtime_r(&seconds, &time);

@@ -44,7 +44,7 @@ bool fitsAnAddress(const std::string& path) { return path.size() < sizeof sockad
 
 }  // namespace
 
-/// What can be ended of the sockets that are open.
+/// The open sockets, to be shut down by `endAll`.
 class PosixUnixSockets::OpenSockets {
  public:
   void add(int socket) {
@@ -67,7 +67,7 @@ class PosixUnixSockets::OpenSockets {
   bool haveEnded() const { return haveEnded_; }
 
  private:
-  std::mutex mutex_;  // guards the numbers
+  std::mutex mutex_;  // guards the descriptors
   std::set<int> numbers_;
   std::atomic<bool> haveEnded_ = false;
 };
@@ -118,7 +118,7 @@ class PosixUnixSockets::Socket final : public UnixSocket {
     return all_->haveEnded() ? Result(failure(ECANCELED)) : result;
   }
 
-  /// Waits for room in the peer's queue piece by piece, since nothing wakes a thread that waits for it.
+  /// Waits for room in the peer's queue in short steps, since shutdown() does not wake this wait.
   Connected connectInTime(const std::function<Connected()>& connectOnce) {
     using std::chrono::steady_clock;
     constexpr std::chrono::milliseconds piece(50);

@@ -7,7 +7,7 @@
 
 namespace ostrel {
 
-/// Sockets of the system. A path is mapped; one that is too long for an address is reached through its
+/// Sockets of the system. Paths are mapped; one that is too long for an address is reached through its
 /// folder.
 class PosixUnixSockets final : public UnixSockets {
  public:
@@ -15,8 +15,8 @@ class PosixUnixSockets final : public UnixSockets {
 
   [[nodiscard]] std::expected<std::unique_ptr<UnixSocket>, ErrorNumber> open() override;
 
-  /// Ends what any socket waits for, and opens no more: from now on all fails with ECANCELED. Call it before
-  /// the queues on which calls block are joined. Any thread.
+  /// Interrupts all waiting calls; from now on every call fails with ECANCELED. Call it before joining queues
+  /// on which calls block. Any thread.
   void endAll();
 
  private:

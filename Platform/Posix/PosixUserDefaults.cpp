@@ -17,7 +17,7 @@ using Json = nlohmann::json;
 constexpr const char* dateMember = "date";
 constexpr const char* datesMember = "dates";
 
-// More than any value needs; a file nested deeper is damaged, and writing it again could exhaust the stack.
+// Deeper than any value; a file nested deeper is damaged, and writing it could exhaust the stack.
 constexpr int deepestNesting = 16;
 
 std::optional<Json> parsedSettings(const std::string& bytes) {
@@ -70,7 +70,7 @@ std::optional<DefaultsValue> readValue(const Json& json) {
   return std::nullopt;
 }
 
-/// Those of the file that can be read.
+/// The readable values of the file.
 std::map<std::string, DefaultsValue> valuesOf(const std::string& bytes) {
   std::map<std::string, DefaultsValue> values;
   const auto settings = parsedSettings(bytes);
@@ -94,7 +94,7 @@ struct JsonOfValue {
   }
 };
 
-/// The settings to change: those stored, or fresh ones after a damaged file was put aside.
+/// The stored settings to change, or empty ones after a damaged file was moved aside.
 [[nodiscard]] std::expected<Json, PlatformError> settingsToChange(Files& files, const std::string& path) {
   const auto bytes = files.read(path);
   if (!bytes && isPosixError(bytes.error(), ENOENT)) return Json::object();
@@ -111,7 +111,7 @@ struct JsonOfValue {
   if (auto made = files.makeFolders(path.substr(0, path.rfind('/'))); !made) return made;
   return files.writeAtomically(path, bytes);
 } catch (const Json::type_error&) {
-  return std::unexpected(posixError(EILSEQ));  // a text that is not UTF-8 has no place in the file
+  return std::unexpected(posixError(EILSEQ));  // JSON cannot hold text that is not UTF-8
 }
 
 }  // namespace

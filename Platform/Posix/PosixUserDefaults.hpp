@@ -8,13 +8,11 @@
 
 namespace ostrel {
 
-/// The settings as one JSON file, read anew at each access and parsed when it has changed. A damaged file is
-/// moved aside, to its name with
-/// ".damaged", before a fresh one is written; of dates by name those that can be read count. Changes by
-/// several processes are all kept.
+/// The settings as one JSON file, read at each access and parsed again when its bytes have changed. Before a
+/// write a damaged file is renamed to "….damaged". Changes by several processes are all kept.
 class PosixUserDefaults final : public UserDefaults {
  public:
-  /// Real path of the lock's file.
+  /// Takes the real paths of the settings file and its lock file.
   PosixUserDefaults(Files& files, std::string path, std::string lockPath);
 
   std::optional<DefaultsValue> value(const std::string& key) const override;
@@ -25,8 +23,8 @@ class PosixUserDefaults final : public UserDefaults {
   Files& files_;
   const std::string path_;
   const std::string lockPath_;
-  mutable std::string readBytes_;                            ///< as read last
-  mutable std::map<std::string, DefaultsValue> readValues_;  ///< in these bytes
+  mutable std::string readBytes_;                            ///< as last read
+  mutable std::map<std::string, DefaultsValue> readValues_;  ///< parsed from `readBytes_`
 };
 
 }  // namespace ostrel

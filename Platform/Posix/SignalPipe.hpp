@@ -8,7 +8,7 @@ namespace ostrel {
 /// left.
 Pipe makeSignalPipe();
 
-/// Makes the pipe of that writing end readable. For signal handlers: errno stays as it was.
+/// Makes the pipe readable by its writing end. For signal handlers: preserves errno.
 void wakeFromSignal(int writingEnd);
 
 }  // namespace ostrel

@@ -18,7 +18,8 @@ namespace {
 
 constexpr const char* devNull = "/dev/null";
 
-/// What ties the child to the program: the terminal, a process group that ends with it, or nothing.
+/// How the child is attached to the program: by the terminal, by a process group that ends with it, or
+/// detached.
 enum class ChildAttachment { terminal, group, none };
 
 constexpr int flagOf(ChildAttachment tie) {
@@ -84,7 +85,7 @@ class SpawnStreams {
 };
 
 std::vector<char*> argumentList(const ChildCommand& command) {
-  // The interface takes them as not const, for reasons older than const; it does not change them.
+  // posix_spawn() takes non-const arguments but does not change them.
   std::vector<char*> list = {const_cast<char*>(command.executable.c_str())};
   for (const auto& argument : command.arguments) list.push_back(const_cast<char*>(argument.c_str()));
   list.push_back(nullptr);

@@ -9,20 +9,19 @@
 
 namespace ostrel {
 
-/// Descriptors that take the captured streams of a child.
+/// Descriptors that receive the captured streams of a child.
 struct CaptureDescriptors {
   int output = -1;
   int error = -1;
 };
 
-/// Starts the command's child from the executable at the real path.
-/// The child has every signal at its default and none blocked, and leads a process group unless it inherits
-/// the output.
+/// Starts the command from the executable at the real path. All signals are unblocked with default actions;
+/// the child leads a process group unless it inherits the output.
 [[nodiscard]] std::expected<pid_t, PlatformError> spawnChild(const std::string& realPath,
                                                              const ChildCommand& command,
                                                              CaptureDescriptors captured);
 
-/// Starts it likewise, in a session of its own and with an empty input.
+/// Starts the command in its own session with an empty input.
 [[nodiscard]] std::expected<pid_t, PlatformError> spawnDetachedChild(const std::string& realPath,
                                                                      const ChildCommand& command);
 

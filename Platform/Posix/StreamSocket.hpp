@@ -11,7 +11,7 @@ namespace ostrel {
 /// Opens a Unix-domain stream socket, closed on exec.
 [[nodiscard]] std::expected<Descriptor, ErrorNumber> openStreamSocket();
 
-/// A folder held open, and a path to it that is short however deep the folder lies.
+/// An open folder and a short path to it, whatever its depth.
 struct OpenFolder {
   Descriptor descriptor;
   std::string shortPath;

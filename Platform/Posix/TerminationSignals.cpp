@@ -8,7 +8,7 @@ namespace ostrel {
 
 namespace {
 
-// A signal handler reaches nothing but these.
+// Static, because a signal handler has no other access.
 std::atomic<int> wakeNumber = -1;
 std::atomic<int> latestSignal = 0;
 

@@ -8,8 +8,8 @@
 
 namespace ostrel {
 
-/// Takes SIGINT, SIGTERM and SIGHUP while it lives, so that a main loop can end in order. A signal that was
-/// ignored when the program started stays ignored. One at a time.
+/// Handles SIGINT, SIGTERM and SIGHUP while it lives, so that the main loop can exit in order. A signal that
+/// was ignored at program start stays ignored. One instance at a time.
 class TerminationSignals {
  public:
   /// Throws std::system_error when the system has no descriptor left.
@@ -18,7 +18,7 @@ class TerminationSignals {
   TerminationSignals(const TerminationSignals&) = delete;
   TerminationSignals& operator=(const TerminationSignals&) = delete;
 
-  /// Readable once a signal has come.
+  /// Readable once a signal has arrived.
   int descriptor() const { return pipe_.reading.number(); }
 
   /// The number of the latest signal, or no value.

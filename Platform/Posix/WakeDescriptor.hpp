@@ -8,16 +8,16 @@
 
 namespace ostrel {
 
-/// A descriptor that becomes readable at a given time and stays so until it is armed anew or disarmed, and
-/// while one that it watches is readable. Any thread, one at a time.
+/// A descriptor that is readable from a given time until it is armed again or disarmed, and while a watched
+/// descriptor is readable. Any thread, one at a time.
 class WakeDescriptor {
  public:
-  /// Throws std::system_error when the system has no descriptor left: without one nothing can run.
+  /// Throws std::system_error when the system has no descriptor left.
   WakeDescriptor();
 
   int number() const { return descriptor_.number(); }
 
-  /// Readable from the time on, at once when it is past; takes the place of an earlier time.
+  /// Makes it readable from that time on, at once when it has passed; replaces an earlier time.
   void arm(std::chrono::steady_clock::time_point due);
 
   void disarm();
@@ -25,10 +25,10 @@ class WakeDescriptor {
   /// False when the system cannot watch that descriptor.
   [[nodiscard]] bool watch(int descriptor);
 
-  /// One that is closed is watched no more anyway.
+  /// Closed descriptors are removed automatically.
   void unwatch(int descriptor);
 
-  /// Those of the watched that are readable now; of many some, the rest another time.
+  /// The watched descriptors that are readable now; of many only some per call.
   std::vector<int> readable() const;
 
  private:

@@ -15,7 +15,7 @@ namespace {
 constexpr std::array<std::string_view, 3> mappedTools = {"/usr/bin/security", "/usr/bin/profiles",
                                                          "/bin/launchctl"};
 
-/// The folder's path as others are put behind it: "/" is empty.
+/// The folder's path as a prefix of others: "/" becomes empty.
 std::string withoutTrailingSlashes(std::string path) {
   while (path.ends_with('/')) path.pop_back();
   return path;
@@ -31,7 +31,7 @@ std::string environment(const char* name) {
   return value == nullptr ? std::string() : std::string(value);
 }
 
-/// Against the current folder; empty for an empty path, or when the current folder is gone.
+/// The absolute path; empty for an empty path, or when the current folder no longer exists.
 std::string absolutePath(const std::string& path) {
   if (path.empty() || path.starts_with('/')) return path;
   std::error_code error;

@@ -8,8 +8,8 @@
 
 namespace ostrel {
 
-/// Configurations as the file `simulatedstate::transparentProxies` keeps them, or why they are damaged. A
-/// configuration without identifier gets one by its place.
+/// Configurations in the format of the file `simulatedstate::transparentProxies`, or why they are damaged. A
+/// configuration without identifier gets one from its position.
 NetworkPreferences::TransparentProxies transparentProxiesOfFile(std::string_view bytes);
 std::string fileOfTransparentProxies(const std::vector<TransparentProxyConfiguration>& configurations);
 
@@ -17,7 +17,7 @@ std::string fileOfTransparentProxies(const std::vector<TransparentProxyConfigura
 NetworkPreferences::ContentFilter contentFilterOfFile(std::string_view bytes);
 std::string fileOfContentFilter(const ContentFilterConfiguration& configuration);
 
-/// What the preferences tell when their file cannot be read or written.
+/// The error of the preferences when their file cannot be read or written.
 PlatformError unusableProxies(std::string reason);
 PlatformError unusableFilter(std::string reason);
 

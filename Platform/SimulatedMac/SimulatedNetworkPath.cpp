@@ -7,8 +7,8 @@ namespace ostrel {
 
 namespace {
 
-/// Tells the path when it is another than the one before. The machine's own comes soon in any case, and with
-/// it the first one.
+/// Reports the path when it differs from the previous one. The first report follows the machine's own first
+/// path.
 class Follower {
  public:
   Follower(const SimulatedOverrides& overrides, std::function<void(const NetworkPathUpdate&)> updated)
@@ -17,27 +17,27 @@ class Follower {
   void start(NetworkPath& machines, const OverridesWatch& watch) {
     machinesToken_ = machines.observe([this](const NetworkPathUpdate& path) {
       machinesPath_ = path;
-      tell();
+      report();
     });
-    ordersToken_ = watch([this] {
-      if (machinesPath_) tell();
+    overridesToken_ = watch([this] {
+      if (machinesPath_) report();
     });
   }
 
  private:
-  void tell() {
+  void report() {
     auto path = overrides_.networkPath().value_or(*machinesPath_);
-    if (path == told_) return;
-    told_ = std::move(path);
-    updated_(*told_);
+    if (path == reported_) return;
+    reported_ = std::move(path);
+    updated_(*reported_);
   }
 
   const SimulatedOverrides& overrides_;
   const std::function<void(const NetworkPathUpdate&)> updated_;
   std::optional<NetworkPathUpdate> machinesPath_;
-  std::optional<NetworkPathUpdate> told_;
+  std::optional<NetworkPathUpdate> reported_;
   ScheduledWork machinesToken_;
-  ScheduledWork ordersToken_;
+  ScheduledWork overridesToken_;
 };
 
 }  // namespace

@@ -8,7 +8,7 @@
 
 namespace ostrel {
 
-/// The network path that is ordered; while none is, that of the machine.
+/// The network path of the overrides, else that of the machine.
 class SimulatedNetworkPath final : public NetworkPath {
  public:
   SimulatedNetworkPath(NetworkPath& machines, const SimulatedOverrides& overrides, OverridesWatch watch)

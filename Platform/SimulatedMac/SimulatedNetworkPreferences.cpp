@@ -16,7 +16,7 @@ bool isMissing(const PlatformError& error) {
   return error.domain == posixErrorDomain && error.code == ENOENT;
 }
 
-/// A name that no other configuration of the list has.
+/// An identifier that is unique in the list.
 std::string freshIdentifier(const std::vector<TransparentProxyConfiguration>& configurations) {
   for (auto number = configurations.size();; ++number) {
     auto identifier = "proxy " + std::to_string(number);
@@ -41,10 +41,10 @@ Configurations::iterator find(Configurations& all, const std::string& identifier
   return std::ranges::find(all, identifier, &TransparentProxyConfiguration::identifier);
 }
 
-/// Puts the configuration among the others; gives it its identifier and the state of its connection.
+/// Inserts or replaces the configuration and sets its identifier and connection state.
 NetworkPreferences::Done keep(TransparentProxyConfiguration& configuration, Configurations& all) {
   if (configuration.identifier.empty()) {
-    // Another process was first: what this one has loaded is no longer so.
+    // Another process has changed it since: the loaded configuration is stale.
     const auto& provider = configuration.providerBundleIdentifier;
     const bool isTaken =
         !provider.empty() &&

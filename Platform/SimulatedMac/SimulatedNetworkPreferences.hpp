@@ -11,11 +11,11 @@
 
 namespace ostrel {
 
-/// The network preferences as the files of `simulatedstate`, which several processes may change at once.
+/// The network preferences in the files of `simulatedstate`, which several processes may change at once.
 /// Completions run on the calling thread, before the call returns.
 class SimulatedNetworkPreferences final : public NetworkPreferences {
  public:
-  /// Real path of the lock's file.
+  /// Takes the real path of the lock file.
   SimulatedNetworkPreferences(Files& files, const std::string& lockPath);
 
   void loadTransparentProxies(std::function<void(TransparentProxies)> completion) override;
@@ -29,7 +29,7 @@ class SimulatedNetworkPreferences final : public NetworkPreferences {
                          std::function<void(Done)> completion) override;
 
  private:
-  /// What a state file says, read anew only when its bytes have changed. Any thread.
+  /// The parsed contents of a state file, parsed again only when its bytes have changed. Any thread.
   template <class Value>
   class Reading {
    public:
@@ -38,7 +38,7 @@ class SimulatedNetworkPreferences final : public NetworkPreferences {
 
    private:
     Value (*const read_)(const std::string& bytes);
-    std::mutex mutex_;  // guards what follows
+    std::mutex mutex_;  // guards the members below
     std::optional<std::pair<std::string, Value>> latest_;
   };
 
@@ -46,7 +46,7 @@ class SimulatedNetworkPreferences final : public NetworkPreferences {
 
   TransparentProxies readProxies();
 
-  /// Changes the configurations unless the call is ordered to fail or the change does.
+  /// Changes the configurations, unless an override or the change itself fails the call.
   [[nodiscard]] Done changeProxies(FaultyCall call, const Change& change);
   [[nodiscard]] std::expected<void, PlatformError> writeState(const std::string& path,
                                                               const std::string& bytes);

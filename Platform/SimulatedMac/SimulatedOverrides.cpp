@@ -17,7 +17,7 @@ std::string nameOf(FaultyCall call) {
   return std::string(std::ranges::find(faultyCallNames, call, &FaultyCallName::call)->name);
 }
 
-/// An object; empty where the file is missing or damaged.
+/// The file's JSON object; empty when the file is missing or damaged.
 Json overridesOf(const Files& files) {
   const auto bytes = files.read(simulatedstate::overrides);
   if (!bytes) return Json::object();
@@ -33,7 +33,7 @@ Value member(const Json& object, const char* name, Value otherwise) {
   if constexpr (std::is_same_v<Value, int>) return found->is_number_integer() ? Value(*found) : otherwise;
 }
 
-/// How often the call is still to fail.
+/// How many more calls are to fail.
 int countOf(const Json& overrides, const std::string& name) {
   const auto order = overrides.find(name);
   return order != overrides.end() && order->is_object() ? member(*order, "count", 0) : 0;
@@ -55,7 +55,7 @@ SimulatedOverrides::SimulatedOverrides(Files& files, std::string lockPath)
     : files_(files), lockPath_(std::move(lockPath)) {}
 
 std::optional<PlatformError> SimulatedOverrides::takeFailure(FaultyCall call) {
-  // Most calls have no order and need not wait for their turn; refreshes make two such calls each.
+  // Checked without the lock first: most calls have no override, and every refresh makes two.
   if (!files_.exists(simulatedstate::overrides)) return std::nullopt;
   const auto name = nameOf(call);
   if (countOf(overridesOf(files_), name) <= 0) return std::nullopt;

@@ -11,7 +11,7 @@
 
 namespace ostrel {
 
-/// The calls of the system that can be ordered to fail.
+/// The system calls that an override can make fail.
 enum class FaultyCall { loadProxies, saveProxy, startProxy, removeProxy, loadFilter, saveFilter, request };
 
 struct FaultyCallName {
@@ -29,18 +29,18 @@ inline constexpr std::array faultyCallNames = {
     FaultyCallName{"fail-requests", FaultyCall::request},
 };
 
-/// Which requests for the system extension the person has to approve.
+/// Which requests for the system extension the user has to approve.
 enum class ApprovalRule { never, whenNew, always };
 
-/// What a developer has ordered of the simulated Mac, in the file `simulatedstate::overrides`; what it does
-/// not hold, or holds damaged, is not ordered. Any thread and any number of processes.
+/// A developer's overrides for the simulated Mac, in the file `simulatedstate::overrides`; missing and
+/// damaged entries have no effect. Any thread, any number of processes.
 class SimulatedOverrides {
  public:
-  /// Real path of the lock's file.
+  /// Takes the real path of the lock file.
   SimulatedOverrides(Files& files, std::string lockPath);
 
-  /// What this call is to fail with, nothing when it is to go well. An order holds for a number of calls,
-  /// over all processes, and this is one of them.
+  /// The error that this call must fail with, or nullopt. An override holds for a number of calls over all
+  /// processes; this call uses one up.
   [[nodiscard]] std::optional<PlatformError> takeFailure(FaultyCall call);
 
   /// "approval": "never", "new" or "always".
@@ -49,9 +49,9 @@ class SimulatedOverrides {
   bool completesAfterReboot() const;
   /// "callbacks": "twice".
   bool repeatsCallbacks() const;
-  /// "network": the names of the interfaces that it can be reached by, none while it is down.
+  /// "network": the names of the usable interfaces, empty while the network is down.
   std::optional<NetworkPathUpdate> networkPath() const;
-  /// "wake": the time of the latest, in milliseconds of the epoch.
+  /// "wake": time of the latest wake, in milliseconds since the epoch.
   std::optional<std::int64_t> latestWake() const;
 
  private:

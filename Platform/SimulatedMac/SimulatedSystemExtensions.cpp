@@ -23,7 +23,7 @@ enum class ErrorCode {
   authorizationRequired = 13,
 };
 
-/// Whether something was carried out between two looks; to deny a request changes nothing but the question.
+/// True when a request was carried out between two polls; denying one changes only `awaiting`.
 bool isChanged(const SystemExtensionState& before, const SystemExtensionState& now) {
   return before.installedVersion != now.installedVersion || before.enabled != now.enabled;
 }
@@ -87,11 +87,11 @@ void SimulatedSystemExtensions::take(Request request) {
 void SimulatedSystemExtensions::wait(const Request& request) {
   const auto place = waiting_.insert(waiting_.end(), request);
   place->look = mainQueue_.every(timeBetweenLooks, [this, place] {
-    // What is left of this turn may need the work that the erased entry keeps alive.
+    // The rest of this call may need the closure that the erased entry keeps alive.
     const auto look = place->look;
     if (isDecided(*place)) waiting_.erase(place);
   });
-  tell(request, [](SystemExtensionDelegate& delegate) { delegate.needsUserApproval(); });
+  callDelegate(request, [](SystemExtensionDelegate& delegate) { delegate.needsUserApproval(); });
 }
 
 bool SimulatedSystemExtensions::isDecided(const Request& request) {
@@ -103,7 +103,7 @@ bool SimulatedSystemExtensions::isDecided(const Request& request) {
   } else if (state.awaiting || isChanged(request.before, state)) {
     fail(request, error(ErrorCode::requestSuperseded, "Another request took this one's place."));
   } else {
-    // What the system answers where the person does not give the authorization that a request needs.
+    // The system's error when the user denies the authorization of a request.
     fail(request, error(ErrorCode::authorizationRequired, "The request was not authorized."));
   }
   return true;
@@ -124,15 +124,15 @@ bool SimulatedSystemExtensions::write(const SystemExtensionState& state) {
 void SimulatedSystemExtensions::finish(const Request& request) {
   const auto result = overrides_.completesAfterReboot() ? SystemExtensionResult::completesAfterReboot
                                                         : SystemExtensionResult::completed;
-  tell(request, [result](SystemExtensionDelegate& delegate) { delegate.finished(result); });
+  callDelegate(request, [result](SystemExtensionDelegate& delegate) { delegate.finished(result); });
 }
 
 void SimulatedSystemExtensions::fail(const Request& request, const PlatformError& error) {
-  tell(request, [error](SystemExtensionDelegate& delegate) { delegate.failed(error); });
+  callDelegate(request, [error](SystemExtensionDelegate& delegate) { delegate.failed(error); });
 }
 
-void SimulatedSystemExtensions::tell(const Request& request,
-                                     const std::function<void(SystemExtensionDelegate&)>& call) {
+void SimulatedSystemExtensions::callDelegate(const Request& request,
+                                             const std::function<void(SystemExtensionDelegate&)>& call) {
   const auto work = [delegate = request.delegate, call] {
     if (const auto listener = delegate.lock()) call(*listener);
   };

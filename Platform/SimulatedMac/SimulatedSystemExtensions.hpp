@@ -13,11 +13,11 @@
 
 namespace ostrel {
 
-/// The system extension as the file of `simulatedstate`. A request that waits for approval looks at the file
-/// until what was asked for has come, or is no longer asked for.
+/// The system extension in the file of `simulatedstate`. A request that waits for approval polls the file
+/// until it is carried out or withdrawn.
 class SimulatedSystemExtensions final : public SystemExtensions {
  public:
-  /// Real path of the lock's file.
+  /// Takes the real path of the lock file.
   SimulatedSystemExtensions(Files& files, MainQueue& mainQueue, const std::string& lockPath);
 
   void submit(SystemExtensionAction action, const std::string& identifier,
@@ -36,7 +36,7 @@ class SimulatedSystemExtensions final : public SystemExtensions {
   bool isReplacementCancelled(const Request& request) const;
   void take(Request request);
   void wait(const Request& request);
-  /// Whether the wait is over.
+  /// True when the wait is over.
   bool isDecided(const Request& request);
 
   SystemExtensionState read() const;
@@ -44,8 +44,8 @@ class SimulatedSystemExtensions final : public SystemExtensions {
 
   void finish(const Request& request);
   void fail(const Request& request, const PlatformError& error);
-  /// Calls the delegate, twice where that is ordered.
-  void tell(const Request& request, const std::function<void(SystemExtensionDelegate&)>& call);
+  /// Calls the delegate, twice when an override says so.
+  void callDelegate(const Request& request, const std::function<void(SystemExtensionDelegate&)>& call);
 
   Files& files_;
   MainQueue& mainQueue_;

@@ -8,13 +8,13 @@
 
 namespace ostrel {
 
-/// Wakes that are ordered beside those of the machine.
+/// Wakes from overrides, in addition to those of the machine.
 class SimulatedSystemWake final : public SystemWake {
  public:
   SimulatedSystemWake(SystemWake& machines, const SimulatedOverrides& overrides, OverridesWatch watch)
       : machines_(machines), overrides_(overrides), watch_(std::move(watch)) {}
 
-  /// A wake that was ordered before the call is past.
+  /// An override from before the call is ignored.
   [[nodiscard]] ScheduledWork observe(std::function<void()> woke) override;
 
  private:

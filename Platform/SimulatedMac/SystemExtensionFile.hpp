@@ -14,22 +14,22 @@ struct SystemExtensionState {
   std::string installedVersion;  ///< empty when none is installed
   bool enabled = false;
   std::string bundledVersion = "4.12.0";          ///< of the extension in the application's bundle
-  std::optional<SystemExtensionAction> awaiting;  ///< what the person is asked to approve
+  std::optional<SystemExtensionAction> awaiting;  ///< what the user is asked to approve
 
   bool operator==(const SystemExtensionState&) const = default;
 };
 
-/// The state in the file `simulatedstate::systemExtension`, or nothing when the bytes are damaged.
+/// The state in the file `simulatedstate::systemExtension`, or nullopt when the bytes are damaged.
 std::optional<SystemExtensionState> systemExtensionOfFile(std::string_view bytes);
 std::string fileOfSystemExtension(const SystemExtensionState& state);
 
-/// Whether nothing is left to do: the bundle's version is installed and enabled, or none is installed.
+/// True when nothing is left to do: the bundle's version is installed and enabled, or none is installed.
 bool hasReached(const SystemExtensionState& state, SystemExtensionAction action);
 
-/// The state after the action; nobody is asked for an approval any more.
+/// The state after the action; no approval is awaited.
 SystemExtensionState after(SystemExtensionAction action, SystemExtensionState state);
 
-/// What becomes of a request at once.
+/// The immediate outcome of a request.
 enum class RequestStep { nothingInstalled, carryOut, awaitApproval };
 RequestStep requestStep(const SystemExtensionState& state, SystemExtensionAction action, ApprovalRule rule);
 
