@@ -74,7 +74,7 @@ TEST_F(OrderedEvents, TheNetworkIsAsOrderedAndElseTheMachinesOwn) {
   order("{}");
   EXPECT_EQ(told.back(), NetworkPathUpdate(true, {"eth1"}));
   token = nullptr;
-  EXPECT_FALSE(real.isFollowed());
+  EXPECT_FALSE(real.isObserved());
   EXPECT_TRUE(changed.expired());
 }
 

@@ -29,7 +29,7 @@ TEST_F(SystemWakeTest, IsToldByEachOfSeveralServicesWhileSomebodyFollows) {
   queue.processDueWork();
   EXPECT_EQ(told, (Told{"wake", "wake"}));
   token.reset();
-  EXPECT_FALSE(first.isFollowed() || second.isFollowed());
+  EXPECT_FALSE(first.isObserved() || second.isObserved());
 }
 
 TEST_F(SystemWakeTest, IsToldAfterTheTimersThatAreDueByThen) {

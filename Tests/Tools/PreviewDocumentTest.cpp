@@ -98,7 +98,7 @@ TEST(PreviewDocument, AFaultIsToldWithItsPlace) {
 TEST(PreviewJson, HasEveryPartOfThePanelAndNullForWhatIsAbsent) {
   const auto shown = [](const std::string& document) {
     const auto reading = readPreviewDocument(document);
-    return previewJson(reading->model.snap, panelContent(reading->model, Date(), readings::times(),
+    return previewJson(reading->model.snap, panelContent(reading->model, Date(), builders::times(),
                                                          {PanelAction::quitStatusIcon}));
   };
   auto report = nlohmann::json::parse(reportText());

@@ -194,8 +194,8 @@ TEST_F(CheckInNudgesTest, AChangeOfTheNetworkExtensionNudgesAtOnceWhileEnrolled)
 TEST_F(CheckInNudgesTest, NothingIsFollowedOnceTheyAreGone) {
   host.systemWake.wake();
   nudges.reset();
-  EXPECT_FALSE(host.systemWake.isFollowed());
-  EXPECT_FALSE(host.networkPath.isFollowed());
+  EXPECT_FALSE(host.systemWake.isObserved());
+  EXPECT_FALSE(host.networkPath.isObserved());
   host.mainQueue.advance(1min);
   EXPECT_EQ(reasons, Reasons{});
 }

@@ -7,9 +7,9 @@
 namespace ostrel {
 namespace {
 
-using readings::describe;
-using readings::health;
-using readings::healthy;
+using builders::describe;
+using builders::health;
+using builders::healthy;
 
 TEST(StatusPanel, NeverShowsAnUnknownSeverityAsHealthy) {
   struct Row {
@@ -134,7 +134,7 @@ TEST(StatusPanel, RollsHealthUpToTheWorst) {
 
 TEST(StatusPanel, TellsTheLastCheckIn) {
   auto snapshot = healthy();
-  const auto fact = [&] { return checkinFact(snapshot, readings::now, readings::times()); };
+  const auto fact = [&] { return checkinFact(snapshot, builders::now, builders::times()); };
   EXPECT_EQ(fact(), "5 min ago");
   snapshot.lastCheckinError = "timeout";
   EXPECT_EQ(fact(), "failing · last ok 5 min ago");
@@ -145,7 +145,7 @@ TEST(StatusPanel, TellsTheLastCheckIn) {
 }
 
 TEST(StatusPanel, AContainerBlockComesBeforeRunningRuntimesWhichAreNeverOk) {
-  auto snapshot = readings::healthy();
+  auto snapshot = builders::healthy();
   EXPECT_EQ(describe(containersState(snapshot, {})), "info none running");
   EXPECT_EQ(describe(containersState(snapshot, {"Colima", "Podman"})), "info Colima and Podman running");
   snapshot.runtimeTrust = health("ok", "", "CONTAINER_REJECTED_LEAF", {"Lima", "Podman"});

@@ -40,12 +40,12 @@ TEST(Snapshot, TakesOverWhatAReportSays) {
   for (auto* health :
        {&expected.daemon, &expected.deviceCA, &expected.sysext, &expected.runtimeTrust, &expected.credential,
         &expected.captureSet, &expected.caExpiry, &expected.egressLock}) {
-    *health = {"ok", std::string(1, detail++), "C", "red", true, readings::now, {"p", "q"}};
+    *health = {"ok", std::string(1, detail++), "C", "red", true, builders::now, {"p", "q"}};
   }
   expected.guardEcosystems = {{"npm", "s"}};
   expected.guardFeatureState = "on";
   expected.policyDirectFlows = 12;
-  expected.lastCheckinSuccess = readings::now;
+  expected.lastCheckinSuccess = builders::now;
   expected.lastCheckinError = "timeout";
   Snapshot snapshot;
   snapshot.fill(report);

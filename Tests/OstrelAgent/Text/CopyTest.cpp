@@ -11,7 +11,7 @@
 namespace ostrel {
 namespace {
 
-using readings::Translated;
+using builders::Translated;
 using Params = std::vector<std::string>;
 
 std::set<std::string> keysOf(const auto& entries) {
