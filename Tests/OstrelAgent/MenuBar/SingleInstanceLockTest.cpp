@@ -7,7 +7,7 @@
 namespace ostrel {
 namespace {
 
-TEST(SingleInstanceLock, BelongsToTheFirstUntilItEndsAndNeverKeepsThePersonFromTheIcon) {
+TEST(SingleInstanceLock, BelongsToTheFirstUntilItExitsAndNeverPreventsTheIcon) {
   FakeHost host;
   auto& instance = host.menuBarInstance;
   const auto claim = [&] { return claimMenuBar(instance, host.standardStreams, host.log); };

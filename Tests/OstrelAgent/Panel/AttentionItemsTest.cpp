@@ -30,7 +30,7 @@ std::string buttons(const Snapshot& snapshot) {
   return all;
 }
 
-TEST(AttentionItems, TellWhatToDoOrWhenItClears) {
+TEST(AttentionItems, SayWhatToDoOrWhenItClears) {
   struct Row {
     const char* code;
     bool selfHealing;
@@ -54,7 +54,7 @@ TEST(AttentionItems, TellWhatToDoOrWhenItClears) {
   }
 }
 
-TEST(AttentionItems, StandInTheirOrderAndOnlyForWhatNeedsAttention) {
+TEST(AttentionItems, AreOrderedAndOnlyForWhatNeedsAttention) {
   EXPECT_TRUE(cards(healthy()).empty());
   auto snapshot = healthy();
   snapshot.sysextActive = snapshot.caTrusted = false;

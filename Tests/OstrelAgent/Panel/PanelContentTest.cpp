@@ -61,7 +61,7 @@ TEST(PanelContent, ShowsAProtectedDevice) {
   EXPECT_EQ(panel.maxHeight, 700);
 }
 
-TEST(PanelContent, RunsAsTheLanguageDoesWhateverTheVerdict) {
+TEST(PanelContent, ItsDirectionIsThatOfTheLanguageWhateverTheVerdict) {
   auto model = read(healthy());
   EXPECT_EQ(content(model).direction, TextDirection::leftToRight);
   const builders::Translated arabic({{"verdict.protected", "محمي"}});
@@ -70,7 +70,7 @@ TEST(PanelContent, RunsAsTheLanguageDoesWhateverTheVerdict) {
   EXPECT_EQ(content(model).direction, TextDirection::rightToLeft);
 }
 
-TEST(PanelContent, LeavesCardsAndRowsOutWithoutAStatus) {
+TEST(PanelContent, HasNoCardsAndRowsWithoutAStatus) {
   const auto before = content(StatusPanelModel());
   EXPECT_EQ(before.statusError, RowState::info("checking…"));
   Snapshot failed;
@@ -102,7 +102,7 @@ TEST(PanelContent, GivesANoteToEveryRowThatIsNotOk) {
   EXPECT_EQ(content(model).protection->noEcosystems, "");
 }
 
-TEST(PanelContent, UnfoldsTheComponentsOnlyWhenOneNeedsAttention) {
+TEST(PanelContent, ExpandsTheComponentsOnlyWhenOneNeedsAttention) {
   const auto startsExpanded = [](const char* severity) {
     auto model = read(healthy());
     model.snap.captureSet = builders::health("unknown", severity);
@@ -128,7 +128,7 @@ TEST(PanelContent, IsAmberWhileItSettles) {
   EXPECT_EQ(content(model).header.tint, RowState::Case::bad);
 }
 
-TEST(PanelContent, OffersAnUpdateOrTellsThatItInstalls) {
+TEST(PanelContent, OffersAnUpdateOrShowsThatItInstalls) {
   auto model = read(healthy());
   const auto update = [&](const char* state) {
     model.snap.update = StatusReport::Update{state, "3.0", "2.9"};

@@ -24,7 +24,7 @@ PanelHeaderReading read(const Snapshot& snapshot, std::string_view wire = "degra
                                   builders::times());
 }
 
-TEST(PanelHeader, SettlesOnlyWhenAllThatIsAmberClearsByItselfInTime) {
+TEST(PanelHeader, SettlesOnlyWhenEveryAmberComponentClearsByItselfInTime) {
   struct Row {
     Snapshot::ComponentHealth daemon;
     Snapshot::ComponentHealth egressLock;

@@ -47,7 +47,7 @@ TEST(RuntimeTrustRow, NamesTheCauseByCodeAndParameters) {
   }
 }
 
-TEST(RuntimeTrustRow, IsWeighedOnItsSeverity) {
+TEST(RuntimeTrustRow, FollowsItsSeverity) {
   const std::pair<const char*, const char*> rows[] = {
       {"", "bad"}, {"red", "bad"}, {"x", "bad"}, {"info", "off"}};
   for (const auto& [severity, word] : rows) {

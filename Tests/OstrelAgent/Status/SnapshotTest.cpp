@@ -11,7 +11,7 @@ namespace {
 using Texts = std::vector<std::string>;
 using Health = StatusReport::Health;
 
-TEST(Snapshot, ReadsWhatAReportLeavesOutAsEmpty) {
+TEST(Snapshot, KeysMissingInAReportAreEmpty) {
   StatusReport report;
   Snapshot snapshot;
   snapshot.fill(report);
@@ -24,7 +24,7 @@ TEST(Snapshot, ReadsWhatAReportLeavesOutAsEmpty) {
   EXPECT_EQ(snapshot, Snapshot());
 }
 
-TEST(Snapshot, TakesOverWhatAReportSays) {
+TEST(Snapshot, TakesEveryValueOfAReport) {
   auto report = StatusReport::decode(fullReportText()).value();
   report.features->insert(report.features->begin(), {"Guard", "x", {}});
   report.features->push_back({"guard", "off", {{{"pypi", "c", "s"}}}});
@@ -85,7 +85,7 @@ TEST(Snapshot, FindsTrustGapsInUncoveredSettings) {
   EXPECT_EQ(snapshot, Snapshot());
 }
 
-TEST(Snapshot, TellsItsNetworkExtensionStatesAsSortedJson) {
+TEST(Snapshot, WritesItsNetworkExtensionStatesAsSortedJson) {
   Snapshot snapshot;
   snapshot.sysextActive = true;
   EXPECT_EQ(networkExtensionStates(snapshot), R"({"egress_lock_filter_enabled":false,"sysext_active":true})");
