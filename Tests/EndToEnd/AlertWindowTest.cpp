@@ -10,7 +10,7 @@
 namespace ostrel {
 namespace {
 
-/// A daemon that is too old to know any action, and remembers what it was asked.
+/// A daemon that is too old to know any action, and records its requests.
 class OldDaemon {
  public:
   explicit OldDaemon(const std::string& hostRoot)
@@ -74,7 +74,7 @@ struct AlertWindowStory : ShownDesktop {
   }
 };
 
-TEST_F(AlertWindowStory, InstallsNoUpdateByEscapeAndShowsThatADaemonIsTooOldForOne) {
+TEST_F(AlertWindowStory, EscapeInstallsNoUpdateAndATooOldDaemonIsReported) {
   const OldDaemon daemon(place / "root");
   auto process = menuBar();
   ASSERT_TRUE(isRegistered(process));

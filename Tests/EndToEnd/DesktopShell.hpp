@@ -18,7 +18,7 @@ namespace ostrel {
 
 namespace fs = std::filesystem;
 
-/// The line of the log where nobody shows notifications.
+/// The log line when there is no notification daemon.
 inline const std::string notAuthorized =
     "ostrel: notifications are not authorized (status 1); "
     "this Mac cannot be told when it stops being protected\n";

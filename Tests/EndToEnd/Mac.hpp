@@ -19,7 +19,7 @@ using Json = nlohmann::json;
 /// The program over a simulated Mac of its own, which no process outlives.
 class Mac {
  public:
-  /// The bundle is a copy without the desktop's plug-ins: what launchd starts has the console.
+  /// The bundle is a copy without the desktop's plug-ins, so an agent started by launchd uses the console.
   Mac() {
     for (const auto* part : {"MacOS/OstrelAgent", "Helpers/ostrel-agent-endpoint"}) {
       fs::copy_file(bundleOfBuild / part, place.write(std::string("OstrelAgent.app/Contents/") + part, ""),

@@ -30,7 +30,7 @@ std::ptrdiff_t countEntries(const std::string& folder) {
   return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
 }
 
-/// What follows the name in the process's line of /proc: state, parent, and so on.
+/// The fields after the name in /proc/PID/stat: state, parent, and so on.
 std::vector<std::string> statWords(pid_t process) {
   const auto line = contentOf("/proc/" + std::to_string(process) + "/stat");
   std::istringstream words(line.substr(line.rfind(')') + 1));
@@ -65,7 +65,7 @@ struct OstrelAgent : testing::Test {
     fs::copy_file(AGENT, agent, fs::copy_options::overwrite_existing);
   }
 
-  /// The daemon's socket, in a folder that is there.
+  /// The path of the daemon's socket; makes its folder.
   std::string socketPath(const std::string& root = "root") const {
     const auto folder = place / root + "/Library/Application Support";
     fs::create_directories(folder);
@@ -89,7 +89,7 @@ TEST_F(OstrelAgent, AnswersAnUnknownCommandWithTheUsageLine) {
   }
 }
 
-TEST_F(OstrelAgent, WithoutAnArgumentItDoesWhatTheDaemonsAnswersAskFor) {
+TEST_F(OstrelAgent, ItsDefaultCommandFollowsTheAnswersOfTheDaemon) {
   const auto opensSetup = [this] {
     return run({agent}, environment, "quit\n").output.contains("Set up Ostrel Agent");
   };
@@ -106,7 +106,7 @@ TEST_F(OstrelAgent, WithoutAnArgumentItDoesWhatTheDaemonsAnswersAskFor) {
   EXPECT_TRUE(run({agent}, environment).error.starts_with("no enforcement daemon installed")) << "activates";
 }
 
-TEST_F(OstrelAgent, ASignalEndsItWhileItWaitsForADaemonThatIsSilentOrDrips) {
+TEST_F(OstrelAgent, ASignalEndsItWhileTheDaemonIsSilentOrSlow) {
   struct Row {
     std::vector<std::string> command;
     UnixServer::Serve serve;
@@ -131,7 +131,7 @@ TEST_F(OstrelAgent, ASignalEndsItWhileItWaitsForADaemonThatIsSilentOrDrips) {
   }
 }
 
-TEST_F(OstrelAgent, ShowsOneIconAPersonAndWaitsForAnEarlierOneThatEnds) {
+TEST_F(OstrelAgent, ShowsOneIconPerUserAndWaitsForAnEarlierAgentToExit) {
   const auto shown = "Ostrel Agent: status not reported\n";
   auto first = menuBar();
   first.awaitOutput(shown);
@@ -157,7 +157,7 @@ TEST_F(OstrelAgent, ShowsOneIconAPersonAndWaitsForAnEarlierOneThatEnds) {
   EXPECT_EQ(others.end(), 0);
 }
 
-TEST_F(OstrelAgent, ChecksInOnceSoonAfterItWokeWhereTheNetworkIsUp) {
+TEST_F(OstrelAgent, ChecksInOnceAfterAWakeIfTheNetworkIsUp) {
   // Beside it a Mac whose network is down.
   const std::string roots[] = {"root", "offline"};
   std::deque<UnixServer> daemons;
@@ -208,7 +208,7 @@ TEST_F(OstrelAgent, ServesTheCommandsOfTheConsole) {
   EXPECT_EQ(process.error(), "");
 }
 
-TEST_F(OstrelAgent, FollowsTheEndpointEveryFiveSecondsAndIdlesAfterTheEndOfInput) {
+TEST_F(OstrelAgent, PollsTheEndpointEveryFiveSecondsAndIdlesAfterTheEndOfInput) {
   auto process = menuBar("panel");
   process.awaitOutput("Ostrel Agent: protected\n");
   process.closeInput();
@@ -223,7 +223,7 @@ TEST_F(OstrelAgent, FollowsTheEndpointEveryFiveSecondsAndIdlesAfterTheEndOfInput
   EXPECT_EQ(process.end(), 128 + SIGTERM);
 }
 
-TEST_F(OstrelAgent, EndsInOrderByQuitAndBySignalsWhileItsHelperLivesOn) {
+TEST_F(OstrelAgent, ExitsCleanlyByQuitAndBySignalsWhileItsHelperHangs) {
   for (const int signal : {0, SIGTERM, SIGINT, SIGHUP}) {
     control({"scenario", signal == SIGINT ? "helper-hangs" : "helper-hangs-ignoring-term"});
     if (signal == SIGTERM) control({"set", "helper", R"({"close_output_and_live_ms": 60000})"});
@@ -238,7 +238,7 @@ TEST_F(OstrelAgent, EndsInOrderByQuitAndBySignalsWhileItsHelperLivesOn) {
   }
 }
 
-TEST_F(OstrelAgent, IsInTheLanguageOfTheEnvironmentOrEnglishWhereTheTableIsDamaged) {
+TEST_F(OstrelAgent, UsesTheLanguageOfTheEnvironmentOrEnglishIfTheTableIsDamaged) {
   copyBundle();
   fs::copy(fs::path(AGENT).parent_path().parent_path() / "Resources",
            place / "OstrelAgent.app/Contents/Resources", fs::copy_options::recursive);
@@ -257,7 +257,7 @@ TEST_F(OstrelAgent, IsInTheLanguageOfTheEnvironmentOrEnglishWhereTheTableIsDamag
   }
 }
 
-TEST_F(OstrelAgent, ShowsHowAHelperFailsAndThatItIsBack) {
+TEST_F(OstrelAgent, ShowsFailuresOfTheHelperAndItsRecovery) {
   const std::pair<std::vector<std::string>, const char*> rows[] = {
       {{"scenario", "helper-hangs-ignoring-term"}, "agent status unavailable (exit 9)"},
       {{"scenario", "helper-exit-3"}, "agent status unavailable (exit 3)"},
@@ -280,7 +280,7 @@ TEST_F(OstrelAgent, ShowsHowAHelperFailsAndThatItIsBack) {
   EXPECT_EQ(process.end(), 0);
 }
 
-TEST_F(OstrelAgent, TellsOfAHelperThatCannotRunOnStandardErrorAndInThePanel) {
+TEST_F(OstrelAgent, ReportsAHelperThatCannotRunOnStandardErrorAndInThePanel) {
   copyBundle();
   const auto path = place / helperName;
   const auto put = [&](const char* bytes) {
@@ -294,10 +294,9 @@ TEST_F(OstrelAgent, TellsOfAHelperThatCannotRunOnStandardErrorAndInThePanel) {
   };
   const Row rows[] = {
       {[] {}, 127, missing},
-      {[&] { fs::create_directories(path); }, 127, missing},
       {[&] { place.write(helperName, "#!/bin/sh\n"); }, 127, missing},
       {put("no program"), 126, "failed to run helper: "},
-      {put("#!/nowhere/sh\n"), 126, "failed to run helper: "},
+      {put("#!/missing/sh\n"), 126, "failed to run helper: "},
       {put("#!/bin/sh\necho its own words >&2\nkill -SEGV $$\n"), SIGSEGV, "its own words\n"},
   };
   for (const auto& row : rows) {
@@ -311,7 +310,7 @@ TEST_F(OstrelAgent, TellsOfAHelperThatCannotRunOnStandardErrorAndInThePanel) {
   }
 }
 
-TEST_F(OstrelAgent, RunsOnAHostThatIsOutOfOrder) {
+TEST_F(OstrelAgent, RunsOnADamagedHost) {
   const auto library = "root/Users/robin/Library/Preferences/tech.brenn.ostrel-agent.json";
   const std::pair<std::function<void()>, const char*> rows[] = {
       {[&] { environment.erase("HOME"); }, "✓ Protected"},
@@ -341,7 +340,7 @@ TEST_F(OstrelAgent, RunsWithoutStandardStreams) {
   EXPECT_EQ(process.end(), 128 + SIGTERM);
 }
 
-TEST_F(OstrelAgent, RequestsOfAHangingHelperStayBoundedAndItIsFollowedWithinOneTick) {
+TEST_F(OstrelAgent, RunsOfAHangingHelperStayBoundedAndItsRecoveryShowsWithinOneTick) {
   auto process = menuBar("panel\nclose\n");
   process.awaitOutput("Ostrel Agent: protected\n");
   const auto descriptors = countEntries(procFolder(process, "fd"));
@@ -360,7 +359,7 @@ TEST_F(OstrelAgent, RequestsOfAHangingHelperStayBoundedAndItIsFollowedWithinOneT
   EXPECT_EQ(process.end(), 0);
 }
 
-TEST_F(OstrelAgent, AHelperThatCannotBeReapedShowsAsFailedAndHoldsUpNeitherTheIconNorTheEnd) {
+TEST_F(OstrelAgent, AnUnreapableHelperShowsAsFailedAndDelaysNeitherIconNorExit) {
   auto process = menuBar();
   process.awaitOutput("Ostrel Agent: protected\n");
   control({"set", "helper", R"({"hang": true, "unreapable": true})"});
@@ -372,7 +371,7 @@ TEST_F(OstrelAgent, AHelperThatCannotBeReapedShowsAsFailedAndHoldsUpNeitherTheIc
   EXPECT_TRUE(becomesTrue([&] { return processesWith(place.path()).empty(); }));
 }
 
-TEST_F(OstrelAgent, LeavesNoDescriptorChildOrThreadBehindWhileItRefreshes) {
+TEST_F(OstrelAgent, RefreshingLeaksNoDescriptorChildOrThread) {
   auto process = menuBar("panel\nclose\n");
   process.awaitOutput("Ostrel Agent: protected\n");
   const auto descriptors = countEntries(procFolder(process, "fd"));

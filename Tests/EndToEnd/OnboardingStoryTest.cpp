@@ -35,7 +35,7 @@ struct OnboardingStory : testing::Test {
   std::optional<Process> daemon;
 };
 
-TEST_F(OnboardingStory, LeadsFromNothingToAProtectedMac) {
+TEST_F(OnboardingStory, LeadsFromAFreshInstallToAProtectedMac) {
   mac.environment["DISPLAY"] = ":7";  // so that the agent is started at once; the bundle brings no desktop
   mac.control({"trust", "cancel"});
   Process window(mac.command(""), mac.environment);
@@ -90,7 +90,7 @@ TEST_F(OnboardingStory, LeadsFromNothingToAProtectedMac) {
   EXPECT_FALSE(mac.json(defaults).contains("OnboardingFlowProcessID"));
 }
 
-TEST_F(OnboardingStory, ADeadProcessInTheDefaultsHoldsNobodyUp) {
+TEST_F(OnboardingStory, ADeadProcessInTheDefaultsBlocksNoWindow) {
   Process first(mac.command("repair"), mac.environment);
   first.awaitOutput("Get this Mac protected again");
   first.signal(SIGKILL);
@@ -106,7 +106,7 @@ TEST_F(OnboardingStory, ADeadProcessInTheDefaultsHoldsNobodyUp) {
       ostrel::run(mac.command("repair"), mac.environment, "quit\n").output.contains("protected again"));
 }
 
-TEST_F(OnboardingStory, EndsAtOnceWhateverItWaitsFor) {
+TEST_F(OnboardingStory, ClosesAtOnceWhateverItWaitsFor) {
   mac.control({"misbehave", "silent"});
   for (const auto* input : {"", "token zq_enroll_1234\n"}) {
     Process window(mac.command("onboarding"), mac.environment);

@@ -63,7 +63,7 @@ struct OnboardingWindowStory : ShownDesktop {
   std::string window;
 };
 
-TEST_F(OnboardingWindowStory, LeadsFromNothingToAProtectedMacWithItsIcon) {
+TEST_F(OnboardingWindowStory, LeadsFromAFreshInstallToAProtectedMacWithItsIcon) {
   control({"misbehave", "refuse", "used_up"});
   control({"trust", "cancel"});
   Process first({agent}, environment);

@@ -92,7 +92,7 @@ void Process::write(std::string_view text) {
 
 void Process::closeInput() { close(input_); }
 
-/// Reads what comes next on either stream; false when both have ended or the deadline has come.
+/// Reads the next bytes of either stream; false when both have ended or the deadline has come.
 bool Process::read(Deadline deadline) {
   std::array<pollfd, 2> watched = {{{streams_[0], POLLIN, 0}, {streams_[1], POLLIN, 0}}};
   if (streams_[0] < 0 && streams_[1] < 0) return false;
@@ -107,8 +107,8 @@ bool Process::read(Deadline deadline) {
   return true;
 }
 
-void Process::awaitOutput(std::string_view text, std::chrono::milliseconds patience) {
-  const auto deadline = std::chrono::steady_clock::now() + patience;
+void Process::awaitOutput(std::string_view text, std::chrono::milliseconds timeout) {
+  const auto deadline = std::chrono::steady_clock::now() + timeout;
   while (output_.find(text, found_) == std::string::npos) {
     if (streams_[0] >= 0 && read(deadline)) continue;
     ADD_FAILURE() << "no \"" << text << "\" in: " << output_.substr(found_) << "\nerror: " << error_;
@@ -121,8 +121,8 @@ void Process::signal(int number) const {
   if (process_ > 0) ::kill(process_, number);  // to any other number would go to many processes
 }
 
-int Process::end(std::chrono::milliseconds patience) {
-  const auto deadline = std::chrono::steady_clock::now() + patience;
+int Process::end(std::chrono::milliseconds timeout) {
+  const auto deadline = std::chrono::steady_clock::now() + timeout;
   while (read(deadline)) {
   }
   if (process_ < 0) return 127;

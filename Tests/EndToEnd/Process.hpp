@@ -11,8 +11,8 @@
 
 namespace ostrel {
 
-/// A program under test with pipes at its standard streams. Waits have a deadline; a program that is still
-/// there at the end of the object is killed.
+/// A program under test with pipes at its standard streams. Waits have a deadline; a program that
+/// still runs when the object is destroyed is killed.
 class Process {
  public:
   /// Variables beside those that every program gets: PATH and the options of sanitizers.
@@ -32,13 +32,13 @@ class Process {
 
   /// Waits until standard output holds the text behind all that was found before; a failure when the deadline
   /// comes or the output ends first.
-  void awaitOutput(std::string_view text, std::chrono::milliseconds patience = std::chrono::seconds(20));
+  void awaitOutput(std::string_view text, std::chrono::milliseconds timeout = std::chrono::seconds(20));
 
   void signal(int number) const;
 
   /// Reads the streams to their end and waits for the program: its exit status, or minus the signal that
   /// ended it. One that does not end is killed with a failure.
-  int end(std::chrono::milliseconds patience = std::chrono::seconds(20));
+  int end(std::chrono::milliseconds timeout = std::chrono::seconds(20));
 
   const std::string& output() const { return output_; }
   const std::string& error() const { return error_; }

@@ -13,7 +13,7 @@
 namespace ostrel {
 namespace {
 
-// Its last characters are written in another way by each of the encodings.
+// Each encoding writes its last characters differently.
 constexpr const char* canary = "zq_enroll_Kanarienvogel \"9\\é/+";
 
 std::string base64(const std::string& bytes) {
@@ -43,7 +43,7 @@ std::string urlEscaped(const std::string& bytes, const char* hexadecimals, const
   return text;
 }
 
-/// The forms in which a text may stand somewhere, as it is and encoded.
+/// A text as it is and in every encoding.
 std::vector<std::string> formsOf(const std::string& text) {
   std::vector<std::string> forms = {text, urlEscaped(text, "0123456789ABCDEF", "%20"),
                                     urlEscaped(text, "0123456789abcdef", "%20"),
@@ -52,8 +52,7 @@ std::vector<std::string> formsOf(const std::string& text) {
     const auto quoted = Json(text).dump(-1, ' ', isAscii);
     forms.push_back(quoted.substr(1, quoted.size() - 2));
   }
-  // What stands before it in the encoded bytes shifts the digits; those that it shares with its neighbours
-  // go.
+  // The bytes before it shift the base64 digits; digits shared with a neighbour are cut off.
   forms.push_back(base64(text));
   forms.push_back(base64("." + text).substr(2));
   forms.push_back(base64(".." + text).substr(3));
@@ -107,7 +106,7 @@ class Watcher {
   std::thread thread_;
 };
 
-/// Puts a script in the place of a program, which keeps what it was started with and goes on as the program.
+/// Replaces a program by a script that records arguments and environment and then runs the program.
 void record(const Mac& mac, const std::string& path, const std::string& program) {
   fs::remove(path);
   std::ofstream(path) << "#!/bin/sh\ncat /proc/$$/cmdline /proc/$$/environ >>'" << mac.place / "started"
@@ -115,7 +114,7 @@ void record(const Mac& mac, const std::string& path, const std::string& program)
   fs::permissions(path, fs::perms::owner_all);
 }
 
-TEST(TokenSecrecy, IsSearchedForInEveryForm) {
+TEST(TokenSecrecy, TheSearchFindsEveryEncodingOfTheToken) {
   const TemporaryFolder place;
   const std::string text = canary;
   for (const auto& planted :
@@ -131,7 +130,7 @@ TEST(TokenSecrecy, IsSearchedForInEveryForm) {
   EXPECT_FALSE(holdsCanary(text.substr(0, text.size() - 1)));
 }
 
-TEST(TokenSecrecy, NothingOfTheWindowKeepsTheToken) {
+TEST(TokenSecrecy, IsKeptThroughTheWholeOnboarding) {
   const Mac mac;
   mac.control({"scenario", "fresh-install"});
   mac.control({"install", "--without-token"});
@@ -158,7 +157,7 @@ TEST(TokenSecrecy, NothingOfTheWindowKeepsTheToken) {
   };
 
   {
-    // A daemon that repeats what it is told.
+    // A daemon that repeats every request.
     const UnixServer daemon(mac.place / "root/Library/Application Support/ostrel-agent-endpoint.control.sock",
                             [](int connection) {
                               const auto line = UnixServer::readLine(connection);

@@ -8,10 +8,10 @@
 
 namespace ostrel {
 
-/// An alert's window that remembers what it was told. There is one at a time.
+/// An alert's window that records its calls. There is one at a time.
 class FakeAlertView final : public AlertView {
  public:
-  /// What all windows of the test were told, and how the next is made. Each test starts with an empty one.
+  /// The calls to all windows of the test, and how the next is made. Each test starts with an empty one.
   struct Record {
     std::vector<Alert> alerts;
     std::vector<DesktopTheme> themes;  ///< of openings and of changes
@@ -45,7 +45,7 @@ class FakeAlertView final : public AlertView {
   void setTheme(const DesktopTheme& theme) override { record().themes.push_back(theme); }
   void activate() override { record().activations += 1; }
 
-  /// The person presses that button.
+  /// The user presses that button.
   static void answer(std::size_t button) {
     record().isShown = false;
     record().closed(button);

@@ -23,7 +23,7 @@ class FakeAlerts final : public Alerts {
     completion(button);
   }
 
-  std::deque<Alert> shown;  ///< those that wait for the person, oldest first
+  std::deque<Alert> shown;  ///< those that wait for the user, oldest first
 
  private:
   std::deque<std::function<void(std::size_t)>> completions_;

@@ -7,8 +7,8 @@
 
 namespace ostrel {
 
-/// Background work that waits for the test to run it on its own thread. Work that was not yet run stands for
-/// work that takes its time, or hangs.
+/// Background work that waits for the test to run it on its own thread. Work that was not yet run is
+/// work that is slow, or hangs.
 class FakeBackgroundQueue final : public BackgroundQueue {
  public:
   void run(QualityOfService quality, std::function<void()> work) override {
@@ -27,14 +27,14 @@ class FakeBackgroundQueue final : public BackgroundQueue {
   /// Runs the next work; throws when none waits.
   void runNext() { takeNext()(); }
 
-  /// Runs all that waits and what that hands over.
+  /// Runs all waiting work and the work that it adds.
   void runAll() {
     while (countWaiting() > 0) runNext();
   }
 
   std::size_t countWaiting() const { return urgent_.size() + other_.size(); }
 
-  /// What takes the place of each work that arrives, if anything.
+  /// Replaces each work that is added, when set.
   std::function<std::function<void()>(std::function<void()>)> wrap;
 
  private:

@@ -12,7 +12,7 @@
 
 namespace ostrel {
 
-/// Child processes by script: each run takes the next result of it, or the standing answer; a run with
+/// Child processes by script: each run takes the next result of it, or the default answer; a run with
 /// neither fails the test. One that is ended before its start takes nothing, nor does one after the host's
 /// end.
 class FakeChildProcesses final : public ChildProcesses {

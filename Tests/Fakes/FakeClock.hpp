@@ -4,7 +4,7 @@
 
 namespace ostrel {
 
-/// A wall clock that stands until the test moves it.
+/// A wall clock that the test moves.
 class FakeClock final : public Clock {
  public:
   explicit FakeClock(Date start = Date(std::chrono::sys_days(std::chrono::year(2025) / 1 / 2)))

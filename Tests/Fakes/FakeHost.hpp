@@ -25,7 +25,7 @@
 
 namespace ostrel {
 
-/// A host whose every service is in the hands of the test.
+/// A host whose every service is a fake.
 struct FakeHost {
   // Made in one place: the code of every fake in every test file would double the time to build the tests.
   FakeHost();

@@ -13,7 +13,7 @@
 
 namespace ostrel {
 
-/// A main queue that turns when the test says so, on the test's own thread. The fake clock goes on with its
+/// A main queue that runs when the test says so, on the test's own thread. The fake clock advances with its
 /// time; setting the clock leaves that alone, as it does with real timers.
 class FakeMainQueue final : public MainQueue {
  public:
@@ -30,7 +30,7 @@ class FakeMainQueue final : public MainQueue {
     return schedule(period, std::make_shared<Timer>(period, std::move(work)));
   }
 
-  /// Runs what was posted and what that posts; a test that never comes to rest fails.
+  /// Runs posted work and the work that it posts; the test fails when that never ends.
   void runAll() {
     for (int turns = 0; !posts_.empty(); ++turns) {
       if (turns == 100000) {

@@ -11,19 +11,19 @@ namespace ostrel {
 class FakeNetworkPath final : public NetworkPath {
  public:
   [[nodiscard]] ScheduledWork observe(std::function<void(const NetworkPathUpdate&)> updated) override {
-    auto follower = std::make_shared<std::function<void(const NetworkPathUpdate&)>>(std::move(updated));
-    follower_ = follower;
-    return follower;
+    auto observer = std::make_shared<std::function<void(const NetworkPathUpdate&)>>(std::move(updated));
+    observer_ = observer;
+    return observer;
   }
 
-  bool isFollowed() const { return !follower_.expired(); }
+  bool isObserved() const { return !observer_.expired(); }
 
   void update(bool satisfied, std::vector<std::string> interfaces = {}) const {
-    if (const auto follower = follower_.lock()) (*follower)({satisfied, std::move(interfaces)});
+    if (const auto observer = observer_.lock()) (*observer)({satisfied, std::move(interfaces)});
   }
 
  private:
-  std::weak_ptr<std::function<void(const NetworkPathUpdate&)>> follower_;
+  std::weak_ptr<std::function<void(const NetworkPathUpdate&)>> observer_;
 };
 
 }  // namespace ostrel

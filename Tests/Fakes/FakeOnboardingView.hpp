@@ -9,10 +9,10 @@
 
 namespace ostrel {
 
-/// An onboarding window that remembers what it was told. There is one at a time.
+/// An onboarding window that records its calls. There is one at a time.
 class FakeOnboardingView final : public OnboardingView {
  public:
-  /// What all windows of the test were told, and how the next is made. Each test starts with an empty one.
+  /// The calls to all windows of the test, and how the next is made. Each test starts with an empty one.
   struct Record {
     std::vector<OnboardingContent> contents;  ///< of openings and of updates
     std::vector<DesktopTheme> themes;         ///< of openings and of changes

@@ -43,7 +43,7 @@ class FakeOnboardingWindow final : public OnboardingWindow {
   const OnboardingContent& shown() const { return contents.at(contents.size() - 1); }
 
   std::vector<OnboardingContent> contents;  ///< of opening and updating, in order
-  std::string typed;                        ///< what stands in the token field
+  std::string typed;                        ///< the text in the token field
   bool isOpen = false;
 
  private:

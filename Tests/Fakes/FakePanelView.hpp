@@ -8,10 +8,10 @@
 
 namespace ostrel {
 
-/// A panel's window that remembers what it was told. There is one at a time.
+/// A panel's window that records its calls. There is one at a time.
 class FakePanelView final : public PanelView {
  public:
-  /// What all windows of the test were told, and how the next is made. Each test starts with an empty one.
+  /// The calls to all windows of the test, and how the next is made. Each test starts with an empty one.
   struct Record {
     std::vector<PanelAnchor> anchors;
     std::vector<DesktopTheme> themes;  ///< of openings and of changes while open
@@ -46,7 +46,7 @@ class FakePanelView final : public PanelView {
   void setTheme(const DesktopTheme& theme) override { record().themes.push_back(theme); }
   void close() override { record().isShown = false; }
 
-  /// The person goes elsewhere.
+  /// The user turns to another window.
   static void loseFocus() {
     record().isShown = false;
     record().events.lostFocus();

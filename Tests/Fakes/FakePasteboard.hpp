@@ -7,7 +7,7 @@
 
 namespace ostrel {
 
-/// A pasteboard that the test looks at.
+/// A pasteboard that the test reads.
 class FakePasteboard final : public Pasteboard {
  public:
   void setText(std::string_view text) override { content = text; }

@@ -36,7 +36,7 @@ class FakeScreens final : public Screens {
   std::optional<double> height = 875;
   bool isShown = false;
 
-  /// Throws when nobody listens.
+  /// Throws when no callback is set.
   void press(const PanelButton& button) const { pressed_(button); }
 
  private:

@@ -8,11 +8,11 @@
 
 namespace ostrel {
 
-/// A role that another process has, or not, as the test says. Nobody waits.
+/// A role that another process may have, as the test says. A claim never waits.
 class FakeSingleInstance final : public SingleInstance {
  public:
-  [[nodiscard]] std::expected<Claim, PlatformError> claim(std::chrono::milliseconds patience) override {
-    patiences.push_back(patience);
+  [[nodiscard]] std::expected<Claim, PlatformError> claim(std::chrono::milliseconds timeout) override {
+    timeouts.push_back(timeout);
     if (error) return std::unexpected(*error);
     if (isAnothers || !claimed_.expired()) return nullptr;
     const auto made = std::make_shared<int>();
@@ -20,7 +20,7 @@ class FakeSingleInstance final : public SingleInstance {
     return made;
   }
 
-  std::vector<std::chrono::milliseconds> patiences;  ///< of every claim, in order
+  std::vector<std::chrono::milliseconds> timeouts;  ///< of every claim, in order
   bool isAnothers = false;
   std::optional<PlatformError> error;
 

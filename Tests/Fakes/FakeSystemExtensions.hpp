@@ -26,7 +26,7 @@ class FakeSystemExtensions final : public SystemExtensions {
   /// The delegate of the latest request; ends the test when there is none.
   std::shared_ptr<SystemExtensionDelegate> delegate() const {
     auto delegate = requests.empty() ? nullptr : requests.back().delegate.lock();
-    if (!delegate) throw std::logic_error("no request, or nobody who listens to it");
+    if (!delegate) throw std::logic_error("no request, or its delegate is destroyed");
     return delegate;
   }
 

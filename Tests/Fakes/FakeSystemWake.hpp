@@ -13,23 +13,23 @@ namespace ostrel {
 class FakeSystemWake final : public SystemWake {
  public:
   [[nodiscard]] ScheduledWork observe(std::function<void()> woke) override {
-    auto follower = std::make_shared<std::function<void()>>(std::move(woke));
-    followers_.push_back(follower);
-    return follower;
+    auto observer = std::make_shared<std::function<void()>>(std::move(woke));
+    observers_.push_back(observer);
+    return observer;
   }
 
-  bool isFollowed() const {
-    return std::ranges::any_of(followers_, [](const auto& follower) { return !follower.expired(); });
+  bool isObserved() const {
+    return std::ranges::any_of(observers_, [](const auto& observer) { return !observer.expired(); });
   }
 
   void wake() const {
-    for (const auto& weak : followers_) {
-      if (const auto follower = weak.lock()) (*follower)();
+    for (const auto& weak : observers_) {
+      if (const auto observer = weak.lock()) (*observer)();
     }
   }
 
  private:
-  std::vector<std::weak_ptr<std::function<void()>>> followers_;
+  std::vector<std::weak_ptr<std::function<void()>>> observers_;
 };
 
 }  // namespace ostrel

@@ -21,7 +21,7 @@ class FakeUnixSockets final : public UnixSockets {
   using Piece = std::expected<std::string, ErrorNumber>;
   using Pieces = std::deque<Piece>;
 
-  /// What was asked of one socket.
+  /// The calls on one socket.
   struct Connection {
     std::chrono::milliseconds receiveTimeout{0};
     std::chrono::milliseconds sendTimeout{0};

@@ -33,7 +33,7 @@ class FakeUserNotifications final : public UserNotifications {
     mainQueue_.post([result = postResult, completion] { completion(result); });
   }
 
-  /// The person does something with a notification.
+  /// The user responds to a notification.
   void respond(const NotificationResponse& response) const {
     if (receiver_) receiver_(response);
   }

@@ -27,7 +27,7 @@ inline void expectShownFromOpeningToClosing(Screens& screens) {
 
 /// What every implementation of `StatusItem` does; `click` clicks on it.
 template <class Click>
-void expectEveryClickIsTold(StatusItem& item, Click click) {
+void expectEveryClickIsReported(StatusItem& item, Click click) {
   int clicks = 0;
   item.install({.clicked = [&] { ++clicks; }, .appearanceChanged = [] {}, .menuPressed = {}});
   item.show({menubarpicture::Title{"🛡️"}, "text"});

@@ -19,7 +19,7 @@ inline std::string contentOf(const std::filesystem::path& path) {
   return std::move(bytes).str();
 }
 
-/// A folder of one test or figure, gone with it.
+/// A folder of one test or benchmark, removed with the object.
 class TemporaryFolder {
  public:
   TemporaryFolder() : path_(std::filesystem::temp_directory_path() / ("ostrel-test-" + std::string(6, 'X'))) {

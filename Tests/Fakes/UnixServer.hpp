@@ -41,7 +41,7 @@ class UnixServer {
     return line;
   }
 
-  /// Sends all of the bytes; a client that is gone loses them.
+  /// Sends all of the bytes; a client that has closed loses them.
   static void send(int connection, std::string_view bytes) {
     while (!bytes.empty()) {
       const auto count = ::send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL);

@@ -34,7 +34,7 @@ TEST_F(LinuxHostDeathTest, ShutsDownThoughWorkIsStuckInTheBackground) {
   EXPECT_EXIT(shutDown(false), testing::ExitedWithCode(7), "");
 }
 
-TEST_F(LinuxHostDeathTest, ShutsDownAtOnceWhereNothingRuns) {
+TEST_F(LinuxHostDeathTest, ShutsDownAtOnceWhenNothingRuns) {
   const auto shutDown = [] {
     {
       const auto lifetime = makeHost();

@@ -12,7 +12,7 @@ inline std::string reportText(std::string_view verdict = "protected") {
          std::string(verdict) + R"("}})";
 }
 
-/// The members of a component, with a detail that tells it from others.
+/// The members of a component, with a detail of its own.
 inline std::string componentText(const std::string& detail) {
   return R"("state":"ok","code":"C","severity":"red","self_healing":true,"expected_clear_by":"2025-01-02T12:00:00+02:00","params":["p","q"],)"
          R"("detail":")" +

@@ -13,8 +13,8 @@
 
 namespace ostrel {
 
-/// Readings for tests to vary.
-namespace readings {
+/// Snapshots and their parts, for tests to vary.
+namespace builders {
 
 using namespace std::chrono_literals;
 
@@ -69,6 +69,6 @@ class Translated {
   Translated& operator=(const Translated&) = delete;
 };
 
-}  // namespace readings
+}  // namespace builders
 
 }  // namespace ostrel

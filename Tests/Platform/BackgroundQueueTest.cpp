@@ -19,25 +19,25 @@ TEST(BackgroundQueueContract, RunsUrgentWorkFirstThenByArrival) {
   std::binary_semaphore done(0);
   FakeBackgroundQueue fake;
   PosixBackgroundQueue real(1);
-  const auto hand = [&](BackgroundQueue& queue) {
+  const auto submit = [&](BackgroundQueue& queue) {
     const auto mark = [&](char letter) { return [&order, letter] { order += letter; }; };
     queue.run(QualityOfService::utility, mark('c'));
     queue.run(QualityOfService::userInitiated, mark('a'));
     queue.run(QualityOfService::utility, mark('d'));
     queue.run(QualityOfService::userInitiated, mark('b'));
   };
-  hand(fake);
+  submit(fake);
   fake.runAll();
-  // Holds the only thread until all that follows has arrived.
+  // Blocks the only thread until all other work has arrived.
   real.run(QualityOfService::userInitiated, [&] { arrived.wait(); });
-  hand(real);
+  submit(real);
   real.run(QualityOfService::utility, [&] { done.release(); });
   arrived.count_down();
   done.acquire();
   EXPECT_EQ(order, "abcdabcd");
 }
 
-TEST(PosixBackgroundQueue, StartsNoMoreThreadsThanItMayAndUsesThemAll) {
+TEST(PosixBackgroundQueue, StartsItsMaximumOfThreadsAndNoMore) {
   std::atomic<int> running = 0;
   std::atomic<int> most = 0;
   std::latch all(3);
@@ -57,7 +57,7 @@ TEST(PosixBackgroundQueue, StartsNoMoreThreadsThanItMayAndUsesThemAll) {
   EXPECT_EQ(most, 3);
 }
 
-TEST(PosixBackgroundQueue, TellsWhetherItsWorkEndsInTime) {
+TEST(PosixBackgroundQueue, ReportsWhetherItsWorkEndedInTime) {
   using namespace std::chrono_literals;
   std::binary_semaphore mayEnd(0);
   std::latch started(1);
@@ -72,7 +72,7 @@ TEST(PosixBackgroundQueue, TellsWhetherItsWorkEndsInTime) {
   EXPECT_TRUE(queue.finish(20s));
 }
 
-TEST(PosixBackgroundQueue, ItsEndDropsWaitingWorkAndWaitsForRunningWork) {
+TEST(PosixBackgroundQueue, DestructionDropsWaitingWorkAndAwaitsRunningWork) {
   std::latch started(1);
   std::binary_semaphore mayEnd(0);
   std::atomic<bool> ended = false;
@@ -88,7 +88,8 @@ TEST(PosixBackgroundQueue, ItsEndDropsWaitingWorkAndWaitsForRunningWork) {
     });
     queue.run(QualityOfService::utility, [&dropped, held] { dropped = false; });
     started.wait();
-    // The waiting work goes only once the destructor has begun, which then waits for the running work.
+    // The waiting work is destroyed only once the destructor has begun, which then waits for the running
+    // work.
     std::thread([&, waiting = std::weak_ptr(held)] {
       while (waiting.use_count() > 2) std::this_thread::yield();
       mayEnd.release();
@@ -99,7 +100,7 @@ TEST(PosixBackgroundQueue, ItsEndDropsWaitingWorkAndWaitsForRunningWork) {
   EXPECT_EQ(held.use_count(), 1);
 }
 
-TEST(PosixBackgroundQueue, ItsThreadsLeaveSignalsToTheMainThreadButTheEndsOfTheirChildren) {
+TEST(PosixBackgroundQueue, ItsThreadsBlockEverySignalButSigchld) {
   sigset_t mask;
   sigemptyset(&mask);
   std::latch done(1);

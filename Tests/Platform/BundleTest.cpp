@@ -11,7 +11,7 @@ namespace {
 
 const std::string app = "/Applications/OstrelAgent.app";
 
-TEST(LanguageCandidates, TheFirstSettingDecidesAndOnlyLanguagesPass) {
+TEST(LanguageCandidates, FollowTheFirstSettingAndSkipWhatIsNoLanguage) {
   using Languages = std::vector<std::string>;
   struct Row {
     const char* all;
@@ -48,7 +48,7 @@ struct LinuxBundleTest : testing::Test {
   }
 };
 
-TEST_F(LinuxBundleTest, ATableOfTheNearestLanguageWinsWhereTheFakeStandsToo) {
+TEST_F(LinuxBundleTest, TheTableOfTheNearestLanguageWins) {
   EXPECT_EQ(bundle.localizedTable("Copy").value(), std::nullopt);
   putTable("en", "english");
   EXPECT_EQ(bundle.localizedTable("Copy").value(), std::nullopt);
@@ -63,7 +63,7 @@ TEST_F(LinuxBundleTest, ATableOfTheNearestLanguageWinsWhereTheFakeStandsToo) {
   EXPECT_EQ(LinuxBundle(files, {}, bundle.executablePath()).localizedTable("Copy").value(), std::nullopt);
 }
 
-TEST_F(LinuxBundleTest, ATableThatCannotBeReadIsAnErrorAndNoOtherTakesItsPlace) {
+TEST_F(LinuxBundleTest, AnUnreadableTableIsAnErrorWithoutFallback) {
   putTable("de", "german");
   ASSERT_TRUE(files.makeFolders(app + "/Contents/Resources/de-AT.lproj/Copy.strings"));
   const auto table = bundle.localizedTable("Copy");

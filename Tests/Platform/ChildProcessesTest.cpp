@@ -43,8 +43,7 @@ struct PosixChildProcessesTest : testing::Test {
     EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "a child is left";
   }
 
-  /// Runs on another thread until the file is there that the script makes when it is ready; then ends the
-  /// run.
+  /// Runs the script on another thread until it has made its "ready" file; then ends the run.
   std::expected<ChildResult, PlatformError> runAndEnd(const std::string& script,
                                                       const std::function<void()>& end) {
     auto run = std::async(std::launch::async, [&] { return children.run(shell(script), ending()); });
@@ -68,7 +67,7 @@ struct PosixChildProcessesTest : testing::Test {
   PosixChildProcesses& children = *made;
 };
 
-TEST_F(PosixChildProcessesTest, TellsHowARunEndedAndWhatItWrote) {
+TEST_F(PosixChildProcessesTest, ARunGivesItsStatusAndOutput) {
   struct Row {
     const char* script;
     ChildStream output;
@@ -83,7 +82,7 @@ TEST_F(PosixChildProcessesTest, TellsHowARunEndedAndWhatItWrote) {
                       {"exec >&-; sleep 0.05; exit 5", ChildStream::captured, {5, ""}},
                       {"cat; echo end", ChildStream::captured, {0, "end\n"}},
                       {"kill -PIPE $$; exit 6", ChildStream::captured, {SIGPIPE, ""}}};
-  // What the agent does to its own signals is no matter of its children.
+  // Children start with default signals, whatever the agent ignores.
   const auto before = std::signal(SIGPIPE, SIG_IGN);
   for (const auto& row : rows) {
     EXPECT_EQ(children.run(shell(row.script, row.output)), row.result) << row.script;
@@ -91,7 +90,7 @@ TEST_F(PosixChildProcessesTest, TellsHowARunEndedAndWhatItWrote) {
   (void)std::signal(SIGPIPE, before);
 }
 
-TEST_F(PosixChildProcessesTest, WhatCannotBeStartedIsAnError) {
+TEST_F(PosixChildProcessesTest, AProgramThatCannotBeStartedIsAnError) {
   const auto plain = folder.write("plain", "#!/bin/sh\n");
   const auto noFormat = folder.write("noFormat", "no program");
   ::chmod(noFormat.c_str(), 0755);
@@ -108,25 +107,25 @@ TEST_F(PosixChildProcessesTest, WhatCannotBeStartedIsAnError) {
   }
 }
 
-TEST_F(PosixChildProcessesTest, AChildLeftToItselfOutlivesTheProgramInASessionOfItsOwn) {
-  const auto told = folder / "told";
-  const auto script = "cat; echo $$ $(cut -d ' ' -f 6 /proc/$$/stat) > " + told + ".new; mv " + told +
-                      ".new " + told + "; exec sleep 60";
+TEST_F(PosixChildProcessesTest, ADetachedChildOutlivesTheProgramInItsOwnSession) {
+  const auto facts = folder / "facts";
+  const auto script = "cat; echo $$ $(cut -d ' ' -f 6 /proc/$$/stat) > " + facts + ".new; mv " + facts +
+                      ".new " + facts + "; exec sleep 60";
   {
     PosixChildProcesses others(unmapped);
     ASSERT_TRUE(others.start({"/bin/sh", {"-c", script}}));
-    ASSERT_TRUE(becomesTrue([&] { return std::filesystem::exists(told); })) << "its input is empty";
+    ASSERT_TRUE(becomesTrue([&] { return std::filesystem::exists(facts); })) << "its input is empty";
   }
   pid_t process = 0;
   pid_t session = 0;
-  std::ifstream(told) >> process >> session;
+  std::ifstream(facts) >> process >> session;
   ASSERT_GT(process, 0);
   EXPECT_EQ(session, process);
   EXPECT_EQ(::kill(process, SIGKILL), 0);
   EXPECT_EQ(::waitpid(process, nullptr, 0), process);
 }
 
-TEST_F(PosixChildProcessesTest, ReapsWhatItLeftToItselfAndTellsWhatCannotBeStarted) {
+TEST_F(PosixChildProcessesTest, ReapsDetachedChildrenAndReportsThoseThatCannotBeStarted) {
   ASSERT_TRUE(children.start(shell("exit 3", ChildStream::discarded)));
   EXPECT_TRUE(becomesTrue([&] {
     siginfo_t info{};
@@ -138,9 +137,9 @@ TEST_F(PosixChildProcessesTest, ReapsWhatItLeftToItselfAndTellsWhatCannotBeStart
   EXPECT_TRUE(isHostShuttingDown(children.start(shell("exit 0")).error()));
 }
 
-TEST_F(PosixChildProcessesTest, MapsThePathOfTheExecutableAndNoArgument) {
+TEST_F(PosixChildProcessesTest, MapsThePathOfTheExecutableButNoArgument) {
   PosixChildProcesses mapped(
-      [](std::string_view path) { return path == "/mac/sh" ? "/bin/sh" : "/nowhere"; });
+      [](std::string_view path) { return path == "/mac/sh" ? "/bin/sh" : "/missing"; });
   const auto result = mapped.run({"/mac/sh",
                                   {"-c", "printf '%s|' \"$@\"", "0", "/mac/sh", "a  b", "", "$HOME"},
                                   ChildStream::captured,
@@ -148,7 +147,7 @@ TEST_F(PosixChildProcessesTest, MapsThePathOfTheExecutableAndNoArgument) {
   EXPECT_EQ(result, (ChildResult{0, "/mac/sh|a  b||$HOME|"}));
 }
 
-TEST_F(PosixChildProcessesTest, ReadsFiveMegabytesAndReportsAChildThatWritesMoreThanTheLimitAsKilled) {
+TEST_F(PosixChildProcessesTest, ReadsFiveMegabytesAndKillsAChildThatWritesMoreThanTheLimit) {
   EXPECT_EQ(children.run(shell("head -c 5000000 /dev/zero")), (ChildResult{0, std::string(5000000, '\0')}));
   PosixChildProcesses limited(unmapped, 1000);
   const std::pair<const char*, ChildResult> rows[] = {
@@ -159,7 +158,7 @@ TEST_F(PosixChildProcessesTest, ReadsFiveMegabytesAndReportsAChildThatWritesMore
   for (const auto& [script, result] : rows) EXPECT_EQ(limited.run(shell(script)), result) << script;
 }
 
-TEST_F(PosixChildProcessesTest, HandsOutputOnWhileTheChildRuns) {
+TEST_F(PosixChildProcessesTest, PassesOutputOnWhileTheChildRuns) {
   const TemporaryFolder place;
   const auto answer = place / "answer";
   std::string output;
@@ -173,7 +172,7 @@ TEST_F(PosixChildProcessesTest, HandsOutputOnWhileTheChildRuns) {
   EXPECT_EQ(output, "firstsecond");
 }
 
-TEST_F(PosixChildProcessesTest, CapturesTheFirst64KiBOfStandardErrorAndReadsTheRest) {
+TEST_F(PosixChildProcessesTest, CapturesTheFirst64KiBOfStandardErrorAndDropsTheRest) {
   struct Row {
     const char* script;
     ChildStream output;
@@ -190,7 +189,7 @@ TEST_F(PosixChildProcessesTest, CapturesTheFirst64KiBOfStandardErrorAndReadsTheR
       {"head -c 65537 /dev/zero >&2", ChildStream::discarded, {0, "", most}},
       {"head -c 5000000 /dev/zero >&2; printf end", ChildStream::captured, {0, "end", most}},
       {"timeout 0.2 cat /dev/zero >&2; exit 5", ChildStream::discarded, {5, "", most}},
-      // What a grandchild holds open, or goes on to fill, is read for as long as the child lives.
+      // A stream that a grandchild holds open is read for as long as the child lives.
       {"sleep 20 & echo $! > $PID; printf err >&2; exit 6", ChildStream::discarded, {6, "", "err"}},
       {"cat /dev/zero >&2 & sleep 0.2; exit 7", ChildStream::discarded, {7, "", most}},
       {"(sleep 0.2; printf out) 2>&- & exit 8", ChildStream::captured, {8, "out", ""}},
@@ -220,7 +219,7 @@ TEST_F(PosixChildProcessesTest, EndsARunOnRequest) {
       {"trap 'exit 7' TERM; " + ready() + "while :; do sleep 0.01; done", false, 7},
       {"trap '' TERM; " + ready() + "sleep 100", true, SIGKILL},
       {"exec >&-; " + ready() + "sleep 100", true, SIGKILL},
-      // The grandchild is ready when its parent is gone; it has left the group and holds the pipe.
+      // The grandchild is ready once its parent has exited; it has left the group and holds the pipe.
       {"setsid sh -c 'while read -r a b c parent d < /proc/$$/stat && [ $parent = $0 ]; do :; done; " +
            ready() + "exec sleep 5' $$ & exit 8",
        true, 8},
@@ -236,7 +235,7 @@ TEST_F(PosixChildProcessesTest, EndsARunOnRequest) {
   }
 }
 
-TEST_F(PosixChildProcessesTest, KillsTheGroupOfAChildOnRequestAndAtTheEndOfAll) {
+TEST_F(PosixChildProcessesTest, KillsTheProcessGroupOnRequestAndAtShutdown) {
   const FakeChildProcesses::Result killed = ChildResult{SIGKILL, ""};
   const std::pair<std::function<void()>, FakeChildProcesses::Result> ends[] = {
       {[this] { kill.request_stop(); }, killed},
@@ -246,12 +245,13 @@ TEST_F(PosixChildProcessesTest, KillsTheGroupOfAChildOnRequestAndAtTheEndOfAll) 
     const auto result = runAndEnd("sleep 100 & echo $! > " + (folder / "pid") + "; " + ready() + "wait", end);
     EXPECT_EQ(result, expected);
     const auto grandchild = "/proc/" + std::to_string(std::stoi(folder.read("pid"))) + "/cmdline";
-    EXPECT_TRUE(becomesTrue([&] { return std::ifstream(grandchild).peek() == EOF; })) << "it lives on";
+    EXPECT_TRUE(becomesTrue([&] { return std::ifstream(grandchild).peek() == EOF; }))
+        << "the grandchild still runs";
     kill = {};
   }
 }
 
-TEST_F(PosixChildProcessesTest, AKilledChildThatCannotBeReapedHoldsNoThreadAndIsReapedLater) {
+TEST_F(PosixChildProcessesTest, AKilledChildThatCannotBeReapedBlocksNoThreadAndIsReapedLater) {
   // While a process is traced its parent cannot reap it.
   const auto victim = [this] { return static_cast<pid_t>(std::stoi(folder.read("pid"))); };
   pid_t tracer = 0;
@@ -273,7 +273,7 @@ TEST_F(PosixChildProcessesTest, AKilledChildThatCannotBeReapedHoldsNoThreadAndIs
   EXPECT_TRUE(becomesTrue([&] { return children.reapKilled() == 0; }));
 }
 
-TEST_F(PosixChildProcessesTest, TheEndOfAllAsksCapturedChildrenToEndAndKillsThemAfterASecond) {
+TEST_F(PosixChildProcessesTest, ShutdownTerminatesCapturedChildrenAndKillsThemAfterASecond) {
   const std::pair<std::string, std::chrono::milliseconds> rows[] = {
       {"trap ': > " + (folder / "asked") + "; exit 0' TERM; " + ready() + "while :; do sleep 0.01; done",
        0ms},
@@ -291,7 +291,7 @@ TEST_F(PosixChildProcessesTest, TheEndOfAllAsksCapturedChildrenToEndAndKillsThem
   EXPECT_TRUE(std::filesystem::exists(folder / "asked"));
 }
 
-TEST_F(PosixChildProcessesTest, TheEndOfAllWaitsForAChildThatSharesTheTerminal) {
+TEST_F(PosixChildProcessesTest, ShutdownWaitsForAChildThatSharesTheTerminal) {
   const auto script = ready() + "until test -e " + (folder / "go") + "; do sleep 0.01; done; exit 4";
   auto run =
       std::async(std::launch::async, [&] { return children.run(shell(script, ChildStream::inherited)); });
@@ -302,7 +302,7 @@ TEST_F(PosixChildProcessesTest, TheEndOfAllWaitsForAChildThatSharesTheTerminal) 
   EXPECT_EQ(run.get(), (ChildResult{4, ""}));
 }
 
-TEST_F(PosixChildProcessesTest, TheEndOfAllLeavesAChildThatOutlivesTheProgramWithoutWaitingForIt) {
+TEST_F(PosixChildProcessesTest, ShutdownNeitherKillsNorAwaitsAChildThatOutlivesTheProgram) {
   const auto outliving = [](const std::string& script) {
     auto command = shell(script, ChildStream::discarded);
     command.outlivesProgram = true;
@@ -321,7 +321,7 @@ TEST_F(PosixChildProcessesTest, TheEndOfAllLeavesAChildThatOutlivesTheProgramWit
   EXPECT_TRUE(std::filesystem::exists(folder / "done"));
 }
 
-TEST_F(PosixChildProcessesTest, TwoHundredRunsOfFourThreadsKeepTheirResultsApart) {
+TEST_F(PosixChildProcessesTest, ConcurrentRunsKeepTheirResultsApart) {
   std::vector<std::jthread> threads;
   threads.reserve(4);
   for (int thread = 0; thread < 4; ++thread) {
@@ -338,9 +338,9 @@ TEST_F(PosixChildProcessesTest, TwoHundredRunsOfFourThreadsKeepTheirResultsApart
   }
 }
 
-TEST_F(PosixChildProcessesTest, AChildGetsNoDescriptorOfTheProgram) {
+TEST_F(PosixChildProcessesTest, AChildInheritsNoDescriptor) {
   const PosixMainQueue queue;
-  // Numbers that the test itself was given by its own parent are another matter.
+  // Descriptors that the test inherited itself are left out.
   std::string script = "for n in";
   for (int number = STDERR_FILENO + 1; number < 64; ++number) {
     const int flags = ::fcntl(number, F_GETFD);
@@ -350,10 +350,9 @@ TEST_F(PosixChildProcessesTest, AChildGetsNoDescriptorOfTheProgram) {
   EXPECT_EQ(children.run(shell(script)), (ChildResult{0, ""}));
 }
 
-TEST_F(PosixChildProcessesTest, RunsWithoutFreeDescriptorsFailAndLeaveNothing) {
+TEST_F(PosixChildProcessesTest, RunsWithoutFreeDescriptorsFailAndLeakNothing) {
   EXPECT_TRUE(children.run(shell("exit 0")));
-  // A sanitizer that looks at an error for the first time wants descriptors, too. And no pipe is kept of
-  // this.
+  // A sanitizer opens descriptors when it first inspects an error; this run keeps none.
   EXPECT_FALSE(children.run({folder / "missing", {}, ChildStream::captured}));
   rlimit before{};
   ::getrlimit(RLIMIT_NOFILE, &before);
@@ -373,7 +372,7 @@ TEST_F(PosixChildProcessesTest, RunsWithoutFreeDescriptorsFailAndLeaveNothing) {
 
 using PosixChildProcessesDeathTest = PosixChildProcessesTest;
 
-TEST_F(PosixChildProcessesDeathTest, WorksWhereStandardStreamsAreClosedAndChildrenWereIgnored) {
+TEST_F(PosixChildProcessesDeathTest, WorksWithClosedStandardStreamsAndIgnoredSigchld) {
   const auto runBare = [] {
     for (const int number : {0, 1, 2}) ::close(number);
     (void)std::signal(SIGCHLD, SIG_IGN);
@@ -383,7 +382,7 @@ TEST_F(PosixChildProcessesDeathTest, WorksWhereStandardStreamsAreClosedAndChildr
   EXPECT_EXIT(runBare(), testing::ExitedWithCode(0), "");
 }
 
-TEST(ChildProcessesContract, ARunTellsItsOutputUnlessItsEndOrThatOfTheHostComesBeforeItsStart) {
+TEST(ChildProcessesContract, ARunGivesItsOutputUnlessStoppedOrShutDownBeforeItsStart) {
   FakeChildProcesses fake;
   PosixChildProcesses real(unmapped);
   std::stop_source stop;

@@ -31,7 +31,7 @@ struct PosixFilesTest : testing::Test {
 
 using FilesContract = PosixFilesTest;
 
-TEST_F(FilesContract, WhatIsWrittenIsReadUntilItIsRemoved) {
+TEST_F(FilesContract, AFileIsReadAsWrittenUntilItIsRemoved) {
   FakeFiles fake;
   for (Files* each : {static_cast<Files*>(&files), static_cast<Files*>(&fake)}) {
     ASSERT_EQ(codeOf(each->makeFolders("/a/b")), 0);
@@ -50,7 +50,7 @@ TEST_F(FilesContract, WhatIsWrittenIsReadUntilItIsRemoved) {
   }
 }
 
-TEST_F(FilesContract, WhatIsInTheWayIsAnErrorOfItsOwn) {
+TEST_F(FilesContract, AFolderOrFileInTheWayIsADistinctError) {
   FakeFiles fake;
   for (Files* each : {static_cast<Files*>(&files), static_cast<Files*>(&fake)}) {
     ASSERT_EQ(codeOf(each->makeFolders("/folder")), 0);
@@ -121,11 +121,11 @@ TEST_F(PosixFilesTest, AFileIsPrivateAndALinkToItStaysALink) {
   EXPECT_EQ(folder.read("dotfiles/settings"), "new");
   EXPECT_EQ(std::filesystem::status(target).permissions(),
             std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
-  std::filesystem::create_symlink(folder / "gone", folder / "dangling");
+  std::filesystem::create_symlink(folder / "missing", folder / "dangling");
   EXPECT_EQ(codeOf(files.writeAtomically("/dangling", "new")), ENOENT);
 }
 
-TEST_F(FilesContract, AFileThatIsCreatedPrivatelyIsNeverOneThatWasThere) {
+TEST_F(FilesContract, CreatingPrivatelyNeverReplacesAFile) {
   FakeFiles fake;
   for (Files* each : {static_cast<Files*>(&files), static_cast<Files*>(&fake)}) {
     ASSERT_EQ(codeOf(each->makeFolders("/a")), 0);
@@ -143,7 +143,7 @@ TEST_F(FilesContract, AFileThatIsCreatedPrivatelyIsNeverOneThatWasThere) {
   EXPECT_EQ(status.st_mode & 07777U, 0600U);
 }
 
-TEST_F(PosixFilesTest, TellsExecutablesModificationTimesAndWhatIsBelowAFile) {
+TEST_F(PosixFilesTest, KnowsExecutablesModificationTimesAndPathsBelowAFile) {
   const auto path = folder.write("tool", "");
   ::chmod(path.c_str(), 0755);
   EXPECT_TRUE(files.isExecutableFile("/tool"));

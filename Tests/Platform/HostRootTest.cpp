@@ -14,7 +14,7 @@ void setVariable(const char* name, const char* value) {
   value == nullptr ? ::unsetenv(name) : ::setenv(name, value, 1);
 }
 
-TEST(HostRoot, MapsTheSystemsPlacesAndNothingElse) {
+TEST(HostRoot, MapsOnlyTheFoldersOfTheSystem) {
   const HostRoot root("/root/", "/Users/ana/", "/var/tmp", "/Users/ana/build/OstrelAgent.app");
   const std::pair<const char*, const char*> rows[] = {
       {"/Library/Application Support/x", "/root/Library/Application Support/x"},
@@ -35,7 +35,7 @@ TEST(HostRoot, MapsTheSystemsPlacesAndNothingElse) {
   EXPECT_EQ(homeless.realPath(homeless.home() + "/Library/x"), "/root/Library/x");
 }
 
-TEST(HostRoot, IsFoundByTheEnvironmentWithOrWithoutAHome) {
+TEST(HostRoot, FollowsTheEnvironmentWithOrWithoutAHome) {
   struct Row {
     const char* home;
     const char* root;

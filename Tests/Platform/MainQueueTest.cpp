@@ -73,7 +73,7 @@ TYPED_TEST(MainQueueContract, RunsTimersByDueTimeAndOnce) {
   EXPECT_EQ(this->order, "abc");
 }
 
-TYPED_TEST(MainQueueContract, TicksOnceForAllThatCameTooLateAndUntilTheTokenGoes) {
+TYPED_TEST(MainQueueContract, TicksOnceForMissedPeriodsUntilItsTokenIsDestroyed) {
   int ticks = 0;
   const auto rare = this->queue.every(1h, [&ticks] { ticks += 100; });
   auto token = this->queue.every(5ms, [&ticks] { ++ticks; });
@@ -88,7 +88,7 @@ TYPED_TEST(MainQueueContract, TicksOnceForAllThatCameTooLateAndUntilTheTokenGoes
   EXPECT_EQ(ticks, 0);
 }
 
-TYPED_TEST(MainQueueContract, ATokenMayGoInsideItsOwnWorkOrInWorkDueAtTheSameTime) {
+TYPED_TEST(MainQueueContract, ATokenMayBeDestroyedInItsOwnWorkOrInWorkDueAtTheSameTime) {
   ScheduledWork own;
   own = this->queue.every(5ms, [this, &own] {
     own.reset();
@@ -101,7 +101,7 @@ TYPED_TEST(MainQueueContract, ATokenMayGoInsideItsOwnWorkOrInWorkDueAtTheSameTim
   EXPECT_EQ(this->order, "a");
 }
 
-TYPED_TEST(MainQueueContract, WorkThatRanOrWasCancelledHoldsNothing) {
+TYPED_TEST(MainQueueContract, FinishedAndCancelledWorkIsDestroyed) {
   const auto held = std::make_shared<int>();
   const auto ran = this->queue.after(1ms, [held] {});
   auto cancelled = this->queue.after(1h, [held] {});
@@ -157,7 +157,7 @@ TEST(PosixMainQueue, ANestedLoopInsideWorkServesWhatIsDueWithoutSpinning) {
   EXPECT_TRUE(harness.isReadable(1s));
 }
 
-TEST(PosixMainQueue, NoPostOfFourThreadsIsLostOrOvertakesItsOwnThread) {
+TEST(PosixMainQueue, PostsOfSeveralThreadsAreCompleteAndInOrder) {
   PosixHarness harness;
   constexpr int posts = 2000;
   std::array<int, 4> next{};

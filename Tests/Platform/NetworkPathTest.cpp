@@ -34,7 +34,7 @@ std::string ipv6Row(std::string_view destination, std::string_view length, std::
   return row + '\n';
 }
 
-TEST(NetworkPath, LeadsWhereADefaultRouteLeads) {
+TEST(NetworkPath, UsesTheInterfacesOfTheDefaultRoutes) {
   const std::string routes = std::string(header) +
                              "wlan0\t00000000\t0101A8C0\t0003\t0\t0\t600\t00000000\t0\t0\t0   \n"
                              "eth0\t00000000\t0101A8C0\t0003\t0\t0\t100\t00000000\t0\t0\t0   \n"
@@ -56,21 +56,21 @@ TEST(NetworkPath, LeadsWhereADefaultRouteLeads) {
   }
 }
 
-TEST(NetworkPath, IsToldSoonOnceAndNotInsideTheCall) {
+TEST(NetworkPath, IsReportedOnceAndNotInsideTheCall) {
   PosixMainQueue queue;
   const PosixFiles files([](std::string_view path) { return std::string(path); });
   LinuxNetworkPath path(queue, files);
-  int told = 0;
-  const auto follow = path.observe([&](const NetworkPathUpdate& update) {
-    ++told;
+  int reported = 0;
+  const auto token = path.observe([&](const NetworkPathUpdate& update) {
+    ++reported;
     EXPECT_EQ(update.satisfied, !update.interfaces.empty());
   });
   {
-    const auto other = path.observe([](const auto&) { ADD_FAILURE() << "its token is gone"; });
+    const auto other = path.observe([](const auto&) { ADD_FAILURE() << "its token is destroyed"; });
   }
-  EXPECT_EQ(told, 0);
+  EXPECT_EQ(reported, 0);
   queue.processDueWork();
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(reported, 1);
 }
 
 void expect(bool isTrue, const char* what) {
@@ -78,7 +78,7 @@ void expect(bool isTrue, const char* what) {
   if (!isTrue) std::_Exit(1);
 }
 
-/// In a network of its own, whose default route comes and goes until the kernel has no room for the news.
+/// In a network of its own, whose default route changes until the kernel's buffer overflows.
 void overflowRoutes() {
   const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   char loopback[] = "lo";
@@ -94,7 +94,7 @@ void overflowRoutes() {
   const PosixFiles files([](std::string_view path) { return std::string(path); });
   LinuxNetworkPath path(queue, files);
   std::vector<NetworkPathUpdate> updates;
-  const auto follow = path.observe([&](const auto& update) { updates.push_back(update); });
+  const auto token = path.observe([&](const auto& update) { updates.push_back(update); });
   queue.processDueWork();
   for (int change = 0; change < 5000; ++change) {
     expect(::ioctl(socket, change % 2 == 0 ? SIOCADDRT : SIOCDELRT, &route) == 0,
@@ -104,15 +104,15 @@ void overflowRoutes() {
   queue.processDueWork();
   queue.processDueWork();
   expect(updates == std::vector<NetworkPathUpdate>{{}, {true, {"lo"}}},
-         "the path after the flood is not told once");
+         "the path after the flood is not reported once");
   expect(::ioctl(socket, SIOCDELRT, &route) == 0, "the route cannot be changed");
   queue.processDueWork();
   queue.processDueWork();
-  expect(updates.size() == 3 && !updates.back().satisfied, "what comes after the flood is not told");
+  expect(updates.size() == 3 && !updates.back().satisfied, "a change after the flood is not reported");
   std::_Exit(0);
 }
 
-TEST(NetworkPath, IsReadAnewWhenTheKernelHadNoRoomForItsNews) {
+TEST(NetworkPath, IsReadAgainAfterTheKernelBufferOverflows) {
   EXPECT_EXIT(
       {
         if (::unshare(CLONE_NEWNET) != 0 && ::unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0) std::_Exit(77);

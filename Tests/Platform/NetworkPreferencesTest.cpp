@@ -49,7 +49,7 @@ struct NetworkPreferencesTest : testing::Test {
   SimulatedNetworkPreferences preferences{files, place / "lock"};
 };
 
-TEST_F(NetworkPreferencesTest, WithoutFilesNothingIsConfiguredOnTheFakeToo) {
+TEST_F(NetworkPreferencesTest, NothingIsConfiguredWithoutFilesNorOnTheFake) {
   FakeNetworkPreferences fake;
   for (NetworkPreferences* each :
        {static_cast<NetworkPreferences*>(&preferences), static_cast<NetworkPreferences*>(&fake)}) {
@@ -58,7 +58,7 @@ TEST_F(NetworkPreferencesTest, WithoutFilesNothingIsConfiguredOnTheFakeToo) {
   }
 }
 
-TEST_F(NetworkPreferencesTest, TellsWhatTheFilesTell) {
+TEST_F(NetworkPreferencesTest, GivesTheConfigurationsOfItsFiles) {
   files.put(simulatedstate::transparentProxies,
             R"([{"enabled":true,"connected":false},{"connected":true,"enabled":false,"name":"x"}])");
   files.put(simulatedstate::contentFilter, R"({"provider":true,"enabled":false})");
@@ -94,7 +94,7 @@ TEST_F(NetworkPreferencesTest, DamagedFilesAreErrorsOfTheirOwnDomains) {
   EXPECT_EQ(filterOf(preferences).error(), (PlatformError{"NEFilterErrorDomain", 3, "denied"}));
 }
 
-TEST_F(NetworkPreferencesTest, KeepsEverythingOfAConfigurationButItsConnection) {
+TEST_F(NetworkPreferencesTest, SavesEverythingOfAConfigurationButItsConnection) {
   TransparentProxyConfiguration configuration{.enabled = true,
                                               .connected = true,
                                               .providerBundleIdentifier = "provider",
@@ -116,7 +116,7 @@ TEST_F(NetworkPreferencesTest, KeepsEverythingOfAConfigurationButItsConnection) 
   EXPECT_EQ(start(preferences, saved.identifier).error().code, 2);
 }
 
-TEST_F(NetworkPreferencesTest, AConfigurationThatIsGoneIsStaleForEveryCall) {
+TEST_F(NetworkPreferencesTest, ARemovedConfigurationIsStaleForEveryCall) {
   const auto saved = save(preferences, {.enabled = true}).value();
   const auto other = save(preferences, {.enabled = true}).value();
   EXPECT_NE(saved.identifier, other.identifier);
@@ -128,7 +128,7 @@ TEST_F(NetworkPreferencesTest, AConfigurationThatIsGoneIsStaleForEveryCall) {
   EXPECT_EQ(proxiesOf(preferences), Proxies({other}));
 }
 
-TEST_F(NetworkPreferencesTest, FailsAsOftenAsOrderedOverAllItsUsers) {
+TEST_F(NetworkPreferencesTest, FailsAsOftenAsOverriddenAcrossInstances) {
   files.put(simulatedstate::overrides,
             R"({"fail-saves": {"count": 2, "domain": "NEVPNErrorDomain", "code": 4, "description": "x"},
                 "fail-filter-saves": {"count": 1, "domain": "D", "code": -7}, "trust": "cancel"})");
@@ -146,7 +146,7 @@ TEST_F(NetworkPreferencesTest, FailsAsOftenAsOrderedOverAllItsUsers) {
   }
 }
 
-TEST(FileLock, ATurnThatDoesNotComeIsAnError) {
+TEST(FileLock, ATimeoutIsAnError) {
   const TemporaryFolder place;
   {
     const auto held = FileLock::take(place / "folder/lock");

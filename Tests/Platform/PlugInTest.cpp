@@ -24,7 +24,7 @@ std::string reasonOf(const std::string& path, const char* symbol = "testPlugIn",
   return plugIn ? "" : plugIn.error();
 }
 
-TEST(PlugIn, GivesTheTableOfItsOwnBuildAlone) {
+TEST(PlugIn, GivesOnlyTheTableOfItsOwnBuild) {
   const auto plugIn = loadPlugIn(TEST_PLUG_IN, "testPlugIn", "this build");
   ASSERT_TRUE(plugIn) << plugIn.error();
   EXPECT_EQ(static_cast<const Table*>(*plugIn)->number, 42);
@@ -36,7 +36,7 @@ TEST(PlugIn, GivesTheTableOfItsOwnBuildAlone) {
   EXPECT_NE(reasonOf(TEST_PLUG_IN, "otherPlugIn").find("otherPlugIn"), std::string::npos);
 }
 
-TEST(PlugIn, LooksForItNowhereButAtItsPath) {
+TEST(PlugIn, IsLoadedOnlyFromAnAbsolutePath) {
   const auto before = fs::current_path();
   fs::current_path(fs::path(TEST_PLUG_IN).parent_path());
   const auto name = fs::path(TEST_PLUG_IN).filename().string();
@@ -46,7 +46,7 @@ TEST(PlugIn, LooksForItNowhereButAtItsPath) {
   fs::current_path(before);
 }
 
-TEST(PlugIn, SaysThatAFileIsNoneHoweverItIsDamaged) {
+TEST(PlugIn, DamagedFilesAreErrors) {
   const TemporaryFolder folder;
   fs::copy_file(TEST_PLUG_IN, folder / "whole.so");
   const auto bytes = folder.read("whole.so");
@@ -60,7 +60,7 @@ TEST(PlugIn, SaysThatAFileIsNoneHoweverItIsDamaged) {
   }
   lengths.push_back(bytes.size() - 1);
   for (const auto length : lengths) {
-    // Each has a name of its own, since what is loaded once stays.
+    // Each has its own name, since a loaded library stays loaded.
     const auto name = "cut-" + std::to_string(length) + ".so";
     EXPECT_NE(reasonOf(folder.write(name, bytes.substr(0, length))), "") << length;
   }

@@ -54,7 +54,7 @@ TEST(SingleInstance, IsNotKeptByAChildThatOutlivesTheProcess) {
   EXPECT_TRUE(second && *second);
 }
 
-TEST(SingleInstance, SaysWhenNothingCanBeClaimed) {
+TEST(SingleInstance, AnUnusableLockFileIsAnError) {
   const TemporaryFolder place;
   place.write("file", "");
   fs::create_directories(place / "folder");

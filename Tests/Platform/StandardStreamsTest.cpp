@@ -12,7 +12,7 @@
 namespace ostrel {
 namespace {
 
-TEST(StandardStreams, WritesAllToASlowReaderThroughAStreamThatDoesNotBlock) {
+TEST(StandardStreams, WritesAllToASlowReaderOfANonBlockingStream) {
   auto pipe = makePipe().value();
   ::fcntl(pipe.writing.number(), F_SETFL, O_NONBLOCK);
   PosixStandardStreams streams;
@@ -33,7 +33,7 @@ TEST(StandardStreams, WritesAllToASlowReaderThroughAStreamThatDoesNotBlock) {
   EXPECT_EQ(received, text);
 }
 
-TEST(StandardStreamsDeathTest, WhatNobodyReadsIsLostAndHoldsUpNothing) {
+TEST(StandardStreamsDeathTest, AReaderThatNeverReadsBlocksNothing) {
   const auto fill = [] {
     auto pipe = makePipe().value();
     PosixStandardStreams streams;
@@ -53,7 +53,7 @@ TEST(StandardStreamsDeathTest, ALogEntryIsOneLineWhateverItsText) {
   EXPECT_EXIT(log(), testing::ExitedWithCode(0), "^helper said 12:00 forged \n$");
 }
 
-TEST(StandardStreamsDeathTest, ClosedStreamsAndReadersThatLeftDoNoHarm) {
+TEST(StandardStreamsDeathTest, ClosedStreamsAndClosedReadersDoNoHarm) {
   const auto runBare = [] {
     for (const int number : {0, 1, 2}) ::close(number);
     PosixStandardStreams streams;
@@ -61,7 +61,7 @@ TEST(StandardStreamsDeathTest, ClosedStreamsAndReadersThatLeftDoNoHarm) {
     auto pipe = makePipe().value();
     (void)pipe.reading.close();
     ::dup2(pipe.writing.number(), STDOUT_FILENO);
-    streams.writeOutput("nobody reads");
+    streams.writeOutput("unread");
     std::_Exit(first.number() > STDERR_FILENO ? 0 : 1);
   };
   EXPECT_EXIT(runBare(), testing::ExitedWithCode(0), "");

@@ -16,21 +16,21 @@ using namespace std::chrono_literals;
 using Action = SystemExtensionAction;
 using Words = std::vector<std::string>;
 
-/// Notes what it is told.
+/// Records its calls.
 struct Listener final : SystemExtensionDelegate {
   SystemExtensionReplacement replacementOfInstalled() override {
-    told.emplace_back("replace?");
+    events.emplace_back("replace?");
     return replacement;
   }
-  void needsUserApproval() override { told.emplace_back("approval"); }
+  void needsUserApproval() override { events.emplace_back("approval"); }
   void finished(SystemExtensionResult result) override {
-    told.push_back("finished " + std::to_string(static_cast<int>(result)));
+    events.push_back("finished " + std::to_string(static_cast<int>(result)));
   }
   void failed(const PlatformError& error) override {
-    told.push_back(error.domain + " " + std::to_string(error.code));
+    events.push_back(error.domain + " " + std::to_string(error.code));
   }
 
-  Words told;
+  Words events;
   SystemExtensionReplacement replacement = SystemExtensionReplacement::replace;
 };
 
@@ -48,7 +48,7 @@ struct SystemExtensionsTest : testing::Test {
   void put(const SystemExtensionState& state) {
     files.put(simulatedstate::systemExtension, fileOfSystemExtension(state));
   }
-  void order(const std::string& orders) { files.put(simulatedstate::overrides, orders); }
+  void setOverrides(const std::string& text) { files.put(simulatedstate::overrides, text); }
 
   SystemExtensionState state() {
     return systemExtensionOfFile(files.files.at(simulatedstate::systemExtension).bytes).value();
@@ -57,7 +57,7 @@ struct SystemExtensionsTest : testing::Test {
   std::shared_ptr<Listener> submit(Action action) {
     auto listener = std::make_shared<Listener>();
     extensions.submit(action, "tech.brenn.ostrel-agent.sysext", listener);
-    EXPECT_EQ(listener->told, Words()) << "told inside submit";
+    EXPECT_EQ(listener->events, Words()) << "called inside submit";
     return listener;
   }
 
@@ -68,12 +68,12 @@ struct SystemExtensionsTest : testing::Test {
   SimulatedSystemExtensions extensions{files, queue, place / "lock"};
 };
 
-TEST_F(SystemExtensionsTest, ARequestIsCarriedOutOrWaitsByWhatIsInstalledAndOrdered) {
+TEST_F(SystemExtensionsTest, ARequestCompletesOrWaitsByInstalledStateAndOverrides) {
   struct Row {
     SystemExtensionState before;
     Action action;
-    const char* orders;
-    Words told;
+    const char* overrides;
+    Words events;
     SystemExtensionState after;
   };
   const char* always = R"({"approval": "always"})";
@@ -96,12 +96,12 @@ TEST_F(SystemExtensionsTest, ARequestIsCarriedOutOrWaitsByWhatIsInstalledAndOrde
       {active, Action::activation, R"({"callbacks": "twice"})", {"finished 0", "finished 0"}, active},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.orders + testing::PrintToString(row.told));
+    SCOPED_TRACE(row.overrides + testing::PrintToString(row.events));
     put(row.before);
-    order(row.orders);
+    setOverrides(row.overrides);
     const auto listener = submit(row.action);
     queue.runAll();
-    EXPECT_EQ(listener->told, row.told);
+    EXPECT_EQ(listener->events, row.events);
     EXPECT_EQ(state(), row.after);
   }
 }
@@ -112,12 +112,12 @@ TEST_F(SystemExtensionsTest, AnUnwantedReplacementAndAnUnknownExtensionChangeNot
   listener->replacement = SystemExtensionReplacement::cancel;
   extensions.submit(Action::activation, "org.example.other", listener);
   queue.runAll();
-  EXPECT_EQ(listener->told,
+  EXPECT_EQ(listener->events,
             Words({"replace?", "OSSystemExtensionErrorDomain 11", "OSSystemExtensionErrorDomain 4"}));
   EXPECT_EQ(state(), old);
 }
 
-TEST_F(SystemExtensionsTest, AWaitEndsWithWhatTheFileComesToTell) {
+TEST_F(SystemExtensionsTest, AWaitingRequestEndsWhenTheStateFileChanges) {
   struct Row {
     SystemExtensionState before;
     SystemExtensionState after;
@@ -132,21 +132,21 @@ TEST_F(SystemExtensionsTest, AWaitEndsWithWhatTheFileComesToTell) {
   };
   for (const auto& [before, after, word] : rows) {
     put(before);
-    const Words told = {"approval"};
+    const Words events = {"approval"};
     const Words all = {"approval", word};
     const auto first = submit(Action::activation);
     const auto second = submit(Action::activation);
     queue.advance(10s);
-    EXPECT_EQ(first->told, told);
+    EXPECT_EQ(first->events, events);
     put(after);
     queue.advance(200ms);
-    EXPECT_EQ(first->told, all);
-    EXPECT_EQ(second->told, all);
+    EXPECT_EQ(first->events, all);
+    EXPECT_EQ(second->events, all);
     EXPECT_EQ(queue.countTimers(), 0U) << "nothing runs when nothing waits";
   }
 }
 
-TEST_F(SystemExtensionsTest, ADelegateThatIsGoneIsWaitedForNoMore) {
+TEST_F(SystemExtensionsTest, ADestroyedDelegateEndsTheWait) {
   auto listener = submit(Action::activation);
   queue.runAll();
   EXPECT_EQ(queue.countTimers(), 1U);
@@ -155,7 +155,7 @@ TEST_F(SystemExtensionsTest, ADelegateThatIsGoneIsWaitedForNoMore) {
   EXPECT_EQ(queue.countTimers(), 0U);
 }
 
-TEST_F(SystemExtensionsTest, DamagedFilesAreAMacWithoutTheExtension) {
+TEST_F(SystemExtensionsTest, DamagedFilesMeanThatNoExtensionIsInstalled) {
   for (const auto* bytes :
        {"", "[]", "{}", R"({"installed": 4, "enabled": true, "bundled": "4", "awaiting": null})",
         R"({"installed": "4", "enabled": true, "bundled": "4", "awaiting": "tea"})", "\xff"}) {
@@ -163,12 +163,12 @@ TEST_F(SystemExtensionsTest, DamagedFilesAreAMacWithoutTheExtension) {
     files.put(simulatedstate::systemExtension, bytes);
     const auto listener = submit(Action::activation);
     queue.runAll();
-    EXPECT_EQ(listener->told, Words({"approval"})) << bytes;
+    EXPECT_EQ(listener->events, Words({"approval"})) << bytes;
   }
   files.writeError = PlatformError{posixErrorDomain, 28, "full"};
   const auto listener = submit(Action::activation);
   queue.runAll();
-  EXPECT_EQ(listener->told, Words({"OSSystemExtensionErrorDomain 1"}));
+  EXPECT_EQ(listener->events, Words({"OSSystemExtensionErrorDomain 1"}));
 }
 
 }  // namespace

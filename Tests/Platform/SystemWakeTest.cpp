@@ -10,41 +10,41 @@
 namespace ostrel {
 namespace {
 
-using Told = std::vector<std::string>;
+using Events = std::vector<std::string>;
 
 struct SystemWakeTest : testing::Test {
   PosixMainQueue queue;
   FakeSystemWake first;
   FakeSystemWake second;
   CombinedSystemWake both{queue, {&first, &second}};
-  Told told;
-  ScheduledWork token = both.observe([this] { told.emplace_back("wake"); });
+  Events events;
+  ScheduledWork token = both.observe([this] { events.emplace_back("wake"); });
 };
 
-TEST_F(SystemWakeTest, IsToldByEachOfSeveralServicesWhileSomebodyFollows) {
+TEST_F(SystemWakeTest, IsReportedByEachOfSeveralServicesWhileObserved) {
   first.wake();
   queue.processDueWork();
-  EXPECT_EQ(told, Told{"wake"});
+  EXPECT_EQ(events, Events{"wake"});
   second.wake();
   queue.processDueWork();
-  EXPECT_EQ(told, (Told{"wake", "wake"}));
+  EXPECT_EQ(events, (Events{"wake", "wake"}));
   token.reset();
-  EXPECT_FALSE(first.isFollowed() || second.isFollowed());
+  EXPECT_FALSE(first.isObserved() || second.isObserved());
 }
 
-TEST_F(SystemWakeTest, IsToldAfterTheTimersThatAreDueByThen) {
-  const auto timer = queue.after(std::chrono::milliseconds(0), [this] { told.emplace_back("timer"); });
+TEST_F(SystemWakeTest, IsReportedAfterTheTimersThatAreDue) {
+  const auto timer = queue.after(std::chrono::milliseconds(0), [this] { events.emplace_back("timer"); });
   second.wake();
-  EXPECT_EQ(told, Told{});
+  EXPECT_EQ(events, Events{});
   queue.processDueWork();
-  EXPECT_EQ(told, (Told{"timer", "wake"}));
+  EXPECT_EQ(events, (Events{"timer", "wake"}));
 }
 
-TEST_F(SystemWakeTest, IsToldToNobodyWhoHasGoneMeanwhile) {
+TEST_F(SystemWakeTest, IsNotReportedToADestroyedObserver) {
   first.wake();
   token.reset();
   queue.processDueWork();
-  EXPECT_EQ(told, Told{});
+  EXPECT_EQ(events, Events{});
 }
 
 }  // namespace

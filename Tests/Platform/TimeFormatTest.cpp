@@ -62,7 +62,7 @@ TEST(TimeFormat, FollowsTheZoneOfTheProcessWhenItChanges) {
   }
 }
 
-TEST(TimeFormatContract, TheFakeTellsWhatTheRealOneTells) {
+TEST(TimeFormatContract, TheFakeGivesTheTextsOfTheRealOne) {
   const TimeZone zone("UTC0");
   const PosixTimeFormat real("en");
   const FakeTimeFormat fake;

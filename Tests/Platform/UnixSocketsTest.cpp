@@ -22,13 +22,13 @@ using namespace std::chrono_literals;
 
 void nothing(int) {}
 
-/// The errno of a call, 0 when it went well.
+/// The errno of a call, 0 when it succeeded.
 template <class Value>
 int errnoOf(const std::expected<Value, ErrorNumber>& result) {
   return result ? 0 : result.error().value;
 }
 
-/// A user whom permissions bind, for as long as it lives: they do not bind the superuser.
+/// Runs the test as an ordinary user for its lifetime, since the superuser may connect to any socket.
 class OrdinaryUser {
  public:
   OrdinaryUser() : before_(::geteuid()) { EXPECT_TRUE(before_ != 0 || ::seteuid(65534) == 0); }
@@ -57,7 +57,7 @@ struct PosixUnixSocketsTest : testing::Test {
 
 using UnixSocketsContract = PosixUnixSocketsTest;
 
-TEST_F(UnixSocketsContract, WhatThePeerSendsIsReadInOrderUntilItCloses) {
+TEST_F(UnixSocketsContract, BytesOfThePeerAreReadInOrderUntilItCloses) {
   std::string request;
   const UnixServer server(folder / "socket", [&](int connection) {
     request = UnixServer::readLine(connection);
@@ -81,8 +81,8 @@ TEST_F(UnixSocketsContract, WhatThePeerSendsIsReadInOrderUntilItCloses) {
   EXPECT_EQ(request, "request\n");
 }
 
-TEST_F(PosixUnixSocketsTest, AConnectionThatFailsTellsWhy) {
-  { const UnixServer gone(folder / "silent", nothing); }
+TEST_F(PosixUnixSocketsTest, AFailedConnectionGivesItsErrno) {
+  { const UnixServer stopped(folder / "silent", nothing); }
   folder.write("plain", "");
   const UnixServer server(folder / "closed", nothing);
   ::chmod((folder / "closed").c_str(), 0);
@@ -109,11 +109,11 @@ TEST_F(PosixUnixSocketsTest, APathTooLongForAnAddressIsReachedThroughItsFolder) 
   EXPECT_EQ(connectTo("/" + std::string(104, 'n')), ENAMETOOLONG);
 }
 
-TEST_F(PosixUnixSocketsTest, WithoutFreeDescriptorsNothingIsOpened) {
+TEST_F(PosixUnixSocketsTest, OpeningFailsWithoutFreeDescriptors) {
   rlimit before{};
   ::getrlimit(RLIMIT_NOFILE, &before);
   auto socket = sockets.open().value();
-  // The sanitizer wants a descriptor to look at an object for the first time.
+  // The sanitizer opens a descriptor when it first inspects an object.
   socket->setTimeouts(std::chrono::seconds(1), std::chrono::seconds(1));
   const rlimit none{0, before.rlim_max};
   ::setrlimit(RLIMIT_NOFILE, &none);
@@ -124,7 +124,7 @@ TEST_F(PosixUnixSocketsTest, WithoutFreeDescriptorsNothingIsOpened) {
   EXPECT_EQ(errnoOf(deep), EMFILE);
 }
 
-TEST_F(PosixUnixSocketsTest, APeerThatIsGoneIsAnErrorAndNoSignal) {
+TEST_F(PosixUnixSocketsTest, AClosedPeerIsAnErrorWithoutASignal) {
   const auto before = std::signal(SIGPIPE, SIG_DFL);
   const UnixServer server(folder / "socket", nothing);
   const auto socket = connected();
@@ -133,7 +133,7 @@ TEST_F(PosixUnixSocketsTest, APeerThatIsGoneIsAnErrorAndNoSignal) {
   (void)std::signal(SIGPIPE, before);
 }
 
-TEST_F(PosixUnixSocketsTest, WaitsNoLongerThanItsLimits) {
+TEST_F(PosixUnixSocketsTest, WaitsNoLongerThanItsTimeouts) {
   std::promise<void> over;
   const UnixServer server(folder / "socket", [&](int) { over.get_future().wait(); });
   const auto socket = connected();
@@ -147,7 +147,7 @@ TEST_F(PosixUnixSocketsTest, WaitsNoLongerThanItsLimits) {
   over.set_value();
 }
 
-TEST_F(PosixUnixSocketsTest, TheEndOfAllEndsEveryWaitAndRefusesWhatIsNew) {
+TEST_F(PosixUnixSocketsTest, ShutdownEndsEveryWaitAndRefusesNewSockets) {
   std::atomic<bool> isHeld = false;
   const UnixServer server(folder / "socket", [&](int connection) {
     isHeld = true;
@@ -156,7 +156,7 @@ TEST_F(PosixUnixSocketsTest, TheEndOfAllEndsEveryWaitAndRefusesWhatIsNew) {
   });
   const auto held = connected();
   isHeld.wait(false);
-  // The server serves one at a time: what fills its queue now stays there.
+  // The server serves one connection at a time, so these stay in its queue.
   std::vector<std::unique_ptr<UnixSocket>> queued;
   do {
     queued.push_back(sockets.open().value());
@@ -185,7 +185,7 @@ TEST_F(PosixUnixSocketsTest, TheEndOfAllEndsEveryWaitAndRefusesWhatIsNew) {
   EXPECT_EQ(errnoOf(sockets.open()), ECANCELED);
 }
 
-TEST_F(PosixUnixSocketsTest, ASignalEndsTheWaiting) {
+TEST_F(PosixUnixSocketsTest, ASignalInterruptsARead) {
   struct sigaction action {};
   struct sigaction before {};
   action.sa_handler = [](int) {};

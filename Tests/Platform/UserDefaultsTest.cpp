@@ -22,7 +22,7 @@ struct PosixUserDefaultsTest : testing::Test {
 };
 
 TEST_F(PosixUserDefaultsTest, ChangesOfSeveralProcessesAreAllKept) {
-  // Each has a view of its own on the same files.
+  // Each thread has its own object on the same files.
   PosixFiles disk([](std::string_view macPath) { return std::string(macPath); });
   const auto change = [&](const std::string& key) {
     PosixUserDefaults each(disk, place / "settings.json", place / "lock");
@@ -67,7 +67,7 @@ TEST_F(UserDefaultsContract, GivesEveryValueBackAsItsTypeUntilItIsRemoved) {
   }
 }
 
-TEST_F(PosixUserDefaultsTest, ADamagedFileHasNoValuesAndIsPutAsideByTheNextChange) {
+TEST_F(PosixUserDefaultsTest, ADamagedFileHasNoValuesAndIsMovedAsideByTheNextChange) {
   const std::string rows[] = {
       "",
       "{\"key\": true",
@@ -107,7 +107,7 @@ TEST_F(PosixUserDefaultsTest, AValueOfAnUnknownShapeIsAbsentAndOutlivesOtherChan
   }
 }
 
-TEST_F(PosixUserDefaultsTest, OfDatesByNameThoseCountThatCanBeRead) {
+TEST_F(PosixUserDefaultsTest, DatesByNameSkipUnreadableEntries) {
   files.put(path,
             R"({"key": {"dates": {"a": true, "b": 5, "c": 1.5, "d": "x", "e": 18446744073709551615}}})");
   EXPECT_EQ(defaults.value("key"),

@@ -13,7 +13,7 @@
 namespace ostrel {
 namespace {
 
-TEST(LinuxWorkspace, KnowsTheLivingProcessesOfItsProgramAlone) {
+TEST(LinuxWorkspace, KnowsOnlyRunningProcessesOfItsOwnProgram) {
   const TemporaryFolder place;
   const auto program = place / "program";
   std::filesystem::copy_file("/bin/sleep", program);
@@ -23,16 +23,17 @@ TEST(LinuxWorkspace, KnowsTheLivingProcessesOfItsProgramAlone) {
   std::filesystem::remove(program);
   EXPECT_TRUE(workspace.isRunning(other.number())) << "an upgrade has replaced its file";
   EXPECT_TRUE(workspace.bringToFront(other.number()));
-  EXPECT_EQ(other.end(), -SIGUSR1) << "this one takes no such signal";
+  EXPECT_EQ(other.end(), -SIGUSR1) << "this program does not handle the signal";
   for (const std::int64_t stranger : {std::int64_t{other.number()}, std::int64_t{::getppid()},
                                       std::int64_t{0}, std::int64_t{-1}, std::int64_t{1} << 40}) {
     EXPECT_FALSE(workspace.isRunning(stranger)) << stranger;
     EXPECT_FALSE(workspace.bringToFront(stranger)) << stranger;
   }
-  EXPECT_FALSE(LinuxWorkspace(currentExecutablePath()).isRunning(::getpid())) << "itself is no other";
+  EXPECT_FALSE(LinuxWorkspace(currentExecutablePath()).isRunning(::getpid()))
+      << "the process itself is not another one";
 }
 
-TEST(FrontSignal, ComesByTheMainQueueOncePerTurn) {
+TEST(FrontSignal, IsDeliveredByTheMainQueueOncePerTurn) {
   PosixMainQueue queue;
   const auto isReadable = [&queue] {
     pollfd watched{queue.descriptor(), POLLIN, 0};
@@ -53,7 +54,7 @@ TEST(FrontSignal, ComesByTheMainQueueOncePerTurn) {
   }
   queue.processDueWork();
   EXPECT_FALSE(isReadable());
-  EXPECT_EQ(count, 2) << "what came before its end is dropped with it";
+  EXPECT_EQ(count, 2) << "a pending signal is dropped on destruction";
 }
 
 }  // namespace

@@ -55,7 +55,7 @@ struct ControlSocketTest : Programs {
   Json reported() const { return Json::parse(status().output); }
 };
 
-TEST_F(ControlSocketTest, ServesOneRequestAConnectionWhateverElseIsConnected) {
+TEST_F(ControlSocketTest, ServesOneRequestPerConnectionBesideIdleOnes) {
   auto daemon = serve();
   const auto quiet = connect();
   const auto half = connect();
@@ -69,7 +69,7 @@ TEST_F(ControlSocketTest, ServesOneRequestAConnectionWhateverElseIsConnected) {
   EXPECT_EQ(ask(std::string(2 << 20, ' ')), "");
 }
 
-TEST_F(ControlSocketTest, EnrollingKeepsNoTokenAndShowsInTheNextReport) {
+TEST_F(ControlSocketTest, EnrollingStoresNoTokenAndShowsInTheNextReport) {
   control({"scenario", "not-enrolled"});
   auto daemon = serve();
   EXPECT_EQ(answer({{"action", "checkin"}})["skipped"], "this device is not enrolled");
@@ -88,7 +88,7 @@ TEST_F(ControlSocketTest, EnrollingKeepsNoTokenAndShowsInTheNextReport) {
   }
 }
 
-TEST_F(ControlSocketTest, ACheckInMovesItsTimeUnlessTheServiceIsAway) {
+TEST_F(ControlSocketTest, ACheckInUpdatesItsTimeUnlessTheServiceIsOffline) {
   auto daemon = serve();
   control({"set", "report.checkin.last_success", "@-2d"});
   const auto before = reported()["checkin"]["last_success"];
@@ -120,7 +120,7 @@ TEST_F(ControlSocketTest, TrustingItsCertificateShowsInTheNextAnswerAndReport) {
   std::string other = pem;
   std::swap(other[100], other[101]);
   struct Row {
-    const char* order;
+    const char* trust;
     std::string file;
     int status;
     const char* error;
@@ -135,7 +135,7 @@ TEST_F(ControlSocketTest, TrustingItsCertificateShowsInTheNextAnswerAndReport) {
       {"accept", pem, 0, "", true},
   };
   for (const auto& row : rows) {
-    control({"trust", row.order});
+    control({"trust", row.trust});
     std::ofstream(place.write("x", "")) << row.file;
     fs::create_directories(root + "/Library/Caches");
     fs::copy_file(place / "x", root + "/Library/Caches/ca.pem", fs::copy_options::overwrite_existing);
@@ -149,7 +149,7 @@ TEST_F(ControlSocketTest, TrustingItsCertificateShowsInTheNextAnswerAndReport) {
   EXPECT_EQ(answer({{"action", "catrust"}})["ca_cert_pem"], pem);
 }
 
-TEST_F(ControlSocketTest, MisbehavesAsOrdered) {
+TEST_F(ControlSocketTest, FollowsEachFaultMode) {
   auto daemon = serve();
   const std::string good = "{\"ok\":true,\"enrolled\":true}\n";
   const std::pair<Arguments, std::function<bool(const std::string&)>> rows[] = {
@@ -162,10 +162,10 @@ TEST_F(ControlSocketTest, MisbehavesAsOrdered) {
       {{"refuse", "x"}, [](const auto& bytes) { return Json::parse(bytes)["reason"] == "x"; }},
       {{"none"}, [&](const auto& bytes) { return bytes == good; }},
   };
-  for (auto [order, fits] : rows) {
-    const auto name = order.front();
-    order.insert(order.begin(), "misbehave");
-    control(order);
+  for (auto [mode, fits] : rows) {
+    const auto name = mode.front();
+    mode.insert(mode.begin(), "misbehave");
+    control(mode);
     EXPECT_TRUE(fits(ask(R"({"action":"status"})"))) << name;
   }
   control({"misbehave", "close-early"});

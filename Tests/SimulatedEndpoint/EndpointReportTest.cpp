@@ -54,7 +54,7 @@ TEST(EndpointReport, FollowsTheSystem) {
   }
 }
 
-TEST(EndpointReport, OfAFreshInstallComesToBeProtectedStepByStep) {
+TEST(EndpointReport, AFreshInstallBecomesProtectedStepByStep) {
   const auto verdict = [](const Json& each) {
     return reportAfterSystemChange(each, facts(active, on, locked), "2")["health"]["verdict"];
   };

@@ -30,7 +30,7 @@ TEST_F(Programs, AnyOtherHelperCommandLineIsAUsageError) {
   }
 }
 
-TEST_F(Programs, DiagnosticsTellStatesButNotWhoAndAreSentAsTheScenarioSays) {
+TEST_F(Programs, DiagnosticsNameNoUserAndAreSentAsTheScenarioSays) {
   control({"scenario", "trust-gap"});
   for (const auto* text : {R"({"sysext_active":true})", "", "{\"x", "\xff"}) {
     const auto output = run(HELPER, {"diagnostics", "--network-extension", text}).output;
@@ -48,7 +48,7 @@ TEST_F(Programs, DiagnosticsTellStatesButNotWhoAndAreSentAsTheScenarioSays) {
   }
 }
 
-TEST_F(Programs, TheSimulatedPreferencesFollowUnlessOnlyTheReportChanges) {
+TEST_F(Programs, NetworkPreferencesFollowTheScenarioUnlessOnlyTheReportChanges) {
   const std::string savedByTheAgent = R"([{"enabled": true, "connected": true}])";
   control({"scenario", "filter-off"});
   EXPECT_EQ(state(simulatedstate::transparentProxies),
@@ -60,7 +60,7 @@ TEST_F(Programs, TheSimulatedPreferencesFollowUnlessOnlyTheReportChanges) {
   EXPECT_EQ(Json::parse(status().output)["health"]["verdict"], "protected");
 }
 
-TEST_F(Programs, TheProfilesToolTellsDeviceManagement) {
+TEST_F(Programs, TheProfilesToolReportsDeviceManagement) {
   const auto tool = root + "/usr/bin/profiles";
   const std::pair<Arguments, const char*> rows[] = {
       {{"scenario", "managed"}, "Enrolled via DEP: No\nMDM enrollment: Yes (User Approved)\n"},
@@ -76,7 +76,7 @@ TEST_F(Programs, TheProfilesToolTellsDeviceManagement) {
   EXPECT_NE(ran.error.find("device-management.json"), std::string::npos) << ran.error;
 }
 
-TEST_F(Programs, ADamagedScenarioIsToldAndMendedByChoosingOne) {
+TEST_F(Programs, ADamagedScenarioIsReportedAndReplacedByChoosingOne) {
   for (const auto* damaged : {"", "[]", R"({"report": {}, "helper": {"exti": 1}})"}) {
     place.write("root" + std::string(simulatedstate::scenario), damaged);
     for (const auto& ran : {status(), run(CONTROL, {"set", "helper.exit", "3"})}) {
@@ -90,7 +90,7 @@ TEST_F(Programs, ADamagedScenarioIsToldAndMendedByChoosingOne) {
   }
 }
 
-TEST_F(Programs, OrdersOfTheMacItselfStandWithTheOthersUntilTheyAreTakenBack) {
+TEST_F(Programs, NetworkAndWakeOverridesKeepTheOthersAndCanBeTakenBack) {
   control({"approval", "never"});
   control({"network", "up", "en0", "en1"});
   control({"wake"});
@@ -106,7 +106,7 @@ TEST_F(Programs, OrdersOfTheMacItselfStandWithTheOthersUntilTheyAreTakenBack) {
   EXPECT_FALSE(state(simulatedstate::overrides).contains("network"));
 }
 
-TEST_F(Programs, TheControlProgramSaysWhatIsWrong) {
+TEST_F(Programs, TheControlProgramReportsItsErrors) {
   struct Row {
     Arguments arguments;
     int status;

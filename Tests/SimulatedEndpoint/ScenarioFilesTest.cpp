@@ -15,7 +15,7 @@ namespace {
 
 const std::chrono::sys_seconds now(std::chrono::seconds(1'760'000'000));
 
-/// The scenario files as they lie beside the control program.
+/// The scenario files that are shipped with the control program.
 struct Shipped {
   PosixFiles files{[](std::string_view path) { return std::string(path); }};
   ScenarioFolder folder{files, SCENARIO_FOLDER};

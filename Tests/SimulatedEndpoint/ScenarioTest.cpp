@@ -13,7 +13,7 @@ constexpr const char* document =
     R"({"report": {"version": "4.12.0", "update": null, "features": [{"id": "guard"}]},
         "network": {"transparent_proxies": [{"enabled": true, "connected": true}]}})";
 
-TEST(Scenario, SaysWhatIsWrongWithADocument) {
+TEST(Scenario, ADamagedDocumentIsRefusedWithAReason) {
   const std::pair<std::string, const char*> rows[] = {
       {"", "is not JSON"},
       {"{\"report\": {}", "line 1"},
@@ -36,7 +36,7 @@ TEST(Scenario, SaysWhatIsWrongWithADocument) {
   }
 }
 
-TEST(Scenario, TakesAValueAtADottedPath) {
+TEST(Scenario, SetsAValueAtADottedPath) {
   struct Row {
     const char* path;
     Json value;
@@ -58,7 +58,7 @@ TEST(Scenario, TakesAValueAtADottedPath) {
   }
 }
 
-TEST(Scenario, RefusesAPathThatLeadsNowhere) {
+TEST(Scenario, RefusesAnInvalidPath) {
   const auto scenario = Scenario::fromText(document).value();
   for (const auto* path : {"report..version", "reprot.version", "report.version.major", "report.features.2",
                            "report.features.-1", "report.features.99999999999999999999",
@@ -67,7 +67,7 @@ TEST(Scenario, RefusesAPathThatLeadsNowhere) {
   }
 }
 
-TEST(TimeOffset, BecomesTheTimeThatIsSoFarFromNowAtAnyDepth) {
+TEST(TimeOffset, IsReplacedByItsTimeAtAnyDepth) {
   const auto now = std::chrono::sys_days(std::chrono::year(2024) / 2 / 28) + 23h + 59min;
   const std::pair<const char*, const char*> rows[] = {
       {"@+0s", "2024-02-28T23:59:00Z"},     {"@+1m", "2024-02-29T00:00:00Z"},

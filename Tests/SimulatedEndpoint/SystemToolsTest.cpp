@@ -21,7 +21,7 @@ std::string propertyList(const std::string& content) {
          content + "\n</plist>\n";
 }
 
-/// launchctl in a graphical session, with a job that tells its process number and sleeps.
+/// launchctl in a graphical session, with a job that prints its process number and sleeps.
 struct LaunchctlTest : Programs {
   LaunchctlTest() {
     environment["DISPLAY"] = ":7";
@@ -77,7 +77,7 @@ TEST_F(LaunchctlTest, RefusesWithoutAGraphicalSessionOfThisUser) {
   EXPECT_EQ(bootstrap(), 0);
 }
 
-TEST_F(LaunchctlTest, NeverEndsAProcessThatMerelyHasTheNumberOfItsJob) {
+TEST_F(LaunchctlTest, NeverEndsAnotherProcessWithTheNumberOfItsJob) {
   Process stranger({"/bin/sleep", "600"}, {});
   EXPECT_EQ(bootstrap(), 0);
   auto jobs = state(jobsFile);
@@ -97,7 +97,7 @@ TEST_F(LaunchctlTest, LoadsNoDamagedPropertyList) {
       propertyList("<dict><key>Label</key><string>job</string></dict>"),
       propertyList("<dict><key>Label</key><string>job</string><key>ProgramArguments</key><array/></dict>"),
       propertyList("<dict><key>Label</key><string>job</string><key>ProgramArguments</key><array>"
-                   "<string>/nowhere/program</string></array><key>RunAtLoad</key><true/></dict>"),
+                   "<string>/missing/program</string></array><key>RunAtLoad</key><true/></dict>"),
   };
   for (const auto& row : rows) {
     putJob(row);

@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 
 constexpr const char* notProtectedCategory = "tech.brenn.ostrel-agent.not-protected";
 // Loads and helpers of four runs under way, and as many that are over while their threads hang.
-constexpr std::size_t mostStatusRuns = 2 * 8;
+constexpr std::size_t maxStatusWork = 2 * 8;
 const PlatformError refusal{"FakeErrorDomain", 1, "refused"};
 
 bool asksForStatus(const ChildCommand& command) {
@@ -31,11 +31,11 @@ bool reactivates(const ChildCommand& command) {
 
 }  // namespace
 
-FakeClockSoak::FakeClockSoak(std::uint64_t seed) : dice_(seed), status_(randomStatus(dice_)) {
+FakeClockSoak::FakeClockSoak(std::uint64_t seed) : random_(seed), status_(randomStatus(random_)) {
   host_.files.putExecutable(host_.bundle.path() + "/Contents/Helpers/ostrel-agent-endpoint");
   host_.files.put(std::string(ControlSocket::socketPath), "socket");
   host_.childProcesses.answer = [this](const ChildCommand& command) {
-    return asksForStatus(command) ? status_ : randomResult(dice_);
+    return asksForStatus(command) ? status_ : randomResult(random_);
   };
   host_.backgroundQueue.wrap = [this](std::function<void()> work) {
     return [this, at = wall_.now(), work = std::move(work)] {
@@ -67,7 +67,7 @@ void FakeClockSoak::step() {
   };
   std::size_t all = 0;
   for (const auto& [chance, act] : chances) all += chance;
-  auto left = dice_.below(all);
+  auto left = random_.below(all);
   for (const auto& [chance, act] : chances) {
     if (left < chance) {
       (this->*act)();
@@ -78,18 +78,18 @@ void FakeClockSoak::step() {
   take();
 }
 
-void FakeClockSoak::letTimePass() { host_.mainQueue.advance(std::chrono::milliseconds(dice_.below(7000))); }
+void FakeClockSoak::letTimePass() { host_.mainQueue.advance(std::chrono::milliseconds(random_.below(7000))); }
 
-/// The status runs that are left waiting are those that take their time. A helper that hangs rarely answers.
+/// Status runs that are left waiting are slow ones. A helper that hangs rarely answers.
 void FakeClockSoak::runSomeWork() {
-  host_.networkPreferences.isDeferred = dice_.oneIn(4);
-  for (auto count = dice_.below(6); count > 0 && host_.statusQueue.countWaiting() > 0; --count) {
-    if (!isHanging_ || dice_.oneIn(10)) host_.statusQueue.runNext();
+  host_.networkPreferences.isDeferred = random_.oneIn(4);
+  for (auto count = random_.below(6); count > 0 && host_.statusQueue.countWaiting() > 0; --count) {
+    if (!isHanging_ || random_.oneIn(10)) host_.statusQueue.runNext();
   }
-  for (auto count = dice_.below(4); count > 0 && host_.networkPreferences.countDeferred() > 0; --count) {
+  for (auto count = random_.below(4); count > 0 && host_.networkPreferences.countDeferred() > 0; --count) {
     host_.networkPreferences.completeNext();
   }
-  for (auto count = dice_.below(4); count > 0 && host_.backgroundQueue.countWaiting() > 0; --count) {
+  for (auto count = random_.below(4); count > 0 && host_.backgroundQueue.countWaiting() > 0; --count) {
     host_.backgroundQueue.runNext();
   }
   host_.mainQueue.runAll();
@@ -97,50 +97,50 @@ void FakeClockSoak::runSomeWork() {
 
 void FakeClockSoak::changeNetwork() {
   constexpr const char* names[] = {"en0", "en1", "utun3", "awdl0"};
-  if (dice_.oneIn(4)) return host_.systemWake.wake();
+  if (random_.oneIn(4)) return host_.systemWake.wake();
   std::vector<std::string> interfaces;
   for (const auto* name : names) {
-    if (dice_.oneIn(2)) interfaces.emplace_back(name);
+    if (random_.oneIn(2)) interfaces.emplace_back(name);
   }
-  host_.networkPath.update(!dice_.oneIn(4), interfaces);
+  host_.networkPath.update(!random_.oneIn(4), interfaces);
 }
 
-/// A change is worth a check-in of its own; what was asked before is told apart from that.
+/// A change causes a check-in of its own, so earlier ones are settled before and after it.
 void FakeClockSoak::changeNetworkExtension() {
   settle();
   auto& preferences = host_.networkPreferences;
   preferences.transparentProxies = std::vector{TransparentProxyConfiguration{
-      .enabled = dice_.oneIn(2), .connected = dice_.oneIn(2), .identifier = "1"}};
-  if (dice_.oneIn(4)) preferences.transparentProxies = std::unexpected(TransparentProxiesError(refusal));
-  preferences.contentFilter = ContentFilterConfiguration{.hasProvider = true, .enabled = dice_.oneIn(2)};
-  if (dice_.oneIn(4)) preferences.contentFilter = std::unexpected(refusal);
-  preferences.filterSaveError = dice_.oneIn(3) ? std::optional(refusal) : std::nullopt;
+      .enabled = random_.oneIn(2), .connected = random_.oneIn(2), .identifier = "1"}};
+  if (random_.oneIn(4)) preferences.transparentProxies = std::unexpected(TransparentProxiesError(refusal));
+  preferences.contentFilter = ContentFilterConfiguration{.hasProvider = true, .enabled = random_.oneIn(2)};
+  if (random_.oneIn(4)) preferences.contentFilter = std::unexpected(refusal);
+  preferences.filterSaveError = random_.oneIn(3) ? std::optional(refusal) : std::nullopt;
   settle();
 }
 
 void FakeClockSoak::sleepOrSetClock() {
-  settle();  // by the clock as it was
-  wall_.offset += std::chrono::minutes(dice_.below(24 * 60));
-  if (dice_.oneIn(3)) {
-    wall_.offset -= std::chrono::minutes(dice_.below(48 * 60));
+  settle();  // before the clock changes
+  wall_.offset += std::chrono::minutes(random_.below(24 * 60));
+  if (random_.oneIn(3)) {
+    wall_.offset -= std::chrono::minutes(random_.below(48 * 60));
     nudges_.forget();
     redNotifications_.forget();
     containerNotifications_.clear();
   }
-  if (dice_.oneIn(2)) host_.systemWake.wake();
+  if (random_.oneIn(2)) host_.systemWake.wake();
 }
 
 void FakeClockSoak::changeNotifications() {
   using Result = std::expected<void, PlatformError>;
   constexpr NotificationResponse::Case kinds[] = {NotificationResponse::Case::opened,
                                                   NotificationResponse::Case::dismissed};
-  host_.userNotifications.postResult = dice_.oneIn(3) ? Result(std::unexpected(refusal)) : Result();
-  host_.userNotifications.respond({.kind = dice_.pick(kinds), .category = notProtectedCategory});
-  host_.userDefaults.writeError = dice_.oneIn(3) ? std::optional(refusal) : std::nullopt;
-  if (dice_.oneIn(8)) forgetSettings();
+  host_.userNotifications.postResult = random_.oneIn(3) ? Result(std::unexpected(refusal)) : Result();
+  host_.userNotifications.respond({.kind = random_.pick(kinds), .category = notProtectedCategory});
+  host_.userDefaults.writeError = random_.oneIn(3) ? std::optional(refusal) : std::nullopt;
+  if (random_.oneIn(8)) forgetSettings();
 }
 
-/// But for the runtimes of which the person wants to be told.
+/// All but the runtimes of which the user wants to be notified.
 void FakeClockSoak::forgetSettings() {
   redNotifications_.forget();
   containerNotifications_.clear();
@@ -150,7 +150,7 @@ void FakeClockSoak::forgetSettings() {
 
 void FakeClockSoak::usePanel() {
   constexpr std::optional<Appearance> appearances[] = {Appearance::light, Appearance::dark, std::nullopt};
-  switch (dice_.below(5)) {
+  switch (random_.below(5)) {
     case 0:
       if (host_.screens.isShown && !host_.screens.panels.empty()) {
         return pressButton(host_.screens.panels.back().buttons());
@@ -158,40 +158,40 @@ void FakeClockSoak::usePanel() {
       return pressButton(host_.statusItem.menu);
     case 1:
       if (!host_.alerts.shown.empty())
-        host_.alerts.press(dice_.below(host_.alerts.shown.front().buttons.size()));
+        host_.alerts.press(random_.below(host_.alerts.shown.front().buttons.size()));
       return;
     case 2:
-      host_.statusItem.hasImages = !dice_.oneIn(4);
-      return host_.statusItem.change(dice_.pick(appearances));
+      host_.statusItem.hasImages = !random_.oneIn(4);
+      return host_.statusItem.change(random_.pick(appearances));
     case 3:
       host_.screens.isShown = false;
       return;
     default:
       host_.screens.height =
-          dice_.oneIn(4) ? std::nullopt : std::optional(static_cast<double>(dice_.below(2000)));
+          random_.oneIn(4) ? std::nullopt : std::optional(static_cast<double>(random_.below(2000)));
       host_.statusItem.click();
   }
 }
 
 void FakeClockSoak::pressButton(const std::vector<PanelButton>& buttons) {
   if (buttons.empty()) return;
-  host_.screens.press(dice_.pick(buttons));
+  host_.screens.press(random_.pick(buttons));
 }
 
 void FakeClockSoak::changeAnswers() {
-  status_ = randomStatus(dice_);
-  isHanging_ = dice_.oneIn(4);
+  status_ = randomStatus(random_);
+  isHanging_ = random_.oneIn(4);
   host_.unixSockets.answers.clear();
   fillAnswers();
   const auto fault = [this](int number) {
-    return dice_.oneIn(8) ? std::optional(ErrorNumber{number}) : std::nullopt;
+    return random_.oneIn(8) ? std::optional(ErrorNumber{number}) : std::nullopt;
   };
   host_.unixSockets.openError = fault(EMFILE);
   host_.unixSockets.connectError = fault(ECONNREFUSED);
   host_.unixSockets.writeError = fault(EPIPE);
 }
 
-/// Lets all come to rest, twice, since the health of a check-in outlasts the refreshes that began before it.
+/// Runs all work, twice, since the health of a check-in outlasts the refreshes that began before it.
 void FakeClockSoak::settle() {
   for (int round = 0; round < 2; ++round) {
     controller_->refresh();
@@ -227,14 +227,14 @@ bool FakeClockSoak::isWorkLeft() const {
          host_.mainQueue.isWorkDue();
 }
 
-/// Looks at what the role has done since, and lets the fakes forget it.
+/// Checks what the role has done since the last call, and clears the fakes.
 void FakeClockSoak::take() {
   refreshes_ += static_cast<int>(std::ranges::count_if(host_.childProcesses.commands, asksForStatus));
   reactivations_ += std::ranges::count_if(host_.childProcesses.commands, reactivates);
   expect(reactivations_ <= 1, "the extension is re-activated a second time");
   host_.childProcesses.commands.clear();
   takeNotifications();
-  expect(host_.statusQueue.countWaiting() <= mostStatusRuns, "too much work of status runs");
+  expect(host_.statusQueue.countWaiting() <= maxStatusWork, "too much work of status runs");
   auto& panels = host_.screens.panels;
   if (panels.size() > 1) panels.erase(panels.begin(), panels.end() - 1);
   host_.log.lines.clear();
@@ -242,7 +242,7 @@ void FakeClockSoak::take() {
   host_.childProcesses.started.clear();
 }
 
-/// Those of one work in the background, which was handed over at that time.
+/// Requests of one piece of background work, which was added at that time.
 void FakeClockSoak::takeRequests(Date arrived) {
   auto& sockets = host_.unixSockets;
   for (const auto& connection : sockets.connections) {
@@ -258,7 +258,7 @@ void FakeClockSoak::takeRequests(Date arrived) {
 }
 
 void FakeClockSoak::fillAnswers() {
-  while (host_.unixSockets.answers.size() < 16) host_.unixSockets.answers.push_back(randomAnswer(dice_));
+  while (host_.unixSockets.answers.size() < 16) host_.unixSockets.answers.push_back(randomAnswer(random_));
 }
 
 /// Refreshes may be up to one step of time older than now.
@@ -274,7 +274,7 @@ void FakeClockSoak::takeNotifications() {
     if (notification.category != notProtectedCategory) {
       auto& ofRuntime = containerNotifications_[notification.title];
       expect(ofRuntime.take(wall_.now(), 24h - 10s), "two notifications of one runtime within a day");
-      expect(!notification.title.contains("three"), "a notification that nobody wanted");
+      expect(!notification.title.contains("three"), "a notification that the user did not choose");
       continue;
     }
     const std::chrono::milliseconds least = std::exchange(hasRecovered_, false) ? 1h : 24h;
@@ -301,10 +301,11 @@ void FakeClockSoak::expectRest() {
   if (!host_.screens.isShown) return;
   const auto& panel = host_.screens.panels.back();
   const auto& flags = panel.inFlight;
-  expect(!flags.checkin && !flags.diagnostics && !flags.sendingDiagnostics, "a button is at work at rest");
+  expect(!flags.checkin && !flags.diagnostics && !flags.sendingDiagnostics,
+         "a button is in progress at rest");
   const bool isOffered = snapshot.update.has_value();
   expect(!flags.update || isOffered, "an update is installed that is not offered");
-  expect(panel.header.word == verdict.headerText(), "the panel tells another verdict");
+  expect(panel.header.word == verdict.headerText(), "the panel shows another verdict");
 }
 
 }  // namespace ostrel

@@ -15,19 +15,19 @@
 
 namespace ostrel {
 
-/// Turns the menu-bar role through random days on a host of fakes: answers and failures of helper and daemon,
+/// Runs the menu-bar role through random days on a host of fakes: answers and failures of helper and daemon,
 /// clicks, networks, sleep, clocks that are set, notifications that are refused.
 class FakeClockSoak {
  public:
   explicit FakeClockSoak(std::uint64_t seed);
 
-  /// Goes on until that many status runs were made in all; a sentence when a rule was broken.
+  /// Runs until that many status runs were made in all; a sentence when a rule was broken.
   std::optional<std::string> run(int refreshes);
 
   int refreshes() const { return refreshes_; }
 
  private:
-  /// The person's clock, which may be set; timers go by the host's.
+  /// The user's clock, which may be set; timers follow the host's.
   class WallClock final : public Clock {
    public:
     explicit WallClock(const Clock& steady) : steady_(steady) {}
@@ -61,7 +61,7 @@ class FakeClockSoak {
   void expect(bool holds, const std::string& rule);
   void expectRest();
 
-  Random dice_;
+  Random random_;
   FakeHost host_;
   WallClock wall_{host_.clock};
   FakeChildProcesses::Result status_;

@@ -6,16 +6,16 @@
 
 namespace ostrel {
 
-/// Those that may have a download rejected.
+/// Runtimes in which a download may be rejected.
 inline constexpr const char* containerRuntimes[] = {"one", "two", "three"};
 
-/// What a helper comes to that is asked for the status: mostly a report, else any way to fail.
-FakeChildProcesses::Result randomStatus(Random& dice);
+/// The result of a status run: mostly a report, else any kind of failure.
+FakeChildProcesses::Result randomStatus(Random& random);
 
-/// What any other child comes to.
-FakeChildProcesses::Result randomResult(Random& dice);
+/// The result of any other child.
+FakeChildProcesses::Result randomResult(Random& random);
 
-/// One answer of the daemon to whatever it is asked, or none.
-FakeUnixSockets::Pieces randomAnswer(Random& dice);
+/// One answer of the daemon to any request, or none.
+FakeUnixSockets::Pieces randomAnswer(Random& random);
 
 }  // namespace ostrel

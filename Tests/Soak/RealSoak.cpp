@@ -52,7 +52,7 @@ class RealAgent {
     for (int request = 0; request < 12; ++request) agent_.write("close\npanel\n");
   }
 
-  /// Waits until the panel shows what the endpoint tells from now on.
+  /// Waits until the panel shows the next report of the endpoint.
   void refresh() {
     const auto version = "4.12." + std::to_string(++version_);
     control({"set", "report.version", version}, environment_);
@@ -65,7 +65,7 @@ class RealAgent {
     agent_.awaitOutput("Checked in");
   }
 
-  /// Nothing is at work once a number of looks have found no child and the same descriptors.
+  /// The agent is idle once a number of looks have found no child and the same descriptors.
   void comeToRest() const {
     std::size_t descriptors = 0;
     int equalLooks = 0;

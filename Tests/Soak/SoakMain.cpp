@@ -1,4 +1,4 @@
-// Refreshes over and over and tells what has grown: ostrel-soak [--seed N] [REFRESHES] | --real [REFRESHES]
+// Refreshes over and over and reports what has grown: ostrel-soak [--seed N] [REFRESHES] | --real [REFRESHES]
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -21,7 +21,7 @@ namespace ostrel {
 namespace {
 
 constexpr const char* usage = "usage: ostrel-soak [--seed N] [REFRESHES] | --real [REFRESHES]\n";
-constexpr int leastRefreshes = 40;
+constexpr int minRefreshes = 40;
 
 struct Options {
   bool isReal = false;
@@ -47,7 +47,7 @@ std::optional<Options> optionsOf(std::span<char*> words) {
   options.refreshes = options.isReal ? 3000 : 10000;
   if (words.size() > 1) return std::nullopt;
   if (words.size() == 1 && !read(words[0], options.refreshes)) return std::nullopt;
-  return options.refreshes >= leastRefreshes ? std::optional(options) : std::nullopt;
+  return options.refreshes >= minRefreshes ? std::optional(options) : std::nullopt;
 }
 
 int fail(const std::string& sentence) {
@@ -61,8 +61,8 @@ int end(const SoakRun& run) {
   return fault ? fail(*fault) : 0;
 }
 
-int soakTurned(const Options& options) {
-  std::printf("%d refreshes on a turned clock, seed %llu\n", options.refreshes,
+int soakOnFakeClock(const Options& options) {
+  std::printf("%d refreshes on a fake clock, seed %llu\n", options.refreshes,
               static_cast<unsigned long long>(options.seed));
   std::fflush(stdout);
   FakeClockSoak soak(options.seed);
@@ -93,8 +93,8 @@ int main(int count, char** arguments) {
     return 2;
   }
   try {
-    const int status = options->isReal ? soakReal(*options) : soakTurned(*options);
-    // The fakes and the processes under test tell what they miss as failures of no test.
+    const int status = options->isReal ? soakReal(*options) : soakOnFakeClock(*options);
+    // The fakes and the processes under test report what they miss as failures of no test.
     return testing::UnitTest::GetInstance()->ad_hoc_test_result().Failed() ? 1 : status;
   } catch (const std::exception& error) {
     return fail(error.what());

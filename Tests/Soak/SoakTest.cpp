@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "Tests/Soak/FakeClockSoak.hpp"
-#include "Tests/Soak/MinIntervalCheck.hpp"
 #include "Tests/Soak/SoakFigures.hpp"
 
 namespace ostrel {
@@ -15,7 +14,7 @@ TEST(Soak, RandomDaysBreakNoRule) {
   }
 }
 
-TEST(Soak, TellsWhatHasGrown) {
+TEST(Soak, ReportsWhatHasGrown) {
   const SoakFigures rest{.refreshes = 10, .descriptors = 9, .threads = 3, .children = 0, .residentKiB = 4000};
   const auto faultOf = [&](auto change) {
     SoakRun run{rest, {rest, rest, rest, rest}};
@@ -30,14 +29,6 @@ TEST(Soak, TellsWhatHasGrown) {
   EXPECT_TRUE(faultOf([](SoakRun& run) { run.quarters[3].threads = 2; }).starts_with("threads"));
   EXPECT_TRUE(faultOf([](SoakRun& run) { run.warm.children = 1; }).starts_with("children"));
   EXPECT_NE(faultOf([](SoakRun& run) { run.quarters.pop_back(); }), "");
-}
-
-TEST(Soak, MeasuresEventsByTheTimeBetweenThem) {
-  MinIntervalCheck spacing;
-  const Date start{};
-  EXPECT_TRUE(spacing.take(start, std::chrono::seconds(60)));
-  EXPECT_FALSE(spacing.take(start + std::chrono::seconds(59), std::chrono::seconds(60)));
-  EXPECT_TRUE(spacing.take(start + std::chrono::seconds(119), std::chrono::seconds(60)));
 }
 
 }  // namespace

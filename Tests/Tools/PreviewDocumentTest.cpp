@@ -23,7 +23,7 @@ std::string withHealth(const std::string& health) {
   return report.dump();
 }
 
-TEST(PreviewDocument, NetworkStateIsWhatIsGivenElseWhatTheReportImplies) {
+TEST(PreviewDocument, TakesTheGivenNetworkStateOrThatOfTheReport) {
   struct Row {
     std::string document;
     bool sysextActive;
@@ -54,7 +54,7 @@ TEST(PreviewDocument, NetworkStateIsWhatIsGivenElseWhatTheReportImplies) {
   }
 }
 
-TEST(PreviewDocument, TakesTheRestOfWhatTheAgentLearnsElsewhere) {
+TEST(PreviewDocument, TakesTheFactsThatNoReportHolds) {
   const auto reading = readPreviewDocument(envelope(
       R"("mdm_enrolled":true,"running_container_runtimes":["Podman","Docker"],"now":"2025-01-02T03:04:05+01:00")"));
   ASSERT_TRUE(reading) << reading.error().description();
@@ -64,7 +64,7 @@ TEST(PreviewDocument, TakesTheRestOfWhatTheAgentLearnsElsewhere) {
   EXPECT_EQ(readPreviewDocument(reportText())->now, std::nullopt);
 }
 
-TEST(PreviewDocument, AHelperThatFailedLeavesItsReportUnread) {
+TEST(PreviewDocument, AFailedHelperLeavesItsReportUnread) {
   for (const auto& document : {envelope(R"("helper_status":3)"), envelope(R"("helper_status":3)", "17"),
                                std::string(R"({"helper_status":3})")}) {
     const auto reading = readPreviewDocument(document);
@@ -74,7 +74,7 @@ TEST(PreviewDocument, AHelperThatFailedLeavesItsReportUnread) {
   }
 }
 
-TEST(PreviewDocument, AFaultIsToldWithItsPlace) {
+TEST(PreviewDocument, AFaultIsReportedWithItsPlace) {
   const std::pair<std::string, const char*> rows[] = {
       {"", "the document"},
       {reportText() + "]", "column"},
@@ -98,7 +98,7 @@ TEST(PreviewDocument, AFaultIsToldWithItsPlace) {
 TEST(PreviewJson, HasEveryPartOfThePanelAndNullForWhatIsAbsent) {
   const auto shown = [](const std::string& document) {
     const auto reading = readPreviewDocument(document);
-    return previewJson(reading->model.snap, panelContent(reading->model, Date(), readings::times(),
+    return previewJson(reading->model.snap, panelContent(reading->model, Date(), builders::times(),
                                                          {PanelAction::quitStatusIcon}));
   };
   auto report = nlohmann::json::parse(reportText());

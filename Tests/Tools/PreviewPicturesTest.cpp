@@ -74,7 +74,7 @@ TEST_F(PreviewPictures, ShowOtherWindowsInBothThemes) {
   }
 }
 
-TEST_F(PreviewPictures, AreOfOneReportAndTellWhereTheyCannotBeWritten) {
+TEST_F(PreviewPictures, ShowOneReportAndReportAnUnwritablePath) {
   const auto many = preview({"--png", folder / "panel.png"}, reportText() + "\n" + reportText());
   EXPECT_EQ(many.status, 1);
   EXPECT_EQ(many.error, "ostrel-preview: a picture shows one report, but there are 2\n");

@@ -32,7 +32,7 @@ TEST(PreviewProgram, ShowsOneDocumentAsPanelOrAsJsonWhateverItsLines) {
   }
 }
 
-TEST(PreviewProgram, AnswersEveryLineAndTellsTheBadOnesByTheirNumber) {
+TEST(PreviewProgram, AnswersEveryLineAndReportsBadOnesByNumber) {
   const auto input = reportText() + "\n{\"helper_status\":3}\n\n" + reportText("degraded").substr(1) +
                      "\n{}\n" + reportText("not_protected");
   const auto text = preview({}, input);
@@ -59,7 +59,7 @@ TEST(PreviewProgram, ShowsTheOnboardingWindowAsText) {
   for (const auto name : onboardingStageNames()) {
     const auto content = onboardingAt(name);
     ASSERT_TRUE(content) << name;
-    EXPECT_EQ(std::ranges::count(stages, *content), 0) << name << " shows what an earlier stage does";
+    EXPECT_EQ(std::ranges::count(stages, *content), 0) << name << " looks like an earlier stage";
     stages.push_back(*content);
   }
   const auto shown = preview({"--onboarding", "trust-needed", "--language", "de"});
@@ -88,11 +88,11 @@ TEST(PreviewProgram, ShowsTheAlertsAsText) {
   EXPECT_EQ(preview({"--alert", "install", "--onboarding", "repair"}).status, 2);
 }
 
-TEST(PreviewProgram, HostileInputIsAnErrorAndNothingWorse) {
+TEST(PreviewProgram, HostileInputIsAnErrorWithoutACrash) {
   std::string nested;
   for (int i = 0; i < 100'000; ++i) nested += "{\"a\":";
   const auto unknown = reportText().insert(1, "\"x\":" + nested + "1" + std::string(100'000, '}') + ",");
-  EXPECT_EQ(preview({"--json"}, unknown).status, 0) << "what is not known may be of any depth";
+  EXPECT_EQ(preview({"--json"}, unknown).status, 0) << "an unknown member may have any depth";
   const std::string rows[] = {
       "", " \r\n\t\n", nested, "{\"\xff\":1}", std::string(7, '\0'), reportText() + std::string(1, '\0'),
   };
@@ -105,7 +105,7 @@ TEST(PreviewProgram, HostileInputIsAnErrorAndNothingWorse) {
   }
 }
 
-TEST(PreviewProgram, TheExportedTextsAreATableOfEveryKeyOnce) {
+TEST(PreviewProgram, ExportsATableWithEveryKeyOnce) {
   const auto entries = parseStrings(preview({"--export-strings"}).output);
   ASSERT_TRUE(entries) << entries.error().line << ": " << entries.error().reason;
   std::set<std::string> keys;
@@ -114,7 +114,7 @@ TEST(PreviewProgram, TheExportedTextsAreATableOfEveryKeyOnce) {
   EXPECT_EQ(entries->size(), 374U);
 }
 
-TEST(PreviewProgram, SpeaksTheLanguageThatIsAskedForAndEnglishForAnyOther) {
+TEST(PreviewProgram, UsesTheRequestedLanguageOrEnglish) {
   const std::pair<std::vector<std::string>, const char*> rows[] = {
       {{"--language", "de_AT.UTF-8"}, "geschützt"},
       {{"--language", "fr"}, "protected"},
@@ -129,7 +129,7 @@ TEST(PreviewProgram, SpeaksTheLanguageThatIsAskedForAndEnglishForAnyOther) {
   }
 }
 
-TEST(PreviewProgram, SaysWhatItCannotReadAndHowItIsUsed) {
+TEST(PreviewProgram, ReportsUnreadableFilesAndItsUsage) {
   const auto unread = preview({"/"});
   EXPECT_EQ(unread.status, 1);
   EXPECT_EQ(unread.error, "ostrel-preview: / cannot be read\n");

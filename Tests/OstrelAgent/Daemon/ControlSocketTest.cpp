@@ -62,7 +62,7 @@ TEST(ControlSocket, SendsOneLineOnAConnectionOfItsOwnWithinTwentySeconds) {
   EXPECT_EQ(daemon.sockets.connections.size(), std::size(rows));
 }
 
-TEST(ControlSocket, TellsWhichCallFailedWithItsErrnoAndTriesNothingTwice) {
+TEST(ControlSocket, AFailedCallIsReportedWithItsErrnoAndNotRetried) {
   const auto io = [](const std::string& detail) { return ControlSocketError{Case::io, detail}; };
   struct Row {
     std::function<void(Daemon&)> fault;
@@ -95,7 +95,7 @@ TEST(ControlSocket, TellsWhichCallFailedWithItsErrnoAndTriesNothingTwice) {
   Daemon absent;
   absent.files.files.clear();
   EXPECT_EQ(absent.errorOf(), ControlSocketError{Case::notInstalled});
-  EXPECT_TRUE(absent.sockets.connections.empty()) << "nothing is opened where no socket is";
+  EXPECT_TRUE(absent.sockets.connections.empty()) << "no connection is opened without a socket file";
 }
 
 TEST(ControlSocket, APathOfUpTo103BytesIsConnectedTo) {
@@ -115,7 +115,7 @@ TEST(ControlSocket, APathOfUpTo103BytesIsConnectedTo) {
   }
 }
 
-TEST(ControlSocket, AnAnswerWithoutSuccessIsTheErrorItTells) {
+TEST(ControlSocket, AnUnsuccessfulAnswerIsTheErrorItNames) {
   const std::pair<FakeUnixSockets::Pieces, ControlSocketError> rows[] = {
       {{"{\"ok\":false}\n"}, {Case::requestFailed, "", silentRefusal}},
       {{"{}"}, {Case::requestFailed, "", silentRefusal}},
@@ -140,14 +140,15 @@ TEST(ControlSocket, AnAnswerWithoutSuccessIsTheErrorItTells) {
   }
 }
 
-TEST(ControlSocket, GathersAnAnswerUntilItsLineEndsOrThePeerCloses) {
+TEST(ControlSocket, ReadsAnAnswerUntilItsLineEndsOrThePeerCloses) {
   const std::unexpected<ErrorNumber> afterTheEnd(ErrorNumber{ECONNRESET});
-  // The first newline stands at the end of a read of 4096 bytes.
+  // The first newline is the last byte of a read of 4096 bytes.
   const std::string word(4096 - std::string_view("{\"ok\":true,\"a\":\"\"}\n").size(), 'x');
   const auto whole = "{\"ok\":true,\"a\":\"" + word + "\"}\n";
   const std::pair<FakeUnixSockets::Pieces, std::string> rows[] = {
       {{whole, afterTheEnd}, word},
       {{"{\"ok\":true,", "\"a\":\"" + std::string(9000, 'y'), "\"}\n", afterTheEnd}, std::string(9000, 'y')},
+      {{"{\"ok\":true,\"a\":\"" + std::string(1 << 20, 'w') + "\"}\n"}, std::string(1 << 20, 'w')},
       {{"{\n\"ok\":true,\n\"a\":\"z\"}"}, "z"},
   };
   for (const auto& [pieces, text] : rows) {
@@ -159,7 +160,7 @@ TEST(ControlSocket, GathersAnAnswerUntilItsLineEndsOrThePeerCloses) {
   }
 }
 
-TEST(ControlSocket, QuestionsAreAnsweredWithNoUnlessTheDaemonSaysTrue) {
+TEST(ControlSocket, QueriesAreFalseUnlessTheDaemonSaysTrue) {
   const std::pair<FakeUnixSockets::Pieces, bool> rows[] = {
       {{R"({"ok":true,"enrolled":true,"trust_pending":true})"}, true},
       {{R"({"ok":true,"enrolled":false,"trust_pending":false})"}, false},
@@ -199,7 +200,7 @@ TEST(ControlSocket, EveryErrorHasItsSentence) {
   for (const auto& [error, sentence] : rows) EXPECT_EQ(error.userMessage("check in"), sentence);
 }
 
-TEST(ControlSocket, ARequestThatIsNotUtf8IsAnErrorOfItsOwnAndNotSent) {
+TEST(ControlSocket, ARequestThatIsNotUtf8IsADistinctErrorAndNotSent) {
   const ControlSocket::Extra rows[] = {{{"t", "\xff secret"}}, {{"\xc3", true}}, {{"t", "\xed\xa0\x80"}}};
   for (const auto& extra : rows) {
     Daemon daemon;
@@ -228,7 +229,8 @@ TEST(ControlSocket, NoErrorRepeatsTheEnrolmentToken) {
   daemon.answer({R"({"error":"No token ost_12345."})"});
   EXPECT_EQ(daemon.errorOf({{"enrollment_token", " ost_12345\n"}}).message, "No token ….");
   daemon.answer({R"({"error":"No token ost_\\\"12345."})"});
-  EXPECT_EQ(daemon.errorOf({{"enrollment_token", "ost_\"12345"}}).message, "No token ….") << "as it was sent";
+  EXPECT_EQ(daemon.errorOf({{"enrollment_token", "ost_\"12345"}}).message, "No token ….")
+      << "in its escaped form";
 }
 
 }  // namespace

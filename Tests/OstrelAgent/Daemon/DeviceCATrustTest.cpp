@@ -26,7 +26,7 @@ constexpr const char* trustedAnswer = "{\"ok\":true,\"ca_trusted\":true}\n";
 constexpr const char* pendingAnswer =
     R"({"ok":true,"ca_trusted":false,"ca_cert_pem":"-----BEGIN CERTIFICATE-----\nMIIB\n-----END CERTIFICATE-----\n"})";
 
-/// A Mac whose daemon gives the answers in turn and whose tool ends as told.
+/// A Mac whose daemon gives the answers in turn and whose tool ends with that result.
 struct Mac {
   Mac(std::initializer_list<const char*> answers, FakeChildProcesses::Result tool = ChildResult{0, ""}) {
     files.put(std::string(ControlSocket::socketPath), "");
@@ -53,14 +53,14 @@ struct Mac {
   DeviceCATrust trust{ControlSocket(sockets, files), files, children, account};
 };
 
-TEST(DeviceCATrust, ACertificateThatIsTrustedAsksForNothing) {
+TEST(DeviceCATrust, ATrustedCertificateRunsNoTool) {
   Mac mac({trustedAnswer});
   EXPECT_EQ(mac.ensureTrusted(), Outcome{Kind::trusted});
   EXPECT_EQ(mac.sockets.connections.size(), 1U);
   EXPECT_TRUE(mac.children.commands.empty());
 }
 
-TEST(DeviceCATrust, HandsTheCertificateToTheToolInAPrivateFileOfFreshName) {
+TEST(DeviceCATrust, PassesTheCertificateToTheToolInANewPrivateFile) {
   const std::regex path(
       "/tmp/ostrel-device-ca-[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}\\.pem");
   std::set<std::string> paths;
@@ -80,7 +80,7 @@ TEST(DeviceCATrust, HandsTheCertificateToTheToolInAPrivateFileOfFreshName) {
   EXPECT_EQ(paths.size(), 20U);
 }
 
-TEST(DeviceCATrust, TellsWhatWentWrongOnTheWay) {
+TEST(DeviceCATrust, EveryFailedStepHasItsMessage) {
   const PlatformError missing{posixErrorDomain, ENOENT, "No such file or directory"};
   struct Row {
     std::initializer_list<const char*> answers;
@@ -120,7 +120,7 @@ TEST(DeviceCATrust, TellsWhatWentWrongOnTheWay) {
   }
 }
 
-TEST(DeviceCATrust, NamesTheQuestionThatTheSocketRefuses) {
+TEST(DeviceCATrust, ARefusedConnectionNamesTheAction) {
   const std::string sentence =
       "Couldn't confirm the device certificate is trusted: Only an administrator account can ";
   const std::string advice = ". Log in as an admin, or ask your administrator to run this.";
@@ -137,7 +137,7 @@ TEST(DeviceCATrust, NamesTheQuestionThatTheSocketRefuses) {
             (Outcome{Kind::failed, sentence + "confirm the device certificate is trusted" + advice}));
 }
 
-TEST(DeviceCATrust, WithoutRoomForTheFileNoToolRuns) {
+TEST(DeviceCATrust, NoToolRunsWhenTheFileCannotBeWritten) {
   Mac full({pendingAnswer});
   full.files.writeError = PlatformError{posixErrorDomain, ENOSPC, "No space left on device"};
   EXPECT_EQ(
@@ -146,7 +146,7 @@ TEST(DeviceCATrust, WithoutRoomForTheFileNoToolRuns) {
   EXPECT_TRUE(full.children.commands.empty());
 }
 
-TEST(DeviceCATrust, OnlyTheWordsOfACancelledQuestionAreACancellation) {
+TEST(DeviceCATrust, OnlyTheMessageOfADismissedDialogIsACancellation) {
   struct Row {
     std::string error;
     std::int32_t status;

@@ -16,7 +16,7 @@ struct HelperRunnerTest : testing::Test {
   HelperRunner helper{host.bundle, host.files, host.childProcesses, host.standardStreams};
 };
 
-TEST_F(HelperRunnerTest, AHelperThatIsNoExecutableFileIsNamed) {
+TEST_F(HelperRunnerTest, AMissingHelperIsReportedWithItsPath) {
   host.files.put(helperPath, "#!/bin/sh\n");
   for (const int number : {EACCES, ENOENT}) {
     host.childProcesses.answer = [number](const ChildCommand&) {
@@ -33,7 +33,7 @@ TEST_F(HelperRunnerTest, AHelperThatIsNoExecutableFileIsNamed) {
   }
 }
 
-TEST_F(HelperRunnerTest, AHelperThatCannotBeStartedIsToldWithTheReason) {
+TEST_F(HelperRunnerTest, AHelperThatCannotBeStartedIsReportedWithTheReason) {
   host.files.putExecutable(helperPath);
   const PlatformError error{posixErrorDomain, 8, "Exec format error"};
   host.childProcesses.script.emplace_back(std::unexpected(error));
@@ -43,7 +43,7 @@ TEST_F(HelperRunnerTest, AHelperThatCannotBeStartedIsToldWithTheReason) {
   EXPECT_EQ(captured.status, 126);
   EXPECT_EQ(captured.standardOutput, "");
   host.childProcesses.hostHasEnded = true;
-  EXPECT_EQ(helper.runHelper({}), 126) << "and without a word at the end of the host";
+  EXPECT_EQ(helper.runHelper({}), 126) << "and silent after the host has shut down";
   const std::string line = "failed to run helper: Exec format error\n";
   EXPECT_EQ(host.standardStreams.error, line + line);
 }

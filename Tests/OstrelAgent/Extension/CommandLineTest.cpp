@@ -7,7 +7,7 @@
 namespace ostrel {
 namespace {
 
-TEST(CommandLine, TakesTheFirstArgumentAsExactCommandAndOneFlagAnywhere) {
+TEST(CommandLine, TheFirstArgumentIsTheCommandAndTheFlagMayBeAnywhere) {
   const std::pair<std::vector<const char*>, CommandLine> rows[] = {
       {{}, {std::nullopt, false}},
       {{"activate", "deactivate"}, {"activate", false}},
@@ -25,7 +25,7 @@ TEST(CommandLine, TakesTheFirstArgumentAsExactCommandAndOneFlagAnywhere) {
     EXPECT_EQ(roleOf(word), std::nullopt) << word;
 }
 
-TEST(CommandLine, WithoutAnArgumentThePersonsNeedDecidesAndOnlyWhatMattersIsAsked) {
+TEST(CommandLine, TheDefaultCommandAsksOnlyTheQuestionsItNeeds) {
   struct Row {
     bool isTrustPending;
     bool isEnrolled;

@@ -60,7 +60,7 @@ struct ControllerTest : testing::Test {
     controller->run();
   }
 
-  /// Runs all that is at hand, without moving the clock.
+  /// Runs all work that is due, without moving the clock.
   void settle() {
     do {
       host.mainQueue.runAll();
@@ -74,7 +74,7 @@ struct ControllerTest : testing::Test {
     settle();
   }
 
-  /// What was told since the last look, and how the process ended.
+  /// The output since the last call, and how the process ended.
   void expect(const std::string& output, const std::string& error, std::optional<int> status) {
     EXPECT_EQ(std::exchange(host.standardStreams.output, ""), output);
     EXPECT_EQ(std::exchange(host.standardStreams.error, ""), error);
@@ -110,7 +110,7 @@ TEST_F(ControllerTest, ActivateSavesBothConfigurationsTheRecordAndTheMenuBarAgen
   EXPECT_TRUE(host.files.exists(recordFile) && host.files.exists(jobFile));
 }
 
-TEST_F(ControllerTest, NothingIsAskedOfTheSystemWhereTheDaemonOrTheListOfHostsIsMissing) {
+TEST_F(ControllerTest, NoRequestIsMadeWithoutADaemonOrTheListOfHosts) {
   const std::string refusal = "captured-hosts.json of the application cannot be used (";
   host.files.files.erase(daemonFile);
   run(Action::activate);
@@ -135,7 +135,7 @@ TEST_F(ControllerTest, NothingIsAskedOfTheSystemWhereTheDaemonOrTheListOfHostsIs
   EXPECT_EQ(host.systemExtensions.requests.size(), 1U) << "needs neither";
 }
 
-TEST_F(ControllerTest, ApprovalIsWaitedForExceptByAReactivation) {
+TEST_F(ControllerTest, ApprovalIsAwaitedExceptByAReactivation) {
   run(Action::activate);
   host.systemExtensions.delegate()->needsUserApproval();
   host.systemExtensions.delegate()->needsUserApproval();
@@ -168,7 +168,7 @@ TEST_F(ControllerTest, ApprovalIsWaitedForExceptByAReactivation) {
          1);
 }
 
-TEST_F(ControllerTest, ARequestThatFailsIsToldAlsoAfterApprovalWasAsked) {
+TEST_F(ControllerTest, AFailedRequestIsReportedAlsoAfterAskingForApproval) {
   const std::pair<Action, const char*> rows[] = {
       {Action::activate, "activate"}, {Action::deactivate, "deactivate"}, {Action::reactivate, "reactivate"}};
   for (const auto& [action, word] : rows) {
@@ -197,18 +197,18 @@ TEST_F(ControllerTest, OnlyTheFirstAnswerToTheRequestCounts) {
   EXPECT_EQ(launchctlCalls(), (std::vector<std::string>{"bootout", "bootstrap"}));
 }
 
-TEST_F(ControllerTest, AConfigurationThatStillSettlesIsTriedAgainAndElevenRetriesAreTheMost) {
+TEST_F(ControllerTest, AStaleConfigurationIsRetriedElevenTimesAtMost) {
   for (const bool recovers : {true, false}) {
     host.networkPreferences.proxySaveErrors.assign(recovers ? 11 : 12, stale());
     run(Action::activate);
     complete();
-    std::string told = activating;
+    std::string output = activating;
     for (int next = 2; next <= 12; ++next) {
-      told +=
+      output +=
           "save proxy prefs: The configuration is stale. — sysext/NE registration still settling, retry " +
           std::to_string(next) + "/12 in 1.5s\n";
       host.mainQueue.advance(1499ms);
-      expect(std::exchange(told, ""), "", std::nullopt);
+      expect(std::exchange(output, ""), "", std::nullopt);
       host.mainQueue.advance(1ms);
       settle();
     }
@@ -217,7 +217,7 @@ TEST_F(ControllerTest, AConfigurationThatStillSettlesIsTriedAgainAndElevenRetrie
   }
 }
 
-TEST_F(ControllerTest, EveryStageFailsWithItsNameAndOnlyTransientErrorsAreTriedAgain) {
+TEST_F(ControllerTest, EveryStageFailsWithItsNameAndOnlyTransientErrorsAreRetried) {
   auto& preferences = host.networkPreferences;
   const PlatformError other{vpnErrorDomain, 5, "read-write failed"};
   const PlatformError filter{"NEFilterErrorDomain", 4, "of another domain"};
@@ -307,7 +307,7 @@ TEST_F(ControllerTest, DeactivateRemovesProxiesAgentAndDaemon) {
   }
 }
 
-TEST_F(ControllerTest, ARemovalGoesOnWhatEverThePreferencesSay) {
+TEST_F(ControllerTest, ARemovalContinuesAfterErrorsOfThePreferences) {
   const PlatformError error{vpnErrorDomain, 5, "read-write failed"};
   for (const bool loads : {true, false}) {
     host.networkPreferences.removeError = error;
@@ -333,7 +333,7 @@ TEST_F(ControllerTest, TheMainThreadWaitsForNoChild) {
   EXPECT_EQ(host.backgroundQueue.countWaiting(), 1U);
   controller.reset();
   settle();
-  EXPECT_EQ(host.shell.exitStatus, std::nullopt) << "nobody is told of the end after the end";
+  EXPECT_EQ(host.shell.exitStatus, std::nullopt) << "a destroyed controller exits no program";
 }
 
 }  // namespace

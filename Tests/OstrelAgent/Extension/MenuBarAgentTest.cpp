@@ -22,8 +22,8 @@ const Arguments bootstrap = {"bootstrap", "gui/501", jobPath};
 const Arguments kickstart = {"kickstart", "-k", job};
 
 struct MenuBarAgentTest : testing::Test {
-  /// What launchctl was asked since the last look.
-  std::vector<Arguments> asked() {
+  /// The launchctl calls since the last check.
+  std::vector<Arguments> takeCalls() {
     std::vector<Arguments> calls;
     for (const auto& command : std::exchange(host.childProcesses.commands, {})) {
       EXPECT_EQ(command.executable, "/bin/launchctl");
@@ -46,7 +46,7 @@ TEST_F(MenuBarAgentTest, InstallingAgainReplacesTheJob) {
   for (const std::int32_t bootoutStatus : {3, 0}) {
     script({bootoutStatus, 0});
     agent.install();
-    EXPECT_EQ(asked(), (std::vector<Arguments>{bootout, bootstrap}));
+    EXPECT_EQ(takeCalls(), (std::vector<Arguments>{bootout, bootstrap}));
     EXPECT_EQ(std::exchange(host.standardStreams.output, ""), running);
     EXPECT_TRUE(agent.isInstalled());
     EXPECT_EQ(host.files.read(jobPath), *MenuBarAgent::jobFile(host.bundle.executablePath()));
@@ -68,13 +68,13 @@ TEST_F(MenuBarAgentTest, AJobThatDoesNotStartNowStartsAtTheNextLogin) {
   EXPECT_EQ(agent.launchctl({"print"}), 126);
 }
 
-TEST_F(MenuBarAgentTest, LeavesOffWithoutAWordWhereTheHostEndsInTheMiddle) {
+TEST_F(MenuBarAgentTest, StopsSilentlyWhenTheHostShutsDown) {
   const FakeChildProcesses::Result ended = std::unexpected(FakeChildProcesses::endOfHost());
   const FakeChildProcesses::Result notLoaded = ChildResult{113, ""};
   struct Row {
     void (MenuBarAgent::*call)() const;
     std::vector<FakeChildProcesses::Result> results;
-    std::vector<Arguments> asked;
+    std::vector<Arguments> calls;
   };
   const Row rows[] = {{&MenuBarAgent::install, {ended}, {bootout}},
                       {&MenuBarAgent::install, {notLoaded, ended}, {bootout, bootstrap}},
@@ -84,13 +84,13 @@ TEST_F(MenuBarAgentTest, LeavesOffWithoutAWordWhereTheHostEndsInTheMiddle) {
   for (const auto& row : rows) {
     host.childProcesses.script = {row.results.begin(), row.results.end()};
     (agent.*row.call)();
-    EXPECT_EQ(asked(), row.asked);
+    EXPECT_EQ(takeCalls(), row.calls);
     EXPECT_TRUE(agent.isInstalled());
     EXPECT_EQ(host.standardStreams.output, "");
   }
 }
 
-TEST_F(MenuBarAgentTest, AJobFileThatCannotBeWrittenIsToldAndNothingIsStarted) {
+TEST_F(MenuBarAgentTest, AnUnwritableJobFileIsReportedAndNoJobStarted) {
   const auto error = [](const char* reason) {
     return "menu bar: could not write LaunchAgent (" + std::string(reason) + ") — skipped\n";
   };
@@ -109,35 +109,35 @@ TEST_F(MenuBarAgentTest, AJobFileThatCannotBeWrittenIsToldAndNothingIsStarted) {
   host.bundle.executable = "";
   agent.install();
   EXPECT_EQ(host.standardStreams.output, "") << "without a path there is nothing to start";
-  EXPECT_TRUE(asked().empty());
+  EXPECT_TRUE(takeCalls().empty());
   EXPECT_FALSE(agent.isInstalled());
 }
 
 TEST_F(MenuBarAgentTest, RestartsALoadedJobAndLoadsOneThatIsNot) {
   script({0});
   agent.restart();
-  EXPECT_EQ(asked(), std::vector<Arguments>{kickstart});
+  EXPECT_EQ(takeCalls(), std::vector<Arguments>{kickstart});
   script({113, 5, 113});
   agent.restart();
-  EXPECT_EQ(asked(), (std::vector<Arguments>{kickstart, bootstrap, kickstart}));
+  EXPECT_EQ(takeCalls(), (std::vector<Arguments>{kickstart, bootstrap, kickstart}));
   EXPECT_EQ(host.standardStreams.output + host.standardStreams.error, "");
 }
 
-TEST_F(MenuBarAgentTest, RemovesWhatIsThereAndIsSilentWhenNothingIs) {
+TEST_F(MenuBarAgentTest, RemovesAnInstalledJobAndIsSilentWithoutOne) {
   script({0, 0, 3});
   agent.install();
   EXPECT_EQ(std::exchange(host.standardStreams.output, ""), running);
 
-  (void)asked();
+  (void)takeCalls();
   agent.remove();
   EXPECT_FALSE(agent.isInstalled());
   script({3});
   agent.remove();
-  EXPECT_EQ(asked(), (std::vector<Arguments>{bootout, bootout}));
+  EXPECT_EQ(takeCalls(), (std::vector<Arguments>{bootout, bootout}));
   EXPECT_EQ(host.standardStreams.output + host.standardStreams.error, "");
 }
 
-TEST(MenuBarAgentJobFile, IsReadByTheParserOfAnotherProgram) {
+TEST(MenuBarAgentJobFile, IsReadByAnIndependentParser) {
   const std::string paths[] = {
       "/Applications/OstrelAgent.app/Contents/MacOS/OstrelAgent",
       "/Users/rob & \"ann\" <x> 'y' &amp; ]]>/Ünïcode→🛡️/tab\there/line\nfeed/cr\r/ two  spaces "

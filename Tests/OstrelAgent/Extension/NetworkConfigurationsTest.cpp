@@ -35,7 +35,7 @@ TEST_F(NetworkConfigurationsTest, OnlyTheFirstOfTwoProxiesIsPointedAtTheExtensio
     bool isSaved = false;
     configurations.saveTransparentProxyConfiguration(
         {.capturedHosts = {"pypi.org"}}, [&isSaved](const auto& result) { isSaved = result.has_value(); });
-    EXPECT_TRUE(host.mainQueue.isWorkDue() && !isSaved) << "goes on in the main queue, not inside the call";
+    EXPECT_TRUE(host.mainQueue.isWorkDue() && !isSaved) << "continues in the main queue, not inside the call";
     host.mainQueue.runAll();
     EXPECT_TRUE(isSaved);
     auto proxies = *host.networkPreferences.transparentProxies;
@@ -57,7 +57,7 @@ TEST_F(NetworkConfigurationsTest, OnlyTheFirstOfTwoProxiesIsPointedAtTheExtensio
   }
 }
 
-TEST_F(NetworkConfigurationsTest, WhatWasAppliedIsRecordedOnceTheProxyHasStarted) {
+TEST_F(NetworkConfigurationsTest, TheAppliedCaptureIsRecordedOnceTheProxyHasStarted) {
   const auto path =
       host.userAccount.homeFolder + "/Library/Application Support/ostrel-agent-endpoint/applied-capture.json";
   host.networkPreferences.isDeferred = true;
@@ -74,7 +74,7 @@ TEST_F(NetworkConfigurationsTest, WhatWasAppliedIsRecordedOnceTheProxyHasStarted
                                    R"("daemon_addr":"127.0.0.1:65531","schema_version":1})");
 }
 
-TEST_F(NetworkConfigurationsTest, TheEgressLockTakesTheOneFilter) {
+TEST_F(NetworkConfigurationsTest, TheEgressLockReplacesTheOneFilter) {
   host.networkPreferences.contentFilter =
       ContentFilterConfiguration{.hasProvider = false,
                                  .enabled = false,
@@ -85,7 +85,7 @@ TEST_F(NetworkConfigurationsTest, TheEgressLockTakesTheOneFilter) {
   bool isSaved = false;
   configurations.saveEgressLockConfiguration(
       [&isSaved](const auto& result) { isSaved = result.has_value(); });
-  EXPECT_FALSE(isSaved) << "goes on in the main queue, not inside the call";
+  EXPECT_FALSE(isSaved) << "continues in the main queue, not inside the call";
   host.mainQueue.runAll();
   EXPECT_TRUE(isSaved);
   EXPECT_EQ(host.networkPreferences.contentFilter,

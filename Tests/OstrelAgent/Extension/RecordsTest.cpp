@@ -20,7 +20,7 @@ struct RecordsTest : testing::Test {
   Records records{host.files, host.clock, host.userAccount};
 };
 
-TEST_F(RecordsTest, AnAssertionHoldsOnlyWhatIsKnown) {
+TEST_F(RecordsTest, AnAssertionHoldsOnlyKnownValues) {
   struct Row {
     NetworkExtensionAssertion assertion;
     std::string record;
@@ -43,7 +43,7 @@ TEST_F(RecordsTest, AnAssertionHoldsOnlyWhatIsKnown) {
   }
 }
 
-TEST_F(RecordsTest, TheReactivatedVersionIsReadWithoutTheSpaceAroundIt) {
+TEST_F(RecordsTest, TheReactivatedVersionIsReadTrimmed) {
   EXPECT_EQ(records.reactivatedVersion(), "");
   records.recordReactivated("1.4.0");
   EXPECT_EQ(read("reactivated-version"), "1.4.0");
@@ -57,7 +57,7 @@ TEST_F(RecordsTest, TheReactivatedVersionIsReadWithoutTheSpaceAroundIt) {
   EXPECT_EQ(records.reactivatedVersion(), "");
 }
 
-TEST_F(RecordsTest, WhatCannotBeWrittenLeavesTheEarlierRecord) {
+TEST_F(RecordsTest, AFailedWriteLeavesTheEarlierRecord) {
   records.recordReactivated("1.4.0");
   host.files.writeError = PlatformError{posixErrorDomain, ENOSPC, "full"};
   records.recordReactivated("1.5.0");

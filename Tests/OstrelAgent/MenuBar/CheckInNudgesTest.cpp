@@ -45,7 +45,7 @@ struct CheckInNudgesTest : testing::Test {
       [this](const std::string& reason) { reasons.push_back(reason); });
 };
 
-TEST_F(CheckInNudgesTest, TheFirstPathNeverNudgesWhateverItSays) {
+TEST_F(CheckInNudgesTest, TheFirstPathNeverNudges) {
   for (const bool isSatisfied : {false, true}) {
     nudges = std::make_unique<CheckInNudges>(
         CheckInNudges::Services{host.mainQueue, host.clock, host.networkPath, host.systemWake},
@@ -99,14 +99,14 @@ TEST_F(CheckInNudgesTest, ABurstGivesOneNudgeTenSecondsAfterItsLatestEvent) {
   host.mainQueue.advance(1min);
   joinAnother();
   host.mainQueue.advance(10s);
-  EXPECT_EQ(reasons, (Reasons{"wake", "network"})) << "the wake is told once";
+  EXPECT_EQ(reasons, (Reasons{"wake", "network"})) << "the wake is reported once";
   host.mainQueue.advance(1min);
   for (int change = 0; change < 1000; ++change) joinAnother();
   host.mainQueue.advance(10min);
   EXPECT_EQ(reasons, (Reasons{"wake", "network", "network"})) << "a thousand changes";
 }
 
-TEST_F(CheckInNudgesTest, EventsWithoutAPauseAreFollowedByANudgeAfterThirtySeconds) {
+TEST_F(CheckInNudgesTest, EventsWithoutAPauseNudgeAfterThirtySeconds) {
   for (int seconds = 0; seconds < 30; seconds += 5) {
     joinAnother();
     EXPECT_EQ(reasons, Reasons{}) << seconds;
@@ -136,7 +136,7 @@ TEST_F(CheckInNudgesTest, EventsWithinAMinuteOfANudgeAreDropped) {
   EXPECT_EQ(reasons, (Reasons{"network", "network"}));
 }
 
-TEST_F(CheckInNudgesTest, ABurstEndsInTimeThoughTheClockIsSet) {
+TEST_F(CheckInNudgesTest, ABurstEndsInTimeWhenTheClockIsSet) {
   for (const auto shift : {-24h, 24h}) {
     reasons.clear();
     host.mainQueue.advance(1min);
@@ -151,7 +151,7 @@ TEST_F(CheckInNudgesTest, ABurstEndsInTimeThoughTheClockIsSet) {
   }
 }
 
-TEST_F(CheckInNudgesTest, ABurstThatEndsWithoutNetworkOrEnrolmentMayBeTriedAgainAtOnce) {
+TEST_F(CheckInNudgesTest, ABurstWithoutNetworkOrEnrolmentMayBeRetriedAtOnce) {
   host.systemWake.wake();
   host.networkPath.update(false);
   host.mainQueue.advance(10s);
@@ -191,11 +191,11 @@ TEST_F(CheckInNudgesTest, AChangeOfTheNetworkExtensionNudgesAtOnceWhileEnrolled)
   }
 }
 
-TEST_F(CheckInNudgesTest, NothingIsFollowedOnceTheyAreGone) {
+TEST_F(CheckInNudgesTest, NothingIsObservedAfterDestruction) {
   host.systemWake.wake();
   nudges.reset();
-  EXPECT_FALSE(host.systemWake.isFollowed());
-  EXPECT_FALSE(host.networkPath.isFollowed());
+  EXPECT_FALSE(host.systemWake.isObserved());
+  EXPECT_FALSE(host.networkPath.isObserved());
   host.mainQueue.advance(1min);
   EXPECT_EQ(reasons, Reasons{});
 }

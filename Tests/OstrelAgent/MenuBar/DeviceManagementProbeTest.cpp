@@ -7,7 +7,7 @@
 namespace ostrel {
 namespace {
 
-TEST(DeviceManagementProbe, OnlyTheToolsYesCounts) {
+TEST(DeviceManagementProbe, OnlyAYesOfTheToolCounts) {
   const std::pair<FakeChildProcesses::Result, bool> rows[] = {
       {ChildResult{0, "Enrolled via DEP: No\nMDM enrollment: Yes (User Approved)\n"}, true},
       {ChildResult{0, "Enrolled via DEP: Yes\nMDM enrollment: No\n"}, false},

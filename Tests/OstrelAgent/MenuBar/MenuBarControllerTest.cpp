@@ -47,7 +47,7 @@ struct MenuBarControllerTest : testing::Test {
     ASSERT_TRUE(host.userDefaults.set(key, std::move(value)));
   }
 
-  /// Runs all that waits in the background, and what it hands over.
+  /// Runs all background work, and the work that it adds.
   void settle() {
     do {
       host.statusQueue.runAll();
@@ -82,7 +82,7 @@ struct MenuBarControllerTest : testing::Test {
   std::shared_ptr<MenuBarController> controller = menuBarOn(host, host.statusItem);
 };
 
-TEST_F(MenuBarControllerTest, ShowsAnIconBeforeAnyDataAndTouchesItOnlyForAChangeEveryFiveSeconds) {
+TEST_F(MenuBarControllerTest, ShowsAnIconBeforeAnyDataAndThenEveryChangeWithinFiveSeconds) {
   controller->start();
   EXPECT_EQ(icons(), std::vector<std::string>{unreported});
   settle();
@@ -99,7 +99,7 @@ TEST_F(MenuBarControllerTest, ShowsAnIconBeforeAnyDataAndTouchesItOnlyForAChange
   EXPECT_EQ(icons().back(), unreported);
 }
 
-TEST_F(MenuBarControllerTest, DrawsForTheBarThatIsBehindTheIcon) {
+TEST_F(MenuBarControllerTest, DrawsTheIconForTheAppearanceOfTheMenuBar) {
   controller->start();
   settle();
   const auto glyph = [](MenuBarPalette::Case palette) {
@@ -119,7 +119,7 @@ TEST_F(MenuBarControllerTest, DrawsForTheBarThatIsBehindTheIcon) {
 
 TEST_F(MenuBarControllerTest, QuitsFromTheMenuAndFromThePanel) {
   controller->start();
-  ASSERT_EQ(host.statusItem.menu.size(), 2U) << "of the menu's actions, those that have a callback";
+  ASSERT_EQ(host.statusItem.menu.size(), 2U) << "only actions with a callback are in the menu";
   EXPECT_EQ(host.statusItem.menu[1].title, "Quit status icon");
   host.statusItem.press(host.statusItem.menu[1]);
   EXPECT_EQ(host.shell.terminations, 1);
@@ -128,7 +128,7 @@ TEST_F(MenuBarControllerTest, QuitsFromTheMenuAndFromThePanel) {
   EXPECT_EQ(host.shell.terminations, 2);
 }
 
-TEST_F(MenuBarControllerTest, TellsThePersonOnceAfterAMinuteWithoutProtection) {
+TEST_F(MenuBarControllerTest, NotifiesOnceAfterAMinuteWithoutProtection) {
   answer({0, reportText("not_protected")});
   controller->start();
   settle();
@@ -139,7 +139,7 @@ TEST_F(MenuBarControllerTest, TellsThePersonOnceAfterAMinuteWithoutProtection) {
   }
 }
 
-TEST_F(MenuBarControllerTest, AnOpenPanelGoesOnWithTheTimeWhileTheHelperHangs) {
+TEST_F(MenuBarControllerTest, AnOpenPanelFollowsTheTimeWhileTheHelperHangs) {
   auto settling = reportText("degraded");
   settling.insert(
       settling.find(R"("verdict")"),
@@ -157,18 +157,7 @@ TEST_F(MenuBarControllerTest, AnOpenPanelGoesOnWithTheTimeWhileTheHelperHangs) {
   EXPECT_NE(panel().header, before.header) << "the deadline has passed";
 }
 
-TEST_F(MenuBarControllerTest, NetworkPreferencesJoinTheSnapshotOfTheSameRefresh) {
-  host.networkPreferences.contentFilter = ContentFilterConfiguration{.hasProvider = true, .enabled = true};
-  host.networkPreferences.transparentProxies =
-      std::vector{TransparentProxyConfiguration{.enabled = true, .connected = true}};
-  controller->start();
-  settle();
-  controller->togglePanel();
-  EXPECT_EQ(panel().protection->egressLock.state.kind, RowState::Case::ok);
-  EXPECT_EQ(panel().health->components[0].state.kind, RowState::Case::ok);
-}
-
-TEST_F(MenuBarControllerTest, EachRefreshRecordsWhatItSawOfTheNetworkExtension) {
+TEST_F(MenuBarControllerTest, EachRefreshRecordsTheStateOfTheNetworkExtension) {
   const auto record = [this] {
     return host.files.read(folder + "egress-lock-configuration.json").value_or("");
   };
@@ -192,7 +181,7 @@ TEST_F(MenuBarControllerTest, EachRefreshRecordsWhatItSawOfTheNetworkExtension) 
   EXPECT_EQ(icons().back(), isProtected) << "nothing depends on the record";
 }
 
-TEST_F(MenuBarControllerTest, ReactivatesTheExtensionOnceAVersionAndOnceAProcess) {
+TEST_F(MenuBarControllerTest, ReactivatesTheExtensionOncePerVersionAndOncePerProcess) {
   const auto pending = [this](const std::string& version) {
     answer({0, R"({"reactivate_pending":true,"reactivate_version":")" + version + "\"," +
                    reportText().substr(1)});
@@ -227,10 +216,10 @@ TEST_F(MenuBarControllerTest, ReactivatesTheExtensionOnceAVersionAndOnceAProcess
   host.mainQueue.advance(5s);
   settle();
   EXPECT_EQ(std::ranges::count_if(host.childProcesses.commands, isReactivation), 1)
-      << "this process had its one";
+      << "this process has reactivated once";
 }
 
-TEST_F(MenuBarControllerTest, TellsOfABlockedContainerOfTheRuntimesThatThePersonChose) {
+TEST_F(MenuBarControllerTest, NotifiesOfABlockedContainerOfTheRuntimesThatTheUserChose) {
   store("ContainerBlockNotifyRuntimes", std::vector<std::string>{"Colima", "Podman"});
   answer({0, blockedReport("protected")});
   controller->start();
@@ -251,7 +240,7 @@ TEST_F(MenuBarControllerTest, SettingsOfOtherTypesCountAsMissing) {
   EXPECT_EQ(host.userNotifications.posted[0].title, "This Mac is not protected");
 }
 
-TEST_F(MenuBarControllerTest, GoesOnWhenTheClockIsSetOrASleepEatsTicks) {
+TEST_F(MenuBarControllerTest, ContinuesWhenTheClockIsSetOrTheMacSleeps) {
   answer({0, reportText("not_protected")});
   controller->start();
   pass(70s);
@@ -261,14 +250,14 @@ TEST_F(MenuBarControllerTest, GoesOnWhenTheClockIsSetOrASleepEatsTicks) {
   EXPECT_EQ(host.userNotifications.posted.size(), 2U) << "a post in the future is no post";
   host.clock.set(host.clock.now() + 24h);
   pass(70s);
-  EXPECT_EQ(host.userNotifications.posted.size(), 3U) << "a day later it is told again";
+  EXPECT_EQ(host.userNotifications.posted.size(), 3U) << "a day later it is posted again";
   answer({0, reportText()});
-  host.clock.set(host.clock.now() + 8h);  // a sleep, in which timers stand still
+  host.clock.set(host.clock.now() + 8h);  // a sleep, in which no timer runs
   pass(5s);
   EXPECT_EQ(icons().back(), isProtected);
 }
 
-TEST_F(MenuBarControllerTest, AnOpenPanelGetsNewContentAndAClosedOneNone) {
+TEST_F(MenuBarControllerTest, OnlyAnOpenPanelIsUpdated) {
   controller->start();
   host.statusItem.click();
   EXPECT_EQ(panel().statusError->text, "checking…") << "no reading has ended yet";
@@ -281,7 +270,7 @@ TEST_F(MenuBarControllerTest, AnOpenPanelGetsNewContentAndAClosedOneNone) {
   host.statusItem.click();
   EXPECT_FALSE(host.screens.isShown);
   EXPECT_EQ(host.shell.activations, 1) << "only opening comes to the front";
-  EXPECT_EQ(host.statusQueue.countWaiting(), 0U) << "closing asks nothing";
+  EXPECT_EQ(host.statusQueue.countWaiting(), 0U) << "closing requests no refresh";
   const auto count = host.screens.panels.size();
   answer({0, reportText()});
   host.mainQueue.advance(5s);
@@ -303,7 +292,7 @@ TEST_F(MenuBarControllerTest, ThePanelIsFortyPointsLowerThanTheScreenButNeverBel
   }
 }
 
-TEST_F(MenuBarControllerTest, DeviceManagementIsAskedOnceAndJoinsTheNextSnapshot) {
+TEST_F(MenuBarControllerTest, DeviceManagementIsProbedOnceAndJoinsTheNextSnapshot) {
   const auto lock = [this] { return panel().protection->egressLock.state.text; };
   answer({0, reportText()}, "Yes (User Approved)");
   controller->start();
@@ -322,7 +311,7 @@ TEST_F(MenuBarControllerTest, DeviceManagementIsAskedOnceAndJoinsTheNextSnapshot
   EXPECT_EQ(std::ranges::count_if(host.childProcesses.commands, isProbe), 1);
 }
 
-TEST_F(MenuBarControllerTest, TheHealthOfACheckInOutlastsARefreshThatBeganBeforeIt) {
+TEST_F(MenuBarControllerTest, TheHealthOfACheckInOutlastsAnEarlierRefresh) {
   const auto checkIn = [this] {
     host.unixSockets.answers.push_back({R"({"ok":true,"health":{"verdict":"not_protected"}})"});
     host.statusItem.press(host.statusItem.menu[0]);
@@ -332,7 +321,7 @@ TEST_F(MenuBarControllerTest, TheHealthOfACheckInOutlastsARefreshThatBeganBefore
   host.files.put(std::string(ControlSocket::socketPath), "socket");
   controller->start();
   settle();
-  host.mainQueue.advance(5s);  // began, and reads nothing new
+  host.mainQueue.advance(5s);  // starts a refresh with the old report
   checkIn();
   EXPECT_EQ(icons().back(), notProtected);
   host.statusQueue.runNext();
@@ -341,27 +330,10 @@ TEST_F(MenuBarControllerTest, TheHealthOfACheckInOutlastsARefreshThatBeganBefore
   EXPECT_EQ(icons().back(), notProtected);
   EXPECT_EQ(host.statusQueue.countWaiting(), 2U) << "a check-in requests a refresh";
   settle();
-  EXPECT_EQ(icons().back(), isProtected) << "what began after it is fresher";
+  EXPECT_EQ(icons().back(), isProtected) << "a later refresh replaces it";
 }
 
-TEST_F(MenuBarControllerTest, AnOpenPanelShowsTheNoticeOfACheckInForSixSeconds) {
-  controller->start();
-  settle();
-  controller->togglePanel();
-  settle();
-  host.screens.press(panel().headerButtons.at(0));
-  EXPECT_FALSE(panel().headerButtons.at(0).isEnabled);
-  settle();
-  EXPECT_TRUE(panel().headerButtons.at(0).isEnabled);
-  ASSERT_EQ(panel().notices.size(), 1U);
-  EXPECT_TRUE(panel().notices[0].starts_with("Check-in failed: ")) << panel().notices[0];
-  host.mainQueue.advance(5999ms);
-  EXPECT_EQ(panel().notices.size(), 1U);
-  host.mainQueue.advance(1ms);
-  EXPECT_EQ(panel().notices.size(), 0U);
-}
-
-TEST_F(MenuBarControllerTest, BackgroundWorkOfAControllerThatIsGoneEndsQuietly) {
+TEST_F(MenuBarControllerTest, BackgroundWorkOfADestroyedControllerEndsSilently) {
   controller->start();
   controller->refresh();
   host.statusQueue.runNext();
@@ -373,7 +345,7 @@ TEST_F(MenuBarControllerTest, BackgroundWorkOfAControllerThatIsGoneEndsQuietly) 
   EXPECT_EQ(icons(), std::vector<std::string>{unreported});
 }
 
-TEST_F(MenuBarControllerTest, OpeningThePanelOverAndOverNeverWaitsForTheNextTick) {
+TEST_F(MenuBarControllerTest, RepeatedOpeningOfThePanelNeverWaitsForTheNextTick) {
   controller->start();
   settle();
   pass(5s);
@@ -386,7 +358,7 @@ TEST_F(MenuBarControllerTest, OpeningThePanelOverAndOverNeverWaitsForTheNextTick
   }
 }
 
-TEST_F(MenuBarControllerTest, AHangingHelperTurnsTheIconWithinTwentySecondsAndIsFollowedOnceItAnswers) {
+TEST_F(MenuBarControllerTest, AHangingHelperChangesTheIconWithinTwentySecondsUntilItAnswers) {
   controller->start();
   settle();
   EXPECT_EQ(icons().back(), isProtected);
@@ -398,7 +370,7 @@ TEST_F(MenuBarControllerTest, AHangingHelperTurnsTheIconWithinTwentySecondsAndIs
   EXPECT_EQ(icons().back(), isProtected);
 }
 
-TEST_F(MenuBarControllerTest, ALoadThatNeverCompletesIsNoRecordAndNoChangeOfTheNetworkExtension) {
+TEST_F(MenuBarControllerTest, AnUnfinishedLoadIsNoRecordAndNoChangeOfTheNetworkExtension) {
   const auto file = folder + "egress-lock-configuration.json";
   host.networkPreferences.contentFilter = ContentFilterConfiguration{.hasProvider = true, .enabled = true};
   host.files.put(std::string(ControlSocket::socketPath), "socket");
@@ -410,7 +382,7 @@ TEST_F(MenuBarControllerTest, ALoadThatNeverCompletesIsNoRecordAndNoChangeOfTheN
   pass(30s);
   controller->togglePanel();
   EXPECT_NE(panel().protection->egressLock.state.kind, RowState::Case::ok)
-      << "what is unknown is not shown as on";
+      << "an unknown lock is not shown as on";
   EXPECT_EQ(host.files.read(file), record);
   host.networkPreferences.isDeferred = false;
   pass(70s);

@@ -56,7 +56,7 @@ struct PanelActionRunnerTest : testing::Test {
   StatusPanelActions callbacks;
 };
 
-TEST_F(PanelActionRunnerTest, ACheckInOfThePersonShowsThatItRunsAndThenItsLatestNotice) {
+TEST_F(PanelActionRunnerTest, ACheckInByTheUserShowsItsProgressAndThenItsNotice) {
   answer(R"({"ok":true,"checked_in":true,"health":{"verdict":"degraded"}})");
   callbacks.checkNow();
   callbacks.checkNow();
@@ -77,14 +77,14 @@ TEST_F(PanelActionRunnerTest, ACheckInOfThePersonShowsThatItRunsAndThenItsLatest
   EXPECT_EQ(model.checkinNotice, "Skipped");
   EXPECT_EQ(applied, std::nullopt) << "health that cannot be read";
   host.mainQueue.advance(5999ms);
-  EXPECT_EQ(model.checkinNotice, "Skipped") << "the time of the first is not that of the second";
+  EXPECT_EQ(model.checkinNotice, "Skipped") << "the timer of the first notice does not end the second";
   const auto before = host.screens.panels.size();
   host.mainQueue.advance(1ms);
   EXPECT_EQ(model.checkinNotice, std::nullopt);
   EXPECT_GT(host.screens.panels.size(), before);
 }
 
-TEST_F(PanelActionRunnerTest, ACheckInForAnotherReasonShowsNothingButItsHealth) {
+TEST_F(PanelActionRunnerTest, ACheckInForAnotherReasonShowsOnlyItsHealth) {
   answer(R"({"ok":true,"checked_in":true,"health":{"verdict":"protected"}})");
   actions->checkNow("network");
   EXPECT_FALSE(model.checkinInFlight);
@@ -135,7 +135,7 @@ TEST_F(PanelActionRunnerTest, DiagnosticsAreSentAndAnEarlierSendingIsRemembered)
   EXPECT_FALSE(model.sendDiagnosticsInFlight);
 }
 
-TEST_F(PanelActionRunnerTest, AnUpdateIsInstalledOnlyWhenThePersonSaysSo) {
+TEST_F(PanelActionRunnerTest, AnUpdateIsInstalledOnlyWhenTheUserConfirms) {
   callbacks.installUpdate();
   callbacks.installUpdate();
   ASSERT_EQ(host.alerts.shown.size(), 1U);
@@ -155,7 +155,7 @@ TEST_F(PanelActionRunnerTest, AnUpdateIsInstalledOnlyWhenThePersonSaysSo) {
   EXPECT_TRUE(model.updateInFlight);
 }
 
-TEST_F(PanelActionRunnerTest, AnUpdateThatCannotBeStartedIsToldAndMayBeTriedAgain) {
+TEST_F(PanelActionRunnerTest, AnUpdateThatCannotBeStartedIsShownAndMayBeRetried) {
   callbacks.installUpdate();
   answer(R"({"ok":false,"error":"unknown action"})");
   host.alerts.press(0);
@@ -195,7 +195,7 @@ TEST_F(PanelActionRunnerTest, AnUpdateSettlesWhenNoneIsOfferedOrAfterAQuarterOfA
   }
 }
 
-TEST_F(PanelActionRunnerTest, ALockThatCannotBeSavedIsLoggedAndTheStatusReadAnew) {
+TEST_F(PanelActionRunnerTest, ALockThatCannotBeSavedIsLoggedAndTheStatusReadAgain) {
   host.networkPreferences.contentFilter = ContentFilterConfiguration{};
   callbacks.enableEgressLock();
   settle();
@@ -206,12 +206,12 @@ TEST_F(PanelActionRunnerTest, ALockThatCannotBeSavedIsLoggedAndTheStatusReadAnew
   callbacks.enableEgressLock();
   callbacks.enableEgressLock();
   settle();
-  EXPECT_EQ(refreshes, 2) << "the second press came while the first was at work";
+  EXPECT_EQ(refreshes, 2) << "the second press came while the first was in progress";
   EXPECT_EQ(host.log.lines, Lines{"ostrel: could not save the content filter: permission denied"});
   EXPECT_EQ(host.alerts.shown.size(), 0U);
 }
 
-TEST_F(PanelActionRunnerTest, AFilterThatCannotBeSavedIsLoggedThenReadAnewThenTold) {
+TEST_F(PanelActionRunnerTest, AFilterThatCannotBeSavedIsLoggedThenReadAgainThenShown) {
   callbacks.enableTransparentProxy();
   settle();
   EXPECT_TRUE(host.networkPreferences.transparentProxies->at(0).connected);
@@ -230,7 +230,7 @@ TEST_F(PanelActionRunnerTest, AFilterThatCannotBeSavedIsLoggedThenReadAnewThenTo
   EXPECT_EQ(host.alerts.shown[0].text, "save proxy prefs: permission denied");
 }
 
-TEST_F(PanelActionRunnerTest, ATrustThatFailsIsToldOneThatIsDeclinedIsNot) {
+TEST_F(PanelActionRunnerTest, AFailedTrustIsShownButADeclinedOneIsNot) {
   host.files.folders.insert("/tmp");
   const char* certificate = R"({"ok":true,"ca_trusted":false,"ca_cert_pem":"PEM"})";
   answer(certificate);
@@ -251,7 +251,7 @@ TEST_F(PanelActionRunnerTest, ATrustThatFailsIsToldOneThatIsDeclinedIsNot) {
   EXPECT_EQ(host.log.lines.size(), 1U);
 }
 
-TEST_F(PanelActionRunnerTest, WorkOfAPanelThatIsGoneEndsQuietly) {
+TEST_F(PanelActionRunnerTest, WorkOfADestroyedPanelEndsSilently) {
   host.childProcesses.answer = [](const auto&) { return ChildResult{0, "{}"}; };
   host.networkPreferences.contentFilter = ContentFilterConfiguration{};
   for (const auto& work :

@@ -7,13 +7,13 @@
 namespace ostrel {
 namespace {
 
-TEST(SingleInstanceLock, BelongsToTheFirstUntilItEndsAndNeverKeepsThePersonFromTheIcon) {
+TEST(SingleInstanceLock, BelongsToTheFirstUntilItExitsAndNeverPreventsTheIcon) {
   FakeHost host;
   auto& instance = host.menuBarInstance;
   const auto claim = [&] { return claimMenuBar(instance, host.standardStreams, host.log); };
   auto first = claim();
   ASSERT_TRUE(first && *first);
-  EXPECT_EQ(instance.patiences.back(), std::chrono::seconds(3)) << "an earlier agent may be ending";
+  EXPECT_EQ(instance.timeouts.back(), std::chrono::seconds(3)) << "an earlier agent may be ending";
   EXPECT_EQ(host.standardStreams.error, "");
   EXPECT_FALSE(claim());
   EXPECT_EQ(host.standardStreams.error, "the menu-bar agent is running already\n");

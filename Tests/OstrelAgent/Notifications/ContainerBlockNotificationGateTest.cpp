@@ -19,7 +19,7 @@ TEST(ContainerBlockNotificationGate, PostsForEnabledRuntimesInTheOrderOfTheRepor
             (std::map<std::string, Date>{{"Podman", now}, {"Lima", now}, {"Colima", now - 1h}}));
 }
 
-TEST(ContainerBlockNotificationGate, TellsOfARuntimeAgainAfterADay) {
+TEST(ContainerBlockNotificationGate, ReportsARuntimeAgainAfterADay) {
   const std::pair<Date, bool> rows[] = {
       {now, false},      {now - 24h + 1ms, false}, {now - 24h, true},
       {now + 1ms, true}, {Date::min(), true},      {Date::max(), true},

@@ -24,7 +24,7 @@ struct Readings {
   int posts = 0;
 };
 
-TEST(RedNotificationGate, PostsOnceAMinuteHasGatheredInFive) {
+TEST(RedNotificationGate, PostsAfterOneRedMinuteWithinFive) {
   // One letter every five seconds: red, green, unreported, or none at all.
   struct Row {
     std::string_view readings;
@@ -57,7 +57,7 @@ TEST(RedNotificationGate, PostsOnceAMinuteHasGatheredInFive) {
   }
 }
 
-TEST(RedNotificationGate, CountsOfASpanOnlyWhatLiesInTheLastFiveMinutes) {
+TEST(RedNotificationGate, CountsOnlyThePartOfASpanWithinTheLastFiveMinutes) {
   struct Row {
     RedSpan closed;
     std::chrono::milliseconds running;
@@ -107,7 +107,7 @@ TEST(RedNotificationGate, ForgetsItsPostAfterAnHourThatIsNotRed) {
   }
 }
 
-TEST(RedNotificationGate, AClockThatWasSetBackAllowsAPostAndDropsTheSpansAhead) {
+TEST(RedNotificationGate, AClockSetBackAllowsAPostAndDropsFutureSpans) {
   const RedSpan running{start - 60s, start};
   for (const auto postedAt : {start + 1ms, Date::max(), Date::min(), start - 24h}) {
     const auto outcome = RedNotificationGate::evaluate({Case::notProtected}, postedAt, {}, running, start);

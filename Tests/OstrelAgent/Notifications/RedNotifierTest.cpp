@@ -22,7 +22,7 @@ struct RedNotifierTest : testing::Test {
         RedNotifier::Services{host.userNotifications, host.userDefaults, host.log}, [this] { ++fixes; });
   }
 
-  /// Readings of that verdict every five seconds, from now on and at the end.
+  /// Observes that verdict every five seconds, from now until the end inclusive.
   void observe(Case verdict, std::chrono::milliseconds duration) {
     for (const Date end = host.clock.now() + duration; host.clock.now() <= end; host.mainQueue.advance(5s)) {
       notifier->observe({verdict}, host.clock.now());
@@ -63,14 +63,7 @@ TEST_F(RedNotifierTest, PostsWithSoundAndAFixAndRemembersItOverARestart) {
   EXPECT_EQ(posts(), 3U);
 }
 
-TEST_F(RedNotifierTest, AStoredTimeThatIsNoDateCountsAsNone) {
-  ASSERT_TRUE(host.userDefaults.set(postedAtKey, std::string("yesterday")));
-  observe(Case::notProtected, 1min);
-  EXPECT_EQ(posts(), 1U);
-  EXPECT_TRUE(host.userDefaults.get<Date>(postedAtKey));
-}
-
-TEST_F(RedNotifierTest, TellsNobodyTwiceWhereNothingCanBeStored) {
+TEST_F(RedNotifierTest, PostsOnceThoughNothingCanBeStored) {
   host.userDefaults.writeError = PlatformError{posixErrorDomain, ENOSPC, "No space left on device"};
   observe(Case::notProtected, 5min);
   EXPECT_EQ(posts(), 1U);
@@ -94,7 +87,7 @@ TEST_F(RedNotifierTest, AFailedPostIsLoggedAndNotRepeated) {
                                 "ostrel: could not post the container-blocked notification: not allowed"}));
 }
 
-TEST_F(RedNotifierTest, TellsTheLogAtItsStartThatNothingCanBeShown) {
+TEST_F(RedNotifierTest, MissingAuthorizationIsLoggedAtTheStart) {
   for (const auto authorization :
        {NotificationAuthorization::authorized, NotificationAuthorization::denied}) {
     host.userNotifications.authorization = authorization;
@@ -107,7 +100,7 @@ TEST_F(RedNotifierTest, TellsTheLogAtItsStartThatNothingCanBeShown) {
   EXPECT_EQ(host.userNotifications.requests, 0) << "asking is for the onboarding window";
 }
 
-TEST_F(RedNotifierTest, ABlockedContainerIsToldOncePerRuntimeAndDay) {
+TEST_F(RedNotifierTest, ABlockedContainerIsReportedOncePerRuntimeAndDay) {
   const Date now = host.clock.now();
   ASSERT_TRUE(host.userDefaults.set(blocksKey, Dates{{"Colima", now}}));
   for (const auto later : {0h, 1h, 24h}) {
@@ -126,7 +119,7 @@ TEST_F(RedNotifierTest, ABlockedContainerIsToldOncePerRuntimeAndDay) {
             (Dates{{"Podman", now + 24h}, {"Colima", now + 24h}, {"Lima", now + 24h}}));
 }
 
-TEST_F(RedNotifierTest, AClickOpensWhatTheNotificationNames) {
+TEST_F(RedNotifierTest, AClickOpensTheTargetOfTheNotification) {
   using Answer = NotificationResponse::Case;
   struct Row {
     NotificationResponse response;
@@ -144,7 +137,7 @@ TEST_F(RedNotifierTest, AClickOpensWhatTheNotificationNames) {
       {{Answer::opened, "another"}, 0, 0},
   };
   notifier->start();
-  host.userNotifications.respond({Answer::opened, containerBlocked});  // there is nothing to open yet
+  host.userNotifications.respond({Answer::opened, containerBlocked});  // no callback is set yet
   int guides = 0;
   notifier->openContainerTrust = [&guides] { ++guides; };
   for (const auto& row : rows) {
@@ -156,7 +149,7 @@ TEST_F(RedNotifierTest, AClickOpensWhatTheNotificationNames) {
   notifier.reset();
   fixes = 0;
   host.userNotifications.respond({Answer::opened, notProtected});
-  EXPECT_EQ(fixes, 0) << "of a notifier that has gone";
+  EXPECT_EQ(fixes, 0) << "of a destroyed notifier";
 }
 
 }  // namespace

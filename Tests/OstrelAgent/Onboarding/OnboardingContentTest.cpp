@@ -39,7 +39,7 @@ std::ptrdiff_t countPrimary(const OnboardingContent& content) {
   return std::ranges::count(content.allButtons(), true, &OnboardingButton::isPrimary);
 }
 
-TEST(OnboardingContent, TitleSymbolAndTintGoByStageOutcomeAndMode) {
+TEST(OnboardingContent, TitleSymbolAndTintFollowStageOutcomeAndMode) {
   struct Row {
     OnboardingStage stage;
     SetupObservation observation;
@@ -81,7 +81,7 @@ TEST(OnboardingContent, TitleSymbolAndTintGoByStageOutcomeAndMode) {
   }
 }
 
-TEST(OnboardingContent, EachStageOffersWhatLeadsOn) {
+TEST(OnboardingContent, EachStageOffersItsButtons) {
   const auto needed = onboardingContent(modelAt(stages::TrustNeeded{"why"}), false);
   EXPECT_EQ(needed.paragraphs.back(), "why");
   EXPECT_EQ(needed.paragraphs.size(), 2u);
@@ -97,7 +97,7 @@ TEST(OnboardingContent, EachStageOffersWhatLeadsOn) {
   EXPECT_EQ(enrolling.progress, "Enrolling this device…");
 }
 
-TEST(OnboardingContent, TheChecklistHasOnePrimaryButtonForTheFirstStepThatCanBeHelped) {
+TEST(OnboardingContent, TheFirstUnfinishedStepHasTheOnePrimaryButton) {
   struct Row {
     SetupObservation observation;
     std::vector<OnboardingAction> actions;
@@ -120,7 +120,7 @@ TEST(OnboardingContent, TheChecklistHasOnePrimaryButtonForTheFirstStepThatCanBeH
   }
 }
 
-TEST(OnboardingContent, ActivationAndActionErrorsStandAtTheirOwnRows) {
+TEST(OnboardingContent, ActivationAndActionErrorsShowAtTheirOwnRows) {
   auto model = modelAt(stages::Checklist{});
   model.activation = activationstate::AwaitingApproval{"line"};
   model.actionError = {OnboardingChecklist::Step::proxy, "no filter"};

@@ -23,7 +23,8 @@ constexpr const char* jobFile = "/Users/robin/Library/LaunchAgents/tech.brenn.os
 
 using Errors = std::vector<std::string>;
 using Proxies = std::vector<TransparentProxyConfiguration>;
-/// The flow over a host of fakes: what the status report, the daemon and the tools answer is the test's.
+
+/// The flow over a host of fakes: the test sets the answers of helper, daemon and tools.
 struct OnboardingFlowControllerTest : testing::Test {
   OnboardingFlowControllerTest() {
     host.files.putExecutable(host.bundle.path() + "/Contents/Helpers/ostrel-agent-endpoint");
@@ -162,7 +163,7 @@ TEST_F(OnboardingFlowControllerTest, LeadsFromATokenToAnActivationThatAsksForApp
   EXPECT_FALSE(host.userDefaults.value("OnboardingFlowProcessID"));
 }
 
-TEST_F(OnboardingFlowControllerTest, AnEnrolledMacGoesStraightToTheTrustOnceWhoeverFindsItFirst) {
+TEST_F(OnboardingFlowControllerTest, AnEnrolledMacAsksForTrustOnceWhicheverPollFindsIt) {
   for (const bool isJobInstalled : {false, true}) {
     if (isJobInstalled) host.files.put(jobFile, "job");
     host.childProcesses.commands.clear();
@@ -182,7 +183,7 @@ TEST_F(OnboardingFlowControllerTest, AnEnrolledMacGoesStraightToTheTrustOnceWhoe
   }
 }
 
-TEST_F(OnboardingFlowControllerTest, ATrustThatIsDismissedOrFailsSaysSoAndIsTriedAgainAsBefore) {
+TEST_F(OnboardingFlowControllerTest, ADismissedOrFailedTrustIsShownAndCanBeRetried) {
   answer({R"({"ok":true,"enrolled":true})", certificate});
   securityResult = ChildResult{1, "", "The authorization was canceled by the user."};
   open();
@@ -196,10 +197,10 @@ TEST_F(OnboardingFlowControllerTest, ATrustThatIsDismissedOrFailsSaysSoAndIsTrie
             "macOS refused to trust the device certificate (security exited 9).");
   answer({isTrusted});
   press(retryTrust);
-  EXPECT_EQ(countRuns("activate"), 1) << "what was to follow the first attempt follows the last";
+  EXPECT_EQ(countRuns("activate"), 1) << "the activation follows the last attempt";
 }
 
-TEST_F(OnboardingFlowControllerTest, InRepairATrustThatIsOwedIsAskedForUntilItIsResolved) {
+TEST_F(OnboardingFlowControllerTest, ARepairAsksForAnOwedTrustUntilItIsResolved) {
   isEnrolled = true;
   isTrustPending = true;
   open(OnboardingMode::repair);
@@ -214,7 +215,7 @@ TEST_F(OnboardingFlowControllerTest, InRepairATrustThatIsOwedIsAskedForUntilItIs
   EXPECT_TRUE(host.unixSockets.connections.empty()) << "a repair does not ask whether the Mac is enrolled";
 }
 
-TEST_F(OnboardingFlowControllerTest, AHelperThatTakesSixSecondsIsFollowedAtEveryPoll) {
+TEST_F(OnboardingFlowControllerTest, ASlowHelperIsShownAtEveryPoll) {
   open(OnboardingMode::repair);
   host.mainQueue.advance(OnboardingFlowController::pollPeriod);
   ASSERT_EQ(host.statusQueue.countWaiting(), 4U) << "the next poll has begun before the first ends";
@@ -225,7 +226,7 @@ TEST_F(OnboardingFlowControllerTest, AHelperThatTakesSixSecondsIsFollowedAtEvery
   EXPECT_EQ(row(Step::approval).state, ChecklistStepState::satisfied);
 }
 
-TEST_F(OnboardingFlowControllerTest, ErrorsOfSettingsAndFilterStandAtTheirRowsUntilMended) {
+TEST_F(OnboardingFlowControllerTest, ErrorsOfSettingsAndFilterShowAtTheirRowsUntilFixed) {
   open(OnboardingMode::repair);
   workspace.canOpenUrls = false;
   press(openExtensionSettings);
@@ -247,7 +248,7 @@ TEST_F(OnboardingFlowControllerTest, ErrorsOfSettingsAndFilterStandAtTheirRowsUn
   EXPECT_EQ(row(Step::proxy).state, ChecklistStepState::satisfied);
 }
 
-TEST_F(OnboardingFlowControllerTest, AnActivationThatCannotStartSaysWhyAndCanBeTriedAgain) {
+TEST_F(OnboardingFlowControllerTest, AnActivationThatCannotStartShowsWhyAndCanBeRetried) {
   open(OnboardingMode::repair);
   activationResult = std::unexpected(PlatformError{posixErrorDomain, 2, "No such file or directory"});
   window.press(reopenApprovalPrompt);
@@ -261,7 +262,7 @@ TEST_F(OnboardingFlowControllerTest, AnActivationThatCannotStartSaysWhyAndCanBeT
   EXPECT_EQ(row(Step::approval).errors, Errors{"Activation exited with status 3."});
 }
 
-TEST_F(OnboardingFlowControllerTest, WhatIsAnsweredAfterTheWindowClosedIsDropped) {
+TEST_F(OnboardingFlowControllerTest, AnswersAfterTheWindowClosedAreDropped) {
   answer({R"({"ok":true,"enrolled":false})", R"({"ok":true})"});
   open();
   runAll();
@@ -290,7 +291,7 @@ TEST_F(OnboardingFlowControllerTest, ClosingEndsAnActivationThatRuns) {
   EXPECT_EQ(host.shell.terminations, 1);
 }
 
-TEST_F(OnboardingFlowControllerTest, WhatCannotBeReadMakesItsRowsUnreadable) {
+TEST_F(OnboardingFlowControllerTest, UnreadableInputsMakeTheirRowsUnreadable) {
   using enum ChecklistStepState;
   constexpr const char* withoutHealth =
       R"({"version":"1","ca_trusted":true,"token_present":true,"token_managed":false,"daemon_listening":true})";
@@ -324,7 +325,7 @@ TEST_F(OnboardingFlowControllerTest, WhatCannotBeReadMakesItsRowsUnreadable) {
   }
 }
 
-TEST_F(OnboardingFlowControllerTest, AHelperThatHangsDoesNotLeaveAnOldGreenStanding) {
+TEST_F(OnboardingFlowControllerTest, AHangingHelperDoesNotLeaveAnOldSuccessShown) {
   extensionCode = "SYSEXT_DIVERTING";
   verdict = "protected";
   host.networkPreferences.transparentProxies = Proxies{{true, true}};
@@ -336,7 +337,7 @@ TEST_F(OnboardingFlowControllerTest, AHelperThatHangsDoesNotLeaveAnOldGreenStand
   EXPECT_EQ(title(), "Get this Mac protected again");
 }
 
-TEST_F(OnboardingFlowControllerTest, ADaemonThatIsGoneIsToldAtEachStage) {
+TEST_F(OnboardingFlowControllerTest, AMissingDaemonIsReportedAtEachStage) {
   const auto enrolError = [this] {
     press(enrol);
     return window.shown().tokenField->error;
@@ -366,15 +367,16 @@ TEST_F(OnboardingFlowControllerTest, ADaemonThatIsGoneIsToldAtEachStage) {
   answer({R"({"ok":true})"});
   host.unixSockets.answers.push_back({});
   press(enrol);
-  EXPECT_EQ(title(), "Setup isn't finished") << "gone before the certificate";
+  EXPECT_EQ(title(), "Setup isn't finished") << "the daemon closes before the certificate";
   answer({certificate});
   host.unixSockets.answers.push_back({});
   press(retryTrust);
-  EXPECT_EQ(title(), "Setup isn't finished") << "gone before it tells whether the certificate is trusted";
+  EXPECT_EQ(title(), "Setup isn't finished")
+      << "the daemon closes before it says whether the certificate is trusted";
   EXPECT_EQ(countRuns("activate"), 0);
 }
 
-TEST_F(OnboardingFlowControllerTest, ATokenGoesToTheDaemonWholeAndOnce) {
+TEST_F(OnboardingFlowControllerTest, ATokenIsSentToTheDaemonWholeAndOnce) {
   for (const auto& typed : {"zq_enroll_" + std::string(65536, 'x'), std::string(" zq_enroll_a\nb\n")}) {
     host.unixSockets.connections.clear();
     answer({R"({"ok":true,"enrolled":false})"});
@@ -392,7 +394,7 @@ TEST_F(OnboardingFlowControllerTest, ATokenGoesToTheDaemonWholeAndOnce) {
   }
 }
 
-TEST_F(OnboardingFlowControllerTest, TheActivationsProgressIsThatOfItsLastPiece) {
+TEST_F(OnboardingFlowControllerTest, TheProgressOfAnActivationIsItsLatestOutput) {
   open(OnboardingMode::repair);
   Errors progress;
   host.childProcesses.whileRunning = [&](const ChildCommand& command, const auto&,
@@ -408,7 +410,7 @@ TEST_F(OnboardingFlowControllerTest, TheActivationsProgressIsThatOfItsLastPiece)
     host.statusQueue.runAll();
     host.mainQueue.runAll();
     EXPECT_EQ(row(Step::approval).state, ChecklistStepState::satisfied);
-    EXPECT_EQ(row(Step::approval).progress, "Approval Required") << "polls leave a run that goes on alone";
+    EXPECT_EQ(row(Step::approval).progress, "Approval Required") << "polls do not change a run in progress";
     extensionCode = "";
   };
   activationResult = ChildResult{9, "", ""};
@@ -421,7 +423,7 @@ TEST_F(OnboardingFlowControllerTest, TheActivationsProgressIsThatOfItsLastPiece)
   EXPECT_EQ(row(Step::approval).errors, Errors());
   extensionCode = "";
   poll();
-  EXPECT_EQ(row(Step::approval).errors, Errors()) << "what was mended does not come back";
+  EXPECT_EQ(row(Step::approval).errors, Errors()) << "a resolved error does not return";
   host.bundle.executable = "";
   press(reopenApprovalPrompt);
   EXPECT_EQ(row(Step::approval).errors, Errors{"Could not locate the Ostrel Agent app executable."});
@@ -443,13 +445,13 @@ TEST_F(OnboardingFlowControllerTest, EachFailureOfTheFilterNamesItsStage) {
     poll();
     const auto first = window.contents.size();
     press(turnOnNetworkFilter);
-    const auto isTold = std::ranges::any_of(
+    const auto isShown = std::ranges::any_of(
         window.contents | std::views::drop(first), [text = words](const OnboardingContent& content) {
           const auto& errors = content.rows.at(1).errors;
           return !errors.empty() && errors[0].starts_with("Couldn't turn the network filter on (") &&
                  errors[0].contains(text);
         });
-    EXPECT_TRUE(isTold) << words;
+    EXPECT_TRUE(isShown) << words;
   }
 }
 
@@ -472,7 +474,7 @@ TEST_F(OnboardingFlowControllerTest, ASecondPressStartsNothingTwice) {
   EXPECT_TRUE(window.shown().allButtons().empty()) << "a trust that runs is not started again";
 }
 
-TEST_F(OnboardingFlowControllerTest, OnTheFirstWayTheChecklistStaysThoughTrustIsOwed) {
+TEST_F(OnboardingFlowControllerTest, TheChecklistOfOnboardingStaysThoughTrustIsOwed) {
   isEnrolled = isTrustPending = true;
   answer({R"({"ok":true,"enrolled":true})", isTrusted});
   open();

@@ -26,7 +26,7 @@ SetupObservation diverting() {
           .verdict = "protected"};
 }
 
-TEST(OnboardingFlow, AnEventThatDoesNotConcernTheStageMovesNothing) {
+TEST(OnboardingFlow, AnEventOfAnotherStageChangesNothing) {
   const std::pair<OnboardingStage, Kind> rows[] = {
       {stages::Enrolling{}, Kind::tokenRejected},      {stages::Checklist{}, Kind::tokenRejected},
       {stages::Trusting{}, Kind::enrolmentFailed},     {stages::Checklist{}, Kind::enrolmentFailed},
@@ -43,7 +43,7 @@ TEST(OnboardingFlow, AnEventThatDoesNotConcernTheStageMovesNothing) {
   EXPECT_EQ(initialStage(OnboardingMode::repair), OnboardingStage(stages::Checklist{}));
 }
 
-TEST(OnboardingFlow, SomeCodesProveApprovalAndFewerThatInstallsAreInspected) {
+TEST(OnboardingFlow, CodesProveApprovalAndSomeOfThemInspection) {
   const std::pair<const char*, ChecklistStepState> rows[] = {
       {"SYSEXT_DIVERTING", satisfied},        {"SYSEXT_IDLE", satisfied},
       {"SYSEXT_LAGS_DAEMON", satisfied},      {"SYSEXT_PROXY_DISABLED", pending},
@@ -58,7 +58,7 @@ TEST(OnboardingFlow, SomeCodesProveApprovalAndFewerThatInstallsAreInspected) {
   }
 }
 
-TEST(OnboardingFlow, ReadsTheStepsInTheOrderOfItsRules) {
+TEST(OnboardingFlow, TheStateOfAStepIsDecidedInTheOrderOfItsRules) {
   const auto with = [](auto change) {
     auto observation = diverting();
     change(observation);
@@ -114,7 +114,7 @@ TEST(OnboardingFlow, TheVerdictCountsOnceAllStepsAreSatisfied) {
   }
 }
 
-TEST(OnboardingFlow, TellsProgressByTheLastLineThatSaysSomething) {
+TEST(OnboardingFlow, ProgressIsTheLastLineThatIsNotBlank) {
   using namespace activationstate;
   const std::pair<std::string_view, std::optional<ActivationState>> rows[] = {
       {"", std::nullopt},
@@ -127,7 +127,7 @@ TEST(OnboardingFlow, TellsProgressByTheLastLineThatSaysSomething) {
   for (const auto& [chunk, state] : rows) EXPECT_EQ(activationOfProgress(chunk), state) << chunk;
 }
 
-TEST(OnboardingFlow, TellsAFailedActivationByItsOwnWordsElseByItsStatus) {
+TEST(OnboardingFlow, AFailedActivationShowsItsErrorOrItsStatus) {
   using namespace activationstate;
   EXPECT_EQ(activationAfterExit(0, "noise"), ActivationState(Idle{}));
   EXPECT_EQ(activationAfterExit(1, "  broken \n"), ActivationState(Failed{"broken"}));
@@ -135,7 +135,7 @@ TEST(OnboardingFlow, TellsAFailedActivationByItsOwnWordsElseByItsStatus) {
   EXPECT_EQ(activationAfterExit(9, "\xFF"), ActivationState(Failed{"Activation exited with status 9."}));
 }
 
-TEST(OnboardingFlow, TakesATokenByItsPrefixAndTrimsIt) {
+TEST(OnboardingFlow, ATokenIsAcceptedByItsPrefixAndTrimmed) {
   EXPECT_EQ(acceptableToken("  zq_enroll_x\n"), "zq_enroll_x");
   EXPECT_EQ(acceptableToken("zq_enroll_a\nb"), "zq_enroll_a\nb");
   for (const char* typed :

@@ -57,7 +57,7 @@ TEST_F(RepairFlowTest, ASecondPressStartsNoSecondFlowUnlessTheFirstHasDied) {
   EXPECT_EQ(host.childProcesses.started.size(), 4U + 1U) << "nothing was started, and nothing shows";
 }
 
-TEST_F(RepairFlowTest, TellsTheLogWhatKeepsItFromStarting) {
+TEST_F(RepairFlowTest, AFailedStartIsLoggedWithItsReason) {
   host.childProcesses.startResult = std::unexpected(PlatformError{posixErrorDomain, EACCES, "denied"});
   open();
   host.bundle.executable.clear();

@@ -9,15 +9,15 @@ namespace ostrel {
 namespace {
 
 using namespace std::chrono_literals;
-using readings::health;
-using readings::healthy;
+using builders::health;
+using builders::healthy;
 
 std::vector<AttentionItem> cards(const Snapshot& snapshot) {
   const auto failure = guardFailure(snapshot);
   const auto guard = guardRollup(snapshot);
   const auto lock = egressLockState(snapshot);
   const auto rows = components(snapshot);
-  return attentionItems(snapshot, {failure, guard, lock, rows}, readings::now, readings::times());
+  return attentionItems(snapshot, {failure, guard, lock, rows}, builders::now, builders::times());
 }
 
 /// The buttons of all cards: "guard: Fix… openRepairFlow; ".
@@ -30,7 +30,7 @@ std::string buttons(const Snapshot& snapshot) {
   return all;
 }
 
-TEST(AttentionItems, TellWhatToDoOrWhenItClears) {
+TEST(AttentionItems, SayWhatToDoOrWhenItClears) {
   struct Row {
     const char* code;
     bool selfHealing;
@@ -49,12 +49,12 @@ TEST(AttentionItems, TellWhatToDoOrWhenItClears) {
   for (const auto& row : rows) {
     auto component = health("broken", "", row.code);
     component.selfHealing = row.selfHealing;
-    if (row.clears) component.expectedClearBy = readings::now + *row.clears;
-    EXPECT_EQ(ComponentNote::actionFor(component, readings::now, readings::times()), row.action);
+    if (row.clears) component.expectedClearBy = builders::now + *row.clears;
+    EXPECT_EQ(ComponentNote::actionFor(component, builders::now, builders::times()), row.action);
   }
 }
 
-TEST(AttentionItems, StandInTheirOrderAndOnlyForWhatNeedsAttention) {
+TEST(AttentionItems, AreOrderedAndOnlyForWhatNeedsAttention) {
   EXPECT_TRUE(cards(healthy()).empty());
   auto snapshot = healthy();
   snapshot.sysextActive = snapshot.caTrusted = false;

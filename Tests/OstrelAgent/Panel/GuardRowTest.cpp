@@ -9,8 +9,8 @@
 namespace ostrel {
 namespace {
 
-using readings::describe;
-using readings::healthy;
+using builders::describe;
+using builders::healthy;
 
 TEST(GuardRow, FailsForTheMostFundamentalCauseWithItsSeverity) {
   // Every cause at once; each row's step repairs it, so that the next shows.

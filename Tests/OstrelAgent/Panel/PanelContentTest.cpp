@@ -8,7 +8,7 @@ namespace ostrel {
 namespace {
 
 using namespace std::chrono_literals;
-using readings::healthy;
+using builders::healthy;
 using Texts = std::vector<std::string>;
 
 StatusPanelModel read(Snapshot snapshot) {
@@ -19,7 +19,7 @@ StatusPanelModel read(Snapshot snapshot) {
 }
 
 PanelContent content(const StatusPanelModel& model, const PanelActionSet& available = allPanelActions()) {
-  return panelContent(model, readings::now, readings::times(), available);
+  return panelContent(model, builders::now, builders::times(), available);
 }
 
 /// Titles of the buttons, "!" before those that cannot be pressed.
@@ -61,16 +61,16 @@ TEST(PanelContent, ShowsAProtectedDevice) {
   EXPECT_EQ(panel.maxHeight, 700);
 }
 
-TEST(PanelContent, RunsAsTheLanguageDoesWhateverTheVerdict) {
+TEST(PanelContent, ItsDirectionIsThatOfTheLanguageWhateverTheVerdict) {
   auto model = read(healthy());
   EXPECT_EQ(content(model).direction, TextDirection::leftToRight);
-  const readings::Translated arabic({{"verdict.protected", "محمي"}});
+  const builders::Translated arabic({{"verdict.protected", "محمي"}});
   model.snap.verdict = "not_protected";
   EXPECT_EQ(content(model).header.word, "Not protected");
   EXPECT_EQ(content(model).direction, TextDirection::rightToLeft);
 }
 
-TEST(PanelContent, LeavesCardsAndRowsOutWithoutAStatus) {
+TEST(PanelContent, HasNoCardsAndRowsWithoutAStatus) {
   const auto before = content(StatusPanelModel());
   EXPECT_EQ(before.statusError, RowState::info("checking…"));
   Snapshot failed;
@@ -88,8 +88,8 @@ TEST(PanelContent, LeavesCardsAndRowsOutWithoutAStatus) {
 
 TEST(PanelContent, GivesANoteToEveryRowThatIsNotOk) {
   auto model = read(healthy());
-  model.snap.egressLock = readings::health("unknown", "yellow", "EGRESS_LOCK_PARTIAL");
-  model.snap.captureSet = readings::health("unknown", "info");
+  model.snap.egressLock = builders::health("unknown", "yellow", "EGRESS_LOCK_PARTIAL");
+  model.snap.captureSet = builders::health("unknown", "info");
   model.snap.guardEcosystems.clear();
   const auto panel = content(model);
   EXPECT_EQ(panel.protection->noEcosystems, "This agent version does not report per-ecosystem state.");
@@ -102,10 +102,10 @@ TEST(PanelContent, GivesANoteToEveryRowThatIsNotOk) {
   EXPECT_EQ(content(model).protection->noEcosystems, "");
 }
 
-TEST(PanelContent, UnfoldsTheComponentsOnlyWhenOneNeedsAttention) {
+TEST(PanelContent, ExpandsTheComponentsOnlyWhenOneNeedsAttention) {
   const auto startsExpanded = [](const char* severity) {
     auto model = read(healthy());
-    model.snap.captureSet = readings::health("unknown", severity);
+    model.snap.captureSet = builders::health("unknown", severity);
     return content(model).health->startsExpanded;
   };
   EXPECT_FALSE(content(read(healthy())).health->startsExpanded);
@@ -117,9 +117,9 @@ TEST(PanelContent, UnfoldsTheComponentsOnlyWhenOneNeedsAttention) {
 TEST(PanelContent, IsAmberWhileItSettles) {
   auto model = read(healthy());
   model.snap.verdict = "degraded";
-  model.snap.sysext = readings::health("broken", "yellow");
+  model.snap.sysext = builders::health("broken", "yellow");
   model.snap.sysext.selfHealing = true;
-  model.snap.sysext.expectedClearBy = readings::now + 20min;
+  model.snap.sysext.expectedClearBy = builders::now + 20min;
   const auto deadline = "Usually back to full protection by 10:20 AM.";
   EXPECT_EQ(
       content(model).header,
@@ -128,7 +128,7 @@ TEST(PanelContent, IsAmberWhileItSettles) {
   EXPECT_EQ(content(model).header.tint, RowState::Case::bad);
 }
 
-TEST(PanelContent, OffersAnUpdateOrTellsThatItInstalls) {
+TEST(PanelContent, OffersAnUpdateOrShowsThatItInstalls) {
   auto model = read(healthy());
   const auto update = [&](const char* state) {
     model.snap.update = StatusReport::Update{state, "3.0", "2.9"};
@@ -153,7 +153,7 @@ TEST(PanelContent, NamesWorkInFlightOnButtonsThatCannotBePressedAndShowsNotices)
   model.checkinNotice = "Checked in";
   model.diagnosticsNotice = "Copied";
   model.sendDiagnosticsError = "Couldn't send: x";
-  model.diagnosticsSentAt = readings::now;
+  model.diagnosticsSentAt = builders::now;
   const auto panel = content(model);
   EXPECT_EQ(
       titles(panel),

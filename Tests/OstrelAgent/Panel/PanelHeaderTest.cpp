@@ -13,29 +13,29 @@ using Case = Settling::Case;
 
 /// An amber component: whether it heals itself, and when from now.
 Snapshot::ComponentHealth amber(bool selfHealing, std::optional<std::chrono::milliseconds> clears) {
-  auto health = readings::health("broken", "yellow");
+  auto health = builders::health("broken", "yellow");
   health.selfHealing = selfHealing;
-  if (clears) health.expectedClearBy = readings::now + *clears;
+  if (clears) health.expectedClearBy = builders::now + *clears;
   return health;
 }
 
 PanelHeaderReading read(const Snapshot& snapshot, std::string_view wire = "degraded") {
-  return PanelHeaderReading::read(ProtectionVerdict::fromWire(wire, 0), snapshot, readings::now,
-                                  readings::times());
+  return PanelHeaderReading::read(ProtectionVerdict::fromWire(wire, 0), snapshot, builders::now,
+                                  builders::times());
 }
 
-TEST(PanelHeader, SettlesOnlyWhenAllThatIsAmberClearsByItselfInTime) {
+TEST(PanelHeader, SettlesOnlyWhenEveryAmberComponentClearsByItselfInTime) {
   struct Row {
     Snapshot::ComponentHealth daemon;
     Snapshot::ComponentHealth egressLock;
     Settling settling;
   };
-  const auto red = readings::health("broken", "red");
+  const auto red = builders::health("broken", "red");
   const Row rows[] = {
       {red, red, {Case::notApplicable, {}}},
-      {amber(true, 5min), amber(true, 20min), {Case::settling, readings::now + 20min}},
-      {amber(true, 20min), amber(true, 5min), {Case::settling, readings::now + 20min}},
-      {amber(true, 1ms), red, {Case::settling, readings::now + 1ms}},
+      {amber(true, 5min), amber(true, 20min), {Case::settling, builders::now + 20min}},
+      {amber(true, 20min), amber(true, 5min), {Case::settling, builders::now + 20min}},
+      {amber(true, 1ms), red, {Case::settling, builders::now + 1ms}},
       {red, amber(true, 0ms), {Case::overdue, {}}},
       {amber(true, -1min), amber(true, {}), {Case::overdue, {}}},
       {amber(true, {}), amber(true, -1min), {Case::undated, {}}},
@@ -43,7 +43,7 @@ TEST(PanelHeader, SettlesOnlyWhenAllThatIsAmberClearsByItselfInTime) {
   };
   for (std::size_t i = 0; i < std::size(rows); ++i) {
     SCOPED_TRACE(i);
-    auto snapshot = readings::healthy();
+    auto snapshot = builders::healthy();
     snapshot.daemon = rows[i].daemon;
     snapshot.egressLock = rows[i].egressLock;
     const auto reading = read(snapshot);
@@ -56,7 +56,7 @@ TEST(PanelHeader, SettlesOnlyWhenAllThatIsAmberClearsByItselfInTime) {
 
 TEST(PanelHeader, NamesTheTimeByWhichAnyComponentClears) {
   for (const auto& component : healthComponents) {
-    auto snapshot = readings::healthy();
+    auto snapshot = builders::healthy();
     snapshot.*component.health = amber(true, 20min);
     EXPECT_EQ(read(snapshot).deadlineLine, "Usually back to full protection by 10:20 AM.");
   }

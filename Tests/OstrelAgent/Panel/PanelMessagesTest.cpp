@@ -18,7 +18,7 @@ std::string skipped(const std::string& reason) {
   return checkinNotice(JsonObject::parse(R"({"ok":true,"skipped":")" + reason + R"("})").value());
 }
 
-TEST(PanelMessages, ACheckInTellsTheFirstThatTheDaemonSaid) {
+TEST(PanelMessages, ACheckInNoticeIsTheFirstMemberOfTheAnswer) {
   const std::pair<const char*, const char*> rows[] = {
       {R"({"checked_in":true,"skipped":"x","last_error":"y"})", "Checked in"},
       {R"({"checked_in":false,"skipped":"offline","last_error":"y"})", "Skipped: offline"},
@@ -33,14 +33,14 @@ TEST(PanelMessages, ACheckInTellsTheFirstThatTheDaemonSaid) {
             "Check-in failed: No.");
 }
 
-TEST(PanelMessages, AReasonIsCutAfter120CharactersHoweverManyBytesTheyTake) {
+TEST(PanelMessages, AReasonIsCutAfter120CharactersOfAnyLengthInBytes) {
   for (const std::string_view character : {"a", "é", "😀"}) {
     EXPECT_EQ(skipped(repeated(character, 120)), "Skipped: " + repeated(character, 120));
     EXPECT_EQ(skipped(repeated(character, 121)), "Skipped: " + repeated(character, 120) + "…");
   }
 }
 
-TEST(PanelMessages, SendingDiagnosticsTellsWhenTheyWereSentOrWhyNot) {
+TEST(PanelMessages, SentDiagnosticsHaveATimeOrAnError) {
   const Date now{std::chrono::seconds(1000)};
   struct Row {
     std::int32_t status;

@@ -42,16 +42,16 @@ TEST(RuntimeTrustRow, NamesTheCauseByCodeAndParameters) {
       {"unknown", "NEW", {}, "warn unknown"},
   };
   for (const auto& [state, code, params, row] : rows) {
-    EXPECT_EQ(readings::describe(runtimeTrustState(readings::health(state, "yellow", code, params))), row)
+    EXPECT_EQ(builders::describe(runtimeTrustState(builders::health(state, "yellow", code, params))), row)
         << code;
   }
 }
 
-TEST(RuntimeTrustRow, IsWeighedOnItsSeverity) {
+TEST(RuntimeTrustRow, FollowsItsSeverity) {
   const std::pair<const char*, const char*> rows[] = {
       {"", "bad"}, {"red", "bad"}, {"x", "bad"}, {"info", "off"}};
   for (const auto& [severity, word] : rows) {
-    EXPECT_EQ(nameOf(runtimeTrustState(readings::health("broken", severity, "TRUST_BUNDLE_STALE")).kind),
+    EXPECT_EQ(nameOf(runtimeTrustState(builders::health("broken", severity, "TRUST_BUNDLE_STALE")).kind),
               word);
   }
 }

@@ -7,9 +7,9 @@
 namespace ostrel {
 namespace {
 
-using readings::describe;
-using readings::health;
-using readings::healthy;
+using builders::describe;
+using builders::health;
+using builders::healthy;
 
 TEST(StatusPanel, NeverShowsAnUnknownSeverityAsHealthy) {
   struct Row {
@@ -26,7 +26,7 @@ TEST(StatusPanel, NeverShowsAnUnknownSeverityAsHealthy) {
     EXPECT_EQ(describe(healthState(health(row.state, row.severity), "O", "B")), row.row);
 }
 
-TEST(StatusPanel, TellsTheEgressLocksState) {
+TEST(StatusPanel, ShowsTheStateOfTheEgressLock) {
   struct Row {
     const char* state;
     const char* severity;
@@ -54,7 +54,7 @@ TEST(StatusPanel, TellsTheEgressLocksState) {
   EXPECT_EQ(describe(egressLockState(snapshot)), "info via your organization's profile");
 }
 
-TEST(StatusPanel, TellsTheCredentialOrTheTokensName) {
+TEST(StatusPanel, ShowsTheCredentialOrTheNameOfTheToken) {
   auto snapshot = healthy();
   EXPECT_EQ(describe(credentialState(snapshot)), "ok ost_…9f");
   snapshot.tokenManaged = true;
@@ -71,7 +71,7 @@ TEST(StatusPanel, TellsTheCredentialOrTheTokensName) {
   EXPECT_EQ(describe(credentialState(snapshot)), "warn Revoked");
 }
 
-TEST(StatusPanel, TellsTheCaptureAndWeighsItOnTheDaemonOrTheExtension) {
+TEST(StatusPanel, ShowsTheCaptureWithTheSeverityOfDaemonOrExtension) {
   auto snapshot = healthy();
   EXPECT_EQ(describe(captureState(snapshot)), "ok active");
   snapshot.sysext = health("broken", "info", "SYSEXT_PREDATES_DAEMON");
@@ -88,7 +88,7 @@ TEST(StatusPanel, TellsTheCaptureAndWeighsItOnTheDaemonOrTheExtension) {
   EXPECT_EQ(describe(captureState(snapshot)), "bad daemon not running");
 }
 
-TEST(StatusPanel, TellsTheDeviceCertificateAndWeighsItOnTrustOrExpiry) {
+TEST(StatusPanel, ShowsTheDeviceCertificateWithTheSeverityOfTrustOrExpiry) {
   auto snapshot = healthy();
   snapshot.caExpiry = health("broken", "info");
   EXPECT_EQ(describe(deviceCAState(snapshot)), "warn approaching expiry");
@@ -104,7 +104,7 @@ TEST(StatusPanel, TellsTheDeviceCertificateAndWeighsItOnTrustOrExpiry) {
   EXPECT_EQ(describe(deviceCAState(snapshot)), "warn not trusted yet, finish setup");
 }
 
-TEST(StatusPanel, ListsItsComponentsInOrderWithTheHealthTheyAreWeighedOn) {
+TEST(StatusPanel, ListsItsComponentsInOrderWithTheirHealth) {
   auto snapshot = healthy();
   snapshot.daemon.severity = "red";
   snapshot.captureSet = health("broken", "red");
@@ -132,9 +132,9 @@ TEST(StatusPanel, RollsHealthUpToTheWorst) {
   }
 }
 
-TEST(StatusPanel, TellsTheLastCheckIn) {
+TEST(StatusPanel, ShowsTheLastCheckIn) {
   auto snapshot = healthy();
-  const auto fact = [&] { return checkinFact(snapshot, readings::now, readings::times()); };
+  const auto fact = [&] { return checkinFact(snapshot, builders::now, builders::times()); };
   EXPECT_EQ(fact(), "5 min ago");
   snapshot.lastCheckinError = "timeout";
   EXPECT_EQ(fact(), "failing · last ok 5 min ago");
@@ -145,7 +145,7 @@ TEST(StatusPanel, TellsTheLastCheckIn) {
 }
 
 TEST(StatusPanel, AContainerBlockComesBeforeRunningRuntimesWhichAreNeverOk) {
-  auto snapshot = readings::healthy();
+  auto snapshot = builders::healthy();
   EXPECT_EQ(describe(containersState(snapshot, {})), "info none running");
   EXPECT_EQ(describe(containersState(snapshot, {"Colima", "Podman"})), "info Colima and Podman running");
   snapshot.runtimeTrust = health("ok", "", "CONTAINER_REJECTED_LEAF", {"Lima", "Podman"});

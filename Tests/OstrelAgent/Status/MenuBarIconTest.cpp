@@ -16,7 +16,7 @@ namespace {
 constexpr MenuBarPalette light{MenuBarPalette::Case::light};
 constexpr MenuBarPalette dark{MenuBarPalette::Case::dark};
 
-/// Writes down what is drawn: a line each, and the paths of the lines that have one.
+/// Records each drawing call as a line of text, and the paths of fills and strokes.
 class RecordingCanvas : public Canvas {
  public:
   std::vector<std::string> lines;
@@ -134,7 +134,7 @@ TEST(MenuBarImage, IsGlyphThenTintThenGapThenBadgeThenMark) {
   }
 }
 
-TEST(MenuBarImage, IsTheEmojiForWantOfTheGlyphOrTheBadgeForWantOfAFont) {
+TEST(MenuBarImage, IsTheEmojiWithoutAGlyphOrTheBadgeWithoutAFont) {
   RecordingCanvas canvas;
   const menubarpicture::Title title{"!", MenuBarBadge::square, dark};
   drawMenuBarTitle(canvas, 36, title);
@@ -175,7 +175,7 @@ TEST(MenuBarImage, PlacesTheBadgeByTheGlyphsHeight) {
   }
 }
 
-TEST(MenuBarImage, ShowsAnOctagonWithItsFlatSidesUpDownLeftAndRight) {
+TEST(MenuBarImage, TheOctagonHasItsFlatSidesUpDownLeftAndRight) {
   const auto octagon = std::get<canvaspath::Polygon>(badgePath(MenuBarBadge::octagon, {10, 20, 100, 100}));
   ASSERT_EQ(octagon.corners.size(), 8u);
   for (std::size_t corner = 0; corner < 8; ++corner) {
@@ -187,7 +187,7 @@ TEST(MenuBarImage, ShowsAnOctagonWithItsFlatSidesUpDownLeftAndRight) {
   }
 }
 
-TEST(MenuBarImage, CentresALargeMarkInsideTheBadge) {
+TEST(MenuBarImage, TheMarkIsLargeAndCentredInTheBadge) {
   for (const auto badge : {MenuBarBadge::square, MenuBarBadge::octagon}) {
     SCOPED_TRACE(static_cast<int>(badge));
     const auto canvas = drawn(18, 18, badge);
@@ -200,7 +200,7 @@ TEST(MenuBarImage, CentresALargeMarkInsideTheBadge) {
   }
 }
 
-TEST(MenuBarImage, StandsTheExclamationMarksBarAboveItsPoint) {
+TEST(MenuBarImage, TheExclamationMarkHasItsBarAboveItsPoint) {
   const auto canvas = drawn(18, 18, MenuBarBadge::square);
   const auto bar = bounds(canvas.paths[3]);
   const auto point = bounds(canvas.paths[4]);
@@ -209,7 +209,7 @@ TEST(MenuBarImage, StandsTheExclamationMarksBarAboveItsPoint) {
   EXPECT_GE(std::min(bar.width, point.width), 1);
 }
 
-TEST(MenuBarImage, CrossesTheOctagonFromCornerToCorner) {
+TEST(MenuBarImage, TheCrossOfTheOctagonIsDiagonal) {
   const auto canvas = drawn(180, 180, MenuBarBadge::octagon);
   const auto center = bounds(canvas.paths[0]).center();
   const auto cross = std::get<canvaspath::Polygon>(canvas.paths[3]).corners;

@@ -11,7 +11,7 @@ namespace {
 using Texts = std::vector<std::string>;
 using Health = StatusReport::Health;
 
-TEST(Snapshot, ReadsWhatAReportLeavesOutAsEmpty) {
+TEST(Snapshot, KeysMissingInAReportAreEmpty) {
   StatusReport report;
   Snapshot snapshot;
   snapshot.fill(report);
@@ -24,7 +24,7 @@ TEST(Snapshot, ReadsWhatAReportLeavesOutAsEmpty) {
   EXPECT_EQ(snapshot, Snapshot());
 }
 
-TEST(Snapshot, TakesOverWhatAReportSays) {
+TEST(Snapshot, TakesEveryValueOfAReport) {
   auto report = StatusReport::decode(fullReportText()).value();
   report.features->insert(report.features->begin(), {"Guard", "x", {}});
   report.features->push_back({"guard", "off", {{{"pypi", "c", "s"}}}});
@@ -40,12 +40,12 @@ TEST(Snapshot, TakesOverWhatAReportSays) {
   for (auto* health :
        {&expected.daemon, &expected.deviceCA, &expected.sysext, &expected.runtimeTrust, &expected.credential,
         &expected.captureSet, &expected.caExpiry, &expected.egressLock}) {
-    *health = {"ok", std::string(1, detail++), "C", "red", true, readings::now, {"p", "q"}};
+    *health = {"ok", std::string(1, detail++), "C", "red", true, builders::now, {"p", "q"}};
   }
   expected.guardEcosystems = {{"npm", "s"}};
   expected.guardFeatureState = "on";
   expected.policyDirectFlows = 12;
-  expected.lastCheckinSuccess = readings::now;
+  expected.lastCheckinSuccess = builders::now;
   expected.lastCheckinError = "timeout";
   Snapshot snapshot;
   snapshot.fill(report);
@@ -85,7 +85,7 @@ TEST(Snapshot, FindsTrustGapsInUncoveredSettings) {
   EXPECT_EQ(snapshot, Snapshot());
 }
 
-TEST(Snapshot, TellsItsNetworkExtensionStatesAsSortedJson) {
+TEST(Snapshot, WritesItsNetworkExtensionStatesAsSortedJson) {
   Snapshot snapshot;
   snapshot.sysextActive = true;
   EXPECT_EQ(networkExtensionStates(snapshot), R"({"egress_lock_filter_enabled":false,"sysext_active":true})");

@@ -13,7 +13,7 @@ StatusInputs inputsOf(std::int32_t status, const std::string& output) {
 
 const PlatformError loadError{"NEVPNErrorDomain", 5, "not readable"};
 
-TEST(StatusRead, OnlyAReportOfAHelperThatEndedWellIsRead) {
+TEST(StatusRead, OnlyTheReportOfASuccessfulHelperIsRead) {
   struct Row {
     std::int32_t status;
     std::string output;
@@ -54,7 +54,7 @@ TEST(StatusRead, AReactivationIsWantedWhenItIsPending) {
   }
 }
 
-TEST(StatusRead, ASetupObservationHasWhatTheReportSaysOfTheSetup) {
+TEST(StatusRead, ASetupObservationIsReadFromTheReport) {
   const auto observation = setupObservation(inputsOf(0, fullReportText()));
   EXPECT_EQ(observation, (SetupObservation{true, true, true, true, false, "ok", "C", {}, "protected"}));
   EXPECT_EQ(setupObservation(inputsOf(3, fullReportText())), SetupObservation());

@@ -58,7 +58,7 @@ class RunThread {
 
 thread_local RunThread* RunThread::current = nullptr;
 
-/// The children and threads of status runs, on a clock that the test turns.
+/// The children and threads of status runs, on a clock that the test advances.
 class SimulatedRuns final : public ChildProcesses, public BackgroundQueue {
  public:
   struct Child {
@@ -67,7 +67,7 @@ class SimulatedRuns final : public ChildProcesses, public BackgroundQueue {
     bool isKilled = false;
   };
 
-  Time now{};              ///< goes on while the agent is stopped, but not during sleep
+  Time now{};              ///< advances while the agent is stopped, but not during sleep
   Time helperTime = 50ms;  ///< from the start of a helper to its end
   bool canBeEnded = true;  ///< killed helpers end
 
@@ -95,7 +95,7 @@ class SimulatedRuns final : public ChildProcesses, public BackgroundQueue {
 
   std::expected<void, PlatformError> start(const ChildCommand&) override { return {}; }
 
-  /// Ends the helpers whose time has come, and returns from those that were killed.
+  /// Ends the helpers that are due, and returns from those that were killed.
   void endHelpers() {
     const auto isOver = [&](const Child& child) {
       return child.thread != nullptr && (child.isKilled || child.due <= now);
@@ -125,7 +125,7 @@ class SimulatedRuns final : public ChildProcesses, public BackgroundQueue {
 };
 
 /// A refresher over random hours: helpers that are quick, slow, hang or cannot be ended, loads that never
-/// come, stops of the process, wakes, bursts of panel openings.
+/// complete, stops of the process, wakes, bursts of panel openings.
 class Simulation {
  public:
   explicit Simulation(unsigned seed) : random_(seed) {
@@ -179,13 +179,13 @@ class Simulation {
     runs_.endHelpers();
     awake_ += time;
     host_.mainQueue.advance(time);
-    // What was killed meanwhile returns at once.
+    // Runs killed meanwhile return at once.
     runs_.endHelpers();
     host_.mainQueue.runAll();
     noteBegun();
   }
 
-  /// The process is stopped: helpers go on, the main queue is not served.
+  /// The process is stopped: helpers continue, the main queue is not served.
   void stop() {
     const Time time = 1s * (1 + below(60));
     runs_.now += time;
@@ -208,7 +208,7 @@ class Simulation {
 
   void check() const {
     EXPECT_LE(awake_ - (shown_.run == 0 ? Time() : begunAt_.at(shown_.run - 1)), 23s)
-        << "what is shown is old";
+        << "the shown status is old";
     EXPECT_LE(runs_.countChildren() - runs_.countLeft(), 4U) << "more than four runs are under way";
     EXPECT_LE(runs_.countLeft(), 4U) << "more than four children are left that cannot be ended";
     if (!wellSince_) return;
@@ -217,7 +217,7 @@ class Simulation {
     // After helpers and loads that hung, the first that are well may still be those of runs begun before.
     const bool isAfterLostLoads = lastLost_ && awake_ - *lastLost_ <= 66s;
     if (well <= (isAfterLostLoads ? 66s : 6s)) return;
-    EXPECT_GE(begunAt_.at(shown_.run - 1), *wellSince_) << "the truth does not show";
+    EXPECT_GE(begunAt_.at(shown_.run - 1), *wellSince_) << "the current status does not show";
     const auto& inputs = shown_.inputs;
     EXPECT_TRUE(inputs.helper->status == 0 && inputs.transparentProxies && inputs.contentFilter);
   }
@@ -238,7 +238,7 @@ class Simulation {
   std::size_t openings_ = 0;
 };
 
-TEST(StatusRefresherSimulation, WhatIsShownIsNeverOldAndNothingPilesUp) {
+TEST(StatusRefresherSimulation, TheStatusIsNeverOldAndNothingPilesUp) {
   for (unsigned seed = 1; seed <= 8 && !testing::Test::HasFailure(); ++seed) {
     SCOPED_TRACE(seed);
     Simulation(seed).run(20);

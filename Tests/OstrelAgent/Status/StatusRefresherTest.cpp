@@ -59,7 +59,7 @@ struct StatusRefresherTest : testing::Test {
 
 using Runs = std::vector<std::uint64_t>;
 
-TEST_F(StatusRefresherTest, AHelperThatCannotBeReapedBesideHangingOnesNeverFreezesWhatIsShown) {
+TEST_F(StatusRefresherTest, AnUnreapableHelperBesideHangingOnesNeverFreezesTheStatus) {
   settle();
   EXPECT_EQ(shown().helper->status, 0);
   host.childProcesses.unreapable = 1;
@@ -75,7 +75,7 @@ TEST_F(StatusRefresherTest, AHelperThatCannotBeReapedBesideHangingOnesNeverFreez
   }
 }
 
-TEST_F(StatusRefresherTest, LoadsThatNeverCompleteAreUnknownAfterFifteenSeconds) {
+TEST_F(StatusRefresherTest, UnfinishedLoadsAreUnknownAfterFifteenSeconds) {
   host.networkPreferences.isDeferred = true;
   for (int second = 0; second < 240; second += 5) {
     tick(5s);
@@ -86,7 +86,7 @@ TEST_F(StatusRefresherTest, LoadsThatNeverCompleteAreUnknownAfterFifteenSeconds)
     EXPECT_FALSE(shown().transparentProxies || shown().contentFilter) << second;
   }
   EXPECT_LE(host.networkPreferences.countDeferred(), 2 * (4 + 4))
-      << "after four of a kind one a minute is asked";
+      << "after four of a kind one load a minute begins";
   host.networkPreferences.isDeferred = false;
   for (int second = 0; second < 66; second += 5) {
     tick(5s);
@@ -116,7 +116,7 @@ TEST_F(StatusRefresherTest, AHelperThatJustEndsIsNoneThatIsLeftBehind) {
   EXPECT_EQ(shown().helper->status, 0) << "the run that was killed holds no thread any more";
 }
 
-TEST_F(StatusRefresherTest, OfOverlappingRunsTheOneToBeShownShowsAtOnce) {
+TEST_F(StatusRefresherTest, OverlappingRunsArePublishedAsSoonAsTheyEnd) {
   settle();
   refresher->request();
   host.mainQueue.advance(5s);
@@ -125,13 +125,13 @@ TEST_F(StatusRefresherTest, OfOverlappingRunsTheOneToBeShownShowsAtOnce) {
   ASSERT_EQ(waitingRuns(), 2U);
   runNext();
   EXPECT_EQ(verdict(), "not_protected");
-  report = reportText();  // as it was when both began
+  report = reportText();  // the report at the start of both
   runNext();
   EXPECT_EQ(verdict(), "protected");
   EXPECT_EQ(publishedRuns(), (Runs{1, 2, 3}));
 }
 
-TEST_F(StatusRefresherTest, ARunThatALaterOneHasOvertakenIsDropped) {
+TEST_F(StatusRefresherTest, AnOvertakenRunIsDropped) {
   host.networkPreferences.isDeferred = true;
   runNext();
   host.networkPreferences.isDeferred = false;
@@ -144,7 +144,7 @@ TEST_F(StatusRefresherTest, ARunThatALaterOneHasOvertakenIsDropped) {
   EXPECT_EQ(publishedRuns(), Runs{2});
 }
 
-TEST_F(StatusRefresherTest, ARequestDuringARunIsServedWhenItIsOver) {
+TEST_F(StatusRefresherTest, ARequestDuringARunStartsTheNextWhenItEnds) {
   refresher->request();
   refresher->request();
   EXPECT_EQ(waitingRuns(), 1U);
@@ -155,7 +155,7 @@ TEST_F(StatusRefresherTest, ARequestDuringARunIsServedWhenItIsOver) {
   EXPECT_EQ(publishedRuns(), (Runs{1, 2}));
 }
 
-TEST_F(StatusRefresherTest, OnlySecondsThatTheMainQueueServedMakeARunOld) {
+TEST_F(StatusRefresherTest, OnlySecondsServedByTheMainQueueMakeARunOld) {
   for (int stop = 0; stop < 14; ++stop) {
     host.mainQueue.fallBehind(10min);
     host.mainQueue.advance(0s);
@@ -166,7 +166,7 @@ TEST_F(StatusRefresherTest, OnlySecondsThatTheMainQueueServedMakeARunOld) {
   EXPECT_EQ(shown().helper->status, 0);
 }
 
-TEST_F(StatusRefresherTest, WhatComesAfterFifteenSecondsIsDroppedAndTheHelperIsKilled) {
+TEST_F(StatusRefresherTest, AHelperIsKilledAfterFifteenSecondsAndItsOutputDropped) {
   host.mainQueue.advance(14999ms);
   EXPECT_TRUE(published.empty());
   host.mainQueue.advance(1ms);
@@ -182,7 +182,7 @@ TEST_F(StatusRefresherTest, WhatComesAfterFifteenSecondsIsDroppedAndTheHelperIsK
   EXPECT_EQ(host.mainQueue.countTimers(), 0U);
 }
 
-TEST_F(StatusRefresherTest, StartsNoHelperBesideTwoThatAreLeftBehindAndLoadsAllTheSame) {
+TEST_F(StatusRefresherTest, TwoUnreapableHelpersPreventAThirdButNotTheLoads) {
   settle();
   host.childProcesses.unreapable = 2;
   const auto started = host.childProcesses.commands.size();
@@ -198,7 +198,7 @@ TEST_F(StatusRefresherTest, StartsNoHelperBesideTwoThatAreLeftBehindAndLoadsAllT
   EXPECT_EQ(shown().helper->status, 0);
 }
 
-TEST_F(StatusRefresherTest, AnUnchangedReportIsNotDecodedAgainAndAFloodIsNotKept) {
+TEST_F(StatusRefresherTest, AnUnchangedReportIsNotDecodedAgainAndAHugeOneIsNotKept) {
   settle();
   const auto first = shown().helper;
   refresher->request();
@@ -221,14 +221,14 @@ TEST_F(StatusRefresherTest, AnUnchangedReportIsNotDecodedAgainAndAFloodIsNotKept
   EXPECT_EQ(statusSnapshot(shown()).statusError, "agent status unavailable (exit 0)") << "refused unread";
 }
 
-TEST_F(StatusRefresherTest, AWakeIsARequest) {
+TEST_F(StatusRefresherTest, AWakeRequestsARun) {
   settle();
   host.systemWake.wake();
   settle();
   EXPECT_EQ(publishedRuns(), (Runs{1, 2}));
 }
 
-TEST_F(StatusRefresherTest, ItsEndLeavesNothingThatPublishes) {
+TEST_F(StatusRefresherTest, ADestroyedRefresherPublishesNothing) {
   host.networkPreferences.isDeferred = true;
   runNext();
   refresher = nullptr;

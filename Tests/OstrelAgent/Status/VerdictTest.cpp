@@ -61,7 +61,7 @@ TEST(Verdict, ShowsTheBestPictureThatTheMenuBarHas) {
 }
 
 TEST(Verdict, CountsEcosystemsOffByPolicyOnlyWithoutTheDaemonsWord) {
-  auto snapshot = readings::healthy();
+  auto snapshot = builders::healthy();
   snapshot.guardEcosystems = {{"npm", "off_by_policy"}, {"go", "off_by_policy"}, {"pypi", "Off_by_policy"}};
   EXPECT_EQ(ProtectionVerdict::of(snapshot).headerText(), "Protected");
   snapshot.offByPolicy = 5;

@@ -11,7 +11,7 @@
 namespace ostrel {
 namespace {
 
-using readings::Translated;
+using builders::Translated;
 using Params = std::vector<std::string>;
 
 std::set<std::string> keysOf(const auto& entries) {
@@ -105,7 +105,7 @@ TEST(Copy, KnowsRemediesByCodeAndLauncher) {
   }
 }
 
-TEST(Copy, TellsOfEcosystemsOffByPolicyAndTheirDirectFlows) {
+TEST(Copy, NamesEcosystemsOffByPolicyAndTheirDirectFlows) {
   EXPECT_EQ(
       Copy::offNote({"a", "b", "", "d"}, -1),
       "a, b,  and d are turned off by your organization. Their traffic goes direct and is not inspected.");

@@ -52,7 +52,7 @@ std::string errorOf(std::string_view bytes) {
   return shape ? "" : shape.error();
 }
 
-/// A document with a name and what else is given.
+/// A document with a name and these members.
 std::string named(std::string_view rest) { return R"({"name":"a",)" + std::string(rest) + "}"; }
 
 TEST(Json, AStructHoldsTheMembersAndTheLastOfARepeatedKey) {
@@ -141,7 +141,7 @@ TEST(Json, AnIntegerHasNoFractionAndFits64Bits) {
   }
 }
 
-TEST(Json, WhatIsNotOneWellFormedValueIsRefused) {
+TEST(Json, AMalformedDocumentIsRefused) {
   EXPECT_EQ(errorOf(" {\"name\" : \"a\"}\r\n"), "");
   using namespace std::string_view_literals;
   for (const auto bytes : {""sv, " \n"sv, "\xEF\xBB\xBF"sv, "{\"name\":\"a\"}x"sv, "{\"name\":\"a\"} {}"sv,
@@ -162,7 +162,7 @@ std::string repeated(std::string_view text, std::size_t times) {
   return all;
 }
 
-TEST(Json, DeepNestingAndManyFaultsNeedNoStack) {
+TEST(Json, DeepNestingAndManyFaultsDoNotOverflowTheStack) {
   constexpr std::size_t depth = 50'000;
   const auto lists = repeated("[", depth) + repeated("]", depth);
   const auto objects = repeated(R"({"name":)", depth) + "7" + repeated("}", depth);

@@ -9,7 +9,7 @@
 namespace ostrel {
 namespace {
 
-TEST(Translation, WhatCannotBeUsedIsLoggedAndItsTextsAreEnglish) {
+TEST(Translation, AnUnusableTableIsLoggedAndItsTextsAreEnglish) {
   struct Row {
     const char* table;  // none when it cannot be read
     const char* text;

@@ -7,7 +7,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-TEST(Utf8, IsWhatTheEncodingAllowsAndNothingElse) {
+TEST(Utf8, AcceptsOnlyWhatTheEncodingAllows) {
   EXPECT_TRUE(isUtf8(""));
   EXPECT_TRUE(
       isUtf8("\0\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF\xF0\x90\x80\x80"

@@ -17,7 +17,7 @@ TEST(Whitespace, TrimsBlanksAndLineEndsOfAllKindsAtBothEndsOnly) {
   for (const auto& [text, inner] : rows) EXPECT_EQ(trimmed(text), inner) << text;
 }
 
-TEST(Whitespace, ALineEndIsNoBlank) {
+TEST(Whitespace, ALineEndIsNotBlank) {
   EXPECT_TRUE(isBlank(""));
   EXPECT_TRUE(isBlank("\t \u00A0\u205F"));
   EXPECT_FALSE(isBlank(" \r"));

@@ -32,8 +32,8 @@ TEST(ConsoleScreens, KeepTheContractAsTheFakesDo) {
   FakeStatusItem statusItem;
   expectShownFromOpeningToClosing(host.screens);
   expectShownFromOpeningToClosing(screens);
-  expectEveryClickIsTold(host.statusItem, [&] { host.statusItem.click(); });
-  expectEveryClickIsTold(statusItem, [&] { statusItem.click(); });
+  expectEveryClickIsReported(host.statusItem, [&] { host.statusItem.click(); });
+  expectEveryClickIsReported(statusItem, [&] { statusItem.click(); });
 }
 
 TEST(ConsoleScreens, PrintsThePanelWhenItOpensAndOnlyWhenItChanges) {

@@ -14,8 +14,10 @@
 
 #include "Platform/Posix/PosixMainQueue.hpp"
 #include "Shells/Desktop/Shell/DesktopBus.hpp"
+#include "Tests/Fakes/FakeAlertView.hpp"
 #include "Tests/Fakes/FakeLog.hpp"
-#include "Tests/Fakes/FakeViews.hpp"
+#include "Tests/Fakes/FakeOnboardingView.hpp"
+#include "Tests/Fakes/FakePanelView.hpp"
 #include "Tests/Fakes/ShellContract.hpp"
 #include "Tests/Shells/Desktop/Shell/SessionBus.hpp"
 #include "Tests/Shells/Desktop/Shell/SettingsPortal.hpp"
@@ -32,6 +34,14 @@ constexpr const char* screens = R"({"screens": [
   {"name": "b", "x": 1280, "y": -100, "width": 960, "height": 540, "dpr": 2}]})";
 constexpr DesktopRect first{0, 0, 1280, 800};
 constexpr DesktopRect second{1280, -100, 960, 540};
+
+constexpr ViewsPlugIn fakeViews{.build = "",
+                                .makePanelView = FakePanelView::make,
+                                .drawPanel = nullptr,
+                                .makeOnboardingView = FakeOnboardingView::make,
+                                .drawOnboarding = nullptr,
+                                .makeAlertView = FakeAlertView::make,
+                                .drawAlert = nullptr};
 
 std::ptrdiff_t countEntries(const char* folder) {
   return std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator());
@@ -113,7 +123,7 @@ struct QtDesktopTest : testing::Test {
 TEST_F(QtDesktopTest, KeepsTheContractOfScreensAndStatusItem) {
   make();
   expectShownFromOpeningToClosing(desktop->screens());
-  expectEveryClickIsTold(desktop->statusItem(), [this] { click(600, 10); });
+  expectEveryClickIsReported(desktop->statusItem(), [this] { click(600, 10); });
 }
 
 TEST_F(QtDesktopTest, OpensThePanelAtThePlaceOfTheClickOnItsScreen) {

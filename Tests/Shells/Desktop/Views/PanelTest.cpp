@@ -12,7 +12,7 @@ PanelContent contentOf(Snapshot snapshot) {
   model.snap = std::move(snapshot);
   model.hasReading = true;
   model.panelMaxHeight = 5000;
-  return panelContent(model, readings::now, readings::times(), allPanelActions());
+  return panelContent(model, builders::now, builders::times(), allPanelActions());
 }
 
 }  // namespace
@@ -37,14 +37,14 @@ void PanelTest::open(const PanelContent& content) {
   awaitWindow();
 }
 
-PanelContent protectedContent() { return contentOf(readings::healthy()); }
+PanelContent protectedContent() { return contentOf(builders::healthy()); }
 
 PanelContent unprotectedContent() {
-  auto snapshot = readings::healthy();
+  auto snapshot = builders::healthy();
   snapshot.verdict = "not_protected";
   snapshot.caTrusted = false;
-  snapshot.deviceCA = readings::health("broken", "red");
-  snapshot.egressLock = readings::health("broken", "yellow", "EGRESS_LOCK_SWITCHED_OFF");
+  snapshot.deviceCA = builders::health("broken", "red");
+  snapshot.egressLock = builders::health("broken", "yellow", "EGRESS_LOCK_SWITCHED_OFF");
   snapshot.guardEcosystems[0].state = "off_by_policy";
   snapshot.update = StatusReport::Update{"eol", "3.0", "2.9"};
   return contentOf(std::move(snapshot));

@@ -131,7 +131,7 @@ TEST_F(PanelTheme, IsMirroredInALanguageFromRightToLeft) {
   open(content);
   EXPECT_GT(place("Check now").left(), 180);
   EXPECT_LT(place("go").left(), 180);
-  const readings::Translated hebrew({{"verdict.protected", "מוגן"}, {"row.version", "גרסה"}});
+  const builders::Translated hebrew({{"verdict.protected", "מוגן"}, {"row.version", "גרסה"}});
   panel->update(protectedContent());
   EXPECT_LT(place("Check now").right(), 180);
   EXPECT_GT(place("go").right(), 300);

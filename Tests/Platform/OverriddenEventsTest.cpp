@@ -22,15 +22,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Overrides whose changes are told when the test says so.
-struct OrderedEvents : testing::Test {
-  void order(const std::string& text) {
+/// Overrides whose changes are reported when the test says so.
+struct OverriddenEvents : testing::Test {
+  void setOverrides(const std::string& text) {
     files.put(simulatedstate::overrides, text);
     if (const auto work = changed.lock()) (*work)();
   }
 
   FakeFiles files;
-  SimulatedOverrides overrides{files, "/nowhere/lock"};
+  SimulatedOverrides overrides{files, "/missing/lock"};
   std::weak_ptr<std::function<void()>> changed;
   OverridesWatch watch = [this](std::function<void()> work) {
     auto token = std::make_shared<std::function<void()>>(std::move(work));
@@ -39,16 +39,16 @@ struct OrderedEvents : testing::Test {
   };
 };
 
-TEST_F(OrderedEvents, TheNetworkIsAsOrderedAndElseTheMachinesOwn) {
+TEST_F(OverriddenEvents, AnOverriddenNetworkHidesTheMachinesOwn) {
   const NetworkPathUpdate machines{true, {"eth0"}};
   const NetworkPathUpdate down{false, {}};
   FakeNetworkPath real;
   SimulatedNetworkPath path(real, overrides, watch);
-  std::vector<NetworkPathUpdate> told;
+  std::vector<NetworkPathUpdate> updates;
   files.put(simulatedstate::overrides, R"({"network": []})");
-  auto token = path.observe([&](const NetworkPathUpdate& update) { told.push_back(update); });
-  order(R"({"network": ["en0"]})");
-  EXPECT_TRUE(told.empty()) << "the machine's path comes first";
+  auto token = path.observe([&](const NetworkPathUpdate& update) { updates.push_back(update); });
+  setOverrides(R"({"network": ["en0"]})");
+  EXPECT_TRUE(updates.empty()) << "the machine's path comes first";
   files.put(simulatedstate::overrides, R"({"network": []})");
   real.update(machines.satisfied, machines.interfaces);
   const std::pair<const char*, NetworkPathUpdate> rows[] = {
@@ -63,22 +63,22 @@ TEST_F(OrderedEvents, TheNetworkIsAsOrderedAndElseTheMachinesOwn) {
   };
   std::vector<NetworkPathUpdate> expected = {down};
   for (const auto& [text, update] : rows) {
-    order(text);
-    order(text);
+    setOverrides(text);
+    setOverrides(text);
     expected.push_back(update);
-    EXPECT_EQ(told, expected) << text;
+    EXPECT_EQ(updates, expected) << text;
   }
-  order(R"({"network": []})");
+  setOverrides(R"({"network": []})");
   real.update(true, {"eth1"});
-  EXPECT_EQ(told.size(), expected.size() + 1) << "what is ordered hides the machine's moves";
-  order("{}");
-  EXPECT_EQ(told.back(), NetworkPathUpdate(true, {"eth1"}));
+  EXPECT_EQ(updates.size(), expected.size() + 1) << "an override hides changes of the machine";
+  setOverrides("{}");
+  EXPECT_EQ(updates.back(), NetworkPathUpdate(true, {"eth1"}));
   token = nullptr;
-  EXPECT_FALSE(real.isFollowed());
+  EXPECT_FALSE(real.isObserved());
   EXPECT_TRUE(changed.expired());
 }
 
-TEST_F(OrderedEvents, AWakeIsOrderedOnceAndAnEarlierOneIsPast) {
+TEST_F(OverriddenEvents, AWakeOverrideFiresOnceAndNotForAnEarlierNumber) {
   FakeSystemWake real;
   SimulatedSystemWake wake(real, overrides, watch);
   int woken = 0;
@@ -94,19 +94,19 @@ TEST_F(OrderedEvents, AWakeIsOrderedOnceAndAnEarlierOneIsPast) {
       {R"({"wake": 8})", 2},
   };
   for (const auto& [text, count] : rows) {
-    order(text);
+    setOverrides(text);
     EXPECT_EQ(woken, count) << text;
   }
   real.wake();
   EXPECT_EQ(woken, 3);
 }
 
-TEST(FileChanges, AreToldOfOneFileFromBeforeItIsThere) {
+TEST(FileChanges, AreReportedFromBeforeTheFileExists) {
   const TemporaryFolder place;
   PosixMainQueue queue;
-  int told = 0;
-  auto token = watchFile(queue, place / "some/folder/file", [&] { ++told; });
-  // The descriptor is what wakes an idle program.
+  int changes = 0;
+  auto token = watchFile(queue, place / "some/folder/file", [&] { ++changes; });
+  // An idle program wakes only when the descriptor is readable.
   const auto isWoken = [&] {
     pollfd watched{queue.descriptor(), POLLIN, 0};
     return ::poll(&watched, 1, 0) > 0;
@@ -120,18 +120,18 @@ TEST(FileChanges, AreToldOfOneFileFromBeforeItIsThere) {
       {[&] { fs::remove(file); }, 3},
   };
   for (const auto& [act, count] : rows) {
-    const int before = told;
+    const int before = changes;
     act();
     EXPECT_TRUE(isWoken() || count == before);
-    EXPECT_EQ(told, before) << "never inside the act";
+    EXPECT_EQ(changes, before) << "never inside the act";
     queue.processDueWork();
-    EXPECT_EQ(told, count);
+    EXPECT_EQ(changes, count);
     EXPECT_FALSE(isWoken());
   }
   token = nullptr;
   place.write("some/folder/file", "");
   queue.processDueWork();
-  EXPECT_EQ(told, 3);
+  EXPECT_EQ(changes, 3);
   const auto blocked = place.write("blocked", "a file");
   token = watchFile(queue, blocked + "/file", [] { ADD_FAILURE() << "there is no such folder"; });
   place.write("blocked", "changed");
