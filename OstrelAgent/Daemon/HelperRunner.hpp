@@ -11,8 +11,8 @@
 
 namespace ostrel {
 
-/// Runs the endpoint helper that ships inside the bundle. Calls block until the helper has exited; a copy may
-/// be used on another thread.
+/// Runs the endpoint helper that ships inside the bundle. Calls block until the helper has exited or is
+/// killed by its stop tokens; a copy may be used on another thread.
 class HelperRunner {
  public:
   /// The runner's own exit statuses; the helper's pass through.

@@ -4,6 +4,7 @@
 
 #include "OstrelAgent/Containers/ContainerBlock.hpp"
 #include "OstrelAgent/MenuBar/DeviceManagementProbe.hpp"
+#include "OstrelAgent/Panel/PanelMenus.hpp"
 #include "Platform/InBackground.hpp"
 
 namespace ostrel {

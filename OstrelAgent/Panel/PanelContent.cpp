@@ -4,6 +4,7 @@
 
 #include "OstrelAgent/Containers/ContainerBlock.hpp"
 #include "OstrelAgent/Panel/PanelHeader.hpp"
+#include "OstrelAgent/Panel/PanelMenus.hpp"
 #include "OstrelAgent/Panel/StatusPanel.hpp"
 #include "OstrelAgent/Status/MenuBarIcon.hpp"
 #include "OstrelAgent/Text/Copy.hpp"

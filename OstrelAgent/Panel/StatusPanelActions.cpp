@@ -1,7 +1,6 @@
 #include "OstrelAgent/Panel/StatusPanelActions.hpp"
 
 #include <iterator>
-#include <span>
 #include <type_traits>
 #include <variant>
 
@@ -57,33 +56,6 @@ static_assert(sizeof(StatusPanelActions) == std::size(rows) * sizeof(std::functi
 
 const Row& rowOf(PanelAction action) { return rows[static_cast<std::size_t>(action)]; }
 
-struct MenuItem {
-  PanelAction action;
-  std::optional<AgentPage> page = std::nullopt;
-};
-
-constexpr MenuItem headerItems[] = {{Action::checkNow}};
-constexpr MenuItem footerItems[] = {{Action::openAgentWindow, AgentPage::ecosystems},
-                                    {Action::copyDiagnostics}};
-constexpr MenuItem moreItems[] = {
-    {Action::sendDiagnostics}, {Action::openAgentWindow, AgentPage::containers}, {Action::quitStatusIcon}};
-constexpr MenuItem statusItemItems[] = {
-    {Action::checkNow}, {Action::openAgentWindow, AgentPage::ecosystems}, {Action::quitStatusIcon}};
-
-std::span<const MenuItem> itemsOf(PanelMenu menu) {
-  switch (menu) {
-    case PanelMenu::header:
-      return headerItems;
-    case PanelMenu::footer:
-      return footerItems;
-    case PanelMenu::more:
-      return moreItems;
-    case PanelMenu::statusItem:
-      return statusItemItems;
-  }
-  return {};
-}
-
 }  // namespace
 
 PanelButton PanelButton::of(PanelAction action) { return of(action, rowOf(action).title); }
@@ -107,15 +79,6 @@ PanelButton PanelButton::during(const StatusPanelModel& model) const {
   button.title = row.inFlightTitle->text();
   button.isEnabled = false;
   return button;
-}
-
-std::vector<PanelButton> menuButtons(PanelMenu menu, const PanelActionSet& available) {
-  std::vector<PanelButton> buttons;
-  for (const auto& item : itemsOf(menu)) {
-    if (!available.contains(item.action)) continue;
-    buttons.push_back(item.page ? PanelButton::opening(*item.page) : PanelButton::of(item.action));
-  }
-  return buttons;
 }
 
 PanelActionSet allPanelActions() {

@@ -5,7 +5,6 @@
 #include <set>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "OstrelAgent/Panel/StatusPanelModel.hpp"
 
@@ -58,12 +57,6 @@ struct PanelButton {
 
   bool operator==(const PanelButton&) const = default;
 };
-
-/// The places with a fixed list of buttons: the panel's header and footer, the footer's "⋯", the status item.
-enum class PanelMenu { header, footer, more, statusItem };
-
-/// The buttons of a place whose actions are available.
-std::vector<PanelButton> menuButtons(PanelMenu menu, const PanelActionSet& available);
 
 /// The callbacks behind the panel's buttons, on the main thread. A button without a callback is not shown.
 struct StatusPanelActions {

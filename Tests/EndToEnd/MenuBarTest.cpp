@@ -232,6 +232,10 @@ TEST_F(OstrelAgent, ExitsCleanlyByQuitAndBySignalsWhileItsHelperHangs) {
     EXPECT_TRUE(becomesTrue([&] { return processesWith(place.path()).size() == 2; }));
     if (signal == 0) process.write("quit\n");
     if (signal != 0) process.signal(signal);
+    if (signal == SIGHUP) {
+      std::this_thread::sleep_for(300ms);
+      process.signal(signal);  // while the helper is given its time to end
+    }
     EXPECT_EQ(process.end(10s), signal == 0 ? 0 : 128 + signal);
     EXPECT_TRUE(processesWith(place.path()).empty()) << signal;
     EXPECT_EQ(process.error(), "");
