@@ -80,14 +80,12 @@ void MenuBarController::publish(const RefreshResult& result) {
 
 /// One write at a time, so that a slow disk blocks one thread only; the next refresh writes what was skipped.
 void MenuBarController::record(const NetworkExtensionAssertion& assertion) {
-  if (std::exchange(isRecording_, true)) return;
-  inBackground(
-      services_.backgroundQueue, QualityOfService::utility, services_.mainQueue, weak_from_this(),
-      [records = collaborators_.records, assertion] {
-        records.recordNetworkExtensionAssertion(assertion);
-        return true;
-      },
-      [](MenuBarController& self, bool) { self.isRecording_ = false; });
+  if (isRecording_->exchange(true)) return;
+  services_.backgroundQueue.run(QualityOfService::utility,
+                                [records = collaborators_.records, assertion, isRecording = isRecording_] {
+                                  records.recordNetworkExtensionAssertion(assertion);
+                                  *isRecording = false;
+                                });
 }
 
 void MenuBarController::healthApplied(const StatusReport::Health& health) {

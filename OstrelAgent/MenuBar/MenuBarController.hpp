@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <memory>
 #include <optional>
@@ -71,7 +72,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   std::optional<StatusReport::Health> appliedHealth_;  ///< health block of the latest check-in
   std::uint64_t runBeforeHealth_ = 0;                  ///< latest run started before it
   std::optional<MenuBarIcon> shownIcon_;
-  bool isRecording_ = false;
+  std::shared_ptr<std::atomic<bool>> isRecording_ = std::make_shared<std::atomic<bool>>(false);
 };
 
 }  // namespace ostrel

@@ -25,7 +25,7 @@ struct StatusRefresher::Run {
   std::optional<std::uint64_t> proxyLoad =
       {};  ///< its number among the loads of its kind, until it is answered
   std::optional<std::uint64_t> filterLoad = {};  ///< likewise
-  int threads = 0;
+  bool hasThread = false;
   bool isOver = false;
   bool isStuck = false;  ///< over, and it holds a thread a second later
   std::stop_source kill = {};
@@ -70,8 +70,8 @@ void StatusRefresher::begin(std::uint64_t number) {
     run.inputs.helper = killedHelper();
   }
   countSeconds(run);
-  loadInBackground(run);
-  if (!run.inputs.helper) runHelperInBackground(run);
+  if (!run.inputs.helper) runHelper(run);
+  load(run);
   if (run.isComplete())
     postTo(weak_from_this(), services_.mainQueue,
            [number](StatusRefresher& self) { self.finishIfComplete(number); });
@@ -87,58 +87,50 @@ void StatusRefresher::countSeconds(Run& run) {
   });
 }
 
-void StatusRefresher::loadInBackground(Run& run) {
+void StatusRefresher::load(Run& run) {
+  const auto answered = [weak = weak_from_this(), &queue = services_.mainQueue, number = run.number](
+                            auto limiter, std::uint64_t load, auto awaited, auto member) {
+    return [=, &queue](auto loaded) {
+      postTo(weak, queue, [=, loaded = std::move(loaded)](StatusRefresher& self) {
+        (self.*limiter).answer(load);
+        self.finishLoad(number, awaited, member, loaded);
+      });
+    };
+  };
+  auto& preferences = services_.networkPreferences;
   run.proxyLoad = proxyLoads_.ask();
   if (loads_ == NetworkLoads::all) run.filterLoad = filterLoads_.ask();
-  if (!run.proxyLoad && !run.filterLoad) return;
-  runInBackground(run, [weak = weak_from_this(), &queue = services_.mainQueue,
-                        &preferences = services_.networkPreferences, number = run.number,
-                        proxyLoad = run.proxyLoad, filterLoad = run.filterLoad] {
-    if (proxyLoad) {
-      preferences.loadTransparentProxies([=, &queue](auto loaded) {
-        postTo(weak, queue, [=, loaded = std::move(loaded)](StatusRefresher& self) {
-          self.proxyLoads_.answer(*proxyLoad);
-          self.finishLoad(number, &Run::proxyLoad, &StatusInputs::transparentProxies, loaded);
-        });
+  if (const auto load = run.proxyLoad) {
+    preferences.loadTransparentProxies(
+        answered(&StatusRefresher::proxyLoads_, *load, &Run::proxyLoad, &StatusInputs::transparentProxies));
+  }
+  if (const auto load = run.filterLoad) {
+    preferences.loadContentFilter(
+        answered(&StatusRefresher::filterLoads_, *load, &Run::filterLoad, &StatusInputs::contentFilter));
+  }
+}
+
+void StatusRefresher::runHelper(Run& run) {
+  run.hasThread = true;
+  inBackground(
+      services_.statusQueue, QualityOfService::utility, services_.mainQueue, weak_from_this(),
+      [helper = helper_, kill = run.kill.get_token(), previous = previous_] {
+        return readHelper(runStatus(helper, {.kill = kill}), previous);
+      },
+      [number = run.number](StatusRefresher& self, const auto& reading) {
+        self.finishHelper(number, reading);
       });
-    }
-    if (filterLoad) {
-      preferences.loadContentFilter([=, &queue](auto loaded) {
-        postTo(weak, queue, [=, loaded = std::move(loaded)](StatusRefresher& self) {
-          self.filterLoads_.answer(*filterLoad);
-          self.finishLoad(number, &Run::filterLoad, &StatusInputs::contentFilter, loaded);
-        });
-      });
-    }
-    return std::shared_ptr<const HelperReading>();
-  });
 }
 
-void StatusRefresher::runHelperInBackground(Run& run) {
-  runInBackground(run, [helper = helper_, kill = run.kill.get_token(), previous = previous_] {
-    return readHelper(runStatus(helper, {.kill = kill}), previous);
-  });
-}
-
-/// Runs work of the run that gives a reading of the helper, or none.
-template <class Work>
-void StatusRefresher::runInBackground(Run& run, Work work) {
-  ++run.threads;
-  inBackground(services_.statusQueue, QualityOfService::utility, services_.mainQueue, weak_from_this(),
-               std::move(work), [number = run.number](StatusRefresher& self, const auto& reading) {
-                 self.finishThread(number, reading);
-               });
-}
-
-void StatusRefresher::finishThread(std::uint64_t number,
+void StatusRefresher::finishHelper(std::uint64_t number,
                                    const std::shared_ptr<const HelperReading>& reading) {
   const auto run = find(number);
-  --run->threads;
+  run->hasThread = false;
   if (run->isOver) {
-    if (run->threads == 0) runs_.erase(run);
+    runs_.erase(run);
     return beginIfDue();
   }
-  if (reading) run->inputs.helper = previous_ = reading;
+  run->inputs.helper = previous_ = reading;
   finishIfComplete(number);
 }
 
@@ -166,7 +158,7 @@ void StatusRefresher::finishIfComplete(std::uint64_t number) {
 
 void StatusRefresher::finish(Runs::iterator run) {
   const RefreshResult result{run->number, std::move(run->inputs)};
-  if (run->threads == 0) {
+  if (!run->hasThread) {
     runs_.erase(run);
   } else {
     run->isOver = true;

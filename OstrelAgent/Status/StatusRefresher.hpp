@@ -64,11 +64,9 @@ class StatusRefresher : public std::enable_shared_from_this<StatusRefresher> {
   void beginIfDue();
   void begin(std::uint64_t number);
   void countSeconds(Run& run);
-  void loadInBackground(Run& run);
-  void runHelperInBackground(Run& run);
-  template <class Work>
-  void runInBackground(Run& run, Work work);
-  void finishThread(std::uint64_t number, const std::shared_ptr<const HelperReading>& reading);
+  void load(Run& run);
+  void runHelper(Run& run);
+  void finishHelper(std::uint64_t number, const std::shared_ptr<const HelperReading>& reading);
   template <class Loaded>
   void finishLoad(std::uint64_t number, std::optional<std::uint64_t> Run::*load,
                   std::optional<Loaded> StatusInputs::*member, const Loaded& loaded);

@@ -16,16 +16,13 @@ class FakeBackgroundQueue final : public BackgroundQueue {
     (quality == QualityOfService::userInitiated ? urgent_ : other_).push_back(std::move(work));
   }
 
-  /// Takes the work that is next by quality and arrival; throws when none waits.
-  std::function<void()> takeNext() {
+  /// Runs the next work by quality of service and arrival; throws when none waits.
+  void runNext() {
     auto& waiting = urgent_.empty() ? other_ : urgent_;
-    auto work = std::move(waiting.at(0));
+    const auto work = std::move(waiting.at(0));
     waiting.pop_front();
-    return work;
+    work();
   }
-
-  /// Runs the next work; throws when none waits.
-  void runNext() { takeNext()(); }
 
   /// Runs all waiting work and the work that it adds.
   void runAll() {

@@ -16,8 +16,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr const char* notProtectedCategory = "tech.brenn.ostrel-agent.not-protected";
-// Loads and helpers of four runs under way, and as many that are over while their threads hang.
-constexpr std::size_t maxStatusWork = 2 * 8;
+// Four runs in progress, and four that are over while their threads hang.
+constexpr std::size_t maxStatusWork = 8;
 const PlatformError refusal{"FakeErrorDomain", 1, "refused"};
 
 bool asksForStatus(const ChildCommand& command) {
