@@ -27,11 +27,14 @@
 #include "Platform/Posix/PosixUserDefaults.hpp"
 #include "Platform/Posix/TerminationSignals.hpp"
 #include "Platform/SimulatedMac/HostRoot.hpp"
+#include "Platform/SimulatedMac/SimulatedApplications.hpp"
 #include "Platform/SimulatedMac/SimulatedNetworkPath.hpp"
 #include "Platform/SimulatedMac/SimulatedNetworkPreferences.hpp"
 #include "Platform/SimulatedMac/SimulatedOverrides.hpp"
+#include "Platform/SimulatedMac/SimulatedRunningProcesses.hpp"
 #include "Platform/SimulatedMac/SimulatedSystemExtensions.hpp"
 #include "Platform/SimulatedMac/SimulatedSystemWake.hpp"
+#include "Platform/SimulatedMac/SimulatedWorkspace.hpp"
 #include "Shells/Console/ConsoleAlerts.hpp"
 #include "Shells/Console/ConsoleOnboardingWindow.hpp"
 #include "Shells/Console/ConsolePasteboard.hpp"
@@ -197,7 +200,10 @@ class LinuxHost final : public HostLifetime {
   PosixChildProcesses childProcesses_{realPath()};
   PosixMainQueue mainQueue_;
   SimulatedSystemExtensions systemExtensions_{files_, mainQueue_, hostRoot_.realPath(simulatedstate::lock)};
-  LinuxWorkspace workspace_{bundle_.executablePath()};
+  LinuxWorkspace realWorkspace_{bundle_.executablePath()};
+  SimulatedApplications applications_{files_};
+  SimulatedWorkspace workspace_{realWorkspace_, applications_};
+  SimulatedRunningProcesses runningProcesses_{applications_};
   SimulatedOverrides overrides_{files_, hostRoot_.realPath(simulatedstate::lock)};
   OverridesWatch overridesWatch_ = [this](std::function<void()> changed) {
     return watchFile(mainQueue_, hostRoot_.realPath(simulatedstate::overrides), std::move(changed));
@@ -229,6 +235,7 @@ class LinuxHost final : public HostLifetime {
       .networkPath = networkPath_,
       .menuBarInstance = menuBarInstance_,
       .workspace = workspace_,
+      .runningProcesses = runningProcesses_,
   };
 };
 

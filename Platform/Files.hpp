@@ -1,14 +1,26 @@
 #pragma once
 
+#include <cstdint>
 #include <expected>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "Platform/Date.hpp"
 #include "Platform/PlatformError.hpp"
 
 namespace ostrel {
+
+/// Identifies one version of a file: while the stamp is equal, so are the bytes.
+struct FileStamp {
+  Date modified;
+  std::uint64_t size = 0;  ///< bytes
+  std::uint64_t inode = 0;
+  std::pair<std::int64_t, std::int64_t> changed;  ///< seconds and nanoseconds since 1970
+
+  bool operator==(const FileStamp&) const = default;
+};
 
 /// The file system, by absolute paths (FileManager). Links are followed. Any thread; calls block.
 class Files {
@@ -38,8 +50,8 @@ class Files {
   /// Removes a file; succeeds when it is missing.
   [[nodiscard]] virtual std::expected<void, PlatformError> remove(const std::string& path) = 0;
 
-  /// Modification time, or nullopt when the file is missing.
-  virtual std::optional<Date> modificationTime(const std::string& path) const = 0;
+  /// The stamp of a regular file, or nullopt when there is none.
+  virtual std::optional<FileStamp> stamp(const std::string& path) const = 0;
 };
 
 }  // namespace ostrel

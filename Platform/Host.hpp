@@ -14,6 +14,7 @@
 #include "Platform/NetworkPreferences.hpp"
 #include "Platform/OnboardingWindow.hpp"
 #include "Platform/Pasteboard.hpp"
+#include "Platform/RunningProcesses.hpp"
 #include "Platform/Screens.hpp"
 #include "Platform/Shell.hpp"
 #include "Platform/SingleInstance.hpp"
@@ -50,6 +51,7 @@ struct Host {
   NetworkPath& networkPath;
   SingleInstance& menuBarInstance;  ///< of the user's one icon
   Workspace& workspace;
+  RunningProcesses& runningProcesses;
 };
 
 /// The shell of a host, with the services that come with it.

@@ -1,14 +1,37 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
+
+#include "Platform/Date.hpp"
 
 namespace ostrel {
 
-/// The user's session outside this program (NSWorkspace, NSRunningApplication, ProcessInfo). Main thread.
+/// An application that runs in the user's session.
+struct RunningApplication {
+  std::optional<std::string> bundleIdentifier;
+  std::optional<Date> launchDate;
+
+  bool operator==(const RunningApplication&) const = default;
+};
+
+/// The user's session outside this program (NSWorkspace, NSRunningApplication, ProcessInfo). Main thread,
+/// except where noted.
 class Workspace {
  public:
   virtual ~Workspace() = default;
+
+  /// The running applications. Any thread; may block.
+  virtual std::vector<RunningApplication> runningApplications() const = 0;
+
+  /// True when an application with exactly this bundle identifier is installed. Any thread; may block.
+  virtual bool hasApplication(const std::string& bundleIdentifier) const = 0;
+
+  /// True when an application is installed whose bundle identifier starts with the prefix. Any thread; may
+  /// block.
+  virtual bool hasApplicationWithPrefix(const std::string& prefix) const = 0;
 
   /// Major version of the operating system.
   virtual int systemMajorVersion() const = 0;

@@ -127,11 +127,14 @@ std::expected<void, PlatformError> PosixFiles::remove(const std::string& path) {
   return {};
 }
 
-std::optional<Date> PosixFiles::modificationTime(const std::string& path) const {
-  std::error_code error;
-  const auto time = std::filesystem::last_write_time(realPath_(path), error);
-  if (error) return std::nullopt;
-  return std::chrono::floor<std::chrono::milliseconds>(std::chrono::file_clock::to_sys(time));
+std::optional<FileStamp> PosixFiles::stamp(const std::string& path) const {
+  struct stat status {};
+  if (::stat(realPath_(path).c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  const std::chrono::milliseconds sinceSecond(status.st_mtim.tv_nsec / 1'000'000);
+  return FileStamp{.modified = Date(std::chrono::seconds(status.st_mtim.tv_sec) + sinceSecond),
+                   .size = static_cast<std::uint64_t>(status.st_size),
+                   .inode = status.st_ino,
+                   .changed = {status.st_ctim.tv_sec, status.st_ctim.tv_nsec}};
 }
 
 }  // namespace ostrel

@@ -21,7 +21,7 @@ class PosixFiles final : public Files {
                                                                    std::string_view bytes) override;
   [[nodiscard]] std::expected<void, PlatformError> makeFolders(const std::string& path) override;
   [[nodiscard]] std::expected<void, PlatformError> remove(const std::string& path) override;
-  std::optional<Date> modificationTime(const std::string& path) const override;
+  std::optional<FileStamp> stamp(const std::string& path) const override;
 
  private:
   const PathMap realPath_;

@@ -3,6 +3,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <filesystem>
@@ -12,8 +13,14 @@ namespace ostrel {
 
 namespace {
 
-constexpr std::array<std::string_view, 3> mappedTools = {"/usr/bin/security", "/usr/bin/profiles",
-                                                         "/bin/launchctl"};
+constexpr std::array<std::string_view, 12> mappedTools = {
+    "/usr/bin/security", "/usr/bin/profiles", "/bin/launchctl",
+    // Tools of container runtimes.
+    "/usr/bin/colima", "/usr/bin/limactl", "/usr/bin/podman", "/usr/bin/multipass", "/usr/bin/minikube",
+    "/usr/bin/vfkit", "/usr/bin/qemu-system-aarch64", "/usr/bin/qemu-system-x86_64", "/usr/bin/container"};
+
+/// Each file directly in these folders is mapped.
+constexpr std::array<std::string_view, 2> mappedToolFolders = {"/opt/homebrew/bin/", "/usr/local/bin/"};
 
 /// The folder's path as a prefix of others: "/" becomes empty.
 std::string withoutTrailingSlashes(std::string path) {
@@ -24,6 +31,12 @@ std::string withoutTrailingSlashes(std::string path) {
 bool isWithin(std::string_view path, std::string_view folder) {
   if (folder.empty() || !path.starts_with(folder)) return false;
   return path.size() == folder.size() || path[folder.size()] == '/';
+}
+
+bool isMappedTool(std::string_view path) {
+  const auto folder = path.substr(0, path.rfind('/') + 1);
+  return std::ranges::count(mappedTools, path) > 0 ||
+         (std::ranges::count(mappedToolFolders, folder) > 0 && path.size() > folder.size());
 }
 
 std::string environment(const char* name) {
@@ -72,9 +85,8 @@ HostRoot HostRoot::fromEnvironment(std::string bundle) {
 }
 
 std::string HostRoot::realPath(std::string_view macPath) const {
-  bool mapped =
-      isWithin(macPath, "/Library") || isWithin(macPath, home_) || isWithin(macPath, temporaryFolder_);
-  for (auto tool : mappedTools) mapped = mapped || macPath == tool;
+  const bool mapped = isWithin(macPath, "/Library") || isWithin(macPath, home_) ||
+                      isWithin(macPath, temporaryFolder_) || isMappedTool(macPath);
   if (!mapped || isWithin(macPath, bundle_)) return std::string(macPath);
   return root_ + std::string(macPath);
 }

@@ -5,8 +5,9 @@
 
 namespace ostrel {
 
-/// The folder that is "/" of the simulated Mac. /Library, the system tools that the program calls, the home
-/// and the temporary folder are mapped beneath it; every other path is real, and the bundle is never mapped.
+/// The folder that is "/" of the simulated Mac. /Library, the system tools that the program calls, the tools
+/// of container runtimes, the home and the temporary folder are mapped beneath it; every other path is real,
+/// and the bundle is never mapped.
 class HostRoot {
  public:
   /// Takes the absolute real path of the root, Mac paths of home and temporary folder, real path of the
@@ -51,6 +52,10 @@ inline constexpr const char* lock = "/Library/Application Support/simulated-endp
 /// {"enrolled": bool}: reported by the stand-in for the profiles tool.
 inline constexpr const char* deviceManagement =
     "/Library/Preferences/SystemConfiguration/ostrel-agent.device-management.json";
+/// {"installed": [bundle identifiers], "running": [{"identifier": text or null, "launched": milliseconds
+/// since the epoch or null}], "processes": [names]}; a missing file is a Mac without any.
+inline constexpr const char* applications =
+    "/Library/Application Support/simulated-endpoint/applications.json";
 /// The scenario that the stand-in helper reports.
 inline constexpr const char* scenario = "/Library/Application Support/simulated-endpoint/scenario.json";
 }  // namespace simulatedstate

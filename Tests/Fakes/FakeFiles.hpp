@@ -18,6 +18,7 @@ class FakeFiles final : public Files {
   struct File {
     std::string bytes;
     bool isExecutable = false;
+    FileStamp stamp = {};
   };
 
   bool exists(const std::string& path) const override {
@@ -30,6 +31,7 @@ class FakeFiles final : public Files {
   }
 
   std::expected<std::string, PlatformError> read(const std::string& path) const override {
+    ++reads[path];
     if (readError) return std::unexpected(*readError);
     if (folders.contains(path)) return failure(EISDIR);
     if (const auto file = files.find(path); file != files.end()) return file->second.bytes;
@@ -41,7 +43,7 @@ class FakeFiles final : public Files {
     if (writeError) return std::unexpected(*writeError);
     if (folders.contains(path)) return failure(EISDIR);
     if (const auto above = parent(path); !above.empty() && !folders.contains(above)) return failure(ENOENT);
-    files[path] = {std::string(bytes), false};
+    replace(path, std::string(bytes));
     return {};
   }
 
@@ -65,15 +67,16 @@ class FakeFiles final : public Files {
     return {};
   }
 
-  std::optional<Date> modificationTime(const std::string& path) const override {
-    return exists(path) ? std::optional(Date()) : std::nullopt;
+  std::optional<FileStamp> stamp(const std::string& path) const override {
+    const auto file = files.find(path);
+    return file == files.end() ? std::nullopt : std::optional(file->second.stamp);
   }
 
   /// Puts a file there, with the folders above it.
   void put(const std::string& path, std::string bytes) {
     for (auto folder = parent(path); !folder.empty(); folder = parent(folder)) folders.insert(folder);
     if (folders.contains(path)) ADD_FAILURE() << "a folder is in the place of " << path;
-    files[path] = {std::move(bytes), false};
+    replace(path, std::move(bytes));
   }
 
   void putExecutable(const std::string& path) {
@@ -83,15 +86,24 @@ class FakeFiles final : public Files {
 
   std::map<std::string, File> files;
   std::set<std::string> folders;
+  mutable std::map<std::string, int> reads;  ///< number of reads by path
   std::optional<PlatformError> readError;
   std::optional<PlatformError> writeError;
 
  private:
+  void replace(const std::string& path, std::string bytes) {
+    const auto size = bytes.size();
+    const FileStamp stamp{.modified = Date(), .size = size, .inode = ++inodes_, .changed = {}};
+    files[path] = {std::move(bytes), false, stamp};
+  }
+
   static std::unexpected<PlatformError> failure(int number) {
     return std::unexpected(PlatformError{posixErrorDomain, number, "errno " + std::to_string(number)});
   }
 
   static std::string parent(const std::string& path) { return path.substr(0, path.rfind('/')); }
+
+  std::uint64_t inodes_ = 0;
 };
 
 }  // namespace ostrel

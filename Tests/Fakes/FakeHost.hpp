@@ -11,6 +11,7 @@
 #include "Tests/Fakes/FakeNetworkPath.hpp"
 #include "Tests/Fakes/FakeNetworkPreferences.hpp"
 #include "Tests/Fakes/FakePasteboard.hpp"
+#include "Tests/Fakes/FakeRunningProcesses.hpp"
 #include "Tests/Fakes/FakeScreens.hpp"
 #include "Tests/Fakes/FakeShell.hpp"
 #include "Tests/Fakes/FakeSingleInstance.hpp"
@@ -22,6 +23,7 @@
 #include "Tests/Fakes/FakeUnixSockets.hpp"
 #include "Tests/Fakes/FakeUserDefaults.hpp"
 #include "Tests/Fakes/FakeUserNotifications.hpp"
+#include "Tests/Fakes/FakeWorkspace.hpp"
 
 namespace ostrel {
 
@@ -57,6 +59,8 @@ struct FakeHost {
   FakeNetworkPath networkPath;
   FakeSystemWake systemWake;
   FakeSingleInstance menuBarInstance;
+  FakeWorkspace workspace;
+  FakeRunningProcesses runningProcesses;
 };
 
 }  // namespace ostrel

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <set>
 #include <vector>
 
 #include "Platform/Workspace.hpp"
@@ -29,6 +30,17 @@ class FakeWorkspace final : public Workspace {
     return true;
   }
 
+  std::vector<RunningApplication> runningApplications() const override { return applications; }
+
+  bool hasApplication(const std::string& identifier) const override { return installed.contains(identifier); }
+
+  bool hasApplicationWithPrefix(const std::string& prefix) const override {
+    const auto first = installed.lower_bound(prefix);
+    return first != installed.end() && first->starts_with(prefix);
+  }
+
+  std::vector<RunningApplication> applications;
+  std::set<std::string> installed;  ///< bundle identifiers
   int majorVersion = 15;
   bool canOpenUrls = true;
   std::vector<std::string> urls;

@@ -41,12 +41,17 @@ TEST_F(FilesContract, AFileIsReadAsWrittenUntilItIsRemoved) {
       EXPECT_EQ(each->read("/a/b/file"), bytes);
     }
     EXPECT_TRUE(each->exists("/a/b/file"));
-    EXPECT_TRUE(each->modificationTime("/a/b/file"));
+    const auto stamp = each->stamp("/a/b/file");
+    EXPECT_TRUE(stamp);
+    EXPECT_EQ(each->stamp("/a/b/file"), stamp);
+    ASSERT_EQ(codeOf(each->writeAtomically("/a/b/file", std::string(3000000, 'y'))), 0);
+    EXPECT_NE(each->stamp("/a/b/file"), stamp) << "replaced by a file of equal size";
+    EXPECT_FALSE(each->stamp("/a/b")) << "a folder";
     EXPECT_FALSE(each->isExecutableFile("/a/b/file"));
     EXPECT_EQ(codeOf(each->remove("/a/b/file")), 0);
     EXPECT_EQ(codeOf(each->remove("/a/b/file")), 0);
     EXPECT_FALSE(each->exists("/a/b/file"));
-    EXPECT_FALSE(each->modificationTime("/a/b/file"));
+    EXPECT_FALSE(each->stamp("/a/b/file"));
   }
 }
 
@@ -147,7 +152,7 @@ TEST_F(PosixFilesTest, KnowsExecutablesModificationTimesAndPathsBelowAFile) {
   const auto path = folder.write("tool", "");
   ::chmod(path.c_str(), 0755);
   EXPECT_TRUE(files.isExecutableFile("/tool"));
-  const auto age = PosixClock().now() - files.modificationTime("/tool").value_or(Date());
+  const auto age = PosixClock().now() - files.stamp("/tool").value_or(FileStamp()).modified;
   EXPECT_LT(std::chrono::abs(age), std::chrono::minutes(1));
   EXPECT_EQ(codeOf(files.read("/tool/below")), ENOTDIR);
   EXPECT_EQ(codeOf(files.writeAtomically("/tool/below", "")), ENOTDIR);

@@ -14,13 +14,22 @@ void setVariable(const char* name, const char* value) {
   value == nullptr ? ::unsetenv(name) : ::setenv(name, value, 1);
 }
 
-TEST(HostRoot, MapsOnlyTheFoldersOfTheSystem) {
+TEST(HostRoot, MapsOnlyTheFoldersAndToolsOfTheSystem) {
   const HostRoot root("/root/", "/Users/ana/", "/var/tmp", "/Users/ana/build/OstrelAgent.app");
   const std::pair<const char*, const char*> rows[] = {
       {"/Library/Application Support/x", "/root/Library/Application Support/x"},
       {"/LibraryOfMine/x", "/LibraryOfMine/x"},
       {"/usr/bin/security", "/root/usr/bin/security"},
       {"/usr/bin/security2", "/usr/bin/security2"},
+      {"/usr/bin/podman", "/root/usr/bin/podman"},
+      {"/usr/bin/podman/x", "/usr/bin/podman/x"},
+      {"/usr/bin/openssl", "/usr/bin/openssl"},
+      {"/opt/homebrew/bin/any", "/root/opt/homebrew/bin/any"},
+      {"/opt/homebrew/bin/folder/any", "/opt/homebrew/bin/folder/any"},
+      {"/usr/local/bin/any", "/root/usr/local/bin/any"},
+      {"/usr/local/bin", "/usr/local/bin"},
+      {"/usr/local/bin/", "/usr/local/bin/"},
+      {"/usr/local/lib/any", "/usr/local/lib/any"},
       {"/Users/ana/.npmrc", "/root/Users/ana/.npmrc"},
       {"/Users/anabel/.npmrc", "/Users/anabel/.npmrc"},
       {"/var/tmp/x", "/root/var/tmp/x"},
