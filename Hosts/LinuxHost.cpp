@@ -36,6 +36,7 @@
 #include "Platform/SimulatedMac/SimulatedSystemWake.hpp"
 #include "Platform/SimulatedMac/SimulatedWorkspace.hpp"
 #include "Shells/Console/ConsoleAlerts.hpp"
+#include "Shells/Console/ConsoleContainers.hpp"
 #include "Shells/Console/ConsoleOnboardingWindow.hpp"
 #include "Shells/Console/ConsolePasteboard.hpp"
 #include "Shells/Console/ConsoleScreens.hpp"
@@ -88,7 +89,7 @@ class LinuxShell {
       : host_(host),
         consoleShell_(mode == ShellMode::interactive ? ConsoleInput::commands : ConsoleInput::ignored,
                       host.signals, host.mainQueue, host.streams, consoleStatusItem_, consoleScreens_,
-                      consoleOnboardingWindow_, consoleAlerts_),
+                      consoleContainers_, consoleOnboardingWindow_, consoleAlerts_),
         desktop_(mode == ShellMode::queueOnly || !namesDisplay() ? nullptr : makeDesktop()) {}
 
   const ShellServices& services() const { return services_; }
@@ -119,6 +120,7 @@ class LinuxShell {
   ConsoleUserNotifications consoleUserNotifications_{host_.mainQueue, host_.streams};
   ConsoleStatusItem consoleStatusItem_{host_.streams};
   ConsoleScreens consoleScreens_{host_.streams};
+  ConsoleContainers consoleContainers_{host_.streams};
   ConsoleOnboardingWindow consoleOnboardingWindow_{host_.streams};
   ConsoleAlerts consoleAlerts_{host_.streams};
   ConsolePasteboard consolePasteboard_{host_.streams};
@@ -131,6 +133,7 @@ class LinuxShell {
       .shell = desktop_ ? desktop_->shell() : consoleShell_,
       .statusItem = desktop_ ? desktop_->statusItem() : consoleStatusItem_,
       .screens = desktop_ ? desktop_->screens() : consoleScreens_,
+      .containersScreen = consoleContainers_,
       .onboardingWindow = desktop_ ? desktop_->onboardingWindow() : consoleOnboardingWindow_,
       .alerts = desktop_ ? desktop_->alerts() : consoleAlerts_,
       .pasteboard = desktop_ ? desktop_->pasteboard() : consolePasteboard_,

@@ -84,6 +84,35 @@ struct MenuBarRole {
   std::shared_ptr<MenuBarController> controller;
 };
 
+std::shared_ptr<ContainersPageController> containersPage(
+    const Host& host, const ShellServices& shell,
+    const std::shared_ptr<ContainerTrustPreferences>& preferences) {
+  return std::make_shared<ContainersPageController>(
+      ContainersPageController::Services{
+          .screen = shell.containersScreen,
+          .pasteboard = shell.pasteboard,
+          .notifications = shell.userNotifications,
+          .log = host.log,
+      },
+      ContainersPageController::Collaborators{
+          .reader = std::make_shared<ContainerReader>(
+              ContainerReader::Services{host.mainQueue, host.backgroundQueue},
+              ContainerDetector::Services{host.workspace, host.runningProcesses, host.files,
+                                          host.userAccount}),
+          .preferences = preferences,
+      });
+}
+
+/// The user's choice of container notifications; the first one asks for the permission.
+std::shared_ptr<ContainerTrustPreferences> containerTrustPreferences(const Host& host,
+                                                                     const ShellServices& shell) {
+  const auto preferences = std::make_shared<ContainerTrustPreferences>(host.userDefaults);
+  preferences->onEnable = [&notifications = shell.userNotifications, &log = host.log] {
+    RedNotifier::requestAuthorizationIfNeeded(notifications, log);
+  };
+  return preferences;
+}
+
 std::shared_ptr<MenuBarRole> menuBarRole(const Host& host, const ShellServices& shell) {
   const auto presenter = std::make_shared<PanelPresenter>(
       PanelPresenter::Services{host.clock, host.timeFormat, shell.shell, shell.screens});
@@ -113,6 +142,7 @@ std::shared_ptr<MenuBarRole> menuBarRole(const Host& host, const ShellServices& 
         if (const auto actions = weak.lock()) actions->checkNow(reason);
       });
   const auto openRepairFlow = repairFlowOpener(host);
+  const auto preferences = containerTrustPreferences(host, shell);
   auto panelActions = runner->callbacks();
   panelActions.openRepairFlow = openRepairFlow;
   const auto controller = std::make_shared<MenuBarController>(
@@ -131,7 +161,8 @@ std::shared_ptr<MenuBarRole> menuBarRole(const Host& host, const ShellServices& 
           .panelActions = panelActions,
           .reactivation = {{host.backgroundQueue, host.childProcesses, host.bundle}, records(host)},
           .records = records(host),
-          .containerTrust = ContainerTrustPreferences(host.userDefaults),
+          .containerTrust = preferences,
+          .containers = containersPage(host, shell, preferences),
       });
   return std::make_shared<MenuBarRole>(runner, controller);
 }

@@ -7,6 +7,7 @@
 #include "Platform/Bundle.hpp"
 #include "Platform/ChildProcesses.hpp"
 #include "Platform/Clock.hpp"
+#include "Platform/ContainersScreen.hpp"
 #include "Platform/Files.hpp"
 #include "Platform/Log.hpp"
 #include "Platform/MainQueue.hpp"
@@ -59,6 +60,7 @@ struct ShellServices {
   Shell& shell;
   StatusItem& statusItem;
   Screens& screens;
+  ContainersScreen& containersScreen;  ///< on a desktop nothing opens it
   OnboardingWindow& onboardingWindow;
   Alerts& alerts;
   Pasteboard& pasteboard;

@@ -4,10 +4,26 @@
 
 namespace ostrel {
 
+namespace {
+
+constexpr const char* notifyKey = "ContainerBlockNotifyRuntimes";
+
+}  // namespace
+
 std::set<std::string> ContainerTrustPreferences::notify() const {
-  const auto names = defaults_->get<std::vector<std::string>>("ContainerBlockNotifyRuntimes");
+  const auto names = defaults_.get<std::vector<std::string>>(notifyKey);
   if (!names) return {};
   return {names->begin(), names->end()};
+}
+
+std::expected<void, PlatformError> ContainerTrustPreferences::setNotify(const std::string& runtime,
+                                                                        bool isOn) {
+  auto names = notify();
+  if (isOn) names.insert(runtime);
+  if (!isOn) names.erase(runtime);
+  auto stored = defaults_.set(notifyKey, std::vector(names.begin(), names.end()));
+  if (stored && isOn && onEnable) onEnable();
+  return stored;
 }
 
 }  // namespace ostrel

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <expected>
+#include <functional>
 #include <set>
 #include <string>
 
@@ -10,13 +12,19 @@ namespace ostrel {
 /// The container runtimes whose blocked containers the user wants to be notified about. Main thread.
 class ContainerTrustPreferences {
  public:
-  explicit ContainerTrustPreferences(const UserDefaults& defaults) : defaults_(&defaults) {}
+  explicit ContainerTrustPreferences(UserDefaults& defaults) : defaults_(defaults) {}
 
-  /// Names of runtimes; empty when the settings hold no list.
+  /// Names of runtimes, unknown ones included; empty when the settings hold no list.
   std::set<std::string> notify() const;
 
+  /// Adds or removes a name. On failure the stored names stay unchanged.
+  [[nodiscard]] std::expected<void, PlatformError> setNotify(const std::string& runtime, bool isOn);
+
+  /// Runs after a runtime was switched on; may be empty.
+  std::function<void()> onEnable;
+
  private:
-  const UserDefaults* defaults_;
+  UserDefaults& defaults_;
 };
 
 }  // namespace ostrel

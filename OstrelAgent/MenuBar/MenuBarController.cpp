@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "OstrelAgent/Containers/ContainerBlock.hpp"
 #include "OstrelAgent/MenuBar/DeviceManagementProbe.hpp"
 #include "OstrelAgent/Panel/PanelMenus.hpp"
 #include "Platform/InBackground.hpp"
@@ -18,7 +17,7 @@ void MenuBarController::start() {
       if (const auto self = weak.lock()) action(*self, arguments...);
     };
   };
-  auto& [presenter, refresher, redNotifier, nudges, panelActions, reactivation, records, trust] =
+  auto& [presenter, refresher, redNotifier, nudges, panelActions, reactivation, records, trust, containers] =
       collaborators_;
   const auto press = [panelActions](const PanelButton& button) { panelActions.perform(button); };
   services_.statusItem.install({.clicked = weakly([](auto& self) { self.togglePanel(); }),
@@ -30,6 +29,8 @@ void MenuBarController::start() {
   presenter->start(panelActions, weakly([](auto& self, const auto& health) { self.healthApplied(health); }));
   redNotifier->start();
   applyIcon(presenter->latest());
+  containers->start(weakly([](auto& self, const auto& names) { self.showRunningRuntimes(names); }));
+  containers->refresh();
   refresher->start(weakly([](auto& self, const auto& result) { self.publish(result); }));
   probeDeviceManagement();
   timer_ = services_.mainQueue.every(refreshPeriod, weakly([](auto& self) {
@@ -39,6 +40,11 @@ void MenuBarController::start() {
                                        self.collaborators_.presenter->draw();
                                      }));
   nudges->start();
+}
+
+void MenuBarController::refresh() {
+  collaborators_.containers->refresh();
+  collaborators_.refresher->request();
 }
 
 void MenuBarController::togglePanel() {
@@ -71,7 +77,7 @@ void MenuBarController::publish(const RefreshResult& result) {
         {filter && filter->hasProvider, snapshot.egressLockEnabled, snapshot.transparentProxy, mdmEnrolled_});
   }
   applyIcon(snapshot);
-  notify(snapshot);
+  observe(snapshot);
   collaborators_.presenter->publish(std::move(snapshot));
   if (const auto version = pendingReactivation(inputs)) {
     collaborators_.reactivation.driveReactivationOnce(*version);
@@ -92,17 +98,28 @@ void MenuBarController::healthApplied(const StatusReport::Health& health) {
   appliedHealth_ = health;
   runBeforeHealth_ = collaborators_.refresher->latestRun();
   applyIcon(collaborators_.presenter->latest());
-  notify(collaborators_.presenter->latest());
+  observe(collaborators_.presenter->latest());
 }
 
-/// Whether a notification is due depends on the time, too.
-void MenuBarController::notify(const Snapshot& snapshot) {
+/// Passes the reading to the notifier, which needs each one since time counts there, and to the containers
+/// page.
+void MenuBarController::observe(const Snapshot& snapshot) {
   auto& notifier = *collaborators_.redNotifier;
   const auto now = services_.clock.now();
   notifier.observe(ProtectionVerdict::of(snapshot), now);
-  if (const auto block = ContainerBlock::read(snapshot.runtimeTrust)) {
-    notifier.observeContainerBlocks(block->runtimes, collaborators_.containerTrust.notify(), now);
+  auto block = ContainerBlock::read(snapshot.runtimeTrust);
+  if (block) {
+    notifier.observeContainerBlocks(block->runtimes, collaborators_.containerTrust->notify(), now);
+  } else {
+    notifier.observeContainerBlocks({}, {}, now);
   }
+  collaborators_.containers->publish(std::move(block));
+}
+
+void MenuBarController::showRunningRuntimes(std::vector<std::string> names) {
+  auto& presenter = *collaborators_.presenter;
+  presenter.model().runningContainerRuntimes = std::move(names);
+  presenter.draw();
 }
 
 /// Touches the status item only when its picture or text changes.

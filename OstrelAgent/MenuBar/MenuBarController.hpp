@@ -5,7 +5,7 @@
 #include <memory>
 #include <optional>
 
-#include "OstrelAgent/Containers/ContainerTrustPreferences.hpp"
+#include "OstrelAgent/Containers/ContainersPageController.hpp"
 #include "OstrelAgent/Extension/Reactivation.hpp"
 #include "OstrelAgent/Extension/Records.hpp"
 #include "OstrelAgent/MenuBar/CheckInNudges.hpp"
@@ -43,7 +43,8 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
     StatusPanelActions panelActions;
     Reactivation reactivation;
     Records records;
-    ContainerTrustPreferences containerTrust;
+    std::shared_ptr<ContainerTrustPreferences> containerTrust;
+    std::shared_ptr<ContainersPageController> containers;
   };
 
   MenuBarController(Services services, Collaborators collaborators);
@@ -51,8 +52,8 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   /// Shows the icon, starts the first refresh and the timer. Call once.
   void start();
 
-  /// Requests a refresh.
-  void refresh() { collaborators_.refresher->request(); }
+  /// Requests a status run, and beside it a reading of the container runtimes.
+  void refresh();
 
   /// Opens the panel, or closes it.
   void togglePanel();
@@ -63,7 +64,8 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   void record(const NetworkExtensionAssertion& assertion);
   void healthApplied(const StatusReport::Health& health);
   void applyIcon(const Snapshot& snapshot);
-  void notify(const Snapshot& snapshot);
+  void observe(const Snapshot& snapshot);
+  void showRunningRuntimes(std::vector<std::string> names);
 
   Services services_;
   Collaborators collaborators_;

@@ -66,6 +66,7 @@ void RedNotifier::observe(const ProtectionVerdict& verdict, Date now) {
 
 void RedNotifier::observeContainerBlocks(const std::vector<std::string>& blocked,
                                          const std::set<std::string>& enabled, Date now) {
+  if (blocked.empty()) return;
   const auto lastPostedAt = memory_.containerBlocks();
   const auto outcome = ContainerBlockNotificationGate::evaluate(blocked, enabled, lastPostedAt, now);
   if (outcome.lastPostedAt != lastPostedAt) memory_.setContainerBlocks(outcome.lastPostedAt);

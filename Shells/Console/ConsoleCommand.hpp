@@ -23,6 +23,19 @@ struct Token {
   std::string text;
   bool operator==(const Token&) const = default;
 };
+struct ShowContainers {
+  std::string runtime;  ///< whose detail to show; empty for the list
+  bool operator==(const ShowContainers&) const = default;
+};
+struct Copy {
+  std::string what;
+  bool operator==(const Copy&) const = default;
+};
+struct Notify {
+  std::string runtime;
+  bool isOn = false;
+  bool operator==(const Notify&) const = default;
+};
 struct Quit {
   bool operator==(const Quit&) const = default;
 };
@@ -34,11 +47,14 @@ struct Unknown {
 };
 }  // namespace consolecommand
 
-using ConsoleCommand = std::variant<consolecommand::ShowPanel, consolecommand::ClosePanel,
-                                    consolecommand::Press, consolecommand::Token, consolecommand::Quit,
-                                    consolecommand::Nothing, consolecommand::Unknown>;
+using ConsoleCommand =
+    std::variant<consolecommand::ShowPanel, consolecommand::ClosePanel, consolecommand::Press,
+                 consolecommand::Token, consolecommand::ShowContainers, consolecommand::Copy,
+                 consolecommand::Notify, consolecommand::Quit, consolecommand::Nothing,
+                 consolecommand::Unknown>;
 
-/// "panel", "close", "press N", "token TEXT" or "quit", with blanks around; `Nothing` for an empty line.
+/// "panel", "close", "press N", "token TEXT", "containers", "containers NAME", "copy WHAT", "notify NAME on",
+/// "notify NAME off" or "quit", with blanks around; `Nothing` for an empty line.
 ConsoleCommand parseConsoleCommand(std::string_view line);
 
 }  // namespace ostrel

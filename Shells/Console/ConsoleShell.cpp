@@ -65,18 +65,26 @@ bool ConsoleShell::readInput() {
 
 void ConsoleShell::perform(std::string_view line) {
   auto command = parseConsoleCommand(line);
-  std::visit(Overloaded{
-                 [&](consolecommand::ShowPanel) { showPanel(); },
-                 [&](consolecommand::ClosePanel) {
-                   if (screens_.isPanelShown()) statusItem_.click();
-                 },
-                 [&](consolecommand::Press pressed) { press(pressed.number); },
-                 [&](consolecommand::Token& token) { enterToken(std::move(token.text)); },
-                 [&](consolecommand::Quit) { window_.isOpen() ? window_.close() : terminate(0); },
-                 [](consolecommand::Nothing) {},
-                 [&](consolecommand::Unknown) { tellCommands(); },
-             },
-             command);
+  // Only the menu-bar role shows the containers page.
+  const auto onPage = [this](auto action) { containers_.isAvailable() ? action() : tellCommands(); };
+  std::visit(
+      Overloaded{
+          [&](consolecommand::ShowPanel) { showPanel(); },
+          [&](consolecommand::ClosePanel) {
+            if (screens_.isPanelShown()) statusItem_.click();
+          },
+          [&](consolecommand::Press pressed) { press(pressed.number); },
+          [&](consolecommand::Token& token) { enterToken(std::move(token.text)); },
+          [&](consolecommand::ShowContainers& shown) { onPage([&] { containers_.open(shown.runtime); }); },
+          [&](consolecommand::Copy& copy) { onPage([&] { containers_.copy(copy.what); }); },
+          [&](consolecommand::Notify& notify) {
+            onPage([&] { containers_.switchNotification(notify.runtime, notify.isOn); });
+          },
+          [&](consolecommand::Quit) { window_.isOpen() ? window_.close() : terminate(0); },
+          [](consolecommand::Nothing) {},
+          [&](consolecommand::Unknown) { tellCommands(); },
+      },
+      command);
 }
 
 void ConsoleShell::showPanel() {
@@ -92,7 +100,8 @@ void ConsoleShell::enterToken(std::string token) {
 
 void ConsoleShell::tellCommands() {
   streams_.writeOutput(window_.isOpen() ? "commands: token TEXT, press N, quit\n"
-                                        : "commands: panel, press N, close, quit\n");
+                                        : "commands: panel, press N, close, containers [NAME], copy WHAT, "
+                                          "notify NAME on|off, quit\n");
 }
 
 /// Presses a button of what is in front: an alert, the window or the panel.

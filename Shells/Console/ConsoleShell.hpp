@@ -8,6 +8,7 @@
 #include "Platform/Shell.hpp"
 #include "Platform/StandardStreams.hpp"
 #include "Shells/Console/ConsoleAlerts.hpp"
+#include "Shells/Console/ConsoleContainers.hpp"
 #include "Shells/Console/ConsoleOnboardingWindow.hpp"
 #include "Shells/Console/ConsoleScreens.hpp"
 #include "Shells/Console/ConsoleStatusItem.hpp"
@@ -23,13 +24,14 @@ class ConsoleShell final : public Shell {
  public:
   ConsoleShell(ConsoleInput input, const TerminationSignals& signals, PosixMainQueue& queue,
                StandardStreams& streams, ConsoleStatusItem& statusItem, ConsoleScreens& screens,
-               ConsoleOnboardingWindow& window, ConsoleAlerts& alerts)
+               ConsoleContainers& containers, ConsoleOnboardingWindow& window, ConsoleAlerts& alerts)
       : inputKind_(input),
         signals_(signals),
         queue_(queue),
         streams_(streams),
         statusItem_(statusItem),
         screens_(screens),
+        containers_(containers),
         window_(window),
         alerts_(alerts) {}
 
@@ -53,6 +55,7 @@ class ConsoleShell final : public Shell {
   StandardStreams& streams_;
   ConsoleStatusItem& statusItem_;
   ConsoleScreens& screens_;
+  ConsoleContainers& containers_;
   ConsoleOnboardingWindow& window_;
   ConsoleAlerts& alerts_;
   std::string input_;  ///< the part of the current line that has been read

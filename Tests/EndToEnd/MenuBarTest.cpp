@@ -197,7 +197,8 @@ TEST_F(OstrelAgent, ChecksInOnceAfterAWakeIfTheNetworkIsUp) {
 TEST_F(OstrelAgent, ServesTheCommandsOfTheConsole) {
   auto process = menuBar("press 1\nx" + std::string(5120, ' ') + "quit\npanel\n");
   process.awaitOutput("open the panel first: panel\n");
-  process.awaitOutput("commands: panel, press N, close, quit\n");
+  process.awaitOutput(
+      "commands: panel, press N, close, containers [NAME], copy WHAT, notify NAME on|off, quit\n");
   process.awaitOutput("[4] Quit status icon\n");
   process.write("press 5\npress -1\n");
   process.awaitOutput("the panel has no button 5\n");

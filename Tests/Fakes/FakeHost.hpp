@@ -5,6 +5,7 @@
 #include "Tests/Fakes/FakeBackgroundQueue.hpp"
 #include "Tests/Fakes/FakeBundle.hpp"
 #include "Tests/Fakes/FakeChildProcesses.hpp"
+#include "Tests/Fakes/FakeContainersScreen.hpp"
 #include "Tests/Fakes/FakeFiles.hpp"
 #include "Tests/Fakes/FakeLog.hpp"
 #include "Tests/Fakes/FakeMainQueue.hpp"
@@ -54,6 +55,7 @@ struct FakeHost {
   FakeShell shell;
   FakeStatusItem statusItem;
   FakeScreens screens;
+  FakeContainersScreen containersScreen;
   FakeAlerts alerts;
   FakePasteboard pasteboard;
   FakeNetworkPath networkPath;

@@ -35,6 +35,17 @@ inline std::shared_ptr<MenuBarController> menuBarOn(FakeHost& host, StatusItem& 
       [weak = std::weak_ptr(runner)](const std::string& reason) {
         if (const auto actions = weak.lock()) actions->checkNow(reason);
       });
+  const auto preferences = std::make_shared<ContainerTrustPreferences>(host.userDefaults);
+  const auto containers = std::make_shared<ContainersPageController>(
+      ContainersPageController::Services{host.containersScreen, host.pasteboard, host.userNotifications,
+                                         host.log},
+      ContainersPageController::Collaborators{
+          .reader = std::make_shared<ContainerReader>(
+              ContainerReader::Services{host.mainQueue, host.backgroundQueue},
+              ContainerDetector::Services{host.workspace, host.runningProcesses, host.files,
+                                          host.userAccount}),
+          .preferences = preferences,
+      });
   struct Role {
     std::shared_ptr<PanelActionRunner> runner;
     std::shared_ptr<MenuBarController> controller;
@@ -53,7 +64,8 @@ inline std::shared_ptr<MenuBarController> menuBarOn(FakeHost& host, StatusItem& 
           .panelActions = runner->callbacks(),
           .reactivation = {{host.backgroundQueue, host.childProcesses, host.bundle}, records},
           .records = records,
-          .containerTrust = ContainerTrustPreferences(host.userDefaults),
+          .containerTrust = preferences,
+          .containers = containers,
       });
   return {role, role->controller.get()};
 }

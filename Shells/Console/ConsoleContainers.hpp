@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "OstrelAgent/Containers/ContainersPage.hpp"
+#include "Platform/ContainersScreen.hpp"
+#include "Platform/StandardStreams.hpp"
+
+namespace ostrel {
+
+/// The containers page as text on standard output: the list or a runtime's detail, printed when it was asked
+/// for and has been read, and whenever it changes from then on.
+class ConsoleContainers final : public ContainersScreen {
+ public:
+  explicit ConsoleContainers(StandardStreams& streams) : streams_(streams) {}
+
+  void onEvents(ContainersScreenEvents events) override { events_ = std::move(events); }
+  void show(const ContainersPageContent& content) override;
+
+  /// False when no role shows the page.
+  bool isAvailable() const { return events_.opened != nullptr; }
+
+  /// Asks for the list, or for the detail of the runtime of that name when it is not empty.
+  void open(std::string_view runtime);
+
+  /// Copies what a word of `consolecommand::Copy` names.
+  void copy(std::string_view word);
+
+  void switchNotification(std::string_view runtime, bool isOn);
+
+ private:
+  /// The table's name of a runtime in any case; prints a sentence and returns nullopt when there is none.
+  std::optional<std::string> runtimeNamed(std::string_view name);
+
+  /// Runs what a command causes without printing the page that changes by it.
+  auto quietly(auto action) {
+    isCommandRunning_ = true;
+    const std::shared_ptr<void> end(nullptr, [this](void*) { isCommandRunning_ = false; });
+    return action();
+  }
+
+  StandardStreams& streams_;
+  ContainersScreenEvents events_;
+  bool showsDetail_ = false;
+  bool isCommandRunning_ = false;
+  std::string printed_;  ///< the last text, empty when the next one must be printed
+  std::optional<ContainersPageContent> shown_;
+};
+
+}  // namespace ostrel
