@@ -50,11 +50,11 @@ std::optional<DefaultsValue> readDates(const Json& json) {
   return dates;
 }
 
-std::optional<DefaultsValue> readTexts(const Json& json) {
+/// The texts of a list, without its other elements.
+DefaultsValue readTexts(const Json& json) {
   std::vector<std::string> texts;
   for (const auto& text : json) {
-    if (!text.is_string()) return std::nullopt;
-    texts.push_back(text.get<std::string>());
+    if (text.is_string()) texts.push_back(text.get<std::string>());
   }
   return texts;
 }

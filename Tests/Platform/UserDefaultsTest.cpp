@@ -92,7 +92,6 @@ TEST_F(PosixUserDefaultsTest, AValueOfAnUnknownShapeIsAbsentAndOutlivesOtherChan
   const std::string rows[] = {"1.5",
                               "null",
                               "18446744073709551615",
-                              "[1]",
                               "{}",
                               R"({"date":"x"})",
                               R"({"dates":[1]})",
@@ -104,6 +103,17 @@ TEST_F(PosixUserDefaultsTest, AValueOfAnUnknownShapeIsAbsentAndOutlivesOtherChan
     auto compact = files.files[path].bytes;
     std::erase_if(compact, [](char c) { return c == ' ' || c == '\n'; });
     EXPECT_EQ(compact, "{\"key\":" + row + ",\"other\":true}");
+  }
+}
+
+TEST_F(PosixUserDefaultsTest, AListKeepsOnlyItsTexts) {
+  const std::pair<const char*, std::vector<std::string>> rows[] = {
+      {R"([1, "b", null, ["c"], "a", true])", {"b", "a"}},
+      {"[1]", {}},
+  };
+  for (const auto& [stored, texts] : rows) {
+    files.put(path, "{\"key\": " + std::string(stored) + "}");
+    EXPECT_EQ(defaults.value("key"), DefaultsValue(texts)) << stored;
   }
 }
 
