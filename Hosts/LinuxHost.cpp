@@ -34,6 +34,7 @@
 #include "Platform/SimulatedMac/SimulatedRunningProcesses.hpp"
 #include "Platform/SimulatedMac/SimulatedSystemExtensions.hpp"
 #include "Platform/SimulatedMac/SimulatedSystemWake.hpp"
+#include "Platform/SimulatedMac/SimulatedUserNotifications.hpp"
 #include "Platform/SimulatedMac/SimulatedWorkspace.hpp"
 #include "Shells/Console/ConsoleAlerts.hpp"
 #include "Shells/Console/ConsoleContainers.hpp"
@@ -129,6 +130,8 @@ class LinuxShell {
   std::unique_ptr<Desktop> desktop_;
   CombinedSystemWake realWake_{host_.mainQueue, wakeSources()};
   SimulatedSystemWake systemWake_{realWake_, host_.overrides, host_.overridesWatch};
+  SimulatedUserNotifications userNotifications_{
+      desktop_ ? desktop_->notifications() : consoleUserNotifications_, host_.overrides, host_.mainQueue};
   ShellServices services_{
       .shell = desktop_ ? desktop_->shell() : consoleShell_,
       .statusItem = desktop_ ? desktop_->statusItem() : consoleStatusItem_,
@@ -137,7 +140,7 @@ class LinuxShell {
       .onboardingWindow = desktop_ ? desktop_->onboardingWindow() : consoleOnboardingWindow_,
       .alerts = desktop_ ? desktop_->alerts() : consoleAlerts_,
       .pasteboard = desktop_ ? desktop_->pasteboard() : consolePasteboard_,
-      .userNotifications = desktop_ ? desktop_->notifications() : consoleUserNotifications_,
+      .userNotifications = userNotifications_,
       .systemWake = systemWake_,
   };
   FrontSignal frontSignal_{host_.mainQueue, [this] { services_.shell.activate(); }};

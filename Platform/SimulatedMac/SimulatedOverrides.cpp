@@ -105,4 +105,12 @@ std::optional<std::int64_t> SimulatedOverrides::latestWake() const {
   return wake->get<std::int64_t>();
 }
 
+std::optional<NotificationAuthorization> SimulatedOverrides::notificationAuthorization() const {
+  const auto authorization = word("notifications");
+  if (authorization == "authorized") return NotificationAuthorization::authorized;
+  if (authorization == "denied") return NotificationAuthorization::denied;
+  if (authorization == "undetermined") return NotificationAuthorization::notDetermined;
+  return std::nullopt;
+}
+
 }  // namespace ostrel

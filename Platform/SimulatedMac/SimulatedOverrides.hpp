@@ -8,6 +8,7 @@
 
 #include "Platform/Files.hpp"
 #include "Platform/NetworkPath.hpp"
+#include "Platform/UserNotifications.hpp"
 
 namespace ostrel {
 
@@ -53,6 +54,8 @@ class SimulatedOverrides {
   std::optional<NetworkPathUpdate> networkPath() const;
   /// "wake": time of the latest wake, in milliseconds since the epoch.
   std::optional<std::int64_t> latestWake() const;
+  /// "notifications": "authorized", "denied" or "undetermined".
+  std::optional<NotificationAuthorization> notificationAuthorization() const;
 
  private:
   std::string word(const char* name) const;

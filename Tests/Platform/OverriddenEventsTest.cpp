@@ -12,9 +12,12 @@
 #include "Platform/SimulatedMac/HostRoot.hpp"
 #include "Platform/SimulatedMac/SimulatedNetworkPath.hpp"
 #include "Platform/SimulatedMac/SimulatedSystemWake.hpp"
+#include "Platform/SimulatedMac/SimulatedUserNotifications.hpp"
 #include "Tests/Fakes/FakeFiles.hpp"
+#include "Tests/Fakes/FakeMainQueue.hpp"
 #include "Tests/Fakes/FakeNetworkPath.hpp"
 #include "Tests/Fakes/FakeSystemWake.hpp"
+#include "Tests/Fakes/FakeUserNotifications.hpp"
 #include "Tests/Fakes/TemporaryFolder.hpp"
 
 namespace ostrel {
@@ -99,6 +102,43 @@ TEST_F(OverriddenEvents, AWakeOverrideFiresOnceAndNotForAnEarlierNumber) {
   }
   real.wake();
   EXPECT_EQ(woken, 3);
+}
+
+TEST_F(OverriddenEvents, AnOverriddenAuthorizationDecidesWhatIsAskedAndShown) {
+  using Authorization = NotificationAuthorization;
+  struct Row {
+    const char* overrides;
+    Authorization read;
+    int requests;
+    std::size_t shown;
+  };
+  const Row rows[] = {
+      {"{}", Authorization::authorized, 1, 1},
+      {R"({"notifications": "denied"})", Authorization::denied, 0, 0},
+      {R"({"notifications": "authorized"})", Authorization::authorized, 0, 1},
+      {R"({"notifications": "undetermined"})", Authorization::notDetermined, 1, 1},
+      {R"({"notifications": "tea"})", Authorization::authorized, 1, 1},
+  };
+  for (const auto& row : rows) {
+    FakeClock clock;
+    FakeMainQueue queue(clock);
+    FakeUserNotifications shells(queue);
+    SimulatedUserNotifications notifications(shells, overrides, queue);
+    shells.authorization = Authorization::authorized;
+    setOverrides(row.overrides);
+    std::optional<Authorization> read;
+    int completions = 0;
+    const auto completed = [&completions](const auto& done) { completions += done ? 1 : 0; };
+    notifications.readAuthorization([&read](Authorization each) { read = each; });
+    notifications.requestAuthorization(completed);
+    notifications.post({.identifier = "a", .title = "", .body = "", .category = ""}, completed);
+    EXPECT_TRUE(!read && completions == 0) << "completions run later";
+    queue.runAll();
+    EXPECT_EQ(read, row.read) << row.overrides;
+    EXPECT_EQ(completions, 2) << row.overrides;
+    EXPECT_EQ(shells.requests, row.requests) << row.overrides;
+    EXPECT_EQ(shells.posted.size(), row.shown) << row.overrides;
+  }
 }
 
 TEST(FileChanges, AreReportedFromBeforeTheFileExists) {
