@@ -9,6 +9,7 @@
 #include <string_view>
 #include <utility>
 
+#include "SimulatedEndpoint/ControlMac.hpp"
 #include "SimulatedEndpoint/ControlOverrides.hpp"
 #include "SimulatedEndpoint/Daemon.hpp"
 #include "SimulatedEndpoint/EndpointFiles.hpp"
@@ -46,12 +47,23 @@ constexpr const char* help =
     "\n"
     "The Mac itself:\n"
     "  wake                       return from sleep\n"
+    "  app install|remove IDENTIFIER            an application; to remove it also stops it\n"
+    "  app start IDENTIFIER [--launched TIME]   start one instance, now or at a time of RFC 3339\n"
+    "  app stop IDENTIFIER                      stop every instance\n"
+    "  tool install|remove NAME                 a command-line tool in /opt/homebrew/bin\n"
+    "  process start|stop NAME                  a process; stop ends all of the name\n"
+    "  docker-sharing PATH...|none              the folders that Docker Desktop shares; none removes\n"
+    "                                           its settings\n"
+    "  bundle publish [1|2]                     the trust bundle, with the device certificate or with\n"
+    "  bundle remove                            a second one\n"
     "\n"
     "Overrides, which stay until they are taken back:\n"
     "  approval new|always|never        which requests for the extension need approval\n"
     "  result completed|after-reboot    how they end\n"
     "  callbacks once|twice             how often the system reports the end\n"
     "  trust accept|cancel|refuse       what comes of trusting a certificate\n"
+    "  notifications real|authorized|denied|undetermined\n"
+    "                                   what the user allowed; real is the desktop's own answer\n"
     "  misbehave slow MILLISECONDS|torn|silent|close-early|garbage|huge|array|refuse [REASON]|none\n"
     "                                   how the daemon answers\n"
     "  network down|up INTERFACE...|real    what the Mac's network is; real is the machine's own\n"
@@ -219,6 +231,7 @@ ControlResult runControl(Arguments arguments, const ControlPlace& place) {
   if (arguments.empty()) return {2, help};
   if (auto ordered = runOverride(arguments, Overrides(place.files, place.state.root())))
     return *std::move(ordered);
+  if (auto done = runMacCommand(arguments, place.files, place.state.root())) return *std::move(done);
   const auto& name = arguments.front();
   const auto words = arguments.subspan(1);
   if (name == "install" && words.size() == 1 && words[0] == "--without-token") return install(false, place);

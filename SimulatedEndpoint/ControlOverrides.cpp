@@ -16,7 +16,7 @@ namespace {
 /// An order that is one of a few words; the first is how the system behaves without an order.
 struct Choice {
   std::string_view name;
-  std::array<std::string_view, 3> words;
+  std::array<std::string_view, 4> words;
 };
 
 constexpr std::array choices = {
@@ -24,6 +24,7 @@ constexpr std::array choices = {
     Choice{"result", {"completed", "after-reboot"}},
     Choice{"callbacks", {"once", "twice"}},
     Choice{"trust", {"accept", "cancel", "refuse"}},
+    Choice{"notifications", {"real", "authorized", "denied", "undetermined"}},
 };
 
 std::string listed(const Choice& choice) {

@@ -88,10 +88,8 @@ bool isSequence(std::string_view der) {
   return der.size() == 2 + lengthBytes + length;
 }
 
-}  // namespace
-
-std::expected<std::string, std::string> deviceCertificate(Files& files, const HostRoot& root) {
-  const auto path = root.realPath(endpointfiles::certificate);
+/// The certificate of a file; a fresh one is written there when it holds none.
+[[nodiscard]] std::expected<std::string, std::string> keptCertificate(Files& files, const std::string& path) {
   if (auto kept = files.read(path); kept && isCertificate(*kept)) return *kept;
   auto fresh = freshCertificate();
   if (!fresh) return fresh;
@@ -99,6 +97,16 @@ std::expected<std::string, std::string> deviceCertificate(Files& files, const Ho
   if (written) written = files.writeAtomically(path, *fresh);
   if (!written) return std::unexpected("cannot write " + path + ": " + written.error().description);
   return fresh;
+}
+
+}  // namespace
+
+std::expected<std::string, std::string> deviceCertificate(Files& files, const HostRoot& root) {
+  return keptCertificate(files, root.realPath(endpointfiles::certificate));
+}
+
+std::expected<std::string, std::string> secondCertificate(Files& files, const HostRoot& root) {
+  return keptCertificate(files, root.realPath(endpointfiles::secondCertificate));
 }
 
 bool isCertificate(std::string_view pem) {

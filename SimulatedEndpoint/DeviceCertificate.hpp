@@ -12,6 +12,9 @@ namespace ostrel::simulated {
 /// for; its key is never kept.
 [[nodiscard]] std::expected<std::string, std::string> deviceCertificate(Files& files, const HostRoot& root);
 
+/// Another certificate, of another key, made and kept likewise; the daemon never gives it.
+[[nodiscard]] std::expected<std::string, std::string> secondCertificate(Files& files, const HostRoot& root);
+
 /// Whether the text is one certificate in PEM form, judged by its armour and its outermost length.
 bool isCertificate(std::string_view pem);
 

@@ -12,6 +12,9 @@ inline constexpr const char* trustBundle =
     "/Library/Application Support/ostrel-agent-endpoint-trust/bundle.pem";
 /// The device certificate in PEM form.
 inline constexpr const char* certificate = "/Library/Application Support/ostrel-agent-endpoint/device-ca.pem";
+/// A certificate that can be published in its place.
+inline constexpr const char* secondCertificate =
+    "/Library/Application Support/simulated-endpoint/second-ca.pem";
 inline constexpr const char* controlSocket =
     "/Library/Application Support/ostrel-agent-endpoint.control.sock";
 /// Locked by the daemon that serves the socket.

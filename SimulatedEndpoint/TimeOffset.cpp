@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstdint>
 #include <cstdio>
+#include <regex>
 
 namespace ostrel::simulated {
 
@@ -59,6 +60,24 @@ std::string rfc3339(std::chrono::sys_seconds time) {
                 static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
                 static_cast<int>(clock.seconds().count()));
   return text.data();
+}
+
+std::optional<Date> parseRfc3339(const std::string& text) {
+  static const std::regex shape(
+      R"((\d{4})-(\d\d)-(\d\d)T(\d\d):(\d\d):(\d\d)(\.\d{1,9})?(Z|([+-])(\d\d):(\d\d)))");
+  std::smatch parts;
+  if (!std::regex_match(text, parts, shape)) return std::nullopt;
+  const auto number = [&parts](std::size_t part) { return std::stoi("0" + parts[part].str()); };
+  const auto month = std::chrono::year(number(1)) / number(2);
+  const std::chrono::year_month_day date = month / number(3);
+  constexpr int leapSecond = 60;
+  if (!date.ok() || number(4) > 23 || number(5) > 59 || number(6) > leapSecond) return std::nullopt;
+  if (number(10) > 23 || number(11) > 59) return std::nullopt;
+  const auto offset = std::chrono::hours(number(10)) + std::chrono::minutes(number(11));
+  const std::chrono::milliseconds fraction(std::stoi((parts[7].str() + "0000").substr(1, 3)));
+  const Date local = std::chrono::sys_days(date) + std::chrono::hours(number(4)) +
+                     std::chrono::minutes(number(5)) + std::chrono::seconds(number(6)) + fraction;
+  return parts[9] == "-" ? local + offset : local - offset;
 }
 
 Json withTimes(Json value, std::chrono::sys_seconds now) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "Platform/Date.hpp"
 #include "SimulatedEndpoint/Json.hpp"
 
 namespace ostrel::simulated {
@@ -18,6 +19,9 @@ std::optional<std::chrono::seconds> parseTimeOffset(std::string_view text);
 
 /// Internet date-time in UTC, whole seconds: "2025-01-02T03:04:05Z".
 std::string rfc3339(std::chrono::sys_seconds time);
+
+/// The time of an internet date-time with any offset, cut to milliseconds; nullopt when it is none.
+std::optional<Date> parseRfc3339(const std::string& text);
 
 /// The value with each offset in it turned into the time that it means now.
 Json withTimes(Json value, std::chrono::sys_seconds now);

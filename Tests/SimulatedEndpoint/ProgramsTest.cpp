@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <memory>
 
+#include "SimulatedEndpoint/DeviceCertificate.hpp"
+#include "SimulatedEndpoint/EndpointFiles.hpp"
 #include "Tests/SimulatedEndpoint/Programs.hpp"
 
 namespace ostrel::simulated {
@@ -106,6 +109,79 @@ TEST_F(Programs, NetworkAndWakeOverridesKeepTheOthersAndCanBeTakenBack) {
   EXPECT_FALSE(state(simulatedstate::overrides).contains("network"));
 }
 
+TEST_F(Programs, ApplicationsRunApartFromTheirInstallationUntilTheyAreRemoved) {
+  control({"app", "install", "com.one"});
+  control({"app", "start", "com.one", "--launched", "1970-01-01T00:00:05Z"});
+  control({"app", "start", "com.two"});
+  const auto launched = state(simulatedstate::applications)["running"][1]["launched"];
+  EXPECT_GT(launched, 1'700'000'000'000);
+  control({"app", "start", "com.one"});
+  control({"app", "stop", "com.two"});
+  auto applications = state(simulatedstate::applications);
+  EXPECT_EQ(applications["installed"], Json({"com.one"}));
+  EXPECT_EQ(applications["running"].size(), 2U);
+  EXPECT_EQ(applications["running"][0]["launched"], 5000);
+  control({"app", "remove", "com.one"});
+  applications = state(simulatedstate::applications);
+  EXPECT_EQ(applications["installed"], Json::array());
+  EXPECT_EQ(applications["running"], Json::array());
+}
+
+TEST_F(Programs, ProcessesStartedAtOnceAreAllKept) {
+  std::vector<std::unique_ptr<Process>> commands;
+  for (int i = 0; i < 8; ++i) {
+    const Arguments arguments{CONTROL, "process", "start", i % 2 == 0 ? "vfkit" : "limactl"};
+    commands.push_back(std::make_unique<Process>(arguments, environment));
+  }
+  for (const auto& command : commands) EXPECT_EQ(command->end(), 0);
+  EXPECT_EQ(state(simulatedstate::applications)["processes"].size(), 8U);
+  control({"process", "stop", "vfkit"});
+  EXPECT_EQ(state(simulatedstate::applications)["processes"], Json(Arguments(4, "limactl")));
+}
+
+TEST_F(Programs, AToolIsExecutableUntilItIsRemoved) {
+  const auto tool = root + "/opt/homebrew/bin/colima";
+  control({"tool", "install", "colima"});
+  EXPECT_EQ(run(tool, {}).status, 0);
+  control({"tool", "remove", "colima"});
+  EXPECT_FALSE(std::filesystem::exists(tool));
+}
+
+TEST_F(Programs, DockerSharingKeepsTheOtherSettings) {
+  const std::string path = "/Users/robin/Library/Group Containers/group.com.docker/settings-store.json";
+  place.write("root" + path, R"({"cpus": 4, "filesharingDirectories": ["/old"]})");
+  control({"docker-sharing", "/Users", "/Volumes/My Disk"});
+  EXPECT_EQ(state(path.c_str()),
+            Json::parse(R"({"cpus": 4, "filesharingDirectories": ["/Users", "/Volumes/My Disk"]})"));
+  for (const auto* damaged : {"{", "[]"}) {
+    place.write("root" + path, damaged);
+    EXPECT_EQ(run(CONTROL, {"docker-sharing", "/Users"}).status, 1);
+    EXPECT_EQ(place.read("root" + path), damaged);
+  }
+  control({"docker-sharing", "none"});
+  EXPECT_FALSE(std::filesystem::exists(root + path));
+  control({"docker-sharing", "/Users"});
+  EXPECT_EQ(state(path.c_str()), Json::parse(R"({"filesharingDirectories": ["/Users"]})"));
+}
+
+TEST_F(Programs, TheTrustBundleHoldsTheDeviceCertificateOrAnother) {
+  const auto bundle = "root" + std::string(endpointfiles::trustBundle);
+  control({"bundle", "publish"});
+  const auto first = place.read(bundle);
+  EXPECT_TRUE(isCertificate(first));
+  EXPECT_EQ(first, place.read("root" + std::string(endpointfiles::certificate)));
+  control({"bundle", "publish", "2"});
+  const auto second = place.read(bundle);
+  EXPECT_TRUE(isCertificate(second));
+  EXPECT_NE(second, first);
+  control({"bundle", "publish", "1"});
+  EXPECT_EQ(place.read(bundle), first);
+  control({"bundle", "publish", "2"});
+  EXPECT_EQ(place.read(bundle), second);
+  control({"bundle", "remove"});
+  EXPECT_FALSE(std::filesystem::exists(place / bundle));
+}
+
 TEST_F(Programs, TheControlProgramReportsItsErrors) {
   struct Row {
     Arguments arguments;
@@ -128,6 +204,19 @@ TEST_F(Programs, TheControlProgramReportsItsErrors) {
       {{"network", "down", "en0"}, 2, "`network up en0`"},
       {{"network"}, 2, "`network up en0`"},
       {{"wake", "up"}, 2, "no command"},
+      {{"notifications", "maybe"}, 2, "real, authorized, denied, undetermined"},
+      {{"app", "start"}, 2, "app takes"},
+      {{"app", "start", ""}, 2, "app takes"},
+      {{"app", "open", "com.one"}, 2, "app takes"},
+      {{"app", "stop", "com.one", "--launched", "2025-01-02T03:04:05Z"}, 2, "app takes"},
+      {{"app", "start", "com.one", "--launched", "yesterday"}, 2, "\"yesterday\" is no time"},
+      {{"tool", "install", "../colima"}, 2, "a name without slash"},
+      {{"tool", "install", ".."}, 2, "a name without slash"},
+      {{"process", "start"}, 2, "process takes"},
+      {{"docker-sharing"}, 2, "docker-sharing takes"},
+      {{"docker-sharing", "/Users", "none"}, 2, "docker-sharing takes"},
+      {{"bundle", "publish", "3"}, 2, "bundle takes"},
+      {{"bundle", "remove", "1"}, 2, "bundle takes"},
       {{"fail-tea", "2", "D", "4"}, 2, "no command"},
       {{"set", "report.version", "\xff"}, 1, "UTF-8"},
   };

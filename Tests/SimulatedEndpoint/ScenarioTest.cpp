@@ -82,5 +82,26 @@ TEST(TimeOffset, IsReplacedByItsTimeAtAnyDepth) {
   }
 }
 
+TEST(Rfc3339, ATimeIsReadWithItsFractionAndOffset) {
+  const auto day = std::chrono::sys_days(std::chrono::year(2024) / 2 / 29);
+  const std::pair<const char*, std::optional<Date>> rows[] = {
+      {"2024-02-29T00:00:00Z", day},
+      {"2024-02-29T01:02:03.5Z", day + 1h + 2min + 3s + 500ms},
+      {"2024-02-29T01:02:03.123456789Z", day + 1h + 2min + 3s + 123ms},
+      {"2024-02-29T01:30:00+01:30", day},
+      {"2024-02-28T23:00:00-01:00", day},
+      {"2024-02-28T23:59:60Z", day},
+      {"2023-02-29T00:00:00Z", std::nullopt},
+      {"2024-02-29T24:00:00Z", std::nullopt},
+      {"2024-02-29T00:60:00Z", std::nullopt},
+      {"2024-02-29T00:00:00+24:00", std::nullopt},
+      {"2024-02-29T00:00:00", std::nullopt},
+      {"2024-02-29T00:00:00Z ", std::nullopt},
+      {"2024-02-29 00:00:00Z", std::nullopt},
+      {"", std::nullopt},
+  };
+  for (const auto& [text, time] : rows) EXPECT_EQ(parseRfc3339(text), time) << text;
+}
+
 }  // namespace
 }  // namespace ostrel::simulated

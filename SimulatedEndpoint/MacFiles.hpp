@@ -1,0 +1,43 @@
+#pragma once
+
+#include <expected>
+#include <span>
+#include <string>
+
+#include "Platform/Files.hpp"
+#include "Platform/SimulatedMac/HostRoot.hpp"
+
+namespace ostrel::simulated {
+
+/// Files that other software keeps on the simulated Mac, and the trust bundle of the endpoint.
+class MacFiles {
+ public:
+  using Done = std::expected<void, std::string>;
+
+  /// The files take real paths.
+  MacFiles(Files& files, const HostRoot& root) : files_(files), root_(root) {}
+
+  /// An executable command-line tool of that name in /opt/homebrew/bin.
+  [[nodiscard]] Done installTool(const std::string& name) const;
+  [[nodiscard]] Done removeTool(const std::string& name) const;
+
+  /// Sets the folders that Docker Desktop shares with its containers; its other settings stay.
+  [[nodiscard]] Done shareWithDocker(std::span<const std::string> paths) const;
+  /// Removes the settings of Docker Desktop.
+  [[nodiscard]] Done removeDockerSettings() const;
+
+  enum class Certificate { device, second };
+  /// Writes the certificate as the trust bundle.
+  [[nodiscard]] Done publishBundle(Certificate certificate) const;
+  [[nodiscard]] Done removeBundle() const;
+
+ private:
+  std::string dockerSettings() const;
+  [[nodiscard]] Done write(const std::string& path, const std::string& bytes) const;
+  [[nodiscard]] Done remove(const std::string& path) const;
+
+  Files& files_;
+  const HostRoot& root_;
+};
+
+}  // namespace ostrel::simulated
