@@ -1,10 +1,12 @@
 #include "Benchmarks/AgentBenchmark.hpp"
 
 #include <algorithm>
+#include <fstream>
 #include <thread>
 #include <vector>
 
 #include "Benchmarks/BenchTable.hpp"
+#include "Benchmarks/ContainerBenchmark.hpp"
 #include "Benchmarks/Process.hpp"
 #include "OstrelAgent/MenuBar/MenuBarController.hpp"
 #include "Platform/SimulatedMac/HostRoot.hpp"
@@ -43,6 +45,7 @@ class Watch {
 AgentFigures measureAgent(int refreshes, HostRootFolder::Reports reports) {
   const HostRootFolder hostRoot(reports);
   const auto& root = hostRoot.path();
+  std::ofstream(root + simulatedstate::applications) << usualApplications();
   const auto period = MenuBarController::refreshPeriod;
   const Process agent({OSTREL_AGENT, "menubar"});
   const Process bareLoop({OSTREL_BARE_LOOP, std::to_string(period.count()), OSTREL_HELPER,

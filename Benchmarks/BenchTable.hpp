@@ -18,6 +18,9 @@ std::string formatted(const char* format, double value);
 /// The median; of two middle values the upper one.
 double median(std::vector<double> values);
 
+/// CPU time that this process has used.
+double cpuSeconds();
+
 /// The report that the benchmarks decode.
 std::string readReport();
 

@@ -3,10 +3,10 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <ctime>
 #include <utility>
 #include <vector>
 
+#include "Benchmarks/BenchTable.hpp"
 #include "OstrelAgent/Notifications/ContainerBlockNotificationGate.hpp"
 #include "OstrelAgent/Notifications/RedNotificationGate.hpp"
 
@@ -18,12 +18,6 @@ using namespace std::chrono_literals;
 
 constexpr int runs = 21;
 constexpr std::chrono::milliseconds rhythm = 5s;  // between two readings
-
-double cpuSeconds() {
-  timespec time{};
-  (void)::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
-}
 
 double medianRate(int readings, void (*read)(int)) {
   std::vector<double> rates;

@@ -104,13 +104,13 @@ struct ContainersPage {
     std::vector<ContainerTrustReading::Row> rows;
   };
 
-  ContainerTrustReading reading;
-  bool hasReading = false;       ///< the first reading has ended
-  std::set<std::string> notify;  ///< runtimes about which the user wants to be notified
-  std::optional<std::string> selected;
-  std::optional<NotificationAuthorization> notificationAuthorization;  ///< nullopt until it is known
+  ContainerTrustReading reading = {};
+  bool hasReading = false;            ///< the first reading has ended
+  std::set<std::string> notify = {};  ///< runtimes about which the user wants to be notified
+  std::optional<std::string> selected = {};
+  std::optional<NotificationAuthorization> notificationAuthorization = {};  ///< nullopt until it is known
   ContainerSnippet snippet = ContainerSnippet::dockerRun;
-  std::optional<ContainersCopy> copied;  ///< the copy button used last
+  std::optional<ContainersCopy> copied = {};  ///< the copy button used last
 
   /// What can be done about a row's trust, its file sharing, a restart and a block, in sentences.
   std::string runtimeState(const ContainerTrustReading::Row& row) const;
