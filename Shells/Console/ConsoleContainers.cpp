@@ -21,7 +21,8 @@ constexpr std::array<std::pair<std::string_view, ContainersCopy>, 3> copyWords =
 
 void ConsoleContainers::show(const ContainersPageContent& content) {
   shown_ = content;
-  auto text = showsDetail_ ? containerDetailText(content) : containersText(content);
+  auto text = showsDetail_ ? containerDetailText(content)
+                           : containersListText(content) + containersInsideText(content);
   if (text == printed_) return;
   printed_ = std::move(text);
   if (!isCommandRunning_) streams_.writeOutput("\n" + printed_ + "\n");

@@ -49,30 +49,15 @@ void section(TextLines& lines, const Content::Section& section, std::size_t widt
   lines.blank();
 }
 
-void inside(TextLines& lines, const Content::Inside& inside) {
-  lines.line(inside.title);
-  lines.paragraph(2, inside.lede);
-  std::vector<std::string> choices;
-  for (std::size_t i = 0; i < inside.choices.size(); ++i) {
-    choices.push_back((i == inside.chosen ? "(•) " : "( ) ") + inside.choices[i]);
-  }
-  lines.flow(indent, choices, "   ");
-  lines.blank();
-  command(lines, inside.snippet.shown);
-  lines.blank();
-  lines.paragraph(2, inside.covers);
-}
-
 }  // namespace
 
-std::string containersText(const Content& content) {
+std::string containersListText(const Content& content) {
   TextLines lines;
   if (!content.checking.empty()) {
     lines.line(content.title + ": " + content.checking);
     lines.blank();
   }
   for (const auto& each : content.sections) section(lines, each, nameColumns(content));
-  inside(lines, content.inside);
   return lines.take();
 }
 
@@ -94,6 +79,23 @@ std::string containerDetailText(const Content& content) {
   lines.line(std::string(indent) + detail.copyPath.title + ": copy path");
   lines.hanging(detail.isNotifyOn ? "  [x] " : "  [ ] ", detail.notifyLabel);
   lines.paragraph(2, content.authorization);
+  return lines.take();
+}
+
+std::string containersInsideText(const Content& content) {
+  TextLines lines;
+  const auto& inside = content.inside;
+  lines.line(inside.title);
+  lines.paragraph(2, inside.lede);
+  std::vector<std::string> choices;
+  for (std::size_t i = 0; i < inside.choices.size(); ++i) {
+    choices.push_back((i == inside.chosen ? "(•) " : "( ) ") + inside.choices[i]);
+  }
+  lines.flow(indent, choices, "   ");
+  lines.blank();
+  command(lines, inside.snippet.shown);
+  lines.blank();
+  lines.paragraph(2, inside.covers);
   return lines.take();
 }
 
