@@ -104,15 +104,19 @@ NetworkPreferences::ContentFilter filterOf(const Envelope& envelope) {
 
 }  // namespace
 
+std::expected<Date, JsonError> readPreviewTime(std::string path, std::string_view text) {
+  if (const auto time = parseRFC3339(text)) return *time;
+  return std::unexpected(JsonError{std::move(path), "is not a time such as 2025-01-02T03:04:05Z"});
+}
+
 std::expected<PreviewReading, JsonError> readPreviewDocument(std::string_view bytes) {
   const auto envelope = decodeEnvelope(bytes);
   if (!envelope) return std::unexpected(envelope.error());
   PreviewReading reading;
   if (const auto& now = envelope->now) {
-    reading.now = parseRFC3339(*now);
-    if (!reading.now)
-      return std::unexpected(
-          JsonError{.path = "now", .reason = "is not a time such as 2025-01-02T03:04:05Z"});
+    const auto time = readPreviewTime("now", *now);
+    if (!time) return std::unexpected(time.error());
+    reading.now = *time;
   }
   const auto status = envelope->helperStatus.value_or(0);
   if (!std::in_range<std::int32_t>(status))

@@ -2,6 +2,7 @@
 
 #include <expected>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "OstrelAgent/Panel/StatusPanelModel.hpp"
@@ -14,6 +15,9 @@ struct PreviewReading {
   StatusPanelModel model;
   std::optional<Date> now;  ///< from the document
 };
+
+/// Parses the text of a time at that path of a document.
+[[nodiscard]] std::expected<Date, JsonError> readPreviewTime(std::string path, std::string_view text);
 
 /// Reads a bare status report, or an object that adds the agent's other inputs to "report": "helper_status",
 /// "transparent_proxies" [{"enabled", "connected"}], "egress_filter" {"provider", "enabled"}, "mdm_enrolled",

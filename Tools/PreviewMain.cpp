@@ -16,54 +16,24 @@
 #include "Platform/Posix/PosixLog.hpp"
 #include "Platform/Posix/PosixTimeFormat.hpp"
 #include "Shells/Console/AlertText.hpp"
+#include "Shells/Console/ContainersText.hpp"
 #include "Shells/Console/OnboardingText.hpp"
 #include "Shells/Console/PanelText.hpp"
 #include "Shells/Console/PrintableText.hpp"
 #include "Tools/OnboardingStages.hpp"
 #include "Tools/PreviewAlerts.hpp"
+#include "Tools/PreviewContainers.hpp"
+#include "Tools/PreviewContainersJson.hpp"
 #include "Tools/PreviewDocument.hpp"
 #include "Tools/PreviewInput.hpp"
 #include "Tools/PreviewJson.hpp"
 #include "Tools/PreviewOptions.hpp"
 #include "Tools/PreviewPictures.hpp"
+#include "Tools/PreviewUsage.hpp"
 
 namespace ostrel {
 
 namespace {
-
-constexpr std::string_view usage =
-    "usage: ostrel-preview [--text|--json] [--language CODE] [FILE]\n"
-    "       ostrel-preview [--png PICTURE] [--icon PICTURE] [--dark] [--scale 1|2|3] [--language CODE] "
-    "[FILE]\n"
-    "       ostrel-preview --onboarding STAGE|list [--png PICTURE] [--dark] [--scale 1|2|3] [--language "
-    "CODE]\n"
-    "       ostrel-preview --alert NAME|list [--png PICTURE] [--dark] [--scale 1|2|3] [--language CODE]\n"
-    "       ostrel-preview --export-strings\n";
-
-constexpr std::string_view help =
-    "\n"
-    "Shows what Ostrel Agent would show for a status report, read from FILE or from standard input.\n"
-    "\n"
-    "  --text            the panel as text (the default); several reports get one line each\n"
-    "  --json            verdict, icon, rows, cards and facts as JSON\n"
-    "  --png PICTURE     the panel as a picture, written to that file; needs no display\n"
-    "  --icon PICTURE    the menu-bar icon likewise\n"
-    "  --dark            pictures as a dark desktop shows them\n"
-    "  --scale N         pixels for a point of the pictures\n"
-    "  --onboarding STAGE\n"
-    "                    the onboarding window at that stage instead; list tells the stages\n"
-    "  --alert NAME      the alert of that name instead; list tells the names\n"
-    "  --language CODE   texts and times in a translation of the bundle, for example de\n"
-    "  --export-strings  the English texts as a .strings table for translators\n"
-    "\n"
-    "The input is a bare report, or an object that adds what the agent learns elsewhere:\n"
-    "  {\"report\": {...}, \"helper_status\": 0, \"transparent_proxies\": [{\"enabled\": true, "
-    "\"connected\": true}],\n"
-    "   \"egress_filter\": {\"provider\": true, \"enabled\": true}, \"mdm_enrolled\": false,\n"
-    "   \"running_container_runtimes\": [\"Docker\"], \"now\": \"2025-01-02T03:04:05Z\"}\n"
-    "Network state that is not given is taken from what the report says of extension and lock. When the "
-    "first line\n"
-    "is a document by itself, every line is one.\n";
 
 void print(std::FILE* stream, std::string_view text) { std::fwrite(text.data(), 1, text.size(), stream); }
 
@@ -105,6 +75,16 @@ std::string summaryLine(const Snapshot& snapshot, const PanelContent& content) {
 int complain(const std::string& reason) {
   print(stderr, "ostrel-preview: " + printableText(reason) + "\n");
   return 1;
+}
+
+void printJson(const nlohmann::ordered_json& json, bool isOneLine) {
+  print(stdout, json.dump(isOneLine ? -1 : 2) + "\n");
+}
+
+/// Reports an error, also on standard output where an object is expected.
+int fail(const PreviewOptions& options, const std::string& reason) {
+  if (options.mode == PreviewOptions::Mode::json) printJson({{"error", reason}}, true);
+  return complain(reason);
 }
 
 class Preview {
@@ -151,16 +131,10 @@ class Preview {
 
   /// Reports an error, also on standard output where an answer is expected.
   int fail(const std::string& reason, bool isOneOfMany) const {
-    if (options_.mode == PreviewOptions::Mode::json) {
-      printJson({{"error", reason}}, true);
-    } else if (isOneOfMany) {
+    if (isOneOfMany && options_.mode == PreviewOptions::Mode::text) {
       print(stdout, printableText(reason) + "\n");
     }
-    return complain(reason);
-  }
-
-  static void printJson(const nlohmann::ordered_json& json, bool isOneLine) {
-    print(stdout, json.dump(isOneLine ? -1 : 2) + "\n");
+    return ostrel::fail(options_, reason);
   }
 
   static constexpr double unboundedHeight = 100'000;
@@ -219,12 +193,27 @@ int showAlert(const PreviewOptions& options, const Bundle& bundle, Log& log) {
   return written ? 0 : complain(written.error());
 }
 
+int showContainers(const PreviewOptions& options) {
+  const auto input = readInput(options.file);
+  if (!input) return complain(input.error());
+  const auto page = readContainersPage(*input);
+  if (!page) return fail(options, page.error().description());
+  if (options.mode == PreviewOptions::Mode::json) {
+    printJson(containersJson(*page), false);
+  } else {
+    const auto content = page->content();
+    print(stdout,
+          containersListText(content) + containerDetailText(content) + "\n" + containersInsideText(content));
+  }
+  return 0;
+}
+
 int run(std::span<const char* const> arguments) {
   const auto options = PreviewOptions::parse(arguments);
-  if (!options) return print(stderr, usage), 2;
+  if (!options) return print(stderr, previewUsage), 2;
   switch (options->mode) {
     case PreviewOptions::Mode::help:
-      print(stdout, std::string(usage) + std::string(help));
+      print(stdout, std::string(previewUsage) + std::string(previewHelp));
       return 0;
     case PreviewOptions::Mode::exportStrings:
       exportStrings();
@@ -240,6 +229,7 @@ int run(std::span<const char* const> arguments) {
   installTranslation(bundle, log);
   if (options->onboarding) return showOnboarding(*options, bundle, log);
   if (options->alert) return showAlert(*options, bundle, log);
+  if (options->isContainers) return showContainers(*options);
   return Preview(*options, bundle, log).run();
 }
 

@@ -60,6 +60,8 @@ std::optional<PreviewOptions> PreviewOptions::parse(std::span<const char* const>
     const auto* mode = std::ranges::find(modes, argument, &std::pair<std::string_view, Mode>::first);
     if (mode != std::end(modes)) {
       if (!options.choose(mode->second)) return std::nullopt;
+    } else if (argument == "--containers") {
+      options.isContainers = true;
     } else if (argument == "--dark") {
       options.isDark = true;
     } else if (takesValue(argument)) {
@@ -73,9 +75,10 @@ std::optional<PreviewOptions> PreviewOptions::parse(std::span<const char* const>
   }
   const bool isForPictures = options.isDark || options.scale != 1;
   if (isForPictures && options.mode != Mode::pictures) return std::nullopt;
-  const bool isOfReport = options.file || options.icon || options.mode == Mode::json;
-  if ((options.onboarding || options.alert) && isOfReport) return std::nullopt;
+  const bool takesDocument = options.file || options.icon || options.mode == Mode::json;
+  if ((options.onboarding || options.alert) && (takesDocument || options.isContainers)) return std::nullopt;
   if (options.onboarding && options.alert) return std::nullopt;
+  if (options.isContainers && options.mode == Mode::pictures) return std::nullopt;
   if (options.file == "-") options.file.reset();
   return options;
 }

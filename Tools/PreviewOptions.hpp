@@ -18,6 +18,7 @@ struct PreviewOptions {
   std::optional<std::string> icon;        ///< where to write the icon's picture
   std::optional<std::string> onboarding;  ///< the stage of the onboarding window to show in place of a panel
   std::optional<std::string> alert;       ///< the alert to show in place of a panel
+  bool isContainers = false;              ///< `file` is a situation of the containers page, not a report
   bool isDark = false;                    ///< in pictures
   int scale = 1;                          ///< pixels per point of pictures: 1, 2 or 3
 
