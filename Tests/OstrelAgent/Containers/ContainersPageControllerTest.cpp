@@ -130,6 +130,7 @@ TEST_F(ContainersPageControllerTest, ReadsFilesAgainOnlyWhenTheyChanged) {
   host.files.put(bundle, std::string(trustbundle::maxBytes + 1, 'x'));
   refresh();
   EXPECT_EQ(host.files.reads[bundle], 3);
+  EXPECT_FALSE(selected("UTM").guest);
 }
 
 TEST_F(ContainersPageControllerTest, KeepsABlockOverReadingsAndIgnoresUnknownRuntimes) {
