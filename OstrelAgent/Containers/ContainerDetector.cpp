@@ -9,6 +9,8 @@ namespace ostrel {
 
 namespace {
 
+constexpr std::uint64_t maxSettingsBytes = 8 << 20;
+
 std::set<std::string> namesOf(const RunningRuntimes& running) {
   std::set<std::string> names;
   for (const auto& [name, launchDate] : running) names.insert(name);
@@ -29,38 +31,31 @@ ContainerTrustReading containerTrustReading(std::optional<ContainerBlock> block,
 }
 
 ContainerDetector::ContainerDetector(Services services)
-    : services_(services), dockerSettings_(DockerFileSharing::settingsFiles(services.account.homeFolder)) {}
+    : services_(services), bundle_(std::string(trustbundle::file), trustbundle::maxBytes) {
+  for (auto& path : DockerFileSharing::settingsFiles(services.account.homeFolder)) {
+    dockerSettings_.emplace_back(std::move(path), maxSettingsBytes);
+  }
+}
 
 RunningRuntimes ContainerDetector::running() const {
   return ContainerRuntime::running(services_.workspace.runningApplications(), services_.processes.names());
 }
 
 ContainerInstallation ContainerDetector::installation() {
-  readBundle();
-  readDockerSettings();
+  if (bundle_.update(services_.files)) {
+    bundlePEM_ = bundle_.bytes().and_then(trustbundle::usableText);
+  }
+  bool hasChanged = false;
+  std::vector<std::optional<std::string>> settings;
+  for (auto& file : dockerSettings_) {
+    hasChanged |= file.update(services_.files);
+    settings.push_back(file.bytes());
+  }
+  if (hasChanged) dockerSharesLibrary_ = DockerFileSharing::sharesLibrary(settings);
   return {.installed = ContainerRuntime::installed(services_.workspace, services_.files),
-          .caPublishedAt = bundleStamp_ ? std::optional(bundleStamp_->modified) : std::nullopt,
+          .caPublishedAt = bundle_.stamp().transform([](const FileStamp& stamp) { return stamp.modified; }),
           .dockerSharesLibrary = dockerSharesLibrary_,
           .bundlePEM = bundlePEM_};
-}
-
-/// The stamp is from before the read: a file that is replaced meanwhile is read again next time.
-void ContainerDetector::readBundle() {
-  const std::string path(trustbundle::file);
-  const auto stamp = services_.files.stamp(path);
-  if (stamp && stamp == bundleStamp_) return;
-  bundleStamp_ = stamp;
-  bundlePEM_.reset();
-  if (!stamp || stamp->size > trustbundle::maxBytes) return;
-  if (auto bytes = services_.files.read(path)) bundlePEM_ = trustbundle::usableText(*std::move(bytes));
-}
-
-void ContainerDetector::readDockerSettings() {
-  Stamps stamps;
-  for (const auto& path : dockerSettings_) stamps.push_back(services_.files.stamp(path));
-  if (stamps == dockerStamps_) return;
-  dockerStamps_ = std::move(stamps);
-  dockerSharesLibrary_ = DockerFileSharing::sharesLibrary(services_.account.homeFolder, services_.files);
 }
 
 }  // namespace ostrel

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "OstrelAgent/Containers/CachedFile.hpp"
 #include "OstrelAgent/Containers/ContainerTrustReading.hpp"
 #include "Platform/RunningProcesses.hpp"
 #include "Platform/UserAccount.hpp"
@@ -47,20 +48,14 @@ class ContainerDetector {
 
   RunningRuntimes running() const;
 
-  /// Reads only files that have changed since the last call.
+  /// Reads only files that have changed since the last call, or that could not be read then.
   ContainerInstallation installation();
 
  private:
-  using Stamps = std::vector<std::optional<FileStamp>>;
-
-  void readBundle();
-  void readDockerSettings();
-
   Services services_;
-  const std::vector<std::string> dockerSettings_;
-  std::optional<FileStamp> bundleStamp_;
+  CachedFile bundle_;
   std::optional<std::string> bundlePEM_;
-  Stamps dockerStamps_;
+  std::vector<CachedFile> dockerSettings_;
   std::optional<bool> dockerSharesLibrary_;
 };
 

@@ -7,6 +7,14 @@
 
 namespace ostrel {
 
+namespace {
+
+std::tuple<bool, bool, bool> rankOf(const ContainerTrustReading::Row& row) {
+  return {row.blocked, row.running, row.installed};
+}
+
+}  // namespace
+
 ContainerTrustReading::ContainerTrustReading(std::optional<ContainerBlock> currentBlock, Detected detected)
     : block(std::move(currentBlock)),
       dockerSharesLibrary(detected.dockerSharesLibrary),
@@ -14,15 +22,14 @@ ContainerTrustReading::ContainerTrustReading(std::optional<ContainerBlock> curre
   for (const auto& runtime : ContainerRuntime::table) {
     const std::string name(runtime.name);
     const bool isRunning = detected.running.contains(name);
-    rows.push_back({.runtime = runtime,
-                    .installed = isRunning || detected.installed.contains(name),
-                    .running = isRunning,
-                    .blocked = block && std::ranges::count(block->runtimes, name) > 0,
-                    .needsRestart = detected.needsRestart.contains(name)});
+    const Row row{.runtime = runtime,
+                  .installed = isRunning || detected.installed.contains(name),
+                  .running = isRunning,
+                  .blocked = block && std::ranges::count(block->runtimes, name) > 0,
+                  .needsRestart = detected.needsRestart.contains(name)};
+    // Behind its equals, which keeps the table's order among them.
+    rows.insert(std::ranges::upper_bound(rows, rankOf(row), std::greater(), rankOf), row);
   }
-  std::ranges::stable_sort(rows, std::greater(), [](const Row& row) {
-    return std::tuple(row.blocked, row.running, row.installed);
-  });
 }
 
 }  // namespace ostrel

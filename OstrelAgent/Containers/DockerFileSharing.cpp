@@ -36,13 +36,13 @@ std::vector<std::string> DockerFileSharing::settingsFiles(std::string_view home)
   return {folder + "settings-store.json", folder + "settings.json"};
 }
 
-std::optional<bool> DockerFileSharing::sharesLibrary(std::string_view home, const Files& files) {
-  for (const auto& file : settingsFiles(home)) {
-    const auto bytes = files.read(file);
+std::optional<bool> DockerFileSharing::sharesLibrary(
+    const std::vector<std::optional<std::string>>& settings) {
+  for (const auto& bytes : settings) {
     if (!bytes) continue;
-    const auto settings = Json::parse(*bytes, nullptr, false);
-    if (!settings.is_object()) continue;
-    const auto folders = sharedFolders(settings);
+    const auto document = Json::parse(*bytes, nullptr, false);
+    if (!document.is_object()) continue;
+    const auto folders = sharedFolders(document);
     return folders ? std::optional(coversBundle(*folders)) : std::nullopt;
   }
   return std::nullopt;

@@ -131,6 +131,14 @@ TEST_F(ContainersPageControllerTest, ReadsFilesAgainOnlyWhenTheyChanged) {
   refresh();
   EXPECT_EQ(host.files.reads[bundle], 3);
   EXPECT_FALSE(selected("UTM").guest);
+
+  host.files.put(bundle, "MII 3");
+  host.files.readError = PlatformError{posixErrorDomain, EACCES, "Permission denied"};
+  refresh();
+  EXPECT_FALSE(selected("UTM").guest);
+  host.files.readError.reset();
+  refresh();
+  EXPECT_TRUE(selected("UTM").guest) << "allowed later";
 }
 
 TEST_F(ContainersPageControllerTest, KeepsABlockOverReadingsAndIgnoresUnknownRuntimes) {

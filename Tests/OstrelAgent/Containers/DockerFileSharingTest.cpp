@@ -7,11 +7,19 @@
 namespace ostrel {
 namespace {
 
-constexpr const char* home = "/Users/robin";
 constexpr const char* store = "/Users/robin/Library/Group Containers/group.com.docker/settings-store.json";
 constexpr const char* settings = "/Users/robin/Library/Group Containers/group.com.docker/settings.json";
 constexpr const char* sharing = R"({"filesharingDirectories": ["/Library"]})";
 constexpr const char* notSharing = R"({"filesharingDirectories": ["/Users"]})";
+
+std::optional<bool> sharesLibrary(const Files& files) {
+  std::vector<std::optional<std::string>> contents;
+  for (const auto& path : DockerFileSharing::settingsFiles("/Users/robin")) {
+    const auto bytes = files.read(path);
+    contents.push_back(bytes ? std::optional(*bytes) : std::nullopt);
+  }
+  return DockerFileSharing::sharesLibrary(contents);
+}
 
 TEST(DockerFileSharing, CoversTheBundleFromItsFolderUpwards) {
   const std::map<std::string, std::optional<bool>> cases = {
@@ -30,7 +38,7 @@ TEST(DockerFileSharing, CoversTheBundleFromItsFolderUpwards) {
   for (const auto& [list, shares] : cases) {
     FakeFiles files;
     files.put(store, R"({"filesharingDirectories": )" + list + "}");
-    EXPECT_EQ(DockerFileSharing::sharesLibrary(home, files), shares) << list;
+    EXPECT_EQ(sharesLibrary(files), shares) << list;
   }
 }
 
@@ -43,19 +51,19 @@ TEST(DockerFileSharing, IsReadFromTheFirstUsableFile) {
   files.put(settings, sharing);
   for (const auto& [text, shares] : answers) {
     files.put(store, text);
-    EXPECT_EQ(DockerFileSharing::sharesLibrary(home, files), shares) << text;
+    EXPECT_EQ(sharesLibrary(files), shares) << text;
   }
   files.put(settings, "[]");
-  EXPECT_EQ(DockerFileSharing::sharesLibrary(home, files), std::nullopt);
+  EXPECT_EQ(sharesLibrary(files), std::nullopt);
 }
 
 TEST(DockerFileSharing, SkipsAFolderAndUnreadableFiles) {
   FakeFiles files;
   files.put(settings, sharing);
   (void)files.makeFolders(store);
-  EXPECT_EQ(DockerFileSharing::sharesLibrary(home, files), true);
+  EXPECT_EQ(sharesLibrary(files), true);
   files.readError = PlatformError{posixErrorDomain, EACCES, "Permission denied"};
-  EXPECT_EQ(DockerFileSharing::sharesLibrary(home, files), std::nullopt);
+  EXPECT_EQ(sharesLibrary(files), std::nullopt);
 }
 
 }  // namespace
