@@ -1,5 +1,7 @@
 #include "SimulatedEndpoint/Applications.hpp"
 
+#include <utility>
+
 #include "Platform/Posix/FileLock.hpp"
 
 namespace ostrel::simulated {
@@ -44,6 +46,10 @@ Applications::Done Applications::startProcess(const std::string& name) const {
 
 Applications::Done Applications::stopProcess(const std::string& name) const {
   return change([&](ApplicationsState& state) { std::erase(state.processes, name); });
+}
+
+Applications::Done Applications::replace(ApplicationsState state) const {
+  return change([&](ApplicationsState& before) { before = std::move(state); });
 }
 
 Applications::Done Applications::change(const std::function<void(ApplicationsState&)>& change) const {

@@ -30,6 +30,9 @@ class Applications {
   /// Stops each process of the name.
   [[nodiscard]] Done stopProcess(const std::string& name) const;
 
+  /// Installs and runs exactly this.
+  [[nodiscard]] Done replace(ApplicationsState state) const;
+
  private:
   [[nodiscard]] Done change(const std::function<void(ApplicationsState&)>& change) const;
 

@@ -12,10 +12,12 @@
 #include "SimulatedEndpoint/ControlMac.hpp"
 #include "SimulatedEndpoint/ControlOverrides.hpp"
 #include "SimulatedEndpoint/Daemon.hpp"
+#include "SimulatedEndpoint/DottedPath.hpp"
 #include "SimulatedEndpoint/EndpointFiles.hpp"
 #include "SimulatedEndpoint/EndpointReport.hpp"
 #include "SimulatedEndpoint/ExtensionSettings.hpp"
 #include "SimulatedEndpoint/LaunchJobs.hpp"
+#include "SimulatedEndpoint/ScenarioMac.hpp"
 #include "SimulatedEndpoint/ServiceLock.hpp"
 #include "SimulatedEndpoint/TimeOffset.hpp"
 
@@ -95,6 +97,13 @@ ControlResult list(const ControlPlace& place) {
   return {0, text};
 }
 
+/// Gives the Mac the software that the scenario names.
+[[nodiscard]] std::expected<void, std::string> arrangeSoftware(const Scenario& scenario,
+                                                               const ControlPlace& place) {
+  if (scenario.mac().is_null()) return {};
+  return arrangeMac(scenario.mac(), place.files, place.state.root());
+}
+
 ControlResult chooseScenario(const std::string& name, const ControlPlace& place) {
   if (!std::ranges::binary_search(place.folder.names(), name)) {
     const auto closest = place.folder.closestName(name);
@@ -105,11 +114,13 @@ ControlResult chooseScenario(const std::string& name, const ControlPlace& place)
   const auto scenario = place.folder.load(name);
   if (!scenario) return failed(scenario.error());
   if (auto chosen = place.state.choose(*scenario, ""); !chosen) return failed(chosen.error());
+  if (auto arranged = arrangeSoftware(*scenario, place); !arranged) return failed(arranged.error());
   if (auto linked = place.state.linkTools(place.toolFolder); !linked) return failed(linked.error());
   return {0, "Now simulating " + name + ": " + scenario->description() + "\n"};
 }
 
-ControlResult setValue(const std::string& path, const std::string& text, const SimulatedState& state) {
+ControlResult setValue(const std::string& path, const std::string& text, const ControlPlace& place) {
+  const auto& state = place.state;
   if (const auto current = state.scenario(); !current) {
     return failed(current.error() + "\nChoose a scenario again to repair it.");
   }
@@ -118,6 +129,11 @@ ControlResult setValue(const std::string& path, const std::string& text, const S
   const auto changed =
       state.change([&](const Scenario& current) { return current.with(path, *value); }, path);
   if (!changed) return failed(changed.error());
+  if (pathsTouch("mac", path)) {
+    const auto current = state.scenario();
+    if (!current) return failed(current.error());
+    if (auto arranged = arrangeSoftware(*current, place); !arranged) return failed(arranged.error());
+  }
   return {0, path + " is now " + value->dump() + "\n"};
 }
 
@@ -202,10 +218,9 @@ constexpr std::array commands = {
     Command{"scenario", 1,
             [](Arguments words, const ControlPlace& place) { return chooseScenario(words[0], place); },
             "one name; `simulated-endpoint list` shows all"},
-    Command{
-        "set", 2,
-        [](Arguments words, const ControlPlace& place) { return setValue(words[0], words[1], place.state); },
-        "a key and a value, as in `set report.health.verdict degraded`"},
+    Command{"set", 2,
+            [](Arguments words, const ControlPlace& place) { return setValue(words[0], words[1], place); },
+            "a key and a value, as in `set report.health.verdict degraded`"},
     Command{"install", 0, [](Arguments, const ControlPlace& place) { return install(true, place); },
             "nothing more, or --without-token"},
     Command{"stop", 0, [](Arguments, const ControlPlace& place) { return stop(place); }, nothing},

@@ -53,12 +53,8 @@ ControlResult app(Words words, const Mac& mac) {
   return usageFault(usage);
 }
 
-bool isFileName(const std::string& name) {
-  return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
-}
-
 ControlResult tool(Words words, const Mac& mac) {
-  const bool isWhole = words.size() == 2 && isFileName(words[1]);
+  const bool isWhole = words.size() == 2 && isToolName(words[1]);
   const MacFiles macFiles(mac.files, mac.root);
   if (isWhole && words[0] == "install") {
     return reported(macFiles.installTool(words[1]), words[1] + " is installed");

@@ -1,8 +1,9 @@
 #include "SimulatedEndpoint/MacFiles.hpp"
 
+#include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <system_error>
-#include <vector>
 
 #include "Platform/Posix/FileLock.hpp"
 #include "SimulatedEndpoint/DeviceCertificate.hpp"
@@ -18,6 +19,10 @@ constexpr const char* toolText = "#!/bin/sh\nexit 0\n";
 
 }  // namespace
 
+bool isToolName(std::string_view name) {
+  return !name.empty() && name != "." && name != ".." && !name.contains('/');
+}
+
 MacFiles::Done MacFiles::installTool(const std::string& name) const {
   namespace fs = std::filesystem;
   const auto path = root_.realPath(toolFolder + name);
@@ -30,6 +35,22 @@ MacFiles::Done MacFiles::installTool(const std::string& name) const {
 
 MacFiles::Done MacFiles::removeTool(const std::string& name) const {
   return remove(root_.realPath(toolFolder + name));
+}
+
+MacFiles::Done MacFiles::replaceTools(const std::vector<std::string>& names) const {
+  namespace fs = std::filesystem;
+  std::vector<std::string> surplus;
+  std::error_code error;
+  for (fs::directory_iterator entry(root_.path() + toolFolder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    const auto name = entry->path().filename().string();
+    const bool isStandIn = files_.read(entry->path()) == std::string(toolText);
+    if (isStandIn && std::ranges::count(names, name) == 0) surplus.push_back(name);
+  }
+  Done done;
+  for (const auto& name : surplus) done = done ? removeTool(name) : done;
+  for (const auto& name : names) done = done ? installTool(name) : done;
+  return done;
 }
 
 MacFiles::Done MacFiles::shareWithDocker(std::span<const std::string> paths) const {
@@ -50,6 +71,14 @@ MacFiles::Done MacFiles::publishBundle(Certificate certificate) const {
                                                       : secondCertificate(files_, root_);
   if (!pem) return std::unexpected(pem.error());
   return write(root_.realPath(endpointfiles::trustBundle), *pem);
+}
+
+MacFiles::Done MacFiles::dateBundle(Date published) const {
+  const auto path = root_.realPath(endpointfiles::trustBundle);
+  std::error_code error;
+  std::filesystem::last_write_time(path, std::chrono::file_clock::from_sys(published), error);
+  if (error) return std::unexpected("cannot date " + path + ": " + error.message());
+  return {};
 }
 
 MacFiles::Done MacFiles::removeBundle() const { return remove(root_.realPath(endpointfiles::trustBundle)); }

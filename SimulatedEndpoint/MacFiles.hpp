@@ -3,11 +3,17 @@
 #include <expected>
 #include <span>
 #include <string>
+#include <string_view>
+#include <vector>
 
+#include "Platform/Date.hpp"
 #include "Platform/Files.hpp"
 #include "Platform/SimulatedMac/HostRoot.hpp"
 
 namespace ostrel::simulated {
+
+/// Whether a tool can have the name: a file name without folder.
+bool isToolName(std::string_view name);
 
 /// Files that other software keeps on the simulated Mac, and the trust bundle of the endpoint.
 class MacFiles {
@@ -20,6 +26,8 @@ class MacFiles {
   /// An executable command-line tool of that name in /opt/homebrew/bin.
   [[nodiscard]] Done installTool(const std::string& name) const;
   [[nodiscard]] Done removeTool(const std::string& name) const;
+  /// Installs these tools and removes the others that were installed here.
+  [[nodiscard]] Done replaceTools(const std::vector<std::string>& names) const;
 
   /// Sets the folders that Docker Desktop shares with its containers; its other settings stay.
   [[nodiscard]] Done shareWithDocker(std::span<const std::string> paths) const;
@@ -29,6 +37,8 @@ class MacFiles {
   enum class Certificate { device, second };
   /// Writes the certificate as the trust bundle.
   [[nodiscard]] Done publishBundle(Certificate certificate) const;
+  /// Sets the time at which the trust bundle was written.
+  [[nodiscard]] Done dateBundle(Date published) const;
   [[nodiscard]] Done removeBundle() const;
 
  private:

@@ -7,6 +7,7 @@
 #include "Platform/SimulatedMac/SystemExtensionFile.hpp"
 #include "SimulatedEndpoint/DottedPath.hpp"
 #include "SimulatedEndpoint/HelperBehaviour.hpp"
+#include "SimulatedEndpoint/ScenarioMac.hpp"
 #include "SimulatedEndpoint/TimeOffset.hpp"
 
 namespace ostrel::simulated {
@@ -24,7 +25,8 @@ Json emptyScenario() {
             {"content_filter", {{"provider", false}, {"enabled", false}}}}},
           {"extension",
            {{"installed", nullptr}, {"enabled", false}, {"bundled", "4.12.0"}, {"awaiting", nullptr}}},
-          {"mdm_enrolled", false}};
+          {"mdm_enrolled", false},
+          {"mac", nullptr}};
 }
 
 /// A sentence when the object is none or holds a key that the model does not.
@@ -80,6 +82,10 @@ std::optional<std::string> scenarioFault(const Json& document) {
   }
   if (auto fault = helperFault(document["helper"])) return fault;
   if (auto fault = extensionFault(document["extension"])) return fault;
+  if (const auto& mac = document["mac"]; !mac.is_null()) {
+    if (auto fault = keyFault("mac", mac, macWithoutSoftware())) return fault;
+    if (auto fault = macFault(mac)) return fault;
+  }
   return networkFault(document["network"]);
 }
 
@@ -88,8 +94,9 @@ std::optional<std::string> scenarioFault(const Json& document) {
 std::expected<Scenario, std::string> Scenario::fromJson(const Json& document) {
   auto whole = emptyScenario();
   if (auto fault = keyFault("scenario", document, whole)) return std::unexpected(*fault);
+  if (document.contains("mac") && document["mac"].is_object()) whole["mac"] = macWithoutSoftware();
   for (const auto& [key, value] : document.items()) {
-    if ((key == "network" || key == "extension") && value.is_object()) {
+    if ((key == "network" || key == "extension" || key == "mac") && value.is_object()) {
       whole[key].update(value);
     } else {
       whole[key] = value;

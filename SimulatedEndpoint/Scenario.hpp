@@ -34,6 +34,8 @@ class Scenario {
   const Json& report() const { return document_.at("report"); }
   const Json& network() const { return document_.at("network"); }
   const Json& extension() const { return document_.at("extension"); }
+  /// The other software of the Mac; null when the scenario leaves it as it is.
+  const Json& mac() const { return document_.at("mac"); }
   const Json& helper() const { return document_.at("helper"); }
 
  private:

@@ -66,6 +66,8 @@ std::expected<Scenario, std::string> ScenarioFolder::load(const std::string& nam
     own->erase("based_on");
   }
   whole.merge_patch(*own);
+  // It is taken whole: null is one of its values.
+  if (own->contains("mac")) whole["mac"] = (*own)["mac"];
   whole["name"] = name;
   auto scenario = Scenario::fromJson(whole);
   if (!scenario) return std::unexpected(name + ".json: " + scenario.error());

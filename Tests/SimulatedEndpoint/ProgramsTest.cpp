@@ -147,6 +147,36 @@ TEST_F(Programs, AToolIsExecutableUntilItIsRemoved) {
   EXPECT_FALSE(std::filesystem::exists(tool));
 }
 
+TEST_F(Programs, AScenarioThatNamesTheSoftwareOfTheMacReplacesIt) {
+  namespace fs = std::filesystem;
+  const auto age = [this](const char* macPath) {
+    return fs::file_time_type::clock::now() - fs::last_write_time(root + macPath);
+  };
+  const auto docker = root + "/Users/robin/Library/Group Containers/group.com.docker/settings-store.json";
+  const auto own = place.write("root/opt/homebrew/bin/jq", "the user's own");
+  control({"tool", "install", "colima"});
+  control({"app", "start", "com.docker.docker"});
+  control({"docker-sharing", "/Users"});
+  control({"scenario", "protected"});
+  EXPECT_TRUE(fs::exists(docker)) << "a scenario that names none leaves it";
+  control({"scenario", "containers-none"});
+  const auto none = state(simulatedstate::applications);
+  EXPECT_EQ(none, Json::parse(R"({"installed": [], "processes": [], "running": []})"));
+  EXPECT_FALSE(fs::exists(docker));
+  EXPECT_FALSE(fs::exists(root + "/opt/homebrew/bin/colima"));
+  EXPECT_TRUE(fs::exists(own)) << "it was not installed here";
+  EXPECT_GT(age(endpointfiles::trustBundle), std::chrono::minutes(59));
+  control(
+      {"set", "mac", R"({"running": {"com.one": null, "com.two": "1970-01-01T00:00:05Z"}, "bundle": 2})"});
+  EXPECT_EQ(state(simulatedstate::applications)["running"],
+            Json::parse(R"([{"identifier": "com.one", "launched": null},
+                            {"identifier": "com.two", "launched": 5000}])"));
+  EXPECT_LT(age(endpointfiles::trustBundle), std::chrono::minutes(1)) << "published now";
+  control({"app", "stop", "com.one"});
+  control({"set", "mdm_enrolled", "true"});
+  EXPECT_EQ(state(simulatedstate::applications)["running"].size(), 1U) << "other keys leave it";
+}
+
 TEST_F(Programs, DockerSharingKeepsTheOtherSettings) {
   const std::string path = "/Users/robin/Library/Group Containers/group.com.docker/settings-store.json";
   place.write("root" + path, R"({"cpus": 4, "filesharingDirectories": ["/old"]})");

@@ -28,6 +28,13 @@ TEST(Scenario, ADamagedDocumentIsRefusedWithAReason) {
       {R"({"report": {}, "network": {"content_filter": {"enabled": true}}})", "content_filter.provider"},
       {R"({"report": {}, "network": {"transparent_proxies": [{"enabled": 1, "connected": true}]}})",
        "transparent_proxies.0.enabled"},
+      {R"({"report": {}, "mac": {"tool": []}})", "\"tool\""},
+      {R"({"report": {}, "mac": {"installed": [1]}})", "mac.installed"},
+      {R"({"report": {}, "mac": {"tools": ["../colima"]}})", "mac.tools"},
+      {R"({"report": {}, "mac": {"docker_sharing": "/Users"}})", "mac.docker_sharing"},
+      {R"({"report": {}, "mac": {"running": {"com.docker.docker": "@-2x"}}})", "\"com.docker.docker\""},
+      {R"({"report": {}, "mac": {"bundle": 3}})", "mac.bundle"},
+      {R"({"report": {}, "mac": {"bundle_published": "today"}})", "bundle_published"},
   };
   for (const auto& [text, named] : rows) {
     const auto scenario = Scenario::fromText(text);
