@@ -1,0 +1,216 @@
+#include <utility>
+
+#include "Tests/EndToEnd/Mac.hpp"
+
+namespace ostrel {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A change shows at the next refresh, at most five seconds later; the rest is for a busy machine.
+constexpr auto oneRefresh = 10s;
+
+const std::string bundlePath = "/Library/Application Support/ostrel-agent-endpoint-trust/bundle.pem";
+
+/// The menu-bar role on the console.
+struct Containers : testing::Test {
+  Process menuBar(std::string_view lines = {}) const {
+    return Process(mac.command("menubar"), mac.environment, lines);
+  }
+
+  static void quit(Process& agent) {
+    agent.write("quit\n");
+    EXPECT_EQ(agent.end(), 0);
+    EXPECT_EQ(agent.error(), "");
+  }
+
+  Mac mac;
+};
+
+TEST_F(Containers, AnOpenPageFollowsTheMacWithinFiveSeconds) {
+  mac.control({"scenario", "protected"});
+  auto agent = menuBar("containers\n");
+  agent.awaitOutput("\nNot installed\n  Docker\n  OrbStack\n");
+  mac.control({"app", "install", "com.docker.docker"});
+  mac.control({"app", "start", "com.docker.docker"});
+  mac.control({"tool", "install", "colima"});
+  mac.control({"tool", "install", "podman"});
+  mac.control({"process", "start", "colima"});
+  agent.awaitOutput(
+      "\nInstalled\n"
+      "  Docker           running\n"
+      "  Colima           running\n"
+      "  Podman           installed\n"
+      "\nNot installed\n"
+      "  OrbStack\n",
+      oneRefresh);
+  agent.write("panel\n");
+  agent.awaitOutput("· Containers       Colima and Docker running\n");
+  agent.write("close\ncontainers docker\n");
+  agent.awaitOutput("To\n  mount the bundle, add its folder under Settings › Resources › File sharing.\n");
+  mac.control({"docker-sharing", "/Users", "/Library"});
+  mac.control({"bundle", "publish"});
+  agent.awaitOutput(
+      "\nDocker · restart · running\n"
+      "  The runtime trusts the device certificate; containers inside it don't yet. Its\n"
+      "  file sharing covers the bundle's folder. Restart it to pick up the device\n"
+      "  certificate.\n",
+      oneRefresh);
+  mac.control({"app", "stop", "com.docker.docker"});
+  mac.control({"app", "start", "com.docker.docker"});
+  agent.awaitOutput("\nDocker · running\n", oneRefresh);
+  quit(agent);
+}
+
+TEST_F(Containers, ADetailSaysWhatToDoForEachWayOfTrust) {
+  const std::string tail = "\n  Copy bundle path: copy path\n  [ ] Notify me when a container in ";
+  const std::pair<std::string, std::string> rows[] = {
+      {"Docker",
+       "Docker · running\n"
+       "  The runtime trusts the device certificate; containers inside it don't yet. Its\n"
+       "  file sharing does not cover the bundle's folder yet: add it under Settings ›\n"
+       "  Resources › File sharing, or the mount below fails.\n"},
+      {"Colima",
+       "Colima · running\n"
+       "  Its VM keeps its own store; the command below installs the bundle there and\n"
+       "  restarts the VM.\n"
+       "\n"
+       "    cat \"" +
+           bundlePath +
+           "\" | colima ssh -- sudo tee /usr/local/share/ca-certificates/ostrel.crt >/dev/null && "
+           "colima ssh -- sudo update-ca-certificates && colima restart\n"
+           "  Copy setup command: copy setup\n"},
+      {"minikube",
+       "minikube · running\n"
+       "  Copies certificates from ~/.minikube/certs into the node on start; the command\n"
+       "  below puts the bundle there.\n"
+       "\n"
+       "    mkdir -p ~/.minikube/certs && cp \"" +
+           bundlePath +
+           "\" ~/.minikube/certs/ostrel.pem && minikube start --embed-certs\n"
+           "  Copy setup command: copy setup\n"},
+      {"QEMU",
+       "QEMU · running\n"
+       "  The guest system is yours to configure; the command below is pasted inside it.\n"
+       "  Started by minikube, Podman machine, Multipass or CRC: use that tool's row.\n"
+       "\n"
+       "    sudo sh -c 'if command -v update-ca-trust >/dev/null; then d=/etc/pki/ca-trust/source/anchors; "
+       "f=$d/ostrel.pem; else d=/usr/local/share/ca-certificates; f=$d/ostrel.crt; fi; mkdir -p \"$d\"; "
+       "cat > \"$f\" <<\"EOF\"\n"
+       "    " +
+           bundlePath +
+           ": 1 certificate, 1 KB, pasted here by Copy …\n"
+           "    EOF\n"
+           "    if command -v update-ca-trust >/dev/null; then update-ca-trust; else update-ca-certificates; "
+           "fi'\n"
+           "  Copy guest command: copy guest\n"},
+      {"Apple Container",
+       "Apple Container · installed\n"
+       "  Runs containers on this Mac without reading the keychain. Its framework can\n"
+       "  take a custom CA, but the container command exposes no setting for it yet, so\n"
+       "  it cannot trust the device certificate until it does.\n"},
+  };
+  mac.control({"scenario", "containers-all"});
+  mac.control({"notifications", "authorized"});
+  auto agent = menuBar("copy setup\n");
+  agent.awaitOutput("Select a runtime\n");
+  for (const auto& [name, text] : rows) {
+    agent.write("containers " + name + "\n");
+    agent.awaitOutput("\n" + text + tail + name + " is blocked\n\n");
+  }
+  agent.write("copy setup\ncopy guest\n");
+  agent.awaitOutput("Apple Container has no such command\nApple Container has no such command\n");
+  quit(agent);
+}
+
+TEST_F(Containers, CopyPutsWholeTextsOnThePasteboard) {
+  const std::string mount = "-v \"" + bundlePath + ":/ostrel/trust.pem:ro\"";
+  mac.control({"scenario", "containers-all"});
+  auto pem = mac.place.read("root" + bundlePath);
+  pem.erase(pem.find_last_not_of('\n') + 1);
+  const std::pair<std::string, std::string> rows[] = {
+      {"path", bundlePath},
+      {"guest",
+       "sudo sh -c 'if command -v update-ca-trust >/dev/null; then d=/etc/pki/ca-trust/source/anchors; "
+       "f=$d/ostrel.pem; else d=/usr/local/share/ca-certificates; f=$d/ostrel.crt; fi; mkdir -p \"$d\"; "
+       "cat > \"$f\" <<\"EOF\"\n" +
+           pem +
+           "\nEOF\n"
+           "if command -v update-ca-trust >/dev/null; then update-ca-trust; else update-ca-certificates; "
+           "fi'"},
+      {"dockerRun", "docker run \\\n  " + mount +
+                        " \\\n  -e SSL_CERT_FILE=/ostrel/trust.pem \\\n"
+                        "  -e NODE_EXTRA_CA_CERTS=/ostrel/trust.pem \\\n"
+                        "  -e REQUESTS_CA_BUNDLE=/ostrel/trust.pem \\\n"
+                        "  node:22 npm install"},
+      {"compose", "services:\n  app:\n    volumes:\n      - \"" + bundlePath +
+                      ":/ostrel/trust.pem:ro\"\n"
+                      "    environment:\n"
+                      "      SSL_CERT_FILE: /ostrel/trust.pem\n"
+                      "      NODE_EXTRA_CA_CERTS: /ostrel/trust.pem\n"
+                      "      REQUESTS_CA_BUNDLE: /ostrel/trust.pem"},
+      {"dockerfile",
+       "# docker build --build-context ostrel=\"/Library/Application Support/ostrel-agent-endpoint-trust\" "
+       ".\n"
+       "# Builder stage only: registries are reached while building; the\n"
+       "# runtime image needs nothing.\n"
+       "COPY --from=ostrel bundle.pem /ostrel/trust.pem\n"
+       "ENV SSL_CERT_FILE=/ostrel/trust.pem\n"
+       "ENV NODE_EXTRA_CA_CERTS=/ostrel/trust.pem\n"
+       "ENV REQUESTS_CA_BUNDLE=/ostrel/trust.pem"},
+      {"envFile", "# ~/.ostrel/container.env, then: docker run --env-file ~/.ostrel/container.env \\\n#   " +
+                      mount +
+                      " …\n"
+                      "SSL_CERT_FILE=/ostrel/trust.pem\n"
+                      "NODE_EXTRA_CA_CERTS=/ostrel/trust.pem\n"
+                      "REQUESTS_CA_BUNDLE=/ostrel/trust.pem"},
+  };
+  auto agent = menuBar("containers QEMU\n");
+  agent.awaitOutput("QEMU · running\n");
+  for (const auto& [word, text] : rows) {
+    agent.write("copy " + word + "\n");
+    agent.awaitOutput("to copy:\n" + text + "\n");
+  }
+  agent.write("containers minikube\n");
+  agent.awaitOutput("minikube · running\n");
+  agent.write("copy setup\ncopy all\n");
+  agent.awaitOutput("to copy:\nmkdir -p ~/.minikube/certs && cp \"" + bundlePath +
+                    "\" ~/.minikube/certs/ostrel.pem && minikube start --embed-certs\n");
+  agent.awaitOutput("copy takes setup, guest, path, dockerRun, compose, dockerfile or envFile\n");
+  quit(agent);
+}
+
+TEST_F(Containers, ANotificationSettingOutlivesTheAgentAndShowsWhyNoneAppears) {
+  mac.control({"scenario", "containers-blocked-running"});
+  mac.control({"notifications", "authorized"});
+  auto first = menuBar("containers\nnotify rancher desktop on\nnotify Docker  on\nnotify Docker off\n");
+  first.awaitOutput("Notify me when a container in Rancher Desktop is blocked: on\n");
+  first.awaitOutput("Notify me when a container in Docker is blocked: off\n");
+  first.write("notify Dokcer on\nnotify Docker maybe\ncontainers \"Rancher Desktop\"\n");
+  first.awaitOutput("there is no container runtime \"Dokcer\"; containers shows all\n");
+  first.awaitOutput("commands: ");
+  first.awaitOutput("there is no container runtime \"\"Rancher Desktop\"\"; containers shows all\n");
+  quit(first);
+  auto second = menuBar("containers Rancher Desktop\n");
+  second.awaitOutput("\n  [x] Notify me when a container in Rancher Desktop is blocked\n\n");
+  mac.control({"notifications", "denied"});
+  second.awaitOutput(
+      "is blocked\n"
+      "  Notifications for Ostrel Agent are off in macOS.\n",
+      oneRefresh);
+  second.write("containers\n");
+  second.awaitOutput("\nBlocked\n  Colima           blocked\n  Podman           blocked\n\nNot installed\n");
+  mac.control({"scenario", "containers-need-restart"});
+  second.awaitOutput(
+      "\nInstalled\n"
+      "  Docker           restart\n"
+      "  OrbStack         restart\n"
+      "> Rancher Desktop  running\n"
+      "\nNot installed\n"
+      "  Colima\n",
+      oneRefresh);
+  quit(second);
+}
+
+}  // namespace
+}  // namespace ostrel
