@@ -193,6 +193,8 @@ TEST_F(Containers, ANotificationSettingOutlivesTheAgentAndShowsWhyNoneAppears) {
   quit(first);
   auto second = menuBar("containers Rancher Desktop\n");
   second.awaitOutput("\n  [x] Notify me when a container in Rancher Desktop is blocked\n\n");
+  second.write("notify Podman on\n");
+  second.awaitOutput("A container in Podman was blocked: ", oneRefresh);
   mac.control({"notifications", "denied"});
   second.awaitOutput(
       "is blocked\n"

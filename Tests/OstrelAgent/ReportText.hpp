@@ -12,6 +12,15 @@ inline std::string reportText(std::string_view verdict = "protected") {
          std::string(verdict) + R"("}})";
 }
 
+/// A report of two runtimes in which a download was blocked.
+inline std::string blockedReportText(std::string_view verdict = "protected") {
+  auto report = reportText(verdict);
+  report.insert(report.find(R"("verdict")"),
+                R"("runtime_trust":{"state":"broken","code":"CONTAINER_REJECTED_LEAF",)"
+                R"("params":["Podman","Colima"]},)");
+  return report;
+}
+
 /// The members of a component, with a detail of its own.
 inline std::string componentText(const std::string& detail) {
   return R"("state":"ok","code":"C","severity":"red","self_healing":true,"expected_clear_by":"2025-01-02T12:00:00+02:00","params":["p","q"],)"

@@ -21,15 +21,6 @@ bool isReactivation(const ChildCommand& command) {
   return command.arguments == std::vector<std::string>{"reactivate"} && command.outlivesProgram;
 }
 
-/// A report of two runtimes in which a download was blocked.
-std::string blockedReport(std::string_view verdict) {
-  auto report = reportText(verdict);
-  report.insert(report.find(R"("verdict")"),
-                R"("runtime_trust":{"state":"broken","code":"CONTAINER_REJECTED_LEAF",)"
-                R"("params":["Podman","Docker Desktop"]},)");
-  return report;
-}
-
 /// A controller on a host of fakes.
 struct MenuBarControllerTest : testing::Test {
   MenuBarControllerTest() {
@@ -219,20 +210,11 @@ TEST_F(MenuBarControllerTest, ReactivatesTheExtensionOncePerVersionAndOncePerPro
       << "this process has reactivated once";
 }
 
-TEST_F(MenuBarControllerTest, NotifiesOfABlockedContainerOfTheRuntimesThatTheUserChose) {
-  store("ContainerBlockNotifyRuntimes", std::vector<std::string>{"Colima", "Podman"});
-  answer({0, blockedReport("protected")});
-  controller->start();
-  pass(15s);
-  ASSERT_EQ(host.userNotifications.posted.size(), 1U);
-  EXPECT_EQ(host.userNotifications.posted[0].title, "A container in Podman was blocked");
-}
-
 TEST_F(MenuBarControllerTest, SettingsOfOtherTypesCountAsMissing) {
   store("ContainerBlockNotifyRuntimes", std::string("Podman"));
   store("ContainerBlockNotificationLastPostedAt", true);
   store("RedNotificationLastPostedAt", std::string("yesterday"));
-  answer({0, blockedReport("not_protected")});
+  answer({0, blockedReportText("not_protected")});
   controller->start();
   pass(70s);
   EXPECT_EQ(icons().back(), notProtected);
