@@ -91,7 +91,7 @@ ControlResult dockerSharing(Words words, const Mac& mac) {
 }
 
 ControlResult bundle(Words words, const Mac& mac) {
-  using Certificate = MacFiles::Certificate;
+  using Certificates = MacFiles::Certificates;
   const MacFiles macFiles(mac.files, mac.root);
   if (words.size() == 1 && words[0] == "remove") {
     return reported(macFiles.removeBundle(), "The trust bundle is removed");
@@ -100,10 +100,10 @@ ControlResult bundle(Words words, const Mac& mac) {
   if (words.empty() || words.size() > 2 || words[0] != "publish" || (number != "1" && number != "2")) {
     return usageFault("bundle takes remove, or publish and perhaps 1 or 2, as in `bundle publish 2`");
   }
-  const auto certificate = number == "1" ? Certificate::device : Certificate::second;
-  return reported(macFiles.publishBundle(certificate),
-                  "The trust bundle holds the " +
-                      std::string(number == "1" ? "device certificate" : "second certificate"));
+  const auto certificates = number == "1" ? Certificates::one : Certificates::two;
+  return reported(
+      macFiles.publishBundle(certificates),
+      "The trust bundle holds the device certificate" + std::string(number == "1" ? "" : " and a second"));
 }
 
 struct Command {

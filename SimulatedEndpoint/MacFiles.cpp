@@ -66,10 +66,14 @@ MacFiles::Done MacFiles::shareWithDocker(std::span<const std::string> paths) con
 
 MacFiles::Done MacFiles::removeDockerSettings() const { return remove(dockerSettings()); }
 
-MacFiles::Done MacFiles::publishBundle(Certificate certificate) const {
-  const auto pem = certificate == Certificate::device ? deviceCertificate(files_, root_)
-                                                      : secondCertificate(files_, root_);
+MacFiles::Done MacFiles::publishBundle(Certificates certificates) const {
+  auto pem = deviceCertificate(files_, root_);
   if (!pem) return std::unexpected(pem.error());
+  if (certificates == Certificates::two) {
+    const auto second = secondCertificate(files_, root_);
+    if (!second) return std::unexpected(second.error());
+    *pem += *second;
+  }
   return write(root_.realPath(endpointfiles::trustBundle), *pem);
 }
 

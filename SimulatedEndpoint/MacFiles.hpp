@@ -34,9 +34,9 @@ class MacFiles {
   /// Removes the settings of Docker Desktop.
   [[nodiscard]] Done removeDockerSettings() const;
 
-  enum class Certificate { device, second };
-  /// Writes the certificate as the trust bundle.
-  [[nodiscard]] Done publishBundle(Certificate certificate) const;
+  enum class Certificates { one, two };
+  /// Writes the trust bundle with the device certificate, and perhaps a second one behind it.
+  [[nodiscard]] Done publishBundle(Certificates certificates) const;
   /// Sets the time at which the trust bundle was written.
   [[nodiscard]] Done dateBundle(Date published) const;
   [[nodiscard]] Done removeBundle() const;

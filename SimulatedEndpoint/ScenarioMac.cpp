@@ -42,9 +42,9 @@ bool isText(std::string_view text) { return !text.empty(); }
 
 [[nodiscard]] std::expected<void, std::string> publishBundle(int number, std::optional<Date> published,
                                                              const MacFiles& files) {
-  using Certificate = MacFiles::Certificate;
+  using Certificates = MacFiles::Certificates;
   if (number == 0) return files.removeBundle();
-  auto done = files.publishBundle(number == 1 ? Certificate::device : Certificate::second);
+  auto done = files.publishBundle(number == 1 ? Certificates::one : Certificates::two);
   if (done && published) done = files.dateBundle(*published);
   return done;
 }
