@@ -12,6 +12,20 @@ constexpr auto oneRefresh = 10s;
 
 const std::string bundlePath = "/Library/Application Support/ostrel-agent-endpoint-trust/bundle.pem";
 
+const std::string colimaSetup = "cat \"" + bundlePath +
+                                "\" | colima ssh -- sudo tee /usr/local/share/ca-certificates/ostrel.crt "
+                                ">/dev/null && colima ssh -- sudo update-ca-certificates && colima restart";
+const std::string minikubeSetup = "mkdir -p ~/.minikube/certs && cp \"" + bundlePath +
+                                  "\" ~/.minikube/certs/ostrel.pem && minikube start --embed-certs";
+
+/// The lines of the guest command around the certificate.
+const std::string guestStart =
+    "sudo sh -c 'if command -v update-ca-trust >/dev/null; then d=/etc/pki/ca-trust/source/anchors; "
+    "f=$d/ostrel.pem; else d=/usr/local/share/ca-certificates; f=$d/ostrel.crt; fi; mkdir -p \"$d\"; "
+    "cat > \"$f\" <<\"EOF\"";
+const std::string guestEnd =
+    "if command -v update-ca-trust >/dev/null; then update-ca-trust; else update-ca-certificates; fi'";
+
 /// The menu-bar role on the console.
 struct Containers : testing::Test {
   Process menuBar(std::string_view lines = {}) const {
@@ -63,60 +77,56 @@ TEST_F(Containers, AnOpenPageFollowsTheMacWithinFiveSeconds) {
 }
 
 TEST_F(Containers, ADetailSaysWhatToDoForEachWayOfTrust) {
+  const std::pair<std::string, std::string> rows[] =
+      {
+          {"Docker", R"(
+Docker · running
+  The runtime trusts the device certificate; containers inside it don't yet. Its
+  file sharing does not cover the bundle's folder yet: add it under Settings ›
+  Resources › File sharing, or the mount below fails.
+)"},
+          {"Colima", R"(
+Colima · running
+  Its VM keeps its own store; the command below installs the bundle there and
+  restarts the VM.
+
+    )" + colimaSetup + R"(
+  Copy setup command: copy setup
+)"},
+          {"minikube", R"(
+minikube · running
+  Copies certificates from ~/.minikube/certs into the node on start; the command
+  below puts the bundle there.
+
+    )" + minikubeSetup + R"(
+  Copy setup command: copy setup
+)"},
+          {"QEMU", R"(
+QEMU · running
+  The guest system is yours to configure; the command below is pasted inside it.
+  Started by minikube, Podman machine, Multipass or CRC: use that tool's row.
+
+    )" + guestStart + R"(
+    )" + bundlePath + R"(: 1 certificate, 1 KB, pasted here by Copy …
+    EOF
+    )" + guestEnd + R"(
+  Copy guest command: copy guest
+)"},
+          {"Apple Container", R"(
+Apple Container · installed
+  Runs containers on this Mac without reading the keychain. Its framework can
+  take a custom CA, but the container command exposes no setting for it yet, so
+  it cannot trust the device certificate until it does.
+)"},
+      };
   const std::string tail = "\n  Copy bundle path: copy path\n  [ ] Notify me when a container in ";
-  const std::pair<std::string, std::string> rows[] = {
-      {"Docker",
-       "Docker · running\n"
-       "  The runtime trusts the device certificate; containers inside it don't yet. Its\n"
-       "  file sharing does not cover the bundle's folder yet: add it under Settings ›\n"
-       "  Resources › File sharing, or the mount below fails.\n"},
-      {"Colima",
-       "Colima · running\n"
-       "  Its VM keeps its own store; the command below installs the bundle there and\n"
-       "  restarts the VM.\n"
-       "\n"
-       "    cat \"" +
-           bundlePath +
-           "\" | colima ssh -- sudo tee /usr/local/share/ca-certificates/ostrel.crt >/dev/null && "
-           "colima ssh -- sudo update-ca-certificates && colima restart\n"
-           "  Copy setup command: copy setup\n"},
-      {"minikube",
-       "minikube · running\n"
-       "  Copies certificates from ~/.minikube/certs into the node on start; the command\n"
-       "  below puts the bundle there.\n"
-       "\n"
-       "    mkdir -p ~/.minikube/certs && cp \"" +
-           bundlePath +
-           "\" ~/.minikube/certs/ostrel.pem && minikube start --embed-certs\n"
-           "  Copy setup command: copy setup\n"},
-      {"QEMU",
-       "QEMU · running\n"
-       "  The guest system is yours to configure; the command below is pasted inside it.\n"
-       "  Started by minikube, Podman machine, Multipass or CRC: use that tool's row.\n"
-       "\n"
-       "    sudo sh -c 'if command -v update-ca-trust >/dev/null; then d=/etc/pki/ca-trust/source/anchors; "
-       "f=$d/ostrel.pem; else d=/usr/local/share/ca-certificates; f=$d/ostrel.crt; fi; mkdir -p \"$d\"; "
-       "cat > \"$f\" <<\"EOF\"\n"
-       "    " +
-           bundlePath +
-           ": 1 certificate, 1 KB, pasted here by Copy …\n"
-           "    EOF\n"
-           "    if command -v update-ca-trust >/dev/null; then update-ca-trust; else update-ca-certificates; "
-           "fi'\n"
-           "  Copy guest command: copy guest\n"},
-      {"Apple Container",
-       "Apple Container · installed\n"
-       "  Runs containers on this Mac without reading the keychain. Its framework can\n"
-       "  take a custom CA, but the container command exposes no setting for it yet, so\n"
-       "  it cannot trust the device certificate until it does.\n"},
-  };
   mac.control({"scenario", "containers-all"});
   mac.control({"notifications", "authorized"});
   auto agent = menuBar("copy setup\n");
   agent.awaitOutput("Select a runtime\n");
   for (const auto& [name, text] : rows) {
     agent.write("containers " + name + "\n");
-    agent.awaitOutput("\n" + text + tail + name + " is blocked\n\n");
+    agent.awaitOutput(text + tail + name + " is blocked\n\n");
   }
   agent.write("copy setup\ncopy guest\n");
   agent.awaitOutput("Apple Container has no such command\nApple Container has no such command\n");
@@ -124,58 +134,48 @@ TEST_F(Containers, ADetailSaysWhatToDoForEachWayOfTrust) {
 }
 
 TEST_F(Containers, CopyPutsWholeTextsOnThePasteboard) {
-  const std::string mount = "-v \"" + bundlePath + ":/ostrel/trust.pem:ro\"";
   mac.control({"scenario", "containers-all"});
-  auto pem = mac.place.read("root" + bundlePath);
-  pem.erase(pem.find_last_not_of('\n') + 1);
+  const auto pem = mac.place.read("root" + bundlePath);
   const std::pair<std::string, std::string> rows[] = {
-      {"path", bundlePath},
-      {"guest",
-       "sudo sh -c 'if command -v update-ca-trust >/dev/null; then d=/etc/pki/ca-trust/source/anchors; "
-       "f=$d/ostrel.pem; else d=/usr/local/share/ca-certificates; f=$d/ostrel.crt; fi; mkdir -p \"$d\"; "
-       "cat > \"$f\" <<\"EOF\"\n" +
-           pem +
-           "\nEOF\n"
-           "if command -v update-ca-trust >/dev/null; then update-ca-trust; else update-ca-certificates; "
-           "fi'"},
-      {"dockerRun", "docker run \\\n  " + mount +
-                        " \\\n  -e SSL_CERT_FILE=/ostrel/trust.pem \\\n"
-                        "  -e NODE_EXTRA_CA_CERTS=/ostrel/trust.pem \\\n"
-                        "  -e REQUESTS_CA_BUNDLE=/ostrel/trust.pem \\\n"
-                        "  node:22 npm install"},
-      {"compose", "services:\n  app:\n    volumes:\n      - \"" + bundlePath +
-                      ":/ostrel/trust.pem:ro\"\n"
-                      "    environment:\n"
-                      "      SSL_CERT_FILE: /ostrel/trust.pem\n"
-                      "      NODE_EXTRA_CA_CERTS: /ostrel/trust.pem\n"
-                      "      REQUESTS_CA_BUNDLE: /ostrel/trust.pem"},
-      {"dockerfile",
-       "# docker build --build-context ostrel=\"/Library/Application Support/ostrel-agent-endpoint-trust\" "
-       ".\n"
-       "# Builder stage only: registries are reached while building; the\n"
-       "# runtime image needs nothing.\n"
-       "COPY --from=ostrel bundle.pem /ostrel/trust.pem\n"
-       "ENV SSL_CERT_FILE=/ostrel/trust.pem\n"
-       "ENV NODE_EXTRA_CA_CERTS=/ostrel/trust.pem\n"
-       "ENV REQUESTS_CA_BUNDLE=/ostrel/trust.pem"},
-      {"envFile", "# ~/.ostrel/container.env, then: docker run --env-file ~/.ostrel/container.env \\\n#   " +
-                      mount +
-                      " …\n"
-                      "SSL_CERT_FILE=/ostrel/trust.pem\n"
-                      "NODE_EXTRA_CA_CERTS=/ostrel/trust.pem\n"
-                      "REQUESTS_CA_BUNDLE=/ostrel/trust.pem"},
+      {"containers minikube\ncopy setup", minikubeSetup},
+      {"containers Colima\ncopy setup", colimaSetup},
+      {"containers QEMU\ncopy guest", guestStart + "\n" + pem + "EOF\n" + guestEnd},
+      {"copy path", bundlePath},
+      {"copy dockerRun", R"(docker run \
+  -v ")" + bundlePath + R"(:/ostrel/trust.pem:ro" \
+  -e SSL_CERT_FILE=/ostrel/trust.pem \
+  -e NODE_EXTRA_CA_CERTS=/ostrel/trust.pem \
+  -e REQUESTS_CA_BUNDLE=/ostrel/trust.pem \
+  node:22 npm install)"},
+      {"copy compose", R"(services:
+  app:
+    volumes:
+      - ")" + bundlePath + R"(:/ostrel/trust.pem:ro"
+    environment:
+      SSL_CERT_FILE: /ostrel/trust.pem
+      NODE_EXTRA_CA_CERTS: /ostrel/trust.pem
+      REQUESTS_CA_BUNDLE: /ostrel/trust.pem)"},
+      {"copy dockerfile",
+       R"(# docker build --build-context ostrel="/Library/Application Support/ostrel-agent-endpoint-trust" .
+# Builder stage only: registries are reached while building; the
+# runtime image needs nothing.
+COPY --from=ostrel bundle.pem /ostrel/trust.pem
+ENV SSL_CERT_FILE=/ostrel/trust.pem
+ENV NODE_EXTRA_CA_CERTS=/ostrel/trust.pem
+ENV REQUESTS_CA_BUNDLE=/ostrel/trust.pem)"},
+      {"copy envFile", R"(# ~/.ostrel/container.env, then: docker run --env-file ~/.ostrel/container.env \
+#   -v ")" + bundlePath + R"(:/ostrel/trust.pem:ro" …
+SSL_CERT_FILE=/ostrel/trust.pem
+NODE_EXTRA_CA_CERTS=/ostrel/trust.pem
+REQUESTS_CA_BUNDLE=/ostrel/trust.pem)"},
   };
-  auto agent = menuBar("containers QEMU\n");
-  agent.awaitOutput("QEMU · running\n");
-  for (const auto& [word, text] : rows) {
-    agent.write("copy " + word + "\n");
+  auto agent = menuBar("containers\n");
+  agent.awaitOutput("Apple Container  installed\n");
+  for (const auto& [lines, text] : rows) {
+    agent.write(lines + "\n");
     agent.awaitOutput("to copy:\n" + text + "\n");
   }
-  agent.write("containers minikube\n");
-  agent.awaitOutput("minikube · running\n");
-  agent.write("copy setup\ncopy all\n");
-  agent.awaitOutput("to copy:\nmkdir -p ~/.minikube/certs && cp \"" + bundlePath +
-                    "\" ~/.minikube/certs/ostrel.pem && minikube start --embed-certs\n");
+  agent.write("copy all\n");
   agent.awaitOutput("copy takes setup, guest, path, dockerRun, compose, dockerfile or envFile\n");
   quit(agent);
 }
