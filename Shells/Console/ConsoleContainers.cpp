@@ -21,11 +21,14 @@ constexpr std::array<std::pair<std::string_view, ContainersCopy>, 3> copyWords =
 
 void ConsoleContainers::show(const ContainersPageContent& content) {
   shown_ = content;
-  auto text = showsDetail_ ? containerDetailText(content)
-                           : containersListText(content) + containersInsideText(content);
+  auto text = showsDetail_ ? containerDetailText(content) : containersListText(content);
   if (text == printed_) return;
   printed_ = std::move(text);
-  if (!isCommandRunning_) streams_.writeOutput("\n" + printed_ + "\n");
+  if (isCommandRunning_) return;
+  streams_.writeOutput("\n" + printed_ + "\n");
+  // How containers are started does not change, so it is printed once.
+  if (!content.checking.empty() || !std::exchange(isInsideDue_, false)) return;
+  streams_.writeOutput(containersInsideText(content) + "\n");
 }
 
 void ConsoleContainers::open(std::string_view runtime) {
@@ -34,6 +37,7 @@ void ConsoleContainers::open(std::string_view runtime) {
   showsDetail_ = name.has_value();
   if (name) quietly([&] { events_.selected(*name); });
   printed_.clear();
+  isInsideDue_ = !showsDetail_;
   events_.opened();
 }
 

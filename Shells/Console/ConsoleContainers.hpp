@@ -12,7 +12,8 @@
 namespace ostrel {
 
 /// The containers page as text on standard output: the list or a runtime's detail, printed when it was asked
-/// for and has been read, and whenever it changes from then on.
+/// for and has been read, and whenever it changes from then on; the list's first print has the rest of the
+/// page below.
 class ConsoleContainers final : public ContainersScreen {
  public:
   explicit ConsoleContainers(StandardStreams& streams) : streams_(streams) {}
@@ -46,7 +47,8 @@ class ConsoleContainers final : public ContainersScreen {
   ContainersScreenEvents events_;
   bool showsDetail_ = false;
   bool isCommandRunning_ = false;
-  std::string printed_;  ///< the last text, empty when the next one must be printed
+  bool isInsideDue_ = false;  ///< the next list is followed by what is done inside containers
+  std::string printed_;       ///< the last text, empty when the next one must be printed
   std::optional<ContainersPageContent> shown_;
 };
 
