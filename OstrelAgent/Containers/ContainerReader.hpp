@@ -24,11 +24,18 @@ class ContainerReader : public std::enable_shared_from_this<ContainerReader> {
   /// Sets the receiver of readings that differ from the one before. Call once, before the first request.
   void start(std::function<void(const ContainerFindings&)> published) { published_ = std::move(published); }
 
-  /// Reads the running runtimes.
-  void requestRunning() { request(running); }
+  enum class Scope {
+    running,  ///< the running runtimes
+    all,      ///< the installation, too
+    allAnew,  ///< the same, published even when nothing has changed
+  };
 
-  /// Reads the installation, too; `mustPublish` publishes it even when nothing has changed.
-  void requestAll(bool mustPublish) { request(running | installation | (mustPublish ? publishing : 0)); }
+  /// Reads in the background.
+  void request(Scope scope);
+
+  /// The work of a reading, to be run on a background thread; empty while one is under way, which then serves
+  /// this scope.
+  std::function<void()> begin(Scope scope);
 
  private:
   /// What a reading looks for and does, as bits of `wanted`.
@@ -46,7 +53,7 @@ class ContainerReader : public std::enable_shared_from_this<ContainerReader> {
     std::optional<ContainerFindings> latest = std::nullopt;
   };
 
-  void request(Wanted wanted);
+  static Wanted wantedBy(Scope scope);
   static std::optional<ContainerFindings> read(Work& work, Wanted wanted);
 
   Services services_;

@@ -28,8 +28,18 @@ void ContainersPageController::start(std::function<void(std::vector<std::string>
 }
 
 void ContainersPageController::refresh() {
-  if (!isOpen_) return collaborators_.reader->requestRunning();
-  collaborators_.reader->requestAll(false);
+  collaborators_.reader->request(isOpen_ ? ContainerReader::Scope::all : ContainerReader::Scope::running);
+  refreshPage();
+}
+
+std::function<void()> ContainersPageController::beginRefresh() {
+  refreshPage();
+  return collaborators_.reader->begin(isOpen_ ? ContainerReader::Scope::all
+                                              : ContainerReader::Scope::running);
+}
+
+void ContainersPageController::refreshPage() {
+  if (!isOpen_) return;
   readAuthorization();
   // While a reading hangs, a page without one says that it is checking.
   draw();
@@ -44,7 +54,7 @@ void ContainersPageController::publish(std::optional<ContainerBlock> block) {
 
 void ContainersPageController::open() {
   isOpen_ = true;
-  collaborators_.reader->requestAll(true);
+  collaborators_.reader->request(ContainerReader::Scope::allAnew);
   readAuthorization();
 }
 

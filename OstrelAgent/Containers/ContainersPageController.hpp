@@ -39,6 +39,9 @@ class ContainersPageController : public std::enable_shared_from_this<ContainersP
   /// Requests a reading, of all that the page shows while it is open.
   void refresh();
 
+  /// The work of such a reading, to be run on a background thread; empty while one is under way.
+  std::function<void()> beginRefresh();
+
   /// Takes the block of a new status reading.
   void publish(std::optional<ContainerBlock> block);
 
@@ -49,6 +52,7 @@ class ContainersPageController : public std::enable_shared_from_this<ContainersP
   bool copy(ContainersCopy copy);
   bool setNotify(const std::string& runtime, bool isOn);
   void apply(const ContainerFindings& findings);
+  void refreshPage();
   void readAuthorization();
   void draw();
 

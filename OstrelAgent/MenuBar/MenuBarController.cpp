@@ -43,7 +43,8 @@ void MenuBarController::start() {
 }
 
 void MenuBarController::refresh() {
-  collaborators_.containers->refresh();
+  // A run that ends takes the reading along; one that hangs must not delay it.
+  if (!std::exchange(hasPublished_, false)) collaborators_.containers->refresh();
   collaborators_.refresher->request();
 }
 
@@ -70,12 +71,15 @@ void MenuBarController::publish(const RefreshResult& result) {
   if (appliedHealth_ && result.run <= runBeforeHealth_) snapshot.apply(*appliedHealth_);
   auto& nudges = *collaborators_.nudges;
   nudges.setEnrolled(snapshot.enrolled);
+  std::optional<NetworkExtensionAssertion> assertion;
   if (inputs.transparentProxies && inputs.contentFilter) {
     nudges.nudgeOnNetworkExtensionChange(NetworkExtensionState::of(snapshot));
     const auto& filter = *inputs.contentFilter;
-    record(
-        {filter && filter->hasProvider, snapshot.egressLockEnabled, snapshot.transparentProxy, mdmEnrolled_});
+    assertion = {filter && filter->hasProvider, snapshot.egressLockEnabled, snapshot.transparentProxy,
+                 mdmEnrolled_};
   }
+  hasPublished_ = true;
+  workAfter(assertion);
   applyIcon(snapshot);
   observe(snapshot);
   collaborators_.presenter->publish(std::move(snapshot));
@@ -84,13 +88,21 @@ void MenuBarController::publish(const RefreshResult& result) {
   }
 }
 
-/// One write at a time, so that a slow disk blocks one thread only; the next refresh writes what was skipped.
-void MenuBarController::record(const NetworkExtensionAssertion& assertion) {
-  if (isRecording_->exchange(true)) return;
+/// Writes the record and reads the container runtimes, in one job since waking a thread costs more than the
+/// reading. One write at a time, so that a slow disk blocks one thread only; the next refresh writes what was
+/// skipped.
+void MenuBarController::workAfter(std::optional<NetworkExtensionAssertion> assertion) {
+  if (assertion && isRecording_->exchange(true)) assertion.reset();
+  auto reading = collaborators_.containers->beginRefresh();
+  if (!assertion && !reading) return;
   services_.backgroundQueue.run(QualityOfService::utility,
-                                [records = collaborators_.records, assertion, isRecording = isRecording_] {
-                                  records.recordNetworkExtensionAssertion(assertion);
-                                  *isRecording = false;
+                                [records = collaborators_.records, assertion, isRecording = isRecording_,
+                                 reading = std::move(reading)] {
+                                  if (assertion) {
+                                    records.recordNetworkExtensionAssertion(*assertion);
+                                    *isRecording = false;
+                                  }
+                                  if (reading) reading();
                                 });
 }
 

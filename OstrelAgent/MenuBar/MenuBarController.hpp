@@ -52,7 +52,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   /// Shows the icon, starts the first refresh and the timer. Call once.
   void start();
 
-  /// Requests a status run, and beside it a reading of the container runtimes.
+  /// Requests a status run, with a reading of the container runtimes.
   void refresh();
 
   /// Opens the panel, or closes it.
@@ -61,7 +61,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
  private:
   void probeDeviceManagement();
   void publish(const RefreshResult& result);
-  void record(const NetworkExtensionAssertion& assertion);
+  void workAfter(std::optional<NetworkExtensionAssertion> assertion);
   void healthApplied(const StatusReport::Health& health);
   void applyIcon(const Snapshot& snapshot);
   void observe(const Snapshot& snapshot);
@@ -73,6 +73,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   std::optional<bool> mdmEnrolled_;
   std::optional<StatusReport::Health> appliedHealth_;  ///< health block of the latest check-in
   std::uint64_t runBeforeHealth_ = 0;                  ///< latest run started before it
+  bool hasPublished_ = false;                          ///< since the last request
   std::optional<MenuBarIcon> shownIcon_;
   std::shared_ptr<std::atomic<bool>> isRecording_ = std::make_shared<std::atomic<bool>>(false);
 };

@@ -66,6 +66,7 @@ TEST_F(MenuBarContainersTest, RunningRuntimesReachThePanelSortedAtEachRefreshTho
   EXPECT_EQ(row(), "none running") << "not read yet";
   runBackground();
   EXPECT_EQ(row(), "Colima and Docker running");
+  host.mainQueue.advance(5s);  // the refresh whose helper hangs
   const std::pair<Texts, const char*> rows[] = {
       {{"vfkit", "colima"}, "Colima, Docker and vfkit running"},
       {{}, "Docker running"},
