@@ -66,17 +66,14 @@ TEST_F(MenuBarContainersTest, RunningRuntimesReachThePanelSortedAtEachRefreshTho
   EXPECT_EQ(row(), "none running") << "not read yet";
   runBackground();
   EXPECT_EQ(row(), "Colima and Docker running");
-  host.mainQueue.advance(5s);  // the refresh whose helper hangs
-  const std::pair<Texts, const char*> rows[] = {
-      {{"vfkit", "colima"}, "Colima, Docker and vfkit running"},
-      {{}, "Docker running"},
-  };
-  for (const auto& [processes, text] : rows) {
-    host.runningProcesses.processes = processes;
-    host.mainQueue.advance(5s);
-    runBackground();
-    EXPECT_EQ(row(), text);
-  }
+  host.runningProcesses.processes = {};
+  refresh();
+  EXPECT_EQ(row(), "Docker running");
+  host.mainQueue.advance(5s);  // this refresh hangs, the next one reads without it
+  host.runningProcesses.processes = {"vfkit", "colima"};
+  host.mainQueue.advance(5s);
+  runBackground();
+  EXPECT_EQ(row(), "Colima, Docker and vfkit running");
   EXPECT_GT(host.statusQueue.countWaiting(), 0U) << "the helper has not answered";
 }
 
