@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "OstrelAgent/Status/MenuBarIcon.hpp"
+#include "OstrelAgent/Window/AgentWindowContent.hpp"
 
 namespace ostrel {
 
@@ -38,26 +39,6 @@ std::string_view nameOf(MenuBarBadge badge) {
   return {};
 }
 
-std::string_view nameOf(AgentPage page) {
-  switch (page) {
-    case AgentPage::ecosystems:
-      return "ecosystems";
-    case AgentPage::containers:
-      return "containers";
-    case AgentPage::egressLock:
-      return "egressLock";
-    case AgentPage::identity:
-      return "identity";
-    case AgentPage::health:
-      return "health";
-    case AgentPage::notifications:
-      return "notifications";
-    case AgentPage::help:
-      return "help";
-  }
-  return {};
-}
-
 template <class Value, class Function>
 Json orNull(const std::optional<Value>& value, Function json) {
   return value ? json(*value) : Json(nullptr);
@@ -65,7 +46,7 @@ Json orNull(const std::optional<Value>& value, Function json) {
 
 Json json(const PanelButton& button) {
   Json object = {{"title", button.title}, {"action", ostrel::nameOf(button.action)}};
-  if (button.page) object["page"] = nameOf(*button.page);
+  if (button.page) object["page"] = ostrel::nameOf(*button.page);
   object["enabled"] = button.isEnabled;
   return object;
 }

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "Shells/Console/PrintableText.hpp"
+#include "Shells/Console/StateMark.hpp"
 #include "Shells/Console/TextLines.hpp"
 
 namespace ostrel {
@@ -11,22 +12,6 @@ namespace ostrel {
 namespace {
 
 constexpr std::string_view buttonGap = "   ";
-
-std::string_view markOf(RowState::Case kind) {
-  switch (kind) {
-    case RowState::Case::ok:
-      return "✓";
-    case RowState::Case::warn:
-      return "!";
-    case RowState::Case::bad:
-      return "✗";
-    case RowState::Case::info:
-      return "·";
-    case RowState::Case::off:
-      return "–";
-  }
-  return " ";
-}
 
 /// Writes one panel from top to bottom.
 class PanelPrinter {
@@ -68,7 +53,7 @@ class PanelPrinter {
     return "[" + std::to_string(++buttonNumber_) + "] " + button.title;
   }
 
-  static std::string prefix(RowState::Case kind) { return std::string(markOf(kind)) + " "; }
+  static std::string prefix(RowState::Case kind) { return std::string(stateMark(kind)) + " "; }
 
   void header() {
     const auto& header = content_.header;

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+#include "OstrelAgent/Window/AgentWindowContent.hpp"
+#include "Shells/Console/PanelText.hpp"
+
+namespace ostrel {
+
+/// The agent window's header and shown page.
+std::string agentWindowText(const AgentWindowContent& content, ButtonMarks marks);
+
+}  // namespace ostrel
