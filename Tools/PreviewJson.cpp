@@ -3,13 +3,13 @@
 #include <nlohmann/json.hpp>
 
 #include "OstrelAgent/Status/MenuBarIcon.hpp"
-#include "OstrelAgent/Window/AgentWindowContent.hpp"
+#include "Tools/PreviewValues.hpp"
 
 namespace ostrel {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using namespace previewvalues;
 
 std::string_view nameOf(ProtectionVerdict::Case kind) {
   switch (kind) {
@@ -39,58 +39,7 @@ std::string_view nameOf(MenuBarBadge badge) {
   return {};
 }
 
-template <class Value, class Function>
-Json orNull(const std::optional<Value>& value, Function json) {
-  return value ? json(*value) : Json(nullptr);
-}
-
-Json json(const PanelButton& button) {
-  Json object = {{"title", button.title}, {"action", ostrel::nameOf(button.action)}};
-  if (button.page) object["page"] = ostrel::nameOf(*button.page);
-  object["enabled"] = button.isEnabled;
-  return object;
-}
-
-Json json(const RowState& state) { return {{"case", ostrel::nameOf(state.kind)}, {"text", state.text}}; }
-
-Json json(const PanelContent::Row& row) {
-  return {{"id", row.id},
-          {"label", row.label},
-          {"case", ostrel::nameOf(row.state.kind)},
-          {"text", row.state.text},
-          {"note", row.note}};
-}
-
-Json json(const PanelContent::Ecosystem& ecosystem) {
-  return {
-      {"id", ecosystem.name}, {"case", ostrel::nameOf(ecosystem.state.kind)}, {"text", ecosystem.state.text}};
-}
-
-Json json(const AttentionItem& card) {
-  return {{"id", card.id},
-          {"case", ostrel::nameOf(card.state.kind)},
-          {"text", card.state.text},
-          {"title", card.title},
-          {"detail", card.detail},
-          {"action", card.action},
-          {"button", orNull(card.button, [](const auto& button) { return json(button); })}};
-}
-
 Json json(const PanelContent::Fact& fact) { return {{"label", fact.label}, {"value", fact.value}}; }
-
-template <class Items>
-Json list(const Items& items) {
-  Json array = Json::array();
-  for (const auto& item : items) array.push_back(json(item));
-  return array;
-}
-
-Json json(const PanelContent::Header& header) {
-  return {{"word", header.word},
-          {"deadline_line", orNull(header.deadlineLine, [](const auto& line) { return Json(line); })},
-          {"symbol", header.symbol},
-          {"tint", ostrel::nameOf(header.tint)}};
-}
 
 Json json(const PanelContent::Update& update) {
   return {{"case", ostrel::nameOf(update.state.kind)},

@@ -15,6 +15,7 @@
 #include "Platform/Posix/PosixFiles.hpp"
 #include "Platform/Posix/PosixLog.hpp"
 #include "Platform/Posix/PosixTimeFormat.hpp"
+#include "Shells/Console/AgentWindowText.hpp"
 #include "Shells/Console/AlertText.hpp"
 #include "Shells/Console/ContainersText.hpp"
 #include "Shells/Console/OnboardingText.hpp"
@@ -30,6 +31,7 @@
 #include "Tools/PreviewOptions.hpp"
 #include "Tools/PreviewPictures.hpp"
 #include "Tools/PreviewUsage.hpp"
+#include "Tools/PreviewWindow.hpp"
 
 namespace ostrel {
 
@@ -114,6 +116,7 @@ class Preview {
       return fail(place + reading.error().description(document.linesBefore), isOneOfMany);
     }
     const auto& snapshot = reading->model.snap;
+    if (options_.window) return answerWindow(*reading, document.isLine);
     reading->model.panelMaxHeight = unboundedHeight;
     const auto content =
         panelContent(reading->model, reading->now.value_or(clock_.now()), times_, allPanelActions());
@@ -125,6 +128,22 @@ class Preview {
       printJson(previewJson(snapshot, content), document.isLine);
     } else {
       print(stdout, isOneOfMany ? summaryLine(snapshot, content) : panelText(content, ButtonMarks::plain));
+    }
+    return 0;
+  }
+
+  int answerWindow(const PreviewReading& reading, bool isLine) {
+    const auto containers = previewContainersPage(reading.model);
+    const auto actions = allPanelActions();
+    const auto content = agentWindowContent(*options_.window, {.model = reading.model,
+                                                               .containers = containers,
+                                                               .now = reading.now.value_or(clock_.now()),
+                                                               .times = times_,
+                                                               .available = actions});
+    if (options_.mode == PreviewOptions::Mode::json) {
+      printJson(agentWindowJson(content, containers), isLine);
+    } else {
+      print(stdout, agentWindowText(content, ButtonMarks::plain));
     }
     return 0;
   }

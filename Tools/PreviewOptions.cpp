@@ -4,6 +4,8 @@
 #include <iterator>
 #include <utility>
 
+#include "OstrelAgent/Window/AgentWindowContent.hpp"
+
 namespace ostrel {
 
 namespace {
@@ -17,7 +19,7 @@ constexpr std::pair<std::string_view, PreviewOptions::Mode> modes[] = {
 
 bool takesValue(std::string_view argument) {
   return argument == "--language" || argument == "--png" || argument == "--icon" || argument == "--scale" ||
-         argument == "--onboarding" || argument == "--alert";
+         argument == "--onboarding" || argument == "--alert" || argument == "--window";
 }
 
 }  // namespace
@@ -43,6 +45,10 @@ bool PreviewOptions::take(std::string_view argument, std::string_view value) {
   if (argument == "--onboarding") {
     onboarding = value;
     return !value.empty();
+  }
+  if (argument == "--window") {
+    window = agentPageNamed(value);
+    return window.has_value();
   }
   if (argument == "--alert") {
     alert = value;
@@ -78,7 +84,8 @@ std::optional<PreviewOptions> PreviewOptions::parse(std::span<const char* const>
   const bool takesDocument = options.file || options.icon || options.mode == Mode::json;
   if ((options.onboarding || options.alert) && (takesDocument || options.isContainers)) return std::nullopt;
   if (options.onboarding && options.alert) return std::nullopt;
-  if (options.isContainers && options.mode == Mode::pictures) return std::nullopt;
+  if ((options.isContainers || options.window) && options.mode == Mode::pictures) return std::nullopt;
+  if (options.window && (options.isContainers || options.onboarding || options.alert)) return std::nullopt;
   if (options.file == "-") options.file.reset();
   return options;
 }

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "OstrelAgent/Panel/StatusPanelActions.hpp"
+
 namespace ostrel {
 
 /// The parsed command line.
@@ -18,6 +20,7 @@ struct PreviewOptions {
   std::optional<std::string> icon;        ///< where to write the icon's picture
   std::optional<std::string> onboarding;  ///< the stage of the onboarding window to show in place of a panel
   std::optional<std::string> alert;       ///< the alert to show in place of a panel
+  std::optional<AgentPage> window;        ///< the page of the agent window to show in place of a panel
   bool isContainers = false;              ///< `file` is a situation of the containers page, not a report
   bool isDark = false;                    ///< in pictures
   int scale = 1;                          ///< pixels per point of pictures: 1, 2 or 3

@@ -12,6 +12,7 @@ inline constexpr std::string_view previewUsage =
     "       ostrel-preview --onboarding STAGE|list [--png PICTURE] [--dark] [--scale 1|2|3] [--language "
     "CODE]\n"
     "       ostrel-preview --alert NAME|list [--png PICTURE] [--dark] [--scale 1|2|3] [--language CODE]\n"
+    "       ostrel-preview --window PAGE [--text|--json] [--language CODE] [FILE]\n"
     "       ostrel-preview --containers [--text|--json] [--language CODE] [FILE]\n"
     "       ostrel-preview --export-strings\n";
 
@@ -29,6 +30,9 @@ inline constexpr std::string_view previewHelp =
     "  --onboarding STAGE\n"
     "                    the onboarding window at that stage instead; list tells the stages\n"
     "  --alert NAME      the alert of that name instead; list tells the names\n"
+    "  --window PAGE     a page of the agent window instead: ecosystems, containers, egressLock, identity, "
+    "health,\n"
+    "                    notifications or help\n"
     "  --containers      the containers page of a situation instead, from FILE or from standard input\n"
     "  --language CODE   texts and times in a translation of the bundle, for example de\n"
     "  --export-strings  the English texts as a .strings table for translators\n"
