@@ -9,7 +9,7 @@ namespace ostrel {
 
 namespace {
 
-using namespace previewvalues;
+using Json = PreviewJson;
 
 std::string_view nameOf(ProtectionVerdict::Case kind) {
   switch (kind) {
@@ -39,32 +39,32 @@ std::string_view nameOf(MenuBarBadge badge) {
   return {};
 }
 
-Json json(const PanelContent::Fact& fact) { return {{"label", fact.label}, {"value", fact.value}}; }
+}  // namespace
 
-Json json(const PanelContent::Update& update) {
+static Json json(const PanelContent::Fact& fact) { return {{"label", fact.label}, {"value", fact.value}}; }
+
+static Json json(const PanelContent::Update& update) {
   return {{"case", ostrel::nameOf(update.state.kind)},
           {"text", update.state.text},
           {"version", update.version},
           {"below_minimum", update.belowMinimum},
-          {"button", orNull(update.button, [](const auto& button) { return json(button); })}};
+          {"button", jsonOrNull(update.button, [](const auto& button) { return json(button); })}};
 }
 
-Json json(const PanelContent::Protection& protection) {
+static Json json(const PanelContent::Protection& protection) {
   return {{"guard", json(protection.guard)},
-          {"ecosystems", list(protection.ecosystems)},
+          {"ecosystems", jsonList(protection.ecosystems)},
           {"off_note", protection.offNote},
           {"no_ecosystems", protection.noEcosystems},
           {"egress_lock", json(protection.egressLock)},
           {"containers", json(protection.containers)}};
 }
 
-Json json(const PanelContent::Health& health) {
+static Json json(const PanelContent::Health& health) {
   return {{"rollup", json(health.rollup)},
           {"startsExpanded", health.startsExpanded},
-          {"components", list(health.components)}};
+          {"components", jsonList(health.components)}};
 }
-
-}  // namespace
 
 Json previewJson(const Snapshot& snapshot, const PanelContent& content) {
   const auto verdict = ProtectionVerdict::of(snapshot);
@@ -76,13 +76,13 @@ Json previewJson(const Snapshot& snapshot, const PanelContent& content) {
           {"badge", nameOf(sign.badge)},
           {"symbol", sign.symbol},
           {"header", json(content.header)},
-          {"status_error", orNull(content.statusError, any)},
-          {"update", orNull(content.update, any)},
-          {"cards", list(content.cards)},
-          {"protection", orNull(content.protection, any)},
-          {"health", orNull(content.health, any)},
-          {"facts", list(content.facts)},
-          {"buttons", list(content.buttons())}};
+          {"status_error", jsonOrNull(content.statusError, any)},
+          {"update", jsonOrNull(content.update, any)},
+          {"cards", jsonList(content.cards)},
+          {"protection", jsonOrNull(content.protection, any)},
+          {"health", jsonOrNull(content.health, any)},
+          {"facts", jsonList(content.facts)},
+          {"buttons", jsonList(content.buttons())}};
 }
 
 }  // namespace ostrel

@@ -11,44 +11,40 @@ namespace ostrel {
 
 namespace {
 
-using namespace previewvalues;
+using Json = PreviewJson;
 using Content = AgentWindowContent;
 
-Json json(const Content::Fact& fact) {
+}  // namespace
+
+static Json json(const Content::Fact& fact) {
   return {{"label", fact.label},
           {"value", fact.value},
           {"case", nameOf(fact.kind)},
           {"code", fact.isCode},
-          {"button", orNull(fact.button, [](const auto& button) { return previewvalues::json(button); })}};
+          {"button", jsonOrNull(fact.button, [](const auto& button) { return json(button); })}};
 }
 
-Json json(const Content::Notifications::Switch& toggle) {
+static Json json(const Content::Notifications::Switch& toggle) {
   return {{"label", toggle.label}, {"on", toggle.isOn}, {"enabled", toggle.isEnabled}};
 }
 
-Json json(const Content::SidebarItem& item) {
+static Json json(const Content::SidebarItem& item) {
   return {{"page", nameOf(item.page)},
           {"title", item.title},
-          {"mark", orNull(item.mark, [](const auto& mark) { return Json(nameOf(mark)); })}};
+          {"mark", jsonOrNull(item.mark, [](const auto& mark) { return Json(nameOf(mark)); })}};
 }
 
-/// A list of values that only the window has.
-template <class Items>
-Json listOf(const Items& items) {
-  Json array = Json::array();
-  for (const auto& item : items) array.push_back(json(item));
-  return array;
+static Json json(const Content::SidebarSection& section) {
+  return {{"caption", section.caption}, {"items", jsonList(section.items)}};
 }
 
-Json json(const Content::SidebarSection& section) {
-  return {{"caption", section.caption}, {"items", listOf(section.items)}};
-}
-
-Json json(const Content::Health::Component& component) {
-  return {{"card", previewvalues::json(component.card)},
-          {"facts", listOf(component.facts)},
+static Json json(const Content::Health::Component& component) {
+  return {{"card", json(component.card)},
+          {"facts", jsonList(component.facts)},
           {"starts_open", component.startsOpen}};
 }
+
+namespace {
 
 /// Writes the body of a page.
 struct BodyWriter {
@@ -56,33 +52,36 @@ struct BodyWriter {
 
   Json operator()(std::monostate) const { return nullptr; }
   Json operator()(const Content::Ecosystems& page) const {
-    const auto any = [](const auto& value) { return previewvalues::json(value); };
-    return {{"rollup", orNull(page.rollup, any)},  {"card", orNull(page.card, any)},
-            {"rows", list(page.rows)},             {"off_note", page.offNote},
-            {"no_ecosystems", page.noEcosystems}, {"facts", listOf(page.facts)}};
+    const auto any = [](const auto& value) { return json(value); };
+    return {{"rollup", jsonOrNull(page.rollup, any)},
+            {"card", jsonOrNull(page.card, any)},
+            {"rows", jsonList(page.rows)},
+            {"off_note", page.offNote},
+            {"no_ecosystems", page.noEcosystems},
+            {"facts", jsonList(page.facts)}};
   }
   Json operator()(const ContainersPageContent& /*page*/) const { return containersJson(containers); }
   Json operator()(const Content::EgressLock& page) const {
-    return {{"card", previewvalues::json(page.card)}, {"facts", listOf(page.facts)}};
+    return {{"card", json(page.card)}, {"facts", jsonList(page.facts)}};
   }
   Json operator()(const Content::Identity& page) const {
-    return {{"device", listOf(page.device)},
-            {"checkin", listOf(page.checkin)},
+    return {{"device", jsonList(page.device)},
+            {"checkin", jsonList(page.checkin)},
             {"notice", page.notice},
-            {"version", listOf(page.version)}};
+            {"version", jsonList(page.version)}};
   }
   Json operator()(const Content::Health& page) const {
-    return {{"facts", listOf(page.facts)}, {"components", listOf(page.components)}};
+    return {{"facts", jsonList(page.facts)}, {"components", jsonList(page.components)}};
   }
   Json operator()(const Content::Notifications& page) const {
     return {{"authorization", page.authorization},
             {"master", json(page.master)},
             {"lede", page.lede},
             {"caption", page.caption},
-            {"runtimes", listOf(page.runtimes)}};
+            {"runtimes", jsonList(page.runtimes)}};
   }
   Json operator()(const Content::Help& page) const {
-    return {{"lede", page.lede}, {"buttons", list(page.buttons)}, {"notices", page.notices}};
+    return {{"lede", page.lede}, {"buttons", jsonList(page.buttons)}, {"notices", page.notices}};
   }
 };
 
@@ -99,13 +98,12 @@ ContainersPage previewContainersPage(const StatusPanelModel& model) {
 }
 
 Json agentWindowJson(const Content& content, const ContainersPage& containers) {
-  return {{"header", previewvalues::json(content.sidebar.header)},
+  return {{"header", json(content.sidebar.header)},
           {"enrolment", content.sidebar.enrolment},
-          {"sidebar", listOf(content.sidebar.sections)},
+          {"sidebar", jsonList(content.sidebar.sections)},
           {"page", nameOf(content.page)},
           {"title", content.title},
-          {"status_error",
-           orNull(content.statusError, [](const auto& error) { return previewvalues::json(error); })},
+          {"status_error", jsonOrNull(content.statusError, [](const auto& error) { return json(error); })},
           {"body", std::visit(BodyWriter{containers}, content.body)}};
 }
 

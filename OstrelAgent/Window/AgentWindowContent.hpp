@@ -103,7 +103,7 @@ struct AgentWindowContent {
     std::string authorization;  ///< empty until it is known
     Switch master;
     std::string lede;
-    std::string caption;            ///< above the runtimes
+    std::string caption;           ///< above the runtimes
     std::vector<Switch> runtimes;  ///< a label is the runtime's name
 
     bool operator==(const Notifications&) const = default;

@@ -75,16 +75,11 @@ struct LockCode {
   bool isEnforced;
 };
 constexpr std::array lockCodes = {
-    LockCode{"EGRESS_LOCK_ENFORCING", true},
-    LockCode{"EGRESS_LOCK_PARTIAL", true},
-    LockCode{"EGRESS_LOCK_AWAITING_ASSERTION", false},
-    LockCode{"EGRESS_LOCK_ASSERTION_STALLED", false},
-    LockCode{"EGRESS_LOCK_PERMITS_NOTHING", false},
-    LockCode{"EGRESS_LOCK_CONFIGURATION_DISABLED", false},
-    LockCode{"EGRESS_LOCK_NOT_CONFIGURED", false},
-    LockCode{"EGRESS_LOCK_PROVIDER_STOPPED", false},
-    LockCode{"EGRESS_LOCK_REPORT_FORGED", false},
-    LockCode{"EGRESS_LOCK_RECORD_CONTRADICTED", false},
+    LockCode{"EGRESS_LOCK_ENFORCING", true},           LockCode{"EGRESS_LOCK_PARTIAL", true},
+    LockCode{"EGRESS_LOCK_AWAITING_ASSERTION", false}, LockCode{"EGRESS_LOCK_ASSERTION_STALLED", false},
+    LockCode{"EGRESS_LOCK_PERMITS_NOTHING", false},    LockCode{"EGRESS_LOCK_CONFIGURATION_DISABLED", false},
+    LockCode{"EGRESS_LOCK_NOT_CONFIGURED", false},     LockCode{"EGRESS_LOCK_PROVIDER_STOPPED", false},
+    LockCode{"EGRESS_LOCK_REPORT_FORGED", false},      LockCode{"EGRESS_LOCK_RECORD_CONTRADICTED", false},
 };
 
 Content::Facts ecosystemFacts(const Snapshot& snapshot, bool hasFailed) {
@@ -127,8 +122,9 @@ Content::Ecosystems ecosystems(const AgentWindowInputs& inputs, const PanelConte
     page.offNote = protection.offNote;
     return page;
   }
-  // While Guard fails, no ecosystem is said to be in any state.
+  // While Guard fails, nothing is said of an ecosystem's state, also not by the order.
   for (auto& row : page.rows) row.state = RowState::info("");
+  std::ranges::sort(page.rows, {}, &PanelContent::Ecosystem::name);
   return page;
 }
 
@@ -156,12 +152,11 @@ Content::Identity identity(const AgentWindowInputs& inputs, const PanelContent& 
                     .add(Copy::factTokenManaged, snapshot.tokenManaged)
                     .add(Copy::factManagedByMDM, snapshot.mdmEnrolled)
                     .take();
-  page.checkin =
-      FactList()
-          .add(Copy::rowLastCheckin, checkinFact(snapshot, inputs.now, inputs.times), checkinKind)
-          .button(buttonFor(PanelAction::checkNow, inputs))
-          .add(Copy::factLastCheckinError, snapshot.lastCheckinError)
-          .take();
+  page.checkin = FactList()
+                     .add(Copy::rowLastCheckin, checkinFact(snapshot, inputs.now, inputs.times), checkinKind)
+                     .button(buttonFor(PanelAction::checkNow, inputs))
+                     .add(Copy::factLastCheckinError, snapshot.lastCheckinError)
+                     .take();
   page.notice = inputs.model.checkinNotice.value_or("");
   FactList version;
   version.add(Copy::rowVersion, snapshot.version);
@@ -180,8 +175,8 @@ Content::Health health(const AgentWindowInputs& inputs, const PanelContent& pane
     page.facts.push_back({std::string(label->text()), yesOrNo(isYes), kindOf(isYes)});
   }
   for (const auto& component : components(snapshot)) {
-    auto card = cardOrState(panel, component.id, component.name.value_or(""), component.state,
-                            component.health);
+    auto card =
+        cardOrState(panel, component.id, component.name.value_or(""), component.state, component.health);
     if (component.id == Copy::componentCapture.key && !component.state.isOk()) {
       if (const auto guard = cardOf(panel, "guard")) card.button = guard->button;
     }

@@ -76,7 +76,8 @@ class WindowPrinter {
 
   void show(const Content::Ecosystems& page) {
     if (page.card) card(*page.card);
-    if (page.rollup) lines_.hanging(prefix(page.rollup->state.kind), page.rollup->label + ": " + page.rollup->state.text);
+    if (page.rollup)
+      lines_.hanging(prefix(page.rollup->state.kind), page.rollup->label + ": " + page.rollup->state.text);
     lines_.blank();
     for (const auto& row : page.rows) {
       lines_.hanging("  " + prefix(row.state.kind),

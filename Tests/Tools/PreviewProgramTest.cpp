@@ -88,6 +88,21 @@ TEST(PreviewProgram, ShowsTheAlertsAsText) {
   EXPECT_EQ(preview({"--alert", "install", "--onboarding", "repair"}).status, 2);
 }
 
+TEST(PreviewProgram, ShowsEveryPageOfTheAgentWindow) {
+  for (const std::string page :
+       {"ecosystems", "containers", "egressLock", "identity", "health", "notifications", "help"}) {
+    const auto text = preview({"--window", page}, reportText());
+    EXPECT_EQ(text.status, 0) << text.error;
+    EXPECT_TRUE(text.output.starts_with("✓ Protected · Enrolled\n")) << text.output;
+    const auto shown = json::parse(preview({"--window", page, "--json"}, reportText()).output);
+    EXPECT_EQ(shown["page"], page);
+    EXPECT_TRUE(shown["body"].is_object()) << page;
+    EXPECT_NE(text.output.find("\n" + shown["title"].get<std::string>() + "\n"), std::string::npos);
+  }
+  EXPECT_EQ(preview({"--window", "panel"}).status, 2);
+  EXPECT_EQ(preview({"--window", "help", "--png", "help.png"}).status, 2);
+}
+
 TEST(PreviewProgram, HostileInputIsAnErrorWithoutACrash) {
   std::string nested;
   for (int i = 0; i < 100'000; ++i) nested += "{\"a\":";

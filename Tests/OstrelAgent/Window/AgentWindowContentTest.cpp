@@ -111,8 +111,9 @@ TEST(AgentWindowContent, EcosystemsListWhatIsEnforcedAndWhatIsNot) {
   EXPECT_EQ(failed.card->button->title, "Turn on network filter");
   EXPECT_FALSE(failed.rollup);
   EXPECT_EQ(failed.offNote, "");
-  EXPECT_TRUE(failed.facts[0].value == "No");
+  EXPECT_EQ(failed.facts[0].value, "No");
   for (const auto& row : failed.rows) EXPECT_EQ(row.state, RowState::info("")) << row.name;
+  EXPECT_EQ(failed.rows[0].name, "go") << "the uncovered one does not come first";
 
   snapshot = healthy();
   snapshot.guardEcosystems.clear();
@@ -231,7 +232,8 @@ TEST(AgentWindowContent, HelpShowsTheWorkAndItsNotices) {
   const auto page = window.body<Content::Help>(AgentPage::help);
   EXPECT_TRUE(page.buttons[0].isEnabled);
   EXPECT_FALSE(page.buttons[1].isEnabled);
-  EXPECT_EQ(page.notices, (std::vector<std::string>{"Diagnostics copied.", "Sent to your admin at 10:12 AM"}));
+  EXPECT_EQ(page.notices,
+            (std::vector<std::string>{"Diagnostics copied.", "Sent to your admin at 10:12 AM"}));
 }
 
 }  // namespace
