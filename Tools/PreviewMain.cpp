@@ -143,7 +143,7 @@ class Preview {
     if (options_.mode == PreviewOptions::Mode::json) {
       printJson(agentWindowJson(content, containers), isLine);
     } else {
-      print(stdout, agentWindowText(content, ButtonMarks::plain));
+      print(stdout, agentWindowText(content));
     }
     return 0;
   }

@@ -30,7 +30,6 @@ void MenuBarController::start() {
   redNotifier->start();
   applyIcon(presenter->latest());
   containers->start(weakly([](auto& self, const auto& names) { self.showRunningRuntimes(names); }));
-  containers->refresh();
   refresher->start(weakly([](auto& self, const auto& result) { self.publish(result); }));
   probeDeviceManagement();
   timer_ = services_.mainQueue.every(refreshPeriod, weakly([](auto& self) {

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "Shells/Console/CardText.hpp"
 #include "Shells/Console/ContainersText.hpp"
-#include "Shells/Console/StateMark.hpp"
 #include "Shells/Console/TextLines.hpp"
 
 namespace ostrel {
@@ -17,13 +17,13 @@ using Content = AgentWindowContent;
 /// Writes the window from top to bottom.
 class WindowPrinter {
  public:
-  WindowPrinter(const Content& content, ButtonMarks marks) : content_(content), marks_(marks) {}
+  explicit WindowPrinter(const Content& content) : content_(content) {}
 
   std::string print() {
     const auto& header = content_.sidebar.header;
     auto word = header.word;
     if (!content_.sidebar.enrolment.empty()) word += " · " + content_.sidebar.enrolment;
-    lines_.hanging(prefix(header.tint), word);
+    lines_.hanging(statePrefix(header.tint), word);
     sidebar();
     lines_.blank();
     lines_.line(content_.title);
@@ -34,23 +34,18 @@ class WindowPrinter {
   }
 
  private:
-  static std::string prefix(RowState::Case kind) { return std::string(stateMark(kind)) + " "; }
-
   void sidebar() {
     std::vector<std::string> items;
     for (const auto& section : content_.sidebar.sections) {
       for (const auto& item : section.items) {
-        const auto mark = item.mark ? prefix(*item.mark) : std::string();
+        const auto mark = item.mark ? statePrefix(*item.mark) : std::string();
         items.push_back(item.page == content_.page ? "[" + mark + item.title + "]" : mark + item.title);
       }
     }
     lines_.flow("  ", items, "   ");
   }
 
-  std::string mark(const PanelButton& button) {
-    if (marks_ == ButtonMarks::plain) return "[" + button.title + "]";
-    return "[" + std::to_string(++buttonNumber_) + "] " + button.title;
-  }
+  static std::string mark(const PanelButton& button) { return "[" + button.title + "]"; }
 
   void facts(const Content::Facts& facts) {
     std::size_t width = 0;
@@ -64,12 +59,7 @@ class WindowPrinter {
   }
 
   void card(const AttentionItem& card) {
-    auto title = card.title;
-    if (const auto state = card.stateText(); !state.empty()) title.append(": ").append(state);
-    lines_.hanging(prefix(card.state.kind), title);
-    lines_.paragraph(2, card.detail);
-    lines_.paragraph(2, card.action);
-    if (card.button) lines_.line("  " + mark(*card.button));
+    writeCard(lines_, card, card.button ? mark(*card.button) : std::string());
   }
 
   void show(std::monostate) {}
@@ -77,10 +67,11 @@ class WindowPrinter {
   void show(const Content::Ecosystems& page) {
     if (page.card) card(*page.card);
     if (page.rollup)
-      lines_.hanging(prefix(page.rollup->state.kind), page.rollup->label + ": " + page.rollup->state.text);
+      lines_.hanging(statePrefix(page.rollup->state.kind),
+                     page.rollup->label + ": " + page.rollup->state.text);
     lines_.blank();
     for (const auto& row : page.rows) {
-      lines_.hanging("  " + prefix(row.state.kind),
+      lines_.hanging("  " + statePrefix(row.state.kind),
                      row.state.text.empty() ? row.name : row.name + ": " + row.state.text);
     }
     lines_.paragraph(2, page.noEcosystems);
@@ -139,16 +130,12 @@ class WindowPrinter {
   }
 
   const Content& content_;
-  ButtonMarks marks_;
-  std::size_t buttonNumber_ = 0;
   TextLines lines_;
   std::string below_;
 };
 
 }  // namespace
 
-std::string agentWindowText(const AgentWindowContent& content, ButtonMarks marks) {
-  return WindowPrinter(content, marks).print();
-}
+std::string agentWindowText(const AgentWindowContent& content) { return WindowPrinter(content).print(); }
 
 }  // namespace ostrel

@@ -3,11 +3,10 @@
 #include <string>
 
 #include "OstrelAgent/Window/AgentWindowContent.hpp"
-#include "Shells/Console/PanelText.hpp"
 
 namespace ostrel {
 
 /// The agent window's header and shown page.
-std::string agentWindowText(const AgentWindowContent& content, ButtonMarks marks);
+std::string agentWindowText(const AgentWindowContent& content);
 
 }  // namespace ostrel

@@ -24,7 +24,7 @@ void ConsoleContainers::show(const ContainersPageContent& content) {
   auto text = showsDetail_ ? containerDetailText(content) : containersListText(content);
   if (text == printed_) return;
   printed_ = std::move(text);
-  if (isCommandRunning_) return;
+  if (isQuiet_) return;
   streams_.writeOutput("\n" + printed_ + "\n");
   // How containers are started does not change, so it is printed once.
   if (!content.checking.empty() || !std::exchange(isInsideDue_, false)) return;
@@ -35,25 +35,27 @@ void ConsoleContainers::open(std::string_view runtime) {
   std::optional<std::string> name;
   if (!runtime.empty() && !(name = runtimeNamed(runtime))) return;
   showsDetail_ = name.has_value();
-  if (name) quietly([&] { events_.selected(*name); });
+  if (name) {
+    const Quiet quiet(isQuiet_);
+    events_.selected(*name);
+  }
   printed_.clear();
   isInsideDue_ = !showsDetail_;
   events_.opened();
 }
 
 void ConsoleContainers::copy(std::string_view word) {
+  const Quiet quiet(isQuiet_);
   for (const auto& [name, what] : copyWords) {
     if (name != word) continue;
-    if (quietly([&] { return events_.copyPressed(what); })) return;
+    if (events_.copyPressed(what)) return;
     const bool isSelected = shown_ && shown_->detail;
     return streams_.writeOutput(isSelected ? shown_->detail->name + " has no such command\n"
                                            : std::string(Copy::containersNoSelection.text()) + "\n");
   }
   if (const auto snippet = containerSnippetNamed(word)) {
-    quietly([&] {
-      events_.snippetChosen(*snippet);
-      (void)events_.copyPressed(ContainersCopy::snippet);
-    });
+    events_.snippetChosen(*snippet);
+    (void)events_.copyPressed(ContainersCopy::snippet);
     return;
   }
   streams_.writeOutput("copy takes setup, guest, path, dockerRun, compose, dockerfile or envFile\n");
@@ -62,7 +64,8 @@ void ConsoleContainers::copy(std::string_view word) {
 void ConsoleContainers::switchNotification(std::string_view runtime, bool isOn) {
   const auto name = runtimeNamed(runtime);
   if (!name) return;
-  const bool stored = quietly([&] { return events_.notifySwitched(*name, isOn); });
+  const Quiet quiet(isQuiet_);
+  const bool stored = events_.notifySwitched(*name, isOn);
   streams_.writeOutput(!stored ? "the setting could not be stored\n"
                                : Copy::containerTrustNotifyFor.with(*name) + (isOn ? ": on\n" : ": off\n"));
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -36,17 +35,22 @@ class ConsoleContainers final : public ContainersScreen {
   /// The table's name of a runtime in any case; prints a sentence and returns nullopt when there is none.
   std::optional<std::string> runtimeNamed(std::string_view name);
 
-  /// Runs what a command causes without printing the page that changes by it.
-  auto quietly(auto action) {
-    isCommandRunning_ = true;
-    const std::shared_ptr<void> end(nullptr, [this](void*) { isCommandRunning_ = false; });
-    return action();
-  }
+  /// While it lives, a changed page is not printed: the command prints what it did.
+  class Quiet {
+   public:
+    explicit Quiet(bool& flag) : flag_(flag) { flag_ = true; }
+    Quiet(const Quiet&) = delete;
+    Quiet& operator=(const Quiet&) = delete;
+    ~Quiet() { flag_ = false; }
+
+   private:
+    bool& flag_;
+  };
 
   StandardStreams& streams_;
   ContainersScreenEvents events_;
   bool showsDetail_ = false;
-  bool isCommandRunning_ = false;
+  bool isQuiet_ = false;
   bool isInsideDue_ = false;  ///< the next list is followed by what is done inside containers
   std::string printed_;       ///< the last text, empty when the next one must be printed
   std::optional<ContainersPageContent> shown_;

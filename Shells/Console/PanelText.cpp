@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <string_view>
 
+#include "Shells/Console/CardText.hpp"
 #include "Shells/Console/PrintableText.hpp"
-#include "Shells/Console/StateMark.hpp"
 #include "Shells/Console/TextLines.hpp"
 
 namespace ostrel {
@@ -53,13 +53,11 @@ class PanelPrinter {
     return "[" + std::to_string(++buttonNumber_) + "] " + button.title;
   }
 
-  static std::string prefix(RowState::Case kind) { return std::string(stateMark(kind)) + " "; }
-
   void header() {
     const auto& header = content_.header;
     std::vector<std::string> pieces = {printableText(header.word)};
     for (const auto& button : content_.headerButtons) pieces.push_back(mark(button));
-    lines_.flow(prefix(header.tint), pieces, buttonGap);
+    lines_.flow(statePrefix(header.tint), pieces, buttonGap);
     if (header.deadlineLine) lines_.paragraph(2, *header.deadlineLine);
     if (content_.statusError) lines_.paragraph(2, content_.statusError->text);
     lines_.blank();
@@ -69,25 +67,20 @@ class PanelPrinter {
     auto title = update.state.text;
     if (!update.version.empty()) title += " " + update.version;
     if (!update.belowMinimum.empty()) title += " (" + update.belowMinimum + ")";
-    lines_.hanging(prefix(update.state.kind), title);
+    lines_.hanging(statePrefix(update.state.kind), title);
     if (!update.installing.empty()) lines_.paragraph(2, update.installing + " " + update.protectionStaysOn);
     if (update.button) lines_.line("  " + mark(*update.button));
     lines_.blank();
   }
 
   void card(const AttentionItem& item) {
-    auto title = item.title;
-    if (const auto state = item.stateText(); !state.empty()) title.append(": ").append(state);
-    lines_.hanging(prefix(item.state.kind), title);
-    lines_.paragraph(2, item.detail);
-    lines_.paragraph(2, item.action);
-    if (item.button) lines_.line("  " + mark(*item.button));
+    writeCard(lines_, item, item.button ? mark(*item.button) : std::string());
     lines_.blank();
   }
 
   void row(const PanelContent::Row& row, std::size_t indent) {
     const auto label = padded(row.label, labelColumns_ - indent);
-    lines_.hanging(std::string(indent, ' ') + prefix(row.state.kind) + label + "  ", row.state.text);
+    lines_.hanging(std::string(indent, ' ') + statePrefix(row.state.kind) + label + "  ", row.state.text);
   }
 
   void protection(const PanelContent::Protection& protection) {
@@ -103,7 +96,7 @@ class PanelPrinter {
   void ecosystems(const std::vector<PanelContent::Ecosystem>& ecosystems) {
     std::vector<std::string> chips;
     for (const auto& ecosystem : ecosystems) {
-      auto chip = prefix(ecosystem.state.kind) + ecosystem.name;
+      auto chip = statePrefix(ecosystem.state.kind) + ecosystem.name;
       if (!ecosystem.state.text.empty()) chip += ": " + ecosystem.state.text;
       chips.push_back(printableText(chip));
     }
