@@ -57,6 +57,8 @@ class Writer {
             {"no_selection", content.noSelection},
             {"detail", content.detail ? detail(*content.detail) : Json()},
             {"authorization", content.authorization},
+            {"authorization_button",
+             content.authorizationButton ? Json(content.authorizationButton->title) : Json()},
             {"inside", inside(content.inside)}};
   }
 
@@ -79,6 +81,7 @@ class Writer {
             {"blocked", detail.blocked},
             {"setup", detail.setup ? command(*detail.setup) : Json()},
             {"guest", detail.guest ? command(*detail.guest) : Json()},
+            {"reveal", detail.reveal.title},
             {"copy_path", button(detail.copyPath)},
             {"notify", {{"label", detail.notifyLabel}, {"on", detail.isNotifyOn}}}};
   }

@@ -20,6 +20,7 @@ static Json json(const Content::Fact& fact) {
   return {{"label", fact.label},
           {"value", fact.value},
           {"case", nameOf(fact.kind)},
+          {"addition", fact.addition},
           {"code", fact.isCode},
           {"button", jsonOrNull(fact.button, [](const auto& button) { return json(button); })}};
 }
@@ -75,13 +76,15 @@ struct BodyWriter {
   }
   Json operator()(const Content::Notifications& page) const {
     return {{"authorization", page.authorization},
+            {"authorization_button",
+             jsonOrNull(page.authorizationButton, [](const auto& b) { return Json(b.title); })},
             {"master", json(page.master)},
             {"lede", page.lede},
             {"caption", page.caption},
             {"runtimes", jsonList(page.runtimes)}};
   }
   Json operator()(const Content::Help& page) const {
-    return {{"lede", page.lede}, {"buttons", jsonList(page.buttons)}, {"notices", page.notices}};
+    return {{"lede", page.lede}, {"buttons", jsonList(page.buttons)}, {"notices", jsonList(page.notices)}};
   }
 };
 

@@ -94,11 +94,9 @@ class Writer {
       return content;
     }
     content.detail = detailOf(*row);
-    if (page_.notificationAuthorization == NotificationAuthorization::denied) {
-      content.authorization = Copy::notificationsDenied.text();
-    }
-    if (page_.notificationAuthorization == NotificationAuthorization::notDetermined) {
-      content.authorization = Copy::notificationsNotDetermined.text();
+    if (page_.notificationAuthorization != NotificationAuthorization::authorized) {
+      content.authorization = page_.authorizationText();
+      content.authorizationButton = page_.authorizationButton();
     }
     return content;
   }
@@ -113,7 +111,8 @@ class Writer {
   }
 
   Content::CopyButton button(ContainersCopy copy) const {
-    return {copy, std::string(titleOf(copy).text()), page_.copied == copy};
+    const bool isCopied = page_.copied == copy;
+    return {copy, std::string(titleOf(copy).text()), std::string(isCopied ? Copy::buttonCopied.text() : "")};
   }
 
   std::optional<Content::Command> command(std::optional<std::string> shown, ContainersCopy copy) const {
@@ -130,6 +129,7 @@ class Writer {
         .blocked = row.blocked ? std::string(Copy::containerTrustSubtitleBlocked.text()) : std::string(),
         .setup = command(row.runtime.vmSetupCommand(), ContainersCopy::setupCommand),
         .guest = command(guestCommandOf(page_, true), ContainersCopy::guestCommand),
+        .reveal = PageButton::of(PageAction::revealBundle),
         .copyPath = button(ContainersCopy::bundlePath),
         .notifyLabel = Copy::containerTrustNotifyFor.with(name),
         .isNotifyOn = page_.notify.contains(name),
@@ -178,6 +178,38 @@ const Row* ContainersPage::selectedRow() const {
   const auto row =
       std::ranges::find(reading.rows, *selected, [](const Row& each) { return each.runtime.name; });
   return row == reading.rows.end() ? nullptr : &*row;
+}
+
+std::string ContainersPage::authorizationText() const {
+  if (!notificationAuthorization) return {};
+  switch (*notificationAuthorization) {
+    case NotificationAuthorization::notDetermined:
+      return std::string(Copy::notificationsNotDetermined.text());
+    case NotificationAuthorization::denied:
+      return std::string(Copy::notificationsDenied.text());
+    case NotificationAuthorization::authorized:
+      break;
+  }
+  return std::string(Copy::notificationsAuthorized.text());
+}
+
+std::optional<PageButton> ContainersPage::authorizationButton() const {
+  if (notificationAuthorization == NotificationAuthorization::notDetermined) {
+    return PageButton::of(PageAction::allowNotifications);
+  }
+  if (notificationAuthorization == NotificationAuthorization::denied) {
+    return PageButton::of(PageAction::openNotificationSettings);
+  }
+  return std::nullopt;
+}
+
+std::set<std::string> ContainersPage::listedForNotifications() const {
+  std::set<std::string> names;
+  for (const auto& row : reading.rows) {
+    const std::string name(row.runtime.name);
+    if (row.installed || row.running || row.blocked || notify.contains(name)) names.insert(name);
+  }
+  return names;
 }
 
 std::optional<std::string> ContainersPage::textToCopy(ContainersCopy copy) const {

@@ -7,6 +7,7 @@
 
 #include "OstrelAgent/Containers/ContainerSnippet.hpp"
 #include "OstrelAgent/Containers/ContainerTrustReading.hpp"
+#include "OstrelAgent/Containers/PageButton.hpp"
 #include "OstrelAgent/Text/TextDirection.hpp"
 #include "Platform/UserNotifications.hpp"
 
@@ -45,7 +46,7 @@ struct ContainersPageContent {
   struct CopyButton {
     ContainersCopy copies = ContainersCopy::snippet;
     std::string title;
-    bool isCopied = false;  ///< it was the last that copied; a view may show that for a while
+    std::string copied;  ///< stands in place of the title for a while after it has copied; else empty
 
     bool operator==(const CopyButton&) const = default;
   };
@@ -66,6 +67,7 @@ struct ContainersPageContent {
     std::string blocked;  ///< what a block means; empty without one
     std::optional<Command> setup;
     std::optional<Command> guest;
+    PageButton reveal;
     CopyButton copyPath;
     std::string notifyLabel;
     bool isNotifyOn = false;
@@ -92,6 +94,7 @@ struct ContainersPageContent {
   std::string noSelection;  ///< in place of the detail; else empty
   std::optional<Detail> detail;
   std::string authorization;  ///< why no notification appears; else empty
+  std::optional<PageButton> authorizationButton;
   Inside inside;
 
   bool operator==(const ContainersPageContent&) const = default;
@@ -110,7 +113,7 @@ struct ContainersPage {
   std::optional<std::string> selected = {};
   std::optional<NotificationAuthorization> notificationAuthorization = {};  ///< nullopt until it is known
   ContainerSnippet snippet = ContainerSnippet::dockerRun;
-  std::optional<ContainersCopy> copied = {};  ///< the copy button used last
+  std::optional<ContainersCopy> copied = {};  ///< the copy button that has just copied
 
   /// What can be done about a row's trust, its file sharing, a restart and a block, in sentences.
   std::string runtimeState(const ContainerTrustReading::Row& row) const;
@@ -123,6 +126,15 @@ struct ContainersPage {
 
   /// The text that a copy button puts on the pasteboard; nullopt when there is nothing to copy.
   std::optional<std::string> textToCopy(ContainersCopy copy) const;
+
+  /// Whether notifications appear; empty until it is known.
+  std::string authorizationText() const;
+
+  /// What the user can do so that they appear.
+  std::optional<PageButton> authorizationButton() const;
+
+  /// The runtimes that the user can choose for notifications: those of this Mac and the chosen ones.
+  std::set<std::string> listedForNotifications() const;
 
   ContainersPageContent content() const;
 

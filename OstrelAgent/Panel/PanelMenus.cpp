@@ -15,12 +15,11 @@ struct MenuItem {
 };
 
 constexpr MenuItem headerItems[] = {{Action::checkNow}};
-constexpr MenuItem footerItems[] = {{Action::openAgentWindow, AgentPage::ecosystems},
-                                    {Action::copyDiagnostics}};
+constexpr MenuItem footerItems[] = {{Action::openAgentWindow}, {Action::copyDiagnostics}};
 constexpr MenuItem moreItems[] = {
     {Action::sendDiagnostics}, {Action::openAgentWindow, AgentPage::containers}, {Action::quitStatusIcon}};
 constexpr MenuItem statusItemItems[] = {
-    {Action::checkNow}, {Action::openAgentWindow, AgentPage::ecosystems}, {Action::quitStatusIcon}};
+    {Action::checkNow}, {Action::openAgentWindow}, {Action::quitStatusIcon}};
 
 std::span<const MenuItem> itemsOf(PanelMenu menu) {
   switch (menu) {

@@ -11,7 +11,7 @@ namespace ostrel {
 namespace {
 
 using Callback = std::variant<std::function<void()> StatusPanelActions::*,
-                              std::function<void(AgentPage)> StatusPanelActions::*>;
+                              std::function<void(std::optional<AgentPage>)> StatusPanelActions::*>;
 
 struct Row {
   PanelAction action;
@@ -101,8 +101,8 @@ PanelActionSet StatusPanelActions::available() const {
 void StatusPanelActions::perform(const PanelButton& button) const {
   if (!button.isEnabled || !available().contains(button.action)) return;
   const auto run = [&](auto callback) {
-    if constexpr (std::is_invocable_v<decltype(this->*callback), AgentPage>) {
-      (this->*callback)(button.page.value_or(AgentPage::ecosystems));
+    if constexpr (std::is_invocable_v<decltype(this->*callback), std::optional<AgentPage>>) {
+      (this->*callback)(button.page);
     } else {
       (this->*callback)();
     }

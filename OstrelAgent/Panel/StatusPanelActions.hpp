@@ -41,7 +41,8 @@ enum class AgentPage { ecosystems, containers, egressLock, identity, health, not
 struct PanelButton {
   std::string title;
   PanelAction action = PanelAction::checkNow;
-  std::optional<AgentPage> page = std::nullopt;  ///< what `openAgentWindow` opens
+  std::optional<AgentPage> page =
+      std::nullopt;  ///< what `openAgentWindow` opens; nullopt for the page shown last
   bool isEnabled = true;
 
   /// The enabled button of an action, with the action's title or the given one.
@@ -64,7 +65,7 @@ struct StatusPanelActions {
   std::function<void()> enableTransparentProxy;
   std::function<void()> trustDeviceCA;
   std::function<void()> openRepairFlow;
-  std::function<void(AgentPage)> openAgentWindow;
+  std::function<void(std::optional<AgentPage>)> openAgentWindow;  ///< nullopt: the page shown last
   std::function<void()> installUpdate;
   std::function<void()> checkNow;
   std::function<void()> copyDiagnostics;

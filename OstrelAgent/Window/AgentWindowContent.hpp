@@ -42,6 +42,7 @@ struct AgentWindowContent {
     std::string label;
     std::string value;
     RowState::Case kind = RowState::Case::info;  ///< warn or bad for a value in that colour
+    std::string addition = {};                   ///< follows the value, in the usual colour
     bool isCode = false;                         ///< drawn in a monospaced font
     std::optional<PanelButton> button = std::nullopt;
 
@@ -101,6 +102,7 @@ struct AgentWindowContent {
     };
 
     std::string authorization;  ///< empty until it is known
+    std::optional<PageButton> authorizationButton;
     Switch master;
     std::string lede;
     std::string caption;           ///< above the runtimes
@@ -112,7 +114,7 @@ struct AgentWindowContent {
   struct Help {
     std::string lede;
     std::vector<PanelButton> buttons;
-    std::vector<std::string> notices;
+    std::vector<RowState> notices;
 
     bool operator==(const Help&) const = default;
   };

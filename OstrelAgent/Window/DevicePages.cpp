@@ -29,6 +29,11 @@ class FactList {
     if (!code.empty()) facts_.back().isCode = true;
     return *this;
   }
+  /// What follows the value of the last fact.
+  FactList& addition(std::string text) {
+    facts_.back().addition = std::move(text);
+    return *this;
+  }
   /// The button of the last fact.
   FactList& button(std::optional<PanelButton> button) {
     facts_.back().button = std::move(button);
@@ -103,7 +108,7 @@ void addUpdate(FactList& facts, const AgentWindowInputs& inputs, const PanelCont
   if (panel.update) {
     const auto& block = *panel.update;
     const auto version = block.version.empty() ? std::string() : " · " + block.version;
-    facts.add(Copy::factUpdate, block.state.text + version, block.state.kind).button(block.button);
+    facts.add(Copy::factUpdate, block.state.text, block.state.kind).addition(version).button(block.button);
   }
   if (reported) facts.add(Copy::factMinimumVersion, reported->minimumSupportedVersion.value_or(""));
 }

@@ -1,7 +1,5 @@
 // The pages of the agent window that need no report.
 
-#include <algorithm>
-
 #include "OstrelAgent/Text/Copy.hpp"
 #include "OstrelAgent/Window/WindowPages.hpp"
 
@@ -11,32 +9,16 @@ namespace {
 
 using Content = AgentWindowContent;
 
-std::string_view sentenceOf(NotificationAuthorization authorization) {
-  switch (authorization) {
-    case NotificationAuthorization::notDetermined:
-      return Copy::notificationsNotDetermined.text();
-    case NotificationAuthorization::denied:
-      return Copy::notificationsDenied.text();
-    case NotificationAuthorization::authorized:
-      break;
-  }
-  return Copy::notificationsAuthorized.text();
-}
-
-bool isListed(const ContainerTrustReading::Row& row, const ContainersPage& page) {
-  return row.installed || row.running || row.blocked || page.notify.contains(std::string(row.runtime.name));
-}
-
 }  // namespace
 
 Content::Notifications notifications(const ContainersPage& containers) {
   Content::Notifications page;
-  if (const auto& answer = containers.notificationAuthorization) page.authorization = sentenceOf(*answer);
+  page.authorization = containers.authorizationText();
+  page.authorizationButton = containers.authorizationButton();
+  const auto listed = containers.listedForNotifications();
   for (const auto& runtime : ContainerRuntime::table) {
-    const auto row = std::ranges::find(containers.reading.rows, runtime.name,
-                                       [](const auto& each) { return each.runtime.name; });
     const std::string name(runtime.name);
-    if (isListed(*row, containers)) page.runtimes.push_back({name, containers.notify.contains(name)});
+    if (listed.contains(name)) page.runtimes.push_back({name, containers.notify.contains(name)});
   }
   page.master = {.label = std::string(Copy::notificationsMaster.text()),
                  .isOn = !containers.notify.empty(),
@@ -53,12 +35,11 @@ Content::Help help(const AgentWindowInputs& inputs) {
   for (const auto action : {PanelAction::copyDiagnostics, PanelAction::sendDiagnostics}) {
     if (inputs.available.contains(action)) page.buttons.push_back(PanelButton::of(action).during(model));
   }
-  for (const auto& notice : {model.diagnosticsNotice, model.sendDiagnosticsError}) {
-    if (notice) page.notices.push_back(*notice);
-  }
+  if (model.diagnosticsNotice) page.notices.push_back(RowState::info(*model.diagnosticsNotice));
+  if (model.sendDiagnosticsError) page.notices.push_back(RowState::bad(*model.sendDiagnosticsError));
   if (model.diagnosticsSentAt) {
     page.notices.push_back(
-        Copy::noticeDiagnosticsSent.with(inputs.times.clockTime(*model.diagnosticsSentAt)));
+        RowState::ok(Copy::noticeDiagnosticsSent.with(inputs.times.clockTime(*model.diagnosticsSentAt))));
   }
   return page;
 }

@@ -51,7 +51,7 @@ class WindowPrinter {
     std::size_t width = 0;
     for (const auto& fact : facts) width = std::max(width, columns(fact.label));
     for (const auto& fact : facts) {
-      auto value = fact.value;
+      auto value = fact.value + fact.addition;
       if (fact.button) value += "   " + mark(*fact.button);
       lines_.hanging("  " + padded(fact.label, width) + "  ", value);
     }
@@ -126,7 +126,7 @@ class WindowPrinter {
     std::vector<std::string> buttons;
     for (const auto& button : page.buttons) buttons.push_back(mark(button));
     if (!buttons.empty()) lines_.flow("  ", buttons, "   ");
-    for (const auto& notice : page.notices) lines_.paragraph(2, notice);
+    for (const auto& notice : page.notices) lines_.hanging("  " + statePrefix(notice.kind), notice.text);
   }
 
   const Content& content_;

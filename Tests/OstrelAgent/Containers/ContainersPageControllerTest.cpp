@@ -159,8 +159,8 @@ TEST_F(ContainersPageControllerTest, MarksTheButtonThatCopied) {
   (void)selected("UTM");
   EXPECT_TRUE(user.copyPressed(ContainersCopy::guestCommand));
   EXPECT_EQ(host.pasteboard.content, ContainerRuntime::guestCommand("MII"));
-  EXPECT_TRUE(shown().detail->guest->button.isCopied);
-  EXPECT_FALSE(selected("QEMU").guest->button.isCopied);
+  EXPECT_EQ(shown().detail->guest->button.copied, "Copied");
+  EXPECT_EQ(selected("QEMU").guest->button.copied, "");
   EXPECT_TRUE(user.copyPressed(ContainersCopy::bundlePath));
   EXPECT_EQ(host.pasteboard.content, bundle);
   user.snippetChosen(ContainerSnippet::compose);

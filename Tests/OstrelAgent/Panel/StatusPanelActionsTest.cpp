@@ -23,8 +23,8 @@ TEST(StatusPanelActions, RunTheCallbackOfTheButtonAloneWithItsPage) {
   EXPECT_FALSE(actions.available().contains(PanelAction::openAgentWindow));
   actions.perform({"", PanelAction::openAgentWindow});
   EXPECT_EQ(ran, "");
-  AgentPage opened{};
-  actions.openAgentWindow = [&](AgentPage page) { opened = page, ran += "openAgentWindow"; };
+  std::optional<AgentPage> opened;
+  actions.openAgentWindow = [&](std::optional<AgentPage> page) { opened = page, ran += "openAgentWindow"; };
   EXPECT_EQ(actions.available().size(), 10U);
   for (const auto action : actions.available()) {
     ran.clear();

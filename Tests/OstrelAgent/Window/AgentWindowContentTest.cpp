@@ -47,7 +47,8 @@ struct Window {
 std::string describe(const Content::Facts& facts) {
   std::string text;
   for (const auto& fact : facts) {
-    text += fact.label + ": " + fact.value + (fact.button ? " [" + fact.button->title + "]" : "") + "|";
+    text += fact.label + ": " + fact.value + fact.addition +
+            (fact.button ? " [" + fact.button->title + "]" : "") + "|";
   }
   return text;
 }
@@ -222,6 +223,7 @@ TEST(AgentWindowContent, NotificationsListTheRuntimesOfThisMacAndTheWanted) {
   EXPECT_EQ(runtimes, "Docker|Colima|+minikube|UTM|");
   EXPECT_TRUE(page.master.isOn && page.master.isEnabled);
   EXPECT_EQ(page.authorization, Copy::notificationsDenied.text());
+  EXPECT_EQ(page.authorizationButton, PageButton::of(PageAction::openNotificationSettings));
 }
 
 TEST(AgentWindowContent, HelpShowsTheWorkAndItsNotices) {
@@ -232,8 +234,8 @@ TEST(AgentWindowContent, HelpShowsTheWorkAndItsNotices) {
   const auto page = window.body<Content::Help>(AgentPage::help);
   EXPECT_TRUE(page.buttons[0].isEnabled);
   EXPECT_FALSE(page.buttons[1].isEnabled);
-  EXPECT_EQ(page.notices,
-            (std::vector<std::string>{"Diagnostics copied.", "Sent to your admin at 10:12 AM"}));
+  EXPECT_EQ(page.notices, (std::vector{RowState::info("Diagnostics copied."),
+                                       RowState::ok("Sent to your admin at 10:12 AM")}));
 }
 
 }  // namespace
