@@ -8,6 +8,8 @@
 
 #include "OstrelAgent/Onboarding/OnboardingContent.hpp"
 #include "OstrelAgent/Panel/PanelContent.hpp"
+#include "OstrelAgent/Window/AgentWindowContent.hpp"
+#include "Platform/AgentWindow.hpp"
 #include "Platform/Alerts.hpp"
 #include "Platform/Log.hpp"
 #include "Platform/OnboardingWindow.hpp"
@@ -69,6 +71,20 @@ class AlertView {
   virtual void activate() = 0;
 };
 
+/// The agent window. Main thread, after the toolkit's application object.
+class AgentWindowView {
+ public:
+  virtual ~AgentWindowView() = default;
+
+  /// In the middle of the screen, with the focus; an open window comes to the front and draws the content.
+  virtual void open(const AgentWindowContent& content, const WindowSize& size, const DesktopTheme& theme) = 0;
+
+  /// Draws what differs from the content shown; nothing when it is closed.
+  virtual void update(const AgentWindowContent& content) = 0;
+  virtual void setTheme(const DesktopTheme& theme) = 0;
+  virtual void close() = 0;
+};
+
 /// The one symbol of the Views plug-in, `ostrelViewsPlugIn`.
 struct ViewsPlugIn {
   const char* build;  ///< the build it belongs to; stays the first member
@@ -97,6 +113,16 @@ struct ViewsPlugIn {
   /// What the alert's window holds as a PNG file.
   std::expected<std::string, std::string> (*drawAlert)(const Alert& alert, const DesktopTheme& theme,
                                                        Log& log);
+
+  /// A window that is not open yet; a sentence when the views cannot be loaded. Its `closed` comes once for
+  /// each time that it was open.
+  std::expected<std::unique_ptr<AgentWindowView>, std::string> (*makeAgentWindowView)(
+      Log& log, AgentWindowEvents events);
+
+  /// What the window holds as a PNG file, in that size.
+  std::expected<std::string, std::string> (*drawAgentWindow)(const AgentWindowContent& content,
+                                                             const WindowSize& size,
+                                                             const DesktopTheme& theme, Log& log);
 };
 
 }  // namespace ostrel

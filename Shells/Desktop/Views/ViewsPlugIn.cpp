@@ -4,6 +4,7 @@
 #include "Shells/Desktop/Views/Common/Picture.hpp"
 #include "Shells/Desktop/Views/Onboarding/OnboardingViewWindow.hpp"
 #include "Shells/Desktop/Views/Panel/PanelWindow.hpp"
+#include "Shells/Desktop/Views/Window/AgentViewWindow.hpp"
 
 extern "C" __attribute__((visibility("default"))) const ostrel::ViewsPlugIn ostrelViewsPlugIn;
 
@@ -13,4 +14,6 @@ extern "C" const ostrel::ViewsPlugIn ostrelViewsPlugIn{OSTREL_BUILD,
                                                        ostrel::OnboardingViewWindow::make,
                                                        ostrel::onboardingPicture,
                                                        ostrel::AlertWindow::make,
-                                                       ostrel::alertPicture};
+                                                       ostrel::alertPicture,
+                                                       ostrel::AgentViewWindow::make,
+                                                       ostrel::agentWindowPicture};

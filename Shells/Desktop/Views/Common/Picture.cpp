@@ -11,6 +11,7 @@
 #include "Shells/Desktop/Views/Common/Scene.hpp"
 #include "Shells/Desktop/Views/Onboarding/OnboardingState.hpp"
 #include "Shells/Desktop/Views/Panel/PanelState.hpp"
+#include "Shells/Desktop/Views/Window/AgentWindowState.hpp"
 
 namespace ostrel {
 
@@ -74,6 +75,15 @@ std::expected<std::string, std::string> alertPicture(const Alert& alert, const D
   AlertState state;
   state.show(alert);
   return picture(AlertState::screen, AlertState::property, state, theme, log);
+}
+
+std::expected<std::string, std::string> agentWindowPicture(const AgentWindowContent& content,
+                                                           const WindowSize& size, const DesktopTheme& theme,
+                                                           Log& log) {
+  AgentWindowState state;
+  state.setSize({size.width, size.height});
+  state.show(content);
+  return picture(AgentWindowState::screen, AgentWindowState::property, state, theme, log);
 }
 
 }  // namespace ostrel

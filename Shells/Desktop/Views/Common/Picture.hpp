@@ -5,6 +5,8 @@
 
 #include "OstrelAgent/Onboarding/OnboardingContent.hpp"
 #include "OstrelAgent/Panel/PanelContent.hpp"
+#include "OstrelAgent/Window/AgentWindowContent.hpp"
+#include "Platform/AgentWindow.hpp"
 #include "Platform/Alerts.hpp"
 #include "Platform/Log.hpp"
 #include "Shells/Desktop/DesktopTheme.hpp"
@@ -22,5 +24,10 @@ namespace ostrel {
 /// The content of an alert's window as a PNG file.
 [[nodiscard]] std::expected<std::string, std::string> alertPicture(const Alert& alert,
                                                                    const DesktopTheme& theme, Log& log);
+
+/// The content of the agent window as a PNG file, in that size.
+[[nodiscard]] std::expected<std::string, std::string> agentWindowPicture(const AgentWindowContent& content,
+                                                                         const WindowSize& size,
+                                                                         const DesktopTheme& theme, Log& log);
 
 }  // namespace ostrel

@@ -5,6 +5,7 @@ Item {
     id: button
 
     property string title
+    property string doneTitle // stands in place of the title, with a tick, while the button has just done its work
     property bool isPrimary: false
     property bool isQuiet: false
     property real fontSize: Tokens.smallSize
@@ -13,6 +14,9 @@ Item {
 
     signal pressed
 
+    function widthOf(text: string): real {
+        return Math.ceil(Theme.widthOf(text, label.font)) + 1;
+    }
     function press(event: var): void {
         if (!event.isAutoRepeat)
             pressed();
@@ -23,8 +27,9 @@ Item {
             pressed();
     }
 
-    implicitWidth: label.lineWidth() + 2 * sidePadding
-    implicitHeight: Math.ceil(label.height) + 10
+    // The width stays when the title changes for a while.
+    implicitWidth: Math.max(widthOf(title), doneTitle === "" ? 0 : tick.width + 5 + widthOf(doneTitle)) + 2 * sidePadding
+    implicitHeight: Math.max(Math.round(24 * Tokens.textScale), Math.ceil(label.height) + 8)
     activeFocusOnTab: enabled
     opacity: enabled ? 1 : 0.5
     Keys.onSpacePressed: event => press(event)
@@ -32,7 +37,7 @@ Item {
     Keys.onEnterPressed: event => press(event)
     Accessible.role: Accessible.Button
     Accessible.ignored: !visible
-    Accessible.name: title
+    Accessible.name: label.text
     Accessible.focusable: enabled
     Accessible.onPressAction: pressBySpeech()
 
@@ -40,14 +45,24 @@ Item {
         anchors.fill: parent
         radius: Tokens.buttonRadius
         color: button.isPrimary ? Tokens.accent : Tokens.button
+        border.color: button.isPrimary || button.isQuiet ? color : Tokens.edge
         opacity: button.isQuiet && !button.isLit ? 0 : area.pressed ? 0.7 : 1
+    }
+    Tick {
+        id: tick
+        visible: button.doneTitle !== ""
+        anchors.right: label.left
+        anchors.rightMargin: 5
+        anchors.verticalCenter: parent.verticalCenter
+        color: button.isPrimary ? Tokens.accentInk : Tokens.ok
     }
     Label {
         id: label
         anchors.centerIn: parent
+        anchors.horizontalCenterOffset: tick.visible ? (LayoutMirroring.enabled ? -1 : 1) * (tick.width + 5) / 2 : 0
         width: Math.min(lineWidth(), button.width - 2 * button.sidePadding)
         horizontalAlignment: Text.AlignHCenter
-        text: button.title
+        text: button.doneTitle || button.title
         font.pixelSize: button.fontSize
         font.weight: Font.Medium
         color: button.isPrimary ? Tokens.accentInk : button.isQuiet ? Tokens.dim : Tokens.ink

@@ -49,7 +49,7 @@ Item {
         width: row.isStacked ? row.textWidth : lineWidth()
         horizontalAlignment: row.isStacked ? Text.AlignLeft : Text.AlignRight
         text: row.value.text
-        color: row.value.wantsAttention ? Tokens.stateColor(row.value.kind) : Tokens.dim
+        color: Tokens.stateInk(row.value.kind)
     }
     Label {
         id: note

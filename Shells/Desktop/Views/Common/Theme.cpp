@@ -1,5 +1,6 @@
 #include "Shells/Desktop/Views/Common/Theme.hpp"
 
+#include <QFontDatabase>
 #include <QFontMetricsF>
 
 #include <algorithm>
@@ -12,6 +13,8 @@ void Theme::set(const DesktopTheme& theme) {
   change(*this, isDark_, theme.appearance == Appearance::dark, &Theme::isDarkChanged);
   change(*this, textScale_, std::clamp(theme.textScale, 1.0, 3.0), &Theme::textScaleChanged);
 }
+
+QString Theme::codeFamily() const { return QFontDatabase::systemFont(QFontDatabase::FixedFont).family(); }
 
 double Theme::widthOf(const QString& text, const QFont& font) const {
   return QFontMetricsF(font).horizontalAdvance(text);

@@ -15,11 +15,15 @@ class Theme : public QObject {
   QML_SINGLETON
   Q_PROPERTY(bool isDark MEMBER isDark_ NOTIFY isDarkChanged)
   Q_PROPERTY(double textScale MEMBER textScale_ NOTIFY textScaleChanged)
+  Q_PROPERTY(QString codeFamily READ codeFamily CONSTANT)
 
  public:
   using QObject::QObject;
 
   void set(const DesktopTheme& theme);
+
+  /// The desktop's monospaced font.
+  QString codeFamily() const;
 
   /// Of the text in one line, in points.
   Q_INVOKABLE double widthOf(const QString& text, const QFont& font) const;

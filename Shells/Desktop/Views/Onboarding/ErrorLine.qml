@@ -10,7 +10,7 @@ AccessibleLabel {
 
     font.pixelSize: Tokens.smallSize
     lineHeight: Tokens.paragraph
-    color: Tokens.bad
+    color: Tokens.badText
     Accessible.role: Accessible.AlertMessage
     onTextChanged: {
         if (text !== "")

@@ -58,7 +58,7 @@ Item {
                 text: card.value.text
                 font.pixelSize: Tokens.smallSize
                 font.weight: Font.Medium
-                color: Tokens.stateColor(card.value.kind)
+                color: Tokens.stateInk(card.value.kind)
             }
         }
         Label {

@@ -10,7 +10,7 @@ Rectangle {
     implicitWidth: Math.min(9 + dot.width + 6 + name.lineWidth() + 9, maxWidth)
     implicitHeight: Math.ceil(name.height) + 6
     radius: Math.min(height / 2, Tokens.cardRadius)
-    color: Tokens.button
+    color: Tokens.chip
     Accessible.role: Accessible.StaticText
     Accessible.name: value.accessibleName
 

@@ -42,31 +42,11 @@ Rectangle {
             Accessible.checked: list.isUnfolded
             Accessible.onPressAction: list.fold(null)
 
-            Item {
-                id: arrow
-                width: Tokens.arrowSize
-                height: width
+            Arrow {
                 anchors.right: parent.right
                 anchors.rightMargin: 12
                 y: Math.round(rollup.padding + (rollup.lineHeight - height) / 2)
-                rotation: list.isUnfolded ? 90 : rollup.LayoutMirroring.enabled ? 180 : 0
-
-                Repeater {
-                    model: [45, -45]
-
-                    Rectangle {
-                        required property int modelData
-                        readonly property real part: arrow.width / 8
-                        width: 5.5 * part
-                        height: 1.4 * part
-                        radius: height / 2
-                        x: 1.7 * part
-                        y: (modelData > 0 ? 1.6 : 5) * part
-                        rotation: modelData
-                        antialiasing: true
-                        color: Tokens.dim
-                    }
-                }
+                isOpen: list.isUnfolded
             }
             FocusRing {
                 anchors.margins: 1

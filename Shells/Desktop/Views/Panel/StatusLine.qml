@@ -29,6 +29,6 @@ Rectangle {
         anchors.rightMargin: 12
         y: 10
         text: line.value.text
-        color: line.value.wantsAttention ? Tokens.stateColor(line.value.kind) : Tokens.dim
+        color: Tokens.stateInk(line.value.kind)
     }
 }

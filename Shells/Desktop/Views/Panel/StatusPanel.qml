@@ -8,7 +8,7 @@ FocusScope {
 
     required property PanelState panel
     readonly property int cornerRadius: Tokens.panelRadius
-    readonly property color edgeColor: Tokens.edge
+    readonly property color edgeColor: Tokens.rim
     readonly property real leastRoom: 3 * Tokens.rowHeight
     readonly property real room: Math.floor(Math.max(panel.maxHeight, leastRoom))
     readonly property real ends: header.height + footer.height
@@ -47,7 +47,7 @@ FocusScope {
         anchors.fill: parent
         radius: root.cornerRadius
         color: Tokens.panel
-        border.color: Tokens.edge
+        border.color: Tokens.rim
         border.width: 1
     }
     // Has the focus until the user moves it to a button.

@@ -1,0 +1,83 @@
+import QtQuick
+import Ostrel.Views
+
+/// The agent window: a sidebar of pages and the shown one, which scrolls.
+FocusScope {
+    id: root
+
+    required property AgentWindowState agent
+
+    width: agent.size.width
+    height: agent.size.height
+    focus: true
+    LayoutMirroring.enabled: agent.isRightToLeft
+    LayoutMirroring.childrenInherit: true
+    Keys.onEscapePressed: agent.dismissed()
+    Keys.onPressed: event => {
+        const index = event.key - Qt.Key_1;
+        if ((event.modifiers & Qt.ControlModifier) && index >= 0 && index < sidebar.count) {
+            sidebar.choose(index);
+            event.accepted = true;
+        } else if ((event.modifiers & Qt.ControlModifier) && event.key === Qt.Key_W) {
+            agent.dismissed();
+            event.accepted = true;
+        } else {
+            event.accepted = (agent.isContainersPage ? containers.scroller : lines).scrollByKey(event.key);
+        }
+    }
+
+    Connections {
+        target: root.agent
+        function onOpened() {
+            sidebar.takeFocus();
+            lines.contentY = 0;
+        }
+        function onPageChanged() {
+            lines.contentY = 0;
+        }
+    }
+    Connections {
+        target: root.Window.window
+        function onActiveFocusItemChanged() {
+            const item = root.Window.window.activeFocusItem;
+            if (root.agent.isContainersPage)
+                containers.reveal(item);
+            else
+                lines.reveal(item);
+        }
+    }
+    Rectangle {
+        anchors.fill: parent
+        color: Tokens.panel
+    }
+    Sidebar {
+        id: sidebar
+        anchors.left: parent.left
+        width: Tokens.sidebarWidth
+        height: parent.height
+        agent: root.agent
+    }
+    Item {
+        id: page
+        anchors.left: sidebar.right
+        anchors.right: parent.right
+        height: parent.height
+
+        PageLines {
+            id: lines
+            visible: !root.agent.isContainersPage
+            anchors.fill: parent
+            agent: root.agent
+        }
+        ContainersPage {
+            id: containers
+            visible: root.agent.isContainersPage
+            anchors.fill: parent
+            agent: root.agent
+        }
+        ScrollIndicator {
+            visible: lines.visible && lines.interactive
+            scroller: lines
+        }
+    }
+}
