@@ -24,6 +24,7 @@ std::expected<const ShellPlugIn*, std::string> loadShellPlugIn(const Bundle& bun
 DesktopServices desktopServices(const Bundle& bundle, Log& log) {
   return {.processDueWork = {},
           .receivedSignal = {},
+          .realPath = [](std::string_view path) { return std::string(path); },
           .resources = bundle.path() + "/Contents/Resources",
           .loadViews = [&bundle] { return load<ViewsPlugIn>(bundle, "Views"); },
           .log = log};

@@ -81,6 +81,7 @@ struct ShellHost {
   LinuxBundle& bundle;
   SimulatedOverrides& overrides;
   const OverridesWatch& overridesWatch;
+  PathMap realPath;
 };
 
 /// Opens the desktop shell when there is a display, else the console.
@@ -101,6 +102,7 @@ class LinuxShell {
     auto services = desktopServices(host_.bundle, host_.log);
     services.queueDescriptor = host_.mainQueue.descriptor();
     services.processDueWork = [&queue = host_.mainQueue] { queue.processDueWork(); };
+    services.realPath = host_.realPath;
     services.signalDescriptor = host_.signals.descriptor();
     services.receivedSignal = [] { return TerminationSignals::received(); };
     const auto plugIn = loadShellPlugIn(host_.bundle);
@@ -168,8 +170,8 @@ class LinuxHost final : public HostLifetime {
 
   const ShellServices& openShell(ShellMode mode) override {
     signals_.emplace();
-    shell_.emplace(mode,
-                   ShellHost{*signals_, mainQueue_, streams_, log_, bundle_, overrides_, overridesWatch_});
+    shell_.emplace(mode, ShellHost{*signals_, mainQueue_, streams_, log_, bundle_, overrides_,
+                                   overridesWatch_, realPath()});
     return shell_->services();
   }
 

@@ -5,11 +5,13 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "OstrelAgent/Onboarding/OnboardingContent.hpp"
 #include "OstrelAgent/Panel/PanelContent.hpp"
 #include "OstrelAgent/Status/MenuBarIcon.hpp"
 #include "Platform/Alerts.hpp"
+#include "Platform/FileManager.hpp"
 #include "Platform/Log.hpp"
 #include "Platform/OnboardingWindow.hpp"
 #include "Platform/Pasteboard.hpp"
@@ -29,7 +31,8 @@ struct DesktopServices {
   std::function<void()> processDueWork;
   int signalDescriptor = -1;  ///< readable when a signal wants the program to end
   std::function<std::optional<int>()> receivedSignal;
-  std::string resources;  ///< the bundle's folder of data files
+  std::function<std::string(std::string_view)> realPath;  ///< of a path of the program
+  std::string resources;                                  ///< the bundle's folder of data files
   std::function<std::expected<const ViewsPlugIn*, std::string>()> loadViews;
   Log& log;
 };
@@ -45,6 +48,7 @@ class Desktop {
   virtual OnboardingWindow& onboardingWindow() = 0;
   virtual Alerts& alerts() = 0;
   virtual Pasteboard& pasteboard() = 0;
+  virtual FileManager& fileManager() = 0;
   virtual UserNotifications& notifications() = 0;
   virtual SystemWake& systemWake() = 0;
 };

@@ -7,6 +7,7 @@
 
 #include "Shells/Desktop/Shell/DesktopAlerts.hpp"
 #include "Shells/Desktop/Shell/DesktopBus.hpp"
+#include "Shells/Desktop/Shell/DesktopFileManager.hpp"
 #include "Shells/Desktop/Shell/DesktopNotifications.hpp"
 #include "Shells/Desktop/Shell/DesktopOnboardingWindow.hpp"
 #include "Shells/Desktop/Shell/DesktopScreens.hpp"
@@ -102,6 +103,7 @@ class QtDesktop final : public Desktop {
   OnboardingWindow& onboardingWindow() override { return onboardingWindow_; }
   Alerts& alerts() override { return alerts_; }
   Pasteboard& pasteboard() override { return pasteboard_; }
+  FileManager& fileManager() override { return fileManager_; }
   UserNotifications& notifications() override { return notifications_; }
   SystemWake& systemWake() override { return wake_; }
 
@@ -141,6 +143,7 @@ class QtDesktop final : public Desktop {
                                 [this](QPoint place) { click(place); }};
   DesktopOnboardingWindow onboardingWindow_{[this] { return loadViews(); }, services_.log};
   QtPasteboard pasteboard_;
+  DesktopFileManager fileManager_{bus_, services_.realPath};
   DesktopNotifications notifications_{bus_};
   DesktopWake wake_{bus_, systemBusAddress()};
   QtShell shell_{services_, [this] {

@@ -19,6 +19,7 @@
 #include "Tests/Fakes/FakeOnboardingView.hpp"
 #include "Tests/Fakes/FakePanelView.hpp"
 #include "Tests/Fakes/ShellContract.hpp"
+#include "Tests/Shells/Desktop/Shell/FileBrowser.hpp"
 #include "Tests/Shells/Desktop/Shell/SessionBus.hpp"
 #include "Tests/Shells/Desktop/Shell/SettingsPortal.hpp"
 #include "Tests/Shells/Desktop/Shell/TrayWatcher.hpp"
@@ -68,6 +69,7 @@ struct QtDesktopTest : testing::Test {
                                .processDueWork = [this] { queue.processDueWork(); },
                                .signalDescriptor = signalPipe[0],
                                .receivedSignal = [this] { return signal; },
+                               .realPath = [](std::string_view path) { return "/real" + std::string(path); },
                                .resources = RESOURCES,
                                .loadViews = [this]() -> std::expected<const ViewsPlugIn*, std::string> {
                                  if (!viewsFailure.empty()) return std::unexpected(viewsFailure);
@@ -367,6 +369,16 @@ TEST_F(QtDesktopTest, PassesPressesOfThePanelAndOfTheMenu) {
   EXPECT_EQ(ofPanel, std::vector{quit});
   desktop->screens().updatePanel({});
   EXPECT_EQ(panel.updates.size(), 1U);
+}
+
+TEST_F(QtDesktopTest, ShowsTheRealFileInTheFileManager) {
+  make();
+  const FileBrowser browser(*peer);
+  std::optional<bool> isShown;
+  desktop->fileManager().reveal("/ca.pem", [&](bool answer) { isShown = answer; });
+  EXPECT_TRUE(spinUntil([&] { return isShown.has_value(); }));
+  EXPECT_EQ(isShown, true);
+  EXPECT_EQ(browser.asked, QList<QStringList>{{"file:///real/ca.pem"}});
 }
 
 TEST_F(QtDesktopTest, ServesTheMainQueueUntilItIsTerminated) {

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace ostrel {
+
+class FileManager {
+ public:
+  virtual ~FileManager() = default;
+
+  /// Shows the file, selected, in the desktop's file manager. `answered` comes later, once, with whether one
+  /// did. Main thread.
+  virtual void reveal(const std::string& path, std::function<void(bool)> answered) = 0;
+};
+
+}  // namespace ostrel
