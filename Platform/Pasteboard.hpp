@@ -9,8 +9,8 @@ class Pasteboard {
  public:
   virtual ~Pasteboard() = default;
 
-  /// Replaces the pasteboard's contents by the UTF-8 text.
-  virtual void setText(std::string_view text) = 0;
+  /// Replaces the pasteboard's contents by the UTF-8 text; false when it could not be put there.
+  [[nodiscard]] virtual bool setText(std::string_view text) = 0;
 };
 
 }  // namespace ostrel

@@ -72,8 +72,7 @@ void ContainersPageController::choose(ContainerSnippet snippet) {
 
 bool ContainersPageController::copy(ContainersCopy copy) {
   const auto text = page_.textToCopy(copy);
-  if (!text) return false;
-  services_.pasteboard.setText(*text);
+  if (!text || !services_.pasteboard.setText(*text)) return false;
   page_.copied = copy;
   draw();
   return true;

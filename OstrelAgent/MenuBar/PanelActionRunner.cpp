@@ -10,6 +10,7 @@ namespace ostrel {
 namespace {
 
 constexpr const char* userReason = "user";
+constexpr std::int32_t copyRefused = 1;  // the exit status that the notice names then
 
 /// The health block of a response, or nullopt when it is missing or malformed.
 std::optional<StatusReport::Health> healthOf(const JsonObject& answer) {
@@ -68,12 +69,15 @@ void PanelActionRunner::copyDiagnostics() {
       [helper = collaborators_.helper, arguments = diagnosticsArguments()] {
         return helper.runHelperCapturingStdout(arguments);
       },
-      [](PanelActionRunner& self, const HelperRunner::HelperOutput& output) {
-        self.model().diagnosticsInFlight = false;
-        if (output.status == 0) self.services_.pasteboard.setText(output.standardOutput);
-        self.showNotice(&StatusPanelModel::diagnosticsNotice, self.diagnosticsNoticeToken_,
-                        diagnosticsNotice(output.status), diagnosticsNoticeTime);
-      });
+      [](PanelActionRunner& self, const HelperRunner::HelperOutput& output) { self.finishCopy(output); });
+}
+
+void PanelActionRunner::finishCopy(const HelperRunner::HelperOutput& output) {
+  const bool isRefused = output.status == 0 && !services_.pasteboard.setText(output.standardOutput);
+  if (isRefused) services_.log.line("ostrel: could not copy the diagnostics");
+  model().diagnosticsInFlight = false;
+  showNotice(&StatusPanelModel::diagnosticsNotice, diagnosticsNoticeToken_,
+             diagnosticsNotice(isRefused ? copyRefused : output.status), diagnosticsNoticeTime);
 }
 
 void PanelActionRunner::sendDiagnostics() {

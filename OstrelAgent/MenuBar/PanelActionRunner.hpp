@@ -74,6 +74,7 @@ class PanelActionRunner : public std::enable_shared_from_this<PanelActionRunner>
 
   void finishCheckIn(const CheckIn& checkIn, bool isUsers);
   void copyDiagnostics();
+  void finishCopy(const HelperRunner::HelperOutput& output);
   void sendDiagnostics();
   void finishSending(const DiagnosticsSending& sending);
   void confirmAndInstallUpdate();

@@ -7,7 +7,7 @@
 
 namespace ostrel {
 
-void ConsolePasteboard::setText(std::string_view text) {
+bool ConsolePasteboard::setText(std::string_view text) {
   std::string printed = "\nto copy:\n";
   while (!text.empty()) {
     const auto end = std::min(text.find('\n'), text.size());
@@ -15,6 +15,7 @@ void ConsolePasteboard::setText(std::string_view text) {
     text.remove_prefix(std::min(end + 1, text.size()));
   }
   streams_.writeOutput(printed);
+  return true;
 }
 
 }  // namespace ostrel

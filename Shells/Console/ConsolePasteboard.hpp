@@ -10,7 +10,7 @@ class ConsolePasteboard final : public Pasteboard {
  public:
   explicit ConsolePasteboard(StandardStreams& streams) : streams_(streams) {}
 
-  void setText(std::string_view text) override;
+  [[nodiscard]] bool setText(std::string_view text) override;
 
  private:
   StandardStreams& streams_;

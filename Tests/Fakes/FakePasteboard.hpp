@@ -10,9 +10,14 @@ namespace ostrel {
 /// A pasteboard that the test reads.
 class FakePasteboard final : public Pasteboard {
  public:
-  void setText(std::string_view text) override { content = text; }
+  [[nodiscard]] bool setText(std::string_view text) override {
+    if (refuses) return false;
+    content = text;
+    return true;
+  }
 
   std::optional<std::string> content;
+  bool refuses = false;
 };
 
 }  // namespace ostrel

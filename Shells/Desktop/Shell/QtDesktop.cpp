@@ -82,9 +82,11 @@ class Application {
 /// The desktop's clipboard.
 class QtPasteboard final : public Pasteboard {
  public:
-  void setText(std::string_view text) override {
-    QGuiApplication::clipboard()->setText(
-        QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+  [[nodiscard]] bool setText(std::string_view text) override {
+    auto& clipboard = *QGuiApplication::clipboard();
+    clipboard.setText(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+    // The platform "offscreen" knows no owner.
+    return clipboard.ownsClipboard() || QGuiApplication::platformName() == QLatin1String(offscreen);
   }
 };
 

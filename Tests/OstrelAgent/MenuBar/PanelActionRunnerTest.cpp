@@ -96,7 +96,8 @@ TEST_F(PanelActionRunnerTest, ACheckInForAnotherReasonShowsOnlyItsHealth) {
 
 TEST_F(PanelActionRunnerTest, DiagnosticsAreCopiedWhenTheHelperGaveThem) {
   model.snap.sysextActive = true;
-  host.childProcesses.script = {ChildResult{0, "all is well\n"}, ChildResult{3, "half of"}};
+  host.childProcesses.script = {ChildResult{0, "all is well\n"}, ChildResult{3, "half of"},
+                                ChildResult{0, "all is well\n"}};
   callbacks.copyDiagnostics();
   EXPECT_TRUE(model.diagnosticsInFlight);
   settle();
@@ -111,6 +112,12 @@ TEST_F(PanelActionRunnerTest, DiagnosticsAreCopiedWhenTheHelperGaveThem) {
   EXPECT_EQ(model.diagnosticsNotice, "Couldn't collect diagnostics (exit 3). Try again in a moment.");
   host.mainQueue.advance(8s);
   EXPECT_EQ(model.diagnosticsNotice, std::nullopt);
+  EXPECT_EQ(host.log.lines, Lines());
+  host.pasteboard.refuses = true;
+  callbacks.copyDiagnostics();
+  settle();
+  EXPECT_EQ(model.diagnosticsNotice, "Couldn't collect diagnostics (exit 1). Try again in a moment.");
+  EXPECT_EQ(host.log.lines, Lines{"ostrel: could not copy the diagnostics"});
 }
 
 TEST_F(PanelActionRunnerTest, DiagnosticsAreSentAndAnEarlierSendingIsRemembered) {

@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <QClipboard>
 #include <QDBusConnectionInterface>
 #include <QDBusVariant>
 #include <QElapsedTimer>
+#include <QGuiApplication>
 #include <QPoint>
 #include <csignal>
 #include <filesystem>
@@ -379,6 +381,16 @@ TEST_F(QtDesktopTest, ShowsTheRealFileInTheFileManager) {
   EXPECT_TRUE(spinUntil([&] { return isShown.has_value(); }));
   EXPECT_EQ(isShown, true);
   EXPECT_EQ(browser.asked, QList<QStringList>{{"file:///real/ca.pem"}});
+}
+
+TEST_F(QtDesktopTest, TakesTextOntoThePasteboardWhereItOwnsItAfterwards) {
+  make();
+  EXPECT_TRUE(desktop->pasteboard().setText("ü"));
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "ü");
+  desktop.reset();
+  ::setenv("QT_QPA_PLATFORM", "minimal", 1);
+  make();
+  EXPECT_FALSE(desktop->pasteboard().setText("ü"));
 }
 
 TEST_F(QtDesktopTest, ServesTheMainQueueUntilItIsTerminated) {
