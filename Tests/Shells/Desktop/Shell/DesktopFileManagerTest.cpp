@@ -96,6 +96,9 @@ TEST_F(DesktopFileManagerTest, WaitsForTheBusUntilItIsKnownToBeMissing) {
   EXPECT_EQ(awaited(answers), Answers{true});
   answerTo(late.connection(), busCall("GetId"));
   EXPECT_EQ(browser.asked, QList<QStringList>{{"file:///a"}}) << "asked after it was given up";
+  bus.pause();
+  EXPECT_EQ(awaited(begin(hasty, "/c")), Answers{false}) << "a bus that has fallen silent";
+  bus.resume();
   DesktopBus none("unix:path=/nowhere", log);
   DesktopFileManager ofNone(none, sameOf, 20s);
   EXPECT_EQ(awaited(begin(ofNone, "/a")), Answers{false});
