@@ -132,16 +132,31 @@ class Preview {
     return 0;
   }
 
+  /// The page of the situation, or one that fits the report.
+  std::expected<ContainersPage, std::string> containersPage(const StatusPanelModel& model) const {
+    if (!options_.situation) return previewContainersPage(model);
+    const auto input = readInput(options_.situation);
+    if (!input) return std::unexpected(input.error());
+    auto page = readContainersPage(*input);
+    if (!page) return std::unexpected(page.error().description());
+    return *std::move(page);
+  }
+
   int answerWindow(const PreviewReading& reading, bool isLine) {
-    const auto containers = previewContainersPage(reading.model);
+    const auto containers = containersPage(reading.model);
+    if (!containers) return fail(containers.error(), isLine);
     const auto actions = allPanelActions();
     const auto content = agentWindowContent(*options_.window, {.model = reading.model,
-                                                               .containers = containers,
+                                                               .containers = *containers,
                                                                .now = reading.now.value_or(clock_.now()),
                                                                .times = times_,
                                                                .available = actions});
+    if (options_.mode == PreviewOptions::Mode::pictures) {
+      const auto written = writeAgentWindowPicture(options_, content, bundle_, log_);
+      return written ? 0 : complain(written.error());
+    }
     if (options_.mode == PreviewOptions::Mode::json) {
-      printJson(agentWindowJson(content, containers), isLine);
+      printJson(agentWindowJson(content, *containers), isLine);
     } else {
       print(stdout, agentWindowText(content));
     }

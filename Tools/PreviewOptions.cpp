@@ -1,6 +1,7 @@
 #include "Tools/PreviewOptions.hpp"
 
 #include <algorithm>
+#include <charconv>
 #include <iterator>
 #include <utility>
 
@@ -19,7 +20,27 @@ constexpr std::pair<std::string_view, PreviewOptions::Mode> modes[] = {
 
 bool takesValue(std::string_view argument) {
   return argument == "--language" || argument == "--png" || argument == "--icon" || argument == "--scale" ||
-         argument == "--onboarding" || argument == "--alert" || argument == "--window";
+         argument == "--onboarding" || argument == "--alert" || argument == "--window" ||
+         argument == "--situation" || argument == "--size" || argument == "--text-scale";
+}
+
+/// The whole text as a positive number.
+std::optional<double> positiveNumber(std::string_view text) {
+  double number = 0;
+  const auto* end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || rest != end || !(number > 0)) return std::nullopt;
+  return number;
+}
+
+/// "780x540".
+std::optional<WindowSize> sizeOf(std::string_view text) {
+  const auto cross = text.find('x');
+  if (cross == text.npos) return std::nullopt;
+  const auto width = positiveNumber(text.substr(0, cross));
+  const auto height = positiveNumber(text.substr(cross + 1));
+  if (!width || !height) return std::nullopt;
+  return WindowSize{*width, *height};
 }
 
 }  // namespace
@@ -50,9 +71,18 @@ bool PreviewOptions::take(std::string_view argument, std::string_view value) {
     window = agentPageNamed(value);
     return window.has_value();
   }
-  if (argument == "--alert") {
-    alert = value;
+  if (argument == "--alert" || argument == "--situation") {
+    (argument == "--alert" ? alert : situation) = value;
     return !value.empty();
+  }
+  if (argument == "--size") {
+    size = sizeOf(value);
+    return size.has_value();
+  }
+  if (argument == "--text-scale") {
+    const auto number = positiveNumber(value);
+    textScale = number.value_or(1);
+    return number.has_value();
   }
   (argument == "--png" ? png : icon) = value;
   return !value.empty() && choose(Mode::pictures);
@@ -79,12 +109,14 @@ std::optional<PreviewOptions> PreviewOptions::parse(std::span<const char* const>
       return std::nullopt;
     }
   }
-  const bool isForPictures = options.isDark || options.scale != 1;
+  const bool isForPictures = options.isDark || options.scale != 1 || options.textScale != 1 || options.size;
   if (isForPictures && options.mode != Mode::pictures) return std::nullopt;
   const bool takesDocument = options.file || options.icon || options.mode == Mode::json;
   if ((options.onboarding || options.alert) && (takesDocument || options.isContainers)) return std::nullopt;
   if (options.onboarding && options.alert) return std::nullopt;
-  if ((options.isContainers || options.window) && options.mode == Mode::pictures) return std::nullopt;
+  if (options.isContainers && options.mode == Mode::pictures) return std::nullopt;
+  if ((options.situation || options.size) && !options.window) return std::nullopt;
+  if (options.window && options.icon) return std::nullopt;
   if (options.window && (options.isContainers || options.onboarding || options.alert)) return std::nullopt;
   if (options.file == "-") options.file.reset();
   return options;

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "OstrelAgent/Panel/StatusPanelActions.hpp"
+#include "Platform/AgentWindow.hpp"
 
 namespace ostrel {
 
@@ -22,6 +23,9 @@ struct PreviewOptions {
   std::optional<std::string> alert;       ///< the alert to show in place of a panel
   std::optional<AgentPage> window;        ///< the page of the agent window to show in place of a panel
   bool isContainers = false;              ///< `file` is a situation of the containers page, not a report
+  std::optional<std::string> situation;   ///< the file of the containers page's situation in the window
+  std::optional<WindowSize> size;         ///< of the window's picture
+  double textScale = 1;                   ///< in pictures
   bool isDark = false;                    ///< in pictures
   int scale = 1;                          ///< pixels per point of pictures: 1, 2 or 3
 

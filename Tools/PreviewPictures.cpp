@@ -21,7 +21,9 @@ using Picture = std::expected<std::string, std::string>;
 }
 
 DesktopTheme themeOf(const PreviewOptions& options) {
-  return {.appearance = options.isDark ? Appearance::dark : Appearance::light, .reducesMotion = true};
+  return {.appearance = options.isDark ? Appearance::dark : Appearance::light,
+          .reducesMotion = true,
+          .textScale = options.textScale};
 }
 
 }  // namespace
@@ -59,6 +61,16 @@ std::expected<void, std::string> writeAlertPicture(const PreviewOptions& options
   if (!plugIn) return std::unexpected(plugIn.error());
   const auto pictures = (*plugIn)->makePictures(desktopServices(bundle, log), options.scale);
   return writeFile(options.png.value_or(""), pictures->alert(alert, themeOf(options)));
+}
+
+std::expected<void, std::string> writeAgentWindowPicture(const PreviewOptions& options,
+                                                         const AgentWindowContent& content,
+                                                         const Bundle& bundle, Log& log) {
+  const auto plugIn = loadShellPlugIn(bundle);
+  if (!plugIn) return std::unexpected(plugIn.error());
+  const auto pictures = (*plugIn)->makePictures(desktopServices(bundle, log), options.scale);
+  const auto size = options.size.value_or(WindowSize{780, 540});
+  return writeFile(options.png.value_or(""), pictures->agentWindow(content, size, themeOf(options)));
 }
 
 }  // namespace ostrel

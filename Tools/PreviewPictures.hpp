@@ -6,6 +6,7 @@
 #include "OstrelAgent/Onboarding/OnboardingContent.hpp"
 #include "OstrelAgent/Panel/PanelContent.hpp"
 #include "OstrelAgent/Status/Verdict.hpp"
+#include "OstrelAgent/Window/AgentWindowContent.hpp"
 #include "Platform/Alerts.hpp"
 #include "Platform/Bundle.hpp"
 #include "Platform/Log.hpp"
@@ -29,5 +30,10 @@ namespace ostrel {
 [[nodiscard]] std::expected<void, std::string> writeAlertPicture(const PreviewOptions& options,
                                                                  const Alert& alert, const Bundle& bundle,
                                                                  Log& log);
+
+/// Writes what the agent window holds, likewise.
+[[nodiscard]] std::expected<void, std::string> writeAgentWindowPicture(const PreviewOptions& options,
+                                                                       const AgentWindowContent& content,
+                                                                       const Bundle& bundle, Log& log);
 
 }  // namespace ostrel

@@ -12,7 +12,10 @@ inline constexpr std::string_view previewUsage =
     "       ostrel-preview --onboarding STAGE|list [--png PICTURE] [--dark] [--scale 1|2|3] [--language "
     "CODE]\n"
     "       ostrel-preview --alert NAME|list [--png PICTURE] [--dark] [--scale 1|2|3] [--language CODE]\n"
-    "       ostrel-preview --window PAGE [--text|--json] [--language CODE] [FILE]\n"
+    "       ostrel-preview --window PAGE [--situation FILE] [--text|--json] [--language CODE] [FILE]\n"
+    "       ostrel-preview --window PAGE [--situation FILE] --png PICTURE [--size WxH] [--dark] [--scale "
+    "1|2|3] "
+    "[--language CODE] [FILE]\n"
     "       ostrel-preview --containers [--text|--json] [--language CODE] [FILE]\n"
     "       ostrel-preview --export-strings\n";
 
@@ -33,6 +36,9 @@ inline constexpr std::string_view previewHelp =
     "  --window PAGE     a page of the agent window instead: ecosystems, containers, egressLock, identity, "
     "health,\n"
     "                    notifications or help\n"
+    "  --situation FILE  what the window's pages of containers and notifications show, as below\n"
+    "  --size WxH        of the window's picture, in points; 780x540 if not given\n"
+    "  --text-scale S    the size of texts in pictures, 1 to 3\n"
     "  --containers      the containers page of a situation instead, from FILE or from standard input\n"
     "  --language CODE   texts and times in a translation of the bundle, for example de\n"
     "  --export-strings  the English texts as a .strings table for translators\n"

@@ -10,6 +10,8 @@
 #include "OstrelAgent/Onboarding/OnboardingContent.hpp"
 #include "OstrelAgent/Panel/PanelContent.hpp"
 #include "OstrelAgent/Status/MenuBarIcon.hpp"
+#include "OstrelAgent/Window/AgentWindowContent.hpp"
+#include "Platform/AgentWindow.hpp"
 #include "Platform/Alerts.hpp"
 #include "Platform/FileManager.hpp"
 #include "Platform/Log.hpp"
@@ -45,6 +47,7 @@ class Desktop {
   virtual Shell& shell() = 0;
   virtual StatusItem& statusItem() = 0;
   virtual Screens& screens() = 0;
+  virtual AgentWindow& agentWindow() = 0;
   virtual OnboardingWindow& onboardingWindow() = 0;
   virtual Alerts& alerts() = 0;
   virtual Pasteboard& pasteboard() = 0;
@@ -66,6 +69,9 @@ class DesktopPictures {
                                                                            const DesktopTheme& theme) = 0;
   [[nodiscard]] virtual std::expected<std::string, std::string> alert(const Alert& alert,
                                                                       const DesktopTheme& theme) = 0;
+  [[nodiscard]] virtual std::expected<std::string, std::string> agentWindow(const AgentWindowContent& content,
+                                                                            const WindowSize& size,
+                                                                            const DesktopTheme& theme) = 0;
 };
 
 /// The one symbol of the Shell plug-in, `ostrelShellPlugIn`.

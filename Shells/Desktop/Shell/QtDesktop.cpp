@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 #include <utility>
 
+#include "Shells/Desktop/Shell/DesktopAgentWindow.hpp"
 #include "Shells/Desktop/Shell/DesktopAlerts.hpp"
 #include "Shells/Desktop/Shell/DesktopBus.hpp"
 #include "Shells/Desktop/Shell/DesktopFileManager.hpp"
@@ -95,6 +96,7 @@ class QtDesktop final : public Desktop {
   explicit QtDesktop(std::unique_ptr<Application> application, DesktopServices services)
       : application_(std::move(application)), services_(std::move(services)) {
     screens_.setTheme(themeWatcher_.theme());
+    agentWindow_.setTheme(themeWatcher_.theme());
     onboardingWindow_.setTheme(themeWatcher_.theme());
     alerts_.setTheme(themeWatcher_.theme());
   }
@@ -102,6 +104,7 @@ class QtDesktop final : public Desktop {
   Shell& shell() override { return shell_; }
   StatusItem& statusItem() override { return statusItem_; }
   Screens& screens() override { return screens_; }
+  AgentWindow& agentWindow() override { return agentWindow_; }
   OnboardingWindow& onboardingWindow() override { return onboardingWindow_; }
   Alerts& alerts() override { return alerts_; }
   Pasteboard& pasteboard() override { return pasteboard_; }
@@ -113,6 +116,7 @@ class QtDesktop final : public Desktop {
   void changeTheme() {
     const auto theme = themeWatcher_.theme();
     screens_.setTheme(theme);
+    agentWindow_.setTheme(theme);
     onboardingWindow_.setTheme(theme);
     alerts_.setTheme(theme);
     const bool hasOther = std::exchange(appearance_, theme.appearance) != theme.appearance;
@@ -143,6 +147,7 @@ class QtDesktop final : public Desktop {
                           [this] { return alerts_.activate(); }};
   DesktopStatusItem statusItem_{bus_, services_.resources, themeWatcher_, services_.log,
                                 [this](QPoint place) { click(place); }};
+  DesktopAgentWindow agentWindow_{[this] { return loadViews(); }, services_.log};
   DesktopOnboardingWindow onboardingWindow_{[this] { return loadViews(); }, services_.log};
   QtPasteboard pasteboard_;
   DesktopFileManager fileManager_{bus_, services_.realPath};
@@ -193,6 +198,14 @@ class QtPictures final : public DesktopPictures {
     const auto views = services_.loadViews();
     if (!views) return std::unexpected(views.error());
     return (*views)->drawAlert(alert, theme, services_.log);
+  }
+
+  std::expected<std::string, std::string> agentWindow(const AgentWindowContent& content,
+                                                      const WindowSize& size,
+                                                      const DesktopTheme& theme) override {
+    const auto views = services_.loadViews();
+    if (!views) return std::unexpected(views.error());
+    return (*views)->drawAgentWindow(content, size, theme, services_.log);
   }
 
  private:

@@ -1,7 +1,7 @@
 import QtQuick
 import Ostrel.Views
 
-/// A command or a file's text: it wraps anywhere, and its text can be selected.
+/// A command or a file's text: it wraps, between words where it can, and its text can be selected.
 Rectangle {
     id: box
 
@@ -25,7 +25,7 @@ Rectangle {
         horizontalAlignment: TextEdit.AlignLeft
         text: box.text
         textFormat: TextEdit.PlainText
-        wrapMode: TextEdit.WrapAnywhere
+        wrapMode: TextEdit.Wrap
         readOnly: true
         selectByMouse: true
         selectByKeyboard: true

@@ -18,10 +18,11 @@ Item {
         return sum;
     }
     // Beside each other they share the width that is left.
-    readonly property real slack: titles.length > 0 ? Math.max(0, Math.floor((width - needed) / titles.length)) : 0
+    readonly property bool isWrapped: needed > width
+    readonly property real slack: titles.length > 0 ? Math.max(0, (width - needed) / titles.length) : 0
 
     function partWidth(title: string): real {
-        return Math.ceil(Theme.widthOf(title, metrics.font)) + 12;
+        return Math.ceil(Theme.widthOf(title, metrics.font)) + 10;
     }
     function move(by: int): void {
         const next = chosen + (LayoutMirroring.enabled ? -by : by);
@@ -41,11 +42,12 @@ Item {
         id: metrics
         visible: false
         font.pixelSize: Tokens.smallSize
-        font.weight: Font.DemiBold
+        font.weight: Font.Medium
     }
     Flow {
         id: parts
         width: parent.width
+        spacing: control.isWrapped ? 4 : 0
 
         Repeater {
             model: control.titles.length
@@ -55,21 +57,39 @@ Item {
                 required property int index
                 readonly property bool isChosen: index === control.chosen
                 readonly property string title: control.titles[index] ?? ""
-                // Neighbours share their line.
-                width: Math.min(control.partWidth(title) + control.slack, control.width) - (index > 0 ? 0 : 1)
+                readonly property bool isFirst: index === 0
+                readonly property bool isLast: index === control.titles.length - 1
+                width: Math.min(control.partWidth(title) + control.slack, control.width)
                 height: Math.round(24 * Tokens.textScale)
-                color: isChosen ? Tokens.selection : Tokens.button
-                border.color: Tokens.edge
-                radius: index === 0 || index === control.titles.length - 1 ? Tokens.buttonRadius : 0
+                color: "transparent"
+                clip: true
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: title
                 Accessible.checkable: true
                 Accessible.checked: isChosen
                 Accessible.onPressAction: control.choose(index)
 
+                // Only the ends of the row are round; neighbours share their line.
+                Rectangle {
+                    readonly property real beyondLeft: part.isFirst || control.isWrapped ? 0 : 2 * radius
+                    readonly property real beyondRight: part.isLast || control.isWrapped ? 0 : 2 * radius
+                    x: (LayoutMirroring.enabled ? -beyondRight : -beyondLeft)
+                    width: parent.width + beyondLeft + beyondRight
+                    height: parent.height
+                    radius: Tokens.buttonRadius
+                    color: part.isChosen ? Tokens.selection : Tokens.button
+                    border.color: Tokens.edge
+                }
+                Rectangle {
+                    visible: !part.isFirst && !control.isWrapped
+                    anchors.left: parent.left
+                    width: 1
+                    height: parent.height
+                    color: Tokens.edge
+                }
                 Label {
                     anchors.centerIn: parent
-                    width: Math.min(lineWidth(), part.width - 4)
+                    width: Math.min(lineWidth(), part.width - 2)
                     horizontalAlignment: Text.AlignHCenter
                     text: part.title
                     font.pixelSize: Tokens.smallSize

@@ -44,9 +44,8 @@ void AgentViewWindow::connectState() {
   on(&State::pageActionPressed, [this](PageAction action) { events_.pageActionPressed(action); });
   on(&State::copyPressed, [this](ContainersCopy what) { (void)events_.copyPressed(what); });
   on(&State::runtimeSelected, [this](const QString& name) { events_.runtimeSelected(name.toStdString()); });
-  on(&State::snippetChosen, [this](int index) {
-    events_.snippetChosen(containerSnippets.at(static_cast<std::size_t>(index)));
-  });
+  on(&State::snippetChosen,
+     [this](int index) { events_.snippetChosen(containerSnippets.at(static_cast<std::size_t>(index))); });
   on(&State::notifySwitched, [this](const QString& name, bool isOn) {
     if (name.isEmpty()) return (void)events_.allNotifySwitched(isOn);
     (void)events_.notifySwitched(name.toStdString(), isOn);

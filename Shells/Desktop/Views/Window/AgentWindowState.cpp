@@ -107,7 +107,8 @@ void AgentWindowState::moveRuntime(int by) {
   const auto* page = std::get_if<ContainersPageContent>(&content_.body);
   if (page == nullptr) return;
   const auto names = namesOf(*page);
-  if (const auto* name = neighbourOf(names, detail_.name.toStdString(), by)) emit runtimeSelected(textOf(*name));
+  if (const auto* name = neighbourOf(names, detail_.name.toStdString(), by))
+    emit runtimeSelected(textOf(*name));
 }
 
 }  // namespace ostrel

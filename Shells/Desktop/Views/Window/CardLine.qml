@@ -11,13 +11,13 @@ Item {
     readonly property bool isPlain: value.kind !== StateKind.Warn && value.kind !== StateKind.Bad
     readonly property bool hasArrow: value.isFoldable && !button.visible
     readonly property real arrowRoom: hasArrow ? Tokens.arrowSize + 8 : 0
-    readonly property bool isButtonBelow: button.visible && title.lineWidth() + 16 + button.implicitWidth + arrowRoom > room
+    readonly property bool isButtonBelow: button.visible && heading.lineWidth() + 16 + button.implicitWidth + arrowRoom > room
     readonly property real endRoom: arrowRoom + (button.visible && !isButtonBelow ? button.width + 16 : 0)
     // A grey or green state stands at the end of a row that folds, and beside the title of one that does not.
     readonly property bool isStateAtEnd: value.isFoldable && isPlain && !button.visible
     readonly property real stateRoom: room - endRoom
-    readonly property bool isStateBelow: title.lineWidth() + 8 + state.lineWidth() > stateRoom
-    readonly property real rowTop: button.visible && !isButtonBelow ? 7 + Math.round((button.height - title.height / title.lineCount) / 2) : Math.round((Tokens.rowHeight - title.height / title.lineCount) / 2)
+    readonly property bool isStateBelow: heading.lineWidth() + 8 + state.lineWidth() > stateRoom
+    readonly property real rowTop: button.visible && !isButtonBelow ? 7 + Math.round((button.height - heading.height / heading.lineCount) / 2) : Math.round((Tokens.rowHeight - heading.height / heading.lineCount) / 2)
 
     signal pressed
     signal folded
@@ -31,7 +31,7 @@ Item {
 
     Item {
         id: head
-        readonly property real textBottom: card.isStateBelow && state.text !== "" ? state.y + state.height : title.y + title.height
+        readonly property real textBottom: card.isStateBelow && state.text !== "" ? state.y + state.height : heading.y + heading.height
         width: parent.width
         height: Math.max(Tokens.rowHeight, textBottom + 7, button.visible && !card.isButtonBelow ? button.height + 14 : 0) - (body.visible ? 3 : 0)
         activeFocusOnTab: card.value.isFoldable
@@ -49,7 +49,7 @@ Item {
         StateMark {
             anchors.left: parent.left
             anchors.leftMargin: 12
-            y: Math.round(title.y + (title.height / title.lineCount - height) / 2)
+            y: Math.round(heading.y + (heading.height / heading.lineCount - height) / 2)
             width: Tokens.markSize
             height: Tokens.markSize
             kind: card.value.kind
@@ -57,7 +57,7 @@ Item {
             ground: Tokens.card
         }
         Label {
-            id: title
+            id: heading
             anchors.left: parent.left
             anchors.leftMargin: card.textLeft
             y: card.rowTop
@@ -68,10 +68,10 @@ Item {
         Label {
             id: state
             anchors.left: card.isStateBelow || !card.isStateAtEnd ? parent.left : undefined
-            anchors.leftMargin: card.textLeft + (card.isStateBelow ? 0 : title.width + 8)
+            anchors.leftMargin: card.textLeft + (card.isStateBelow ? 0 : heading.width + 8)
             anchors.right: card.isStateBelow || !card.isStateAtEnd ? undefined : parent.right
             anchors.rightMargin: 12 + card.endRoom
-            y: card.isStateBelow ? title.y + title.height + 1 : title.y + title.height - height - (card.isStateAtEnd ? 0 : 1)
+            y: card.isStateBelow ? heading.y + heading.height + 1 : heading.y + heading.height - height - (card.isStateAtEnd ? 0 : 1)
             width: card.isStateBelow ? card.stateRoom : lineWidth()
             text: card.value.text
             font.pixelSize: card.isStateAtEnd ? Tokens.bodySize : Tokens.smallSize
@@ -82,7 +82,7 @@ Item {
             visible: card.hasArrow
             anchors.right: parent.right
             anchors.rightMargin: 12
-            y: Math.round(title.y + (title.height / title.lineCount - height) / 2)
+            y: Math.round(heading.y + (heading.height / heading.lineCount - height) / 2)
             isOpen: card.value.isOpen
         }
         FocusRing {
@@ -97,7 +97,7 @@ Item {
     }
     PushButton {
         id: button
-        visible: title !== ""
+        visible: card.value.button.title !== ""
         anchors.left: card.isButtonBelow ? parent.left : undefined
         anchors.leftMargin: card.textLeft
         anchors.right: card.isButtonBelow ? undefined : parent.right

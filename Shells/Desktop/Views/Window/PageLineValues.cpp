@@ -29,7 +29,8 @@ class LineWriter {
     endList();
     std::vector<ValueList::Entry> entries;
     entries.reserve(lines_.size());
-    for (auto& [key, line] : lines_) entries.push_back({std::move(key), QVariant::fromValue(std::move(line))});
+    for (auto& [key, line] : lines_)
+      entries.push_back({std::move(key), QVariant::fromValue(std::move(line))});
     return entries;
   }
 
@@ -66,9 +67,9 @@ class LineWriter {
       auto& line = listed(linetype::Fact, QStringLiteral("authorization"));
       line.label = textOf(page.authorization);
       line.accessibleName = line.label;
-      line.pageButton = valueOf(page.authorizationButton,
-                                page.authorizationButton &&
-                                    page.authorizationButton->action == PageAction::allowNotifications);
+      line.pageButton =
+          valueOf(page.authorizationButton, page.authorizationButton && page.authorizationButton->action ==
+                                                                            PageAction::allowNotifications);
     }
     endList();
     toggle(QStringLiteral("master"), {}, page.master);
@@ -141,7 +142,8 @@ class LineWriter {
     line.isCode = fact.isCode;
     line.button = valueOf(fact.button);
     // A check-in that fails: the button tries again.
-    line.isPrimary = fact.button && fact.button->action == PanelAction::checkNow && fact.kind == RowState::Case::warn;
+    line.isPrimary =
+        fact.button && fact.button->action == PanelAction::checkNow && fact.kind == RowState::Case::warn;
     line.accessibleName = joined({line.label, line.text + line.addition});
   }
 
@@ -164,8 +166,7 @@ class LineWriter {
     line.isFoldable = true;
     line.isOpen = component.startsOpen != toggled_.contains(line.id);
     for (const auto& fact : component.facts) {
-      line.facts.append(
-          QVariant::fromValue(FactValue{textOf(fact.label), textOf(fact.value), fact.isCode}));
+      line.facts.append(QVariant::fromValue(FactValue{textOf(fact.label), textOf(fact.value), fact.isCode}));
     }
   }
 
