@@ -69,7 +69,6 @@ void AgentViewWindow::open(const AgentWindowContent& content, const WindowSize& 
     isOpen_ = true;
   }
   window_.show();
-  window_.raise();
   window_.requestActivate();
 }
 

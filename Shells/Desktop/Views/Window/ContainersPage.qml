@@ -8,6 +8,7 @@ Item {
     required property AgentWindowState agent
     readonly property bool isNarrow: width < 560 * Tokens.textScale
     readonly property Scroller scroller: isNarrow ? column : detail
+    readonly property real panesTop: status.value.text === "" ? 0 : status.height + 12
 
     function reveal(item: Item): void {
         list.reveal(item);
@@ -17,7 +18,7 @@ Item {
 
     StatusLine {
         id: status
-        visible: value.text !== ""
+        visible: page.panesTop > 0
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.margins: page.isNarrow ? 20 : 12
@@ -28,7 +29,7 @@ Item {
         id: panes
         visible: !page.isNarrow
         anchors.fill: parent
-        anchors.topMargin: status.visible ? status.height + 12 : 0
+        anchors.topMargin: page.panesTop
 
         Scroller {
             id: list
@@ -101,7 +102,7 @@ Item {
         id: column
         visible: page.isNarrow
         anchors.fill: parent
-        anchors.topMargin: status.visible ? status.height + 12 : 0
+        anchors.topMargin: page.panesTop
         contentHeight: Math.ceil(runtimes.height)
 
         RuntimeColumn {

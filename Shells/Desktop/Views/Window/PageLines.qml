@@ -23,13 +23,12 @@ Scroller {
             font.letterSpacing: -0.2
         }
         Item {
-            visible: status.visible
+            visible: status.value.text !== ""
             width: parent.width
             height: status.height + 12
 
             StatusLine {
                 id: status
-                visible: value.text !== "" && !page.agent.isContainersPage
                 y: 12
                 width: parent.width
                 value: page.agent.status

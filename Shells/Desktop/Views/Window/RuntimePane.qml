@@ -13,7 +13,7 @@ Column {
     Keys.onUpPressed: agent.moveRuntime(-1)
     Keys.onDownPressed: agent.moveRuntime(1)
     Accessible.role: Accessible.List
-    Accessible.name: agent.title
+    Accessible.name: agent.detail.name || agent.title
     Accessible.focusable: true
 
     Label {

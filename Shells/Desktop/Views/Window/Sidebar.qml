@@ -73,7 +73,9 @@ Rectangle {
         activeFocusOnTab: true
         Keys.onUpPressed: sidebar.agent.movePage(-1)
         Keys.onDownPressed: sidebar.agent.movePage(1)
+        // What is chosen is spoken when the list gets the focus, and when that changes.
         Accessible.role: Accessible.List
+        Accessible.name: sidebar.agent.title
         Accessible.focusable: true
 
         Column {

@@ -44,7 +44,9 @@ constexpr ViewsPlugIn fakeViews{.build = "",
                                 .makeOnboardingView = FakeOnboardingView::make,
                                 .drawOnboarding = nullptr,
                                 .makeAlertView = FakeAlertView::make,
-                                .drawAlert = nullptr};
+                                .drawAlert = nullptr,
+                                .makeAgentWindowView = nullptr,
+                                .drawAgentWindow = nullptr};
 
 std::ptrdiff_t countEntries(const char* folder) {
   return std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator());

@@ -38,6 +38,14 @@ std::string roleOf(const QAccessibleInterface& at) {
       return "alert";
     case QAccessible::EditableText:
       return "field";
+    case QAccessible::List:
+      return "list";
+    case QAccessible::ListItem:
+      return "item";
+    case QAccessible::CheckBox:
+      return "switch";
+    case QAccessible::RadioButton:
+      return "choice";
     default:
       return "other";
   }
