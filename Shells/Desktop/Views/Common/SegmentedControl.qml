@@ -13,16 +13,17 @@ Item {
 
     readonly property real needed: {
         let sum = 0;
-        for (const title of titles)
-            sum += partWidth(title);
+        for (let i = 0; i < titles.length; ++i)
+            sum += partWidth(i);
         return sum;
     }
     // Beside each other they share the width that is left.
     readonly property bool isWrapped: needed > width
     readonly property real slack: titles.length > 0 ? Math.max(0, (width - needed) / titles.length) : 0
 
-    function partWidth(title: string): real {
-        return Math.ceil(Theme.widthOf(title, metrics.font)) + 10;
+    function partWidth(index: int): real {
+        const font = index === chosen ? chosenMetrics.font : metrics.font;
+        return Math.ceil(Theme.widthOf(titles[index], font)) + 10;
     }
     function move(by: int): void {
         const next = chosen + (LayoutMirroring.enabled ? -by : by);
@@ -44,6 +45,12 @@ Item {
         font.pixelSize: Tokens.smallSize
         font.weight: Font.Medium
     }
+    Label {
+        id: chosenMetrics
+        visible: false
+        font.pixelSize: Tokens.smallSize
+        font.weight: Font.DemiBold
+    }
     Flow {
         id: parts
         width: parent.width
@@ -59,7 +66,7 @@ Item {
                 readonly property string title: control.titles[index] ?? ""
                 readonly property bool isFirst: index === 0
                 readonly property bool isLast: index === control.titles.length - 1
-                width: Math.min(control.partWidth(title) + control.slack, control.width)
+                width: Math.min(control.partWidth(index) + control.slack, control.width)
                 height: Math.round(24 * Tokens.textScale)
                 color: "transparent"
                 clip: true
@@ -89,7 +96,7 @@ Item {
                 }
                 Label {
                     anchors.centerIn: parent
-                    width: Math.min(lineWidth(), part.width - 2)
+                    width: Math.min(lineWidth(), part.width)
                     horizontalAlignment: Text.AlignHCenter
                     text: part.title
                     font.pixelSize: Tokens.smallSize
