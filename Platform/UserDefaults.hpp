@@ -14,7 +14,7 @@
 namespace ostrel {
 
 using DefaultsValue = std::variant<bool, std::int64_t, std::string, Date, std::vector<std::string>,
-                                   std::map<std::string, Date>>;
+                                   std::map<std::string, Date>, std::vector<double>>;
 
 /// The user's settings under the keys of the standard domain (UserDefaults). Main thread; calls may block for
 /// a small file.

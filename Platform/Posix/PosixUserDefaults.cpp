@@ -59,11 +59,21 @@ DefaultsValue readTexts(const Json& json) {
   return texts;
 }
 
+/// A list of numbers when it has nothing else, else one of texts.
+DefaultsValue readList(const Json& json) {
+  std::vector<double> numbers;
+  for (const auto& number : json) {
+    if (!number.is_number()) return readTexts(json);
+    numbers.push_back(number.get<double>());
+  }
+  return numbers.empty() ? readTexts(json) : numbers;
+}
+
 std::optional<DefaultsValue> readValue(const Json& json) {
   if (json.is_boolean()) return json.get<bool>();
   if (isSignedNumber(json)) return json.get<std::int64_t>();
   if (json.is_string()) return json.get<std::string>();
-  if (json.is_array()) return readTexts(json);
+  if (json.is_array()) return readList(json);
   if (!json.is_object() || json.size() != 1) return std::nullopt;
   if (const auto date = json.find(dateMember); date != json.end()) return readDate(*date);
   if (const auto dates = json.find(datesMember); dates != json.end()) return readDates(*dates);

@@ -49,6 +49,7 @@ TEST_F(UserDefaultsContract, GivesEveryValueBackAsItsTypeUntilItIsRemoved) {
       Date::min(),
       std::vector<std::string>{"b", "", "a"},
       std::vector<std::string>{},
+      std::vector<double>{780, -0.1, 1e300},
       std::map<std::string, Date>{{"date", date}, {"", Date::min()}},
       std::map<std::string, Date>{},
   };
@@ -106,14 +107,17 @@ TEST_F(PosixUserDefaultsTest, AValueOfAnUnknownShapeIsAbsentAndOutlivesOtherChan
   }
 }
 
-TEST_F(PosixUserDefaultsTest, AListKeepsOnlyItsTexts) {
-  const std::pair<const char*, std::vector<std::string>> rows[] = {
-      {R"([1, "b", null, ["c"], "a", true])", {"b", "a"}},
-      {"[1]", {}},
+TEST_F(PosixUserDefaultsTest, AListOfMoreThanNumbersKeepsOnlyItsTexts) {
+  using Texts = std::vector<std::string>;
+  const std::pair<const char*, DefaultsValue> rows[] = {
+      {R"([1, "b", null, ["c"], "a", true])", Texts{"b", "a"}},
+      {"[1, null]", Texts{}},
+      {"[]", Texts{}},
+      {"[1, 2.5]", std::vector<double>{1, 2.5}},
   };
-  for (const auto& [stored, texts] : rows) {
+  for (const auto& [stored, value] : rows) {
     files.put(path, "{\"key\": " + std::string(stored) + "}");
-    EXPECT_EQ(defaults.value("key"), DefaultsValue(texts)) << stored;
+    EXPECT_EQ(defaults.value("key"), value) << stored;
   }
 }
 
