@@ -12,6 +12,12 @@ namespace ostrel {
 /// The user's decision about the program's notifications; the numbers are the platform's.
 enum class NotificationAuthorization { notDetermined = 0, denied = 1, authorized = 2 };
 
+/// True when notifications appear. The platform's further numbers are kinds of permission: for quiet
+/// notifications, for a limited time.
+constexpr bool isAuthorized(NotificationAuthorization authorization) {
+  return authorization >= NotificationAuthorization::authorized;
+}
+
 /// A button of a notification. Pressing it brings the program to the front.
 struct NotificationAction {
   std::string identifier;

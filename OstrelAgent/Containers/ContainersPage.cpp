@@ -94,7 +94,7 @@ class Writer {
       return content;
     }
     content.detail = detailOf(*row);
-    if (page_.notificationAuthorization != NotificationAuthorization::authorized) {
+    if (page_.notificationAuthorization && !isAuthorized(*page_.notificationAuthorization)) {
       content.authorization = page_.authorizationText();
       content.authorizationButton = page_.authorizationButton();
     }

@@ -28,13 +28,17 @@ RedNotifier::RedNotifier(Services services, std::function<void()> openRepairFlow
       openRepairFlow_(std::move(openRepairFlow)),
       memory_(services.userDefaults, services.log) {}
 
-void RedNotifier::requestAuthorizationIfNeeded(UserNotifications& notifications, Log& log) {
-  notifications.readAuthorization([&notifications, &log](NotificationAuthorization authorization) {
-    if (authorization != NotificationAuthorization::notDetermined) return;
-    notifications.requestAuthorization([&log](const std::expected<void, PlatformError>& asked) {
-      if (!asked) log.line("ostrel: notification authorization request failed: " + asked.error().description);
-    });
-  });
+void RedNotifier::requestAuthorizationIfNeeded(UserNotifications& notifications, Log& log,
+                                               std::function<void()> answered) {
+  notifications.readAuthorization(
+      [&notifications, &log, answered = std::move(answered)](NotificationAuthorization authorization) {
+        if (authorization != NotificationAuthorization::notDetermined) return answered();
+        notifications.requestAuthorization([&log, answered](const std::expected<void, PlatformError>& asked) {
+          if (!asked)
+            log.line("ostrel: notification authorization request failed: " + asked.error().description);
+          answered();
+        });
+      });
 }
 
 void RedNotifier::start() {

@@ -28,8 +28,9 @@ class RedNotifier : public std::enable_shared_from_this<RedNotifier> {
   RedNotifier(Services services, std::function<void()> openRepairFlow);
 
   /// Asks the user to allow alerts with sound, unless that was decided before; logs when the question cannot
-  /// be asked.
-  static void requestAuthorizationIfNeeded(UserNotifications& notifications, Log& log);
+  /// be asked. `answered` runs at the end, whatever came of it.
+  static void requestAuthorizationIfNeeded(
+      UserNotifications& notifications, Log& log, std::function<void()> answered = [] {});
 
   /// Registers the notification buttons, handles clicks, and logs when notifications cannot be shown. Call
   /// once, before the first reading.

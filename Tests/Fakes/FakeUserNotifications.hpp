@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "Platform/MainQueue.hpp"
@@ -18,7 +19,10 @@ class FakeUserNotifications final : public UserNotifications {
 
   void requestAuthorization(std::function<void(std::expected<void, PlatformError>)> completion) override {
     ++requests;
-    mainQueue_.post([this, completion] { completion(requestResult); });
+    mainQueue_.post([this, completion] {
+      authorization = decision.value_or(authorization);
+      completion(requestResult);
+    });
   }
 
   void registerCategories(std::vector<NotificationCategory> all) override { categories = std::move(all); }
@@ -39,6 +43,7 @@ class FakeUserNotifications final : public UserNotifications {
   }
 
   NotificationAuthorization authorization = NotificationAuthorization::notDetermined;
+  std::optional<NotificationAuthorization> decision;  ///< of the user when asked
   std::expected<void, PlatformError> requestResult;
   std::expected<void, PlatformError> postResult;
   int requests = 0;

@@ -100,6 +100,23 @@ TEST_F(RedNotifierTest, MissingAuthorizationIsLoggedAtTheStart) {
   EXPECT_EQ(host.userNotifications.requests, 0) << "asking is for the onboarding window";
 }
 
+TEST_F(RedNotifierTest, ARequestForAuthorizationIsAnsweredInEveryCase) {
+  using enum NotificationAuthorization;
+  int answers = 0;
+  const auto request = [&](NotificationAuthorization authorization) {
+    host.userNotifications.authorization = authorization;
+    RedNotifier::requestAuthorizationIfNeeded(host.userNotifications, host.log, [&] { ++answers; });
+    host.mainQueue.runAll();
+    return answers;
+  };
+  EXPECT_EQ(request(denied), 1);
+  EXPECT_EQ(host.userNotifications.requests, 0);
+  EXPECT_EQ(request(notDetermined), 2);
+  host.userNotifications.requestResult = std::unexpected(PlatformError{"UNErrorDomain", 1, "not allowed"});
+  EXPECT_EQ(request(notDetermined), 3);
+  EXPECT_EQ(host.userNotifications.requests, 2);
+}
+
 TEST_F(RedNotifierTest, ABlockedContainerIsReportedOncePerRuntimeAndDay) {
   const Date now = host.clock.now();
   ASSERT_TRUE(host.userDefaults.set(blocksKey, Dates{{"Colima", now}}));
