@@ -26,4 +26,11 @@ std::expected<void, PlatformError> ContainerTrustPreferences::setNotify(const st
   return stored;
 }
 
+std::expected<void, PlatformError> ContainerTrustPreferences::setAll(const std::set<std::string>& runtimes) {
+  if (runtimes == notify()) return {};
+  auto stored = defaults_.set(notifyKey, std::vector(runtimes.begin(), runtimes.end()));
+  if (stored && !runtimes.empty() && onEnable) onEnable();
+  return stored;
+}
+
 }  // namespace ostrel

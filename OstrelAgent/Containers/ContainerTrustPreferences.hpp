@@ -20,7 +20,10 @@ class ContainerTrustPreferences {
   /// Adds or removes a name. On failure the stored names stay unchanged.
   [[nodiscard]] std::expected<void, PlatformError> setNotify(const std::string& runtime, bool isOn);
 
-  /// Runs after a runtime was switched on; may be empty.
+  /// Replaces all names; names that are stored already are not stored again.
+  [[nodiscard]] std::expected<void, PlatformError> setAll(const std::set<std::string>& runtimes);
+
+  /// Runs after runtimes were switched on; may be empty.
   std::function<void()> onEnable;
 
  private:

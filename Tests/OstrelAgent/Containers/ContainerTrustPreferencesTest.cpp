@@ -25,6 +25,25 @@ TEST(ContainerTrustPreferences, StoresTheNamesSortedAndReportsEachThatIsSwitched
   EXPECT_EQ(enabled, 4);
 }
 
+TEST(ContainerTrustPreferences, AWholeChoiceIsStoredOnceAndReportedOnceUnlessItIsTheStoredOne) {
+  FakeUserDefaults defaults;
+  ContainerTrustPreferences preferences(defaults);
+  int enabled = 0;
+  preferences.onEnable = [&enabled] { ++enabled; };
+  EXPECT_TRUE(preferences.setAll({}));
+  EXPECT_EQ(defaults.value(key), std::nullopt);
+  for (int again = 0; again < 2; ++again) EXPECT_TRUE(preferences.setAll({"Podman", "Docker"}));
+  EXPECT_EQ(defaults.get<Stored>(key), (Stored{"Docker", "Podman"}));
+  EXPECT_EQ(enabled, 1);
+  defaults.writeError = PlatformError{"POSIX", 28, "full"};
+  EXPECT_FALSE(preferences.setAll({"Docker"}));
+  EXPECT_EQ(enabled, 1);
+  defaults.writeError.reset();
+  EXPECT_TRUE(preferences.setAll({}));
+  EXPECT_EQ(defaults.get<Stored>(key), Stored());
+  EXPECT_EQ(enabled, 1);
+}
+
 TEST(ContainerTrustPreferences, KeepsUnknownNamesAndReplacesAValueOfAnotherType) {
   FakeUserDefaults defaults;
   ContainerTrustPreferences preferences(defaults);
