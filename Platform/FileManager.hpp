@@ -5,6 +5,7 @@
 
 namespace ostrel {
 
+/// The desktop's program for files and folders (NSWorkspace).
 class FileManager {
  public:
   virtual ~FileManager() = default;
