@@ -4,6 +4,7 @@
 #include <array>
 
 #include "OstrelAgent/Panel/StatusPanel.hpp"
+#include "OstrelAgent/Text/AsciiCase.hpp"
 #include "OstrelAgent/Text/Copy.hpp"
 #include "OstrelAgent/Window/WindowPages.hpp"
 
@@ -89,7 +90,9 @@ AgentWindowContent::Body bodyOf(AgentPage page, const AgentWindowInputs& inputs,
 std::string_view nameOf(AgentPage page) { return rowOf(page).name; }
 
 std::optional<AgentPage> agentPageNamed(std::string_view name) {
-  const auto* row = std::ranges::find(pages, name, &PageRow::name);
+  const auto* row = std::ranges::find_if(pages, [name](const PageRow& each) {
+    return each.name.size() == name.size() && containsIgnoringCase(each.name, name);
+  });
   return row == pages.end() ? std::nullopt : std::optional(row->page);
 }
 

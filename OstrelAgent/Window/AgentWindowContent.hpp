@@ -145,6 +145,8 @@ struct AgentWindowInputs {
 
 /// The name of a page: "egressLock".
 std::string_view nameOf(AgentPage page);
+
+/// The page of that name in any case of letters.
 std::optional<AgentPage> agentPageNamed(std::string_view name);
 
 AgentWindowContent agentWindowContent(AgentPage page, const AgentWindowInputs& inputs);
