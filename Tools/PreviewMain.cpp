@@ -158,7 +158,7 @@ class Preview {
     if (options_.mode == PreviewOptions::Mode::json) {
       printJson(agentWindowJson(content, *containers), isLine);
     } else {
-      print(stdout, agentWindowText(content));
+      print(stdout, agentWindowText(content, ButtonMarks::plain).text);
     }
     return 0;
   }

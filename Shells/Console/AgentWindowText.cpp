@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Shells/Console/CardText.hpp"
@@ -17,9 +18,9 @@ using Content = AgentWindowContent;
 /// Writes the window from top to bottom.
 class WindowPrinter {
  public:
-  explicit WindowPrinter(const Content& content) : content_(content) {}
+  WindowPrinter(const Content& content, ButtonMarks marks) : content_(content), marks_(marks) {}
 
-  std::string print() {
+  AgentWindowText print() {
     const auto& header = content_.sidebar.header;
     auto word = header.word;
     if (!content_.sidebar.enrolment.empty()) word += " · " + content_.sidebar.enrolment;
@@ -30,7 +31,7 @@ class WindowPrinter {
     lines_.blank();
     if (content_.statusError) lines_.paragraph(2, content_.statusError->text);
     std::visit([this](const auto& body) { show(body); }, content_.body);
-    return lines_.take() + below_;
+    return {lines_.take() + below_, buttons_.take()};
   }
 
  private:
@@ -45,21 +46,19 @@ class WindowPrinter {
     lines_.flow("  ", items, "   ");
   }
 
-  static std::string mark(const PanelButton& button) { return "[" + button.title + "]"; }
-
   void facts(const Content::Facts& facts) {
     std::size_t width = 0;
     for (const auto& fact : facts) width = std::max(width, columns(fact.label));
     for (const auto& fact : facts) {
       auto value = fact.value + fact.addition;
-      if (fact.button) value += "   " + mark(*fact.button);
+      if (fact.button) value += "   " + buttons_.mark(*fact.button);
       lines_.hanging("  " + padded(fact.label, width) + "  ", value);
     }
     if (!facts.empty()) lines_.blank();
   }
 
   void card(const AttentionItem& card) {
-    writeCard(lines_, card, card.button ? mark(*card.button) : std::string());
+    writeCard(lines_, card, card.button ? buttons_.mark(*card.button) : std::string());
   }
 
   void show(std::monostate) {}
@@ -83,7 +82,9 @@ class WindowPrinter {
   /// The containers page is written by functions of its own, behind what stands above it.
   void show(const ContainersPageContent& page) {
     if (content_.statusError) lines_.blank();
-    below_ = containersListText(page) + containerDetailText(page) + "\n" + containersInsideText(page);
+    auto* buttons = marks_ == ButtonMarks::numbered ? &buttons_ : nullptr;
+    below_ = containersListText(page) + containerDetailText(page, buttons) + "\n";
+    below_ += containersInsideText(page, buttons);
   }
 
   void show(const Content::EgressLock& page) {
@@ -109,33 +110,40 @@ class WindowPrinter {
 
   void show(const Content::Notifications& page) {
     lines_.paragraph(2, page.authorization);
-    toggle(page.master);
+    if (page.authorizationButton) lines_.line("  " + buttons_.mark(*page.authorizationButton));
+    toggle(page.master, {AllNotifySwitch{!page.master.isOn}, page.master.isEnabled});
     lines_.paragraph(2, page.lede);
     lines_.blank();
     if (!page.caption.empty()) lines_.line(page.caption);
-    for (const auto& runtime : page.runtimes) toggle(runtime);
+    for (const auto& runtime : page.runtimes) {
+      toggle(runtime, {NotifySwitch{runtime.label, !runtime.isOn}, runtime.isEnabled});
+    }
   }
 
-  void toggle(const Content::Notifications::Switch& toggle) {
-    lines_.hanging(toggle.isOn ? "  [x] " : "  [ ] ", toggle.label);
+  void toggle(const Content::Notifications::Switch& toggle, WindowButton button) {
+    lines_.hanging("  " + buttons_.switchMark(toggle.isOn, std::move(button)), toggle.label);
   }
 
   void show(const Content::Help& page) {
     lines_.paragraph(2, page.lede);
     lines_.blank();
     std::vector<std::string> buttons;
-    for (const auto& button : page.buttons) buttons.push_back(mark(button));
+    for (const auto& button : page.buttons) buttons.push_back(buttons_.mark(button));
     if (!buttons.empty()) lines_.flow("  ", buttons, "   ");
     for (const auto& notice : page.notices) lines_.hanging("  " + statePrefix(notice.kind), notice.text);
   }
 
   const Content& content_;
+  const ButtonMarks marks_;
+  WindowButtons buttons_{marks_};
   TextLines lines_;
   std::string below_;
 };
 
 }  // namespace
 
-std::string agentWindowText(const AgentWindowContent& content) { return WindowPrinter(content).print(); }
+AgentWindowText agentWindowText(const AgentWindowContent& content, ButtonMarks marks) {
+  return WindowPrinter(content, marks).print();
+}
 
 }  // namespace ostrel

@@ -24,10 +24,35 @@ void command(TextLines& lines, std::string_view text) {
   }
 }
 
-void command(TextLines& lines, const Content::Command& command, std::string_view consoleName) {
+/// Writes the button, or the word that does the same.
+void copyButton(TextLines& lines, const Content::CopyButton& button, std::string_view word,
+                WindowButtons* buttons) {
+  lines.line(std::string(indent) +
+             (buttons != nullptr ? buttons->mark(button) : button.title + ": copy " + std::string(word)));
+}
+
+void command(TextLines& lines, const Content::Command& command, std::string_view word,
+             WindowButtons* buttons) {
   lines.blank();
   ostrel::command(lines, command.shown);
-  lines.line(std::string(indent) + command.button.title + ": copy " + std::string(consoleName));
+  copyButton(lines, command.button, word, buttons);
+}
+
+/// Writes the buttons for the trust bundle and for notifications.
+void detailButtons(TextLines& lines, const Content& content, WindowButtons* buttons) {
+  const auto& detail = *content.detail;
+  lines.blank();
+  if (buttons != nullptr) lines.line(std::string(indent) + buttons->mark(detail.reveal));
+  copyButton(lines, detail.copyPath, "path", buttons);
+  const std::string box = detail.isNotifyOn ? "[x] " : "[ ] ";
+  const NotifySwitch press{detail.name, !detail.isNotifyOn};
+  lines.hanging(
+      std::string(indent) + (buttons != nullptr ? buttons->switchMark(detail.isNotifyOn, {press}) : box),
+      detail.notifyLabel);
+  lines.paragraph(2, content.authorization);
+  if (buttons != nullptr && content.authorizationButton) {
+    lines.line(std::string(indent) + buttons->mark(*content.authorizationButton));
+  }
 }
 
 std::size_t nameColumns(const Content& content) {
@@ -61,7 +86,7 @@ std::string containersListText(const Content& content) {
   return lines.take();
 }
 
-std::string containerDetailText(const Content& content) {
+std::string containerDetailText(const Content& content, WindowButtons* buttons) {
   TextLines lines;
   if (!content.detail) {
     lines.line(content.checking.empty() ? content.noSelection : content.title + ": " + content.checking);
@@ -73,16 +98,13 @@ std::string containerDetailText(const Content& content) {
   lines.line(title);
   lines.paragraph(2, detail.state);
   lines.paragraph(2, detail.blocked);
-  if (detail.setup) command(lines, *detail.setup, "setup");
-  if (detail.guest) command(lines, *detail.guest, "guest");
-  lines.blank();
-  lines.line(std::string(indent) + detail.copyPath.title + ": copy path");
-  lines.hanging(detail.isNotifyOn ? "  [x] " : "  [ ] ", detail.notifyLabel);
-  lines.paragraph(2, content.authorization);
+  if (detail.setup) command(lines, *detail.setup, "setup", buttons);
+  if (detail.guest) command(lines, *detail.guest, "guest", buttons);
+  detailButtons(lines, content, buttons);
   return lines.take();
 }
 
-std::string containersInsideText(const Content& content) {
+std::string containersInsideText(const Content& content, WindowButtons* buttons) {
   TextLines lines;
   const auto& inside = content.inside;
   lines.line(inside.title);
@@ -94,6 +116,7 @@ std::string containersInsideText(const Content& content) {
   lines.flow(indent, choices, "   ");
   lines.blank();
   command(lines, inside.snippet.shown);
+  if (buttons != nullptr) copyButton(lines, inside.snippet.button, "", buttons);
   lines.blank();
   lines.paragraph(2, inside.covers);
   return lines.take();
