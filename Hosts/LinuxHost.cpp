@@ -36,8 +36,9 @@
 #include "Platform/SimulatedMac/SimulatedSystemWake.hpp"
 #include "Platform/SimulatedMac/SimulatedUserNotifications.hpp"
 #include "Platform/SimulatedMac/SimulatedWorkspace.hpp"
+#include "Shells/Console/ConsoleAgentWindow.hpp"
 #include "Shells/Console/ConsoleAlerts.hpp"
-#include "Shells/Console/ConsoleContainers.hpp"
+#include "Shells/Console/ConsoleFileManager.hpp"
 #include "Shells/Console/ConsoleOnboardingWindow.hpp"
 #include "Shells/Console/ConsolePasteboard.hpp"
 #include "Shells/Console/ConsoleScreens.hpp"
@@ -91,7 +92,7 @@ class LinuxShell {
       : host_(host),
         consoleShell_(mode == ShellMode::interactive ? ConsoleInput::commands : ConsoleInput::ignored,
                       host.signals, host.mainQueue, host.streams, consoleStatusItem_, consoleScreens_,
-                      consoleContainers_, consoleOnboardingWindow_, consoleAlerts_),
+                      consoleAgentWindow_, consoleOnboardingWindow_, consoleAlerts_),
         desktop_(mode == ShellMode::queueOnly || !namesDisplay() ? nullptr : makeDesktop()) {}
 
   const ShellServices& services() const { return services_; }
@@ -123,10 +124,11 @@ class LinuxShell {
   ConsoleUserNotifications consoleUserNotifications_{host_.mainQueue, host_.streams};
   ConsoleStatusItem consoleStatusItem_{host_.streams};
   ConsoleScreens consoleScreens_{host_.streams};
-  ConsoleContainers consoleContainers_{host_.streams};
+  ConsoleAgentWindow consoleAgentWindow_{host_.streams, consoleStatusItem_};
   ConsoleOnboardingWindow consoleOnboardingWindow_{host_.streams};
   ConsoleAlerts consoleAlerts_{host_.streams};
   ConsolePasteboard consolePasteboard_{host_.streams};
+  ConsoleFileManager consoleFileManager_{host_.mainQueue};
   ConsoleShell consoleShell_;
   LinuxSystemWake kernelWake_{host_.mainQueue};
   std::unique_ptr<Desktop> desktop_;
@@ -138,10 +140,13 @@ class LinuxShell {
       .shell = desktop_ ? desktop_->shell() : consoleShell_,
       .statusItem = desktop_ ? desktop_->statusItem() : consoleStatusItem_,
       .screens = desktop_ ? desktop_->screens() : consoleScreens_,
-      .containersScreen = consoleContainers_,
+      // MERGE: desktop_ ? desktop_->agentWindow() : consoleAgentWindow_
+      .agentWindow = consoleAgentWindow_,
       .onboardingWindow = desktop_ ? desktop_->onboardingWindow() : consoleOnboardingWindow_,
       .alerts = desktop_ ? desktop_->alerts() : consoleAlerts_,
       .pasteboard = desktop_ ? desktop_->pasteboard() : consolePasteboard_,
+      // MERGE: desktop_ ? desktop_->fileManager() : consoleFileManager_
+      .fileManager = consoleFileManager_,
       .userNotifications = userNotifications_,
       .systemWake = systemWake_,
   };

@@ -89,9 +89,9 @@ std::shared_ptr<ContainersPageController> containersPage(
     const std::shared_ptr<ContainerTrustPreferences>& preferences) {
   return std::make_shared<ContainersPageController>(
       ContainersPageController::Services{
-          .screen = shell.containersScreen,
           .pasteboard = shell.pasteboard,
           .notifications = shell.userNotifications,
+          .mainQueue = host.mainQueue,
           .log = host.log,
       },
       ContainersPageController::Collaborators{
@@ -103,14 +103,22 @@ std::shared_ptr<ContainersPageController> containersPage(
       });
 }
 
-/// The user's choice of container notifications; the first one asks for the permission.
-std::shared_ptr<ContainerTrustPreferences> containerTrustPreferences(const Host& host,
-                                                                     const ShellServices& shell) {
-  const auto preferences = std::make_shared<ContainerTrustPreferences>(host.userDefaults);
-  preferences->onEnable = [&notifications = shell.userNotifications, &log = host.log] {
-    RedNotifier::requestAuthorizationIfNeeded(notifications, log);
-  };
-  return preferences;
+std::shared_ptr<AgentWindowController> agentWindow(
+    const Host& host, const ShellServices& shell, const std::shared_ptr<PanelPresenter>& presenter,
+    const std::shared_ptr<ContainersPageController>& containers) {
+  return std::make_shared<AgentWindowController>(
+      AgentWindowController::Services{
+          .mainQueue = host.mainQueue,
+          .clock = host.clock,
+          .userDefaults = host.userDefaults,
+          .log = host.log,
+          .workspace = host.workspace,
+          .shell = shell.shell,
+          .window = shell.agentWindow,
+          .fileManager = shell.fileManager,
+          .notifications = shell.userNotifications,
+      },
+      AgentWindowController::Collaborators{.presenter = presenter, .containers = containers});
 }
 
 std::shared_ptr<MenuBarRole> menuBarRole(const Host& host, const ShellServices& shell) {
@@ -142,7 +150,8 @@ std::shared_ptr<MenuBarRole> menuBarRole(const Host& host, const ShellServices& 
         if (const auto actions = weak.lock()) actions->checkNow(reason);
       });
   const auto openRepairFlow = repairFlowOpener(host);
-  const auto preferences = containerTrustPreferences(host, shell);
+  const auto preferences = std::make_shared<ContainerTrustPreferences>(host.userDefaults);
+  const auto containers = containersPage(host, shell, preferences);
   auto panelActions = runner->callbacks();
   panelActions.openRepairFlow = openRepairFlow;
   const auto controller = std::make_shared<MenuBarController>(
@@ -162,7 +171,8 @@ std::shared_ptr<MenuBarRole> menuBarRole(const Host& host, const ShellServices& 
           .reactivation = {{host.backgroundQueue, host.childProcesses, host.bundle}, records(host)},
           .records = records(host),
           .containerTrust = preferences,
-          .containers = containersPage(host, shell, preferences),
+          .containers = containers,
+          .window = agentWindow(host, shell, presenter, containers),
       });
   return std::make_shared<MenuBarRole>(runner, controller);
 }

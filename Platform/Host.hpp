@@ -2,12 +2,13 @@
 
 #include <memory>
 
+#include "Platform/AgentWindow.hpp"
 #include "Platform/Alerts.hpp"
 #include "Platform/BackgroundQueue.hpp"
 #include "Platform/Bundle.hpp"
 #include "Platform/ChildProcesses.hpp"
 #include "Platform/Clock.hpp"
-#include "Platform/ContainersScreen.hpp"
+#include "Platform/FileManager.hpp"
 #include "Platform/Files.hpp"
 #include "Platform/Log.hpp"
 #include "Platform/MainQueue.hpp"
@@ -60,10 +61,11 @@ struct ShellServices {
   Shell& shell;
   StatusItem& statusItem;
   Screens& screens;
-  ContainersScreen& containersScreen;  ///< on a desktop nothing opens it
+  AgentWindow& agentWindow;
   OnboardingWindow& onboardingWindow;
   Alerts& alerts;
   Pasteboard& pasteboard;
+  FileManager& fileManager;
   UserNotifications& userNotifications;
   SystemWake& systemWake;
 };

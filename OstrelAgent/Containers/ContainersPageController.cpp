@@ -7,113 +7,119 @@ namespace ostrel {
 ContainersPageController::ContainersPageController(Services services, Collaborators collaborators)
     : services_(services), collaborators_(std::move(collaborators)) {}
 
-void ContainersPageController::start(std::function<void(std::vector<std::string>)> runningChanged) {
+void ContainersPageController::start(RunningListener runningChanged, std::function<void()> changed) {
   runningChanged_ = std::move(runningChanged);
-  const auto weakly = [weak = weak_from_this()](auto action) {
-    return [weak, action](const auto&... arguments) {
-      using Result = decltype(action(*weak.lock(), arguments...));
-      const auto self = weak.lock();
-      return self ? action(*self, arguments...) : Result();
-    };
-  };
-  collaborators_.reader->start(weakly([](auto& self, const auto& findings) { self.apply(findings); }));
-  services_.screen.onEvents({
-      .opened = weakly([](auto& self) { self.open(); }),
-      .selected = weakly([](auto& self, const std::string& name) { self.select(name); }),
-      .snippetChosen = weakly([](auto& self, ContainerSnippet snippet) { self.choose(snippet); }),
-      .copyPressed = weakly([](auto& self, ContainersCopy what) { return self.copy(what); }),
-      .notifySwitched =
-          weakly([](auto& self, const std::string& name, bool isOn) { return self.setNotify(name, isOn); }),
+  changed_ = std::move(changed);
+  collaborators_.reader->start([weak = weak_from_this()](const ContainerFindings& findings) {
+    if (const auto self = weak.lock()) self->apply(findings);
   });
 }
 
 void ContainersPageController::refresh() {
-  collaborators_.reader->request(isOpen_ ? ContainerReader::Scope::all : ContainerReader::Scope::running);
-  refreshPage();
+  if (isShown_) readAuthorization();
+  collaborators_.reader->request(scope());
 }
 
 std::function<void()> ContainersPageController::beginRefresh() {
-  refreshPage();
-  return collaborators_.reader->begin(isOpen_ ? ContainerReader::Scope::all
-                                              : ContainerReader::Scope::running);
+  if (isShown_) readAuthorization();
+  return collaborators_.reader->begin(scope());
 }
 
-void ContainersPageController::refreshPage() {
-  if (!isOpen_) return;
-  readAuthorization();
-  // While a reading hangs, a page without one says that it is checking.
-  draw();
+ContainerReader::Scope ContainersPageController::scope() const {
+  return isShown_ ? ContainerReader::Scope::all : ContainerReader::Scope::running;
 }
 
 void ContainersPageController::publish(std::optional<ContainerBlock> block) {
   if (block == block_) return;
   block_ = std::move(block);
   page_.reading = containerTrustReading(block_, findings_);
-  draw();
+  changed_();
 }
 
-void ContainersPageController::open() {
-  isOpen_ = true;
+ContainersPage ContainersPageController::page() const {
+  auto page = page_;
+  page.notify = collaborators_.preferences->notify();
+  return page;
+}
+
+void ContainersPageController::setShown(bool isShown) {
+  isShown_ = isShown;
+  if (!isShown) return;
+  setAuthorization(std::nullopt);
   collaborators_.reader->request(ContainerReader::Scope::allAnew);
   readAuthorization();
 }
 
+void ContainersPageController::readAuthorization() {
+  services_.notifications.readAuthorization([weak = weak_from_this()](NotificationAuthorization answer) {
+    if (const auto self = weak.lock()) self->setAuthorization(answer);
+  });
+}
+
+void ContainersPageController::setAuthorization(std::optional<NotificationAuthorization> authorization) {
+  if (std::exchange(page_.notificationAuthorization, authorization) != authorization) changed_();
+}
+
 void ContainersPageController::select(const std::string& name) {
-  if (page_.selected != name) page_.copied.reset();
-  page_.selected = name;
-  draw();
+  const auto selected = name.empty() ? std::nullopt : std::optional(name);
+  if (std::exchange(page_.selected, selected) != selected) showCopied(std::nullopt);
 }
 
 void ContainersPageController::choose(ContainerSnippet snippet) {
-  if (page_.snippet != snippet) page_.copied.reset();
-  page_.snippet = snippet;
-  draw();
+  if (std::exchange(page_.snippet, snippet) != snippet) showCopied(std::nullopt);
 }
 
-bool ContainersPageController::copy(ContainersCopy copy) {
-  const auto text = page_.textToCopy(copy);
-  if (!text || !services_.pasteboard.setText(*text)) return false;
-  page_.copied = copy;
-  draw();
-  return true;
+bool ContainersPageController::copy(ContainersCopy what) {
+  const auto text = page_.textToCopy(what);
+  const bool isCopied = text && services_.pasteboard.setText(*text);
+  showCopied(isCopied ? std::optional(what) : std::nullopt);
+  return isCopied;
+}
+
+void ContainersPageController::showCopied(std::optional<ContainersCopy> copied) {
+  page_.copied = copied;
+  copiedToken_.reset();
+  if (copied) {
+    copiedToken_ = services_.mainQueue.after(copiedTime, [weak = weak_from_this()] {
+      if (const auto self = weak.lock()) self->showCopied(std::nullopt);
+    });
+  }
+  changed_();
 }
 
 bool ContainersPageController::setNotify(const std::string& runtime, bool isOn) {
-  const auto stored = collaborators_.preferences->setNotify(runtime, isOn);
+  return report(collaborators_.preferences->setNotify(runtime, isOn));
+}
+
+bool ContainersPageController::setAllNotify(bool isOn) {
+  return report(
+      collaborators_.preferences->setAll(isOn ? page().listedForNotifications() : std::set<std::string>()));
+}
+
+/// Shows a choice as it is stored.
+bool ContainersPageController::report(const std::expected<void, PlatformError>& stored) {
   if (!stored) {
     services_.log.line("ostrel: could not store the notification preference: " + stored.error().description);
   }
-  draw();
+  changed_();
   return stored.has_value();
 }
 
 void ContainersPageController::apply(const ContainerFindings& findings) {
-  std::vector<std::string> names;
-  for (const auto& [name, launchDate] : findings.running) names.push_back(name);
-  if (names != runningNames_) {
-    runningNames_ = names;
-    runningChanged_(std::move(names));
-  }
+  applyRunning(findings);
   if (!findings.installation) return;
   findings_ = findings;
   page_.reading = containerTrustReading(block_, findings_);
   page_.hasReading = true;
-  draw();
+  changed_();
 }
 
-void ContainersPageController::readAuthorization() {
-  services_.notifications.readAuthorization([weak = weak_from_this()](NotificationAuthorization answer) {
-    const auto self = weak.lock();
-    if (!self || self->page_.notificationAuthorization == answer) return;
-    self->page_.notificationAuthorization = answer;
-    self->draw();
-  });
-}
-
-void ContainersPageController::draw() {
-  if (!isOpen_) return;
-  page_.notify = collaborators_.preferences->notify();
-  services_.screen.show(page_.content());
+void ContainersPageController::applyRunning(const ContainerFindings& findings) {
+  std::vector<std::string> names;
+  for (const auto& [name, launchDate] : findings.running) names.push_back(name);
+  if (names == runningNames_) return;
+  runningNames_ = names;
+  runningChanged_(std::move(names));
 }
 
 }  // namespace ostrel

@@ -17,8 +17,9 @@ void MenuBarController::start() {
       if (const auto self = weak.lock()) action(*self, arguments...);
     };
   };
-  auto& [presenter, refresher, redNotifier, nudges, panelActions, reactivation, records, trust, containers] =
-      collaborators_;
+  connectWindow();
+  auto& [presenter, refresher, redNotifier, nudges, panelActions, reactivation, records, trust, containers,
+         window] = collaborators_;
   const auto press = [panelActions](const PanelButton& button) { panelActions.perform(button); };
   services_.statusItem.install({.clicked = weakly([](auto& self) { self.togglePanel(); }),
                                 .appearanceChanged = weakly([](auto& self) {
@@ -26,19 +27,37 @@ void MenuBarController::start() {
                                 }),
                                 .menuPressed = press});
   services_.statusItem.showMenu(menuButtons(PanelMenu::statusItem, panelActions.available()));
-  presenter->start(panelActions, weakly([](auto& self, const auto& health) { self.healthApplied(health); }));
+  const auto drawWindow = weakly([](auto& self) { self.collaborators_.window->draw(); });
+  presenter->start(panelActions, weakly([](auto& self, const auto& health) { self.healthApplied(health); }),
+                   drawWindow);
+  window->start(panelActions);
   redNotifier->start();
   applyIcon(presenter->latest());
-  containers->start(weakly([](auto& self, const auto& names) { self.showRunningRuntimes(names); }));
+  containers->start(weakly([](auto& self, const auto& names) { self.showRunningRuntimes(names); }),
+                    drawWindow);
   refresher->start(weakly([](auto& self, const auto& result) { self.publish(result); }));
   probeDeviceManagement();
   timer_ = services_.mainQueue.every(refreshPeriod, weakly([](auto& self) {
                                        self.refresh();
-                                       // Keeps the relative times of an open panel current while a helper
+                                       // Keeps the relative times of panel and window current while a helper
                                        // hangs.
                                        self.collaborators_.presenter->draw();
                                      }));
   nudges->start();
+}
+
+/// Makes buttons, notifications and a first notification switch lead to the window.
+void MenuBarController::connectWindow() {
+  const auto onWindow = [weak = std::weak_ptr(collaborators_.window)](auto action) {
+    return [weak, action](const auto&... arguments) {
+      if (const auto window = weak.lock()) action(*window, arguments...);
+    };
+  };
+  collaborators_.panelActions.openAgentWindow =
+      onWindow([](auto& window, std::optional<AgentPage> page) { window.open(page); });
+  collaborators_.redNotifier->openContainerTrust =
+      onWindow([](auto& window) { window.open(AgentPage::containers); });
+  collaborators_.containerTrust->onEnable = onWindow([](auto& window) { window.requestAuthorization(); });
 }
 
 void MenuBarController::refresh() {

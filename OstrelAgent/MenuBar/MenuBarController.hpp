@@ -8,6 +8,7 @@
 #include "OstrelAgent/Containers/ContainersPageController.hpp"
 #include "OstrelAgent/Extension/Reactivation.hpp"
 #include "OstrelAgent/Extension/Records.hpp"
+#include "OstrelAgent/MenuBar/AgentWindowController.hpp"
 #include "OstrelAgent/MenuBar/CheckInNudges.hpp"
 #include "OstrelAgent/MenuBar/PanelPresenter.hpp"
 #include "OstrelAgent/Notifications/RedNotifier.hpp"
@@ -20,8 +21,8 @@
 
 namespace ostrel {
 
-/// The menu-bar role: refreshes the status every five seconds and shows it as icon, notifications and panel.
-/// Main thread; lives as long as the process; background work holds it weakly.
+/// The menu-bar role: refreshes the status every five seconds and shows it as icon, notifications, panel and
+/// window. Main thread; lives as long as the process; background work holds it weakly.
 class MenuBarController : public std::enable_shared_from_this<MenuBarController> {
  public:
   static constexpr std::chrono::milliseconds refreshPeriod{5000};
@@ -45,6 +46,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
     Records records;
     std::shared_ptr<ContainerTrustPreferences> containerTrust;
     std::shared_ptr<ContainersPageController> containers;
+    std::shared_ptr<AgentWindowController> window;
   };
 
   MenuBarController(Services services, Collaborators collaborators);
@@ -59,6 +61,7 @@ class MenuBarController : public std::enable_shared_from_this<MenuBarController>
   void togglePanel();
 
  private:
+  void connectWindow();
   void probeDeviceManagement();
   void publish(const RefreshResult& result);
   void workAfter(std::optional<NetworkExtensionAssertion> assertion);

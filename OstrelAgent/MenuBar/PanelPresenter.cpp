@@ -10,9 +10,11 @@ PanelPresenter::PanelPresenter(Services services)
       times_{.clockTime = [&format = services.timeFormat](Date date) { return format.clockTime(date); },
              .shortDate = [&format = services.timeFormat](Date date) { return format.shortDate(date); }} {}
 
-void PanelPresenter::start(StatusPanelActions actions, HealthListener healthApplied) {
+void PanelPresenter::start(StatusPanelActions actions, HealthListener healthApplied,
+                           std::function<void()> drawn) {
   actions_ = std::move(actions);
   healthApplied_ = std::move(healthApplied);
+  drawn_ = std::move(drawn);
   services_.screens.onPanelButton(
       [actions = actions_](const PanelButton& button) { actions.perform(button); });
 }
@@ -41,6 +43,7 @@ void PanelPresenter::open() {
 
 void PanelPresenter::draw() {
   if (isShown()) services_.screens.updatePanel(content());
+  drawn_();
 }
 
 PanelContent PanelPresenter::content() const {

@@ -29,13 +29,15 @@ class PanelPresenter {
 
   explicit PanelPresenter(Services services);
 
-  /// Sets the panel's actions. `healthApplied` is called after each `applyHealth`. Call once, before the
-  /// panel opens.
-  void start(StatusPanelActions actions, HealthListener healthApplied);
+  /// Sets the panel's actions. `healthApplied` is called after each `applyHealth`, `drawn` after each `draw`,
+  /// also while the panel is closed. Call once, before the panel opens.
+  void start(
+      StatusPanelActions actions, HealthListener healthApplied, std::function<void()> drawn = [] {});
 
   /// The model; call `draw` after a change.
   StatusPanelModel& model() { return model_; }
   const Snapshot& latest() const { return model_.snap; }
+  const TimeTexts& times() const { return times_; }
 
   /// Replaces the snapshot by a newer one, which may end a running update.
   void publish(Snapshot snapshot);
@@ -58,6 +60,7 @@ class PanelPresenter {
   StatusPanelModel model_;
   StatusPanelActions actions_;
   HealthListener healthApplied_;
+  std::function<void()> drawn_;
 };
 
 }  // namespace ostrel

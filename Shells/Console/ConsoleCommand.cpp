@@ -30,11 +30,12 @@ ConsoleCommand parseConsoleCommand(std::string_view line) {
   const auto text = trimmed(line);
   const auto name = text.substr(0, text.find_first_of(" \t"));
   const auto rest = trimmed(text.substr(name.size()));
+  if (name == "window") return consolecommand::ShowWindow{std::string(rest)};
   if (name == "containers") return consolecommand::ShowContainers{std::string(rest)};
   if (rest.empty()) {
     if (name.empty()) return consolecommand::Nothing{};
     if (name == "panel") return consolecommand::ShowPanel{};
-    if (name == "close") return consolecommand::ClosePanel{};
+    if (name == "close") return consolecommand::CloseFront{};
     if (name == "quit") return consolecommand::Quit{};
     return consolecommand::Unknown{};
   }

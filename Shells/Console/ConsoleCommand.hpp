@@ -12,8 +12,12 @@ namespace consolecommand {
 struct ShowPanel {
   bool operator==(const ShowPanel&) const = default;
 };
-struct ClosePanel {
-  bool operator==(const ClosePanel&) const = default;
+struct ShowWindow {
+  std::string page;  ///< its name; empty for the page shown last
+  bool operator==(const ShowWindow&) const = default;
+};
+struct CloseFront {
+  bool operator==(const CloseFront&) const = default;
 };
 struct Press {
   std::size_t number = 0;  ///< from 1
@@ -32,7 +36,7 @@ struct Copy {
   bool operator==(const Copy&) const = default;
 };
 struct Notify {
-  std::string runtime;
+  std::string runtime;  ///< or "all"
   bool isOn = false;
   bool operator==(const Notify&) const = default;
 };
@@ -48,13 +52,13 @@ struct Unknown {
 }  // namespace consolecommand
 
 using ConsoleCommand =
-    std::variant<consolecommand::ShowPanel, consolecommand::ClosePanel, consolecommand::Press,
-                 consolecommand::Token, consolecommand::ShowContainers, consolecommand::Copy,
-                 consolecommand::Notify, consolecommand::Quit, consolecommand::Nothing,
+    std::variant<consolecommand::ShowPanel, consolecommand::ShowWindow, consolecommand::CloseFront,
+                 consolecommand::Press, consolecommand::Token, consolecommand::ShowContainers,
+                 consolecommand::Copy, consolecommand::Notify, consolecommand::Quit, consolecommand::Nothing,
                  consolecommand::Unknown>;
 
-/// "panel", "close", "press N", "token TEXT", "containers", "containers NAME", "copy WHAT", "notify NAME on",
-/// "notify NAME off" or "quit", with blanks around; `Nothing` for an empty line.
+/// "panel", "window", "window PAGE", "close", "press N", "token TEXT", "containers", "containers NAME", "copy
+/// WHAT", "notify NAME on", "notify NAME off" or "quit", with blanks around; `Nothing` for an empty line.
 ConsoleCommand parseConsoleCommand(std::string_view line);
 
 }  // namespace ostrel

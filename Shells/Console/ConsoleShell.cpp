@@ -65,22 +65,23 @@ bool ConsoleShell::readInput() {
 
 void ConsoleShell::perform(std::string_view line) {
   auto command = parseConsoleCommand(line);
-  // Only the menu-bar role shows the containers page.
-  const auto onPage = [this](auto action) { containers_.isAvailable() ? action() : tellCommands(); };
+  // Only the menu-bar role has the agent window.
+  const auto onWindow = [this](auto action) { agentWindow_.isAvailable() ? action() : tellCommands(); };
   std::visit(
       Overloaded{
           [&](consolecommand::ShowPanel) { showPanel(); },
-          [&](consolecommand::ClosePanel) {
-            if (screens_.isPanelShown()) statusItem_.click();
-          },
+          [&](consolecommand::ShowWindow& shown) { onWindow([&] { agentWindow_.openPage(shown.page); }); },
+          [&](consolecommand::CloseFront) { closeFront(); },
           [&](consolecommand::Press pressed) { press(pressed.number); },
           [&](consolecommand::Token& token) { enterToken(std::move(token.text)); },
-          [&](consolecommand::ShowContainers& shown) { onPage([&] { containers_.open(shown.runtime); }); },
-          [&](consolecommand::Copy& copy) { onPage([&] { containers_.copy(copy.what); }); },
-          [&](consolecommand::Notify& notify) {
-            onPage([&] { containers_.switchNotification(notify.runtime, notify.isOn); });
+          [&](consolecommand::ShowContainers& shown) {
+            onWindow([&] { agentWindow_.openContainers(shown.runtime); });
           },
-          [&](consolecommand::Quit) { window_.isOpen() ? window_.close() : terminate(0); },
+          [&](consolecommand::Copy& copy) { onWindow([&] { agentWindow_.copy(copy.what); }); },
+          [&](consolecommand::Notify& notify) {
+            onWindow([&] { agentWindow_.switchNotification(notify.runtime, notify.isOn); });
+          },
+          [&](consolecommand::Quit) { onboarding_.isOpen() ? onboarding_.close() : terminate(0); },
           [](consolecommand::Nothing) {},
           [&](consolecommand::Unknown) { tellCommands(); },
       },
@@ -88,35 +89,51 @@ void ConsoleShell::perform(std::string_view line) {
 }
 
 void ConsoleShell::showPanel() {
-  if (window_.isOpen()) return window_.reprint();
+  if (onboarding_.isOpen()) return onboarding_.reprint();
   screens_.isPanelShown() ? screens_.reprint() : statusItem_.click();
 }
 
+void ConsoleShell::closeFront() {
+  if (agentWindow_.isOpen()) return agentWindow_.close();
+  if (screens_.isPanelShown()) statusItem_.click();
+}
+
 void ConsoleShell::enterToken(std::string token) {
-  const auto press = window_.enterToken(std::move(token));
+  const auto press = onboarding_.enterToken(std::move(token));
   if (press == ConsolePress::nothingOpen) return tellCommands();
   if (press != ConsolePress::done) streams_.writeOutput("the window asks for no token\n");
 }
 
 void ConsoleShell::tellCommands() {
-  streams_.writeOutput(window_.isOpen() ? "commands: token TEXT, press N, quit\n"
-                                        : "commands: panel, press N, close, containers [NAME], copy WHAT, "
-                                          "notify NAME on|off, quit\n");
+  streams_.writeOutput(onboarding_.isOpen()
+                           ? "commands: token TEXT, press N, quit\n"
+                           : "commands: panel, window [PAGE], press N, close, containers [NAME], copy WHAT, "
+                             "notify NAME on|off, quit\n");
 }
 
-/// Presses a button of what is in front: an alert, the window or the panel.
+/// Presses a button of what is in front. A panel beside the agent window was opened after it, since the
+/// window opens in its place.
+ConsolePress ConsoleShell::pressFront(std::size_t number) {
+  if (alerts_.isShown()) return alerts_.press(number);
+  if (onboarding_.isOpen()) return onboarding_.press(number);
+  if (screens_.isPanelShown()) return screens_.press(number);
+  return agentWindow_.press(number);
+}
+
+std::string ConsoleShell::front() const {
+  if (alerts_.isShown()) return "the alert";
+  return onboarding_.isOpen() || !screens_.isPanelShown() ? "the window" : "the panel";
+}
+
 void ConsoleShell::press(std::size_t number) {
-  const std::string front = alerts_.isShown() ? "the alert" : window_.isOpen() ? "the window" : "the panel";
-  const auto result = alerts_.isShown()  ? alerts_.press(number)
-                      : window_.isOpen() ? window_.press(number)
-                                         : screens_.press(number);
-  switch (result) {
+  const auto name = front();
+  switch (pressFront(number)) {
     case ConsolePress::done:
       return;
     case ConsolePress::nothingOpen:
       return streams_.writeOutput("open the panel first: panel\n");
     case ConsolePress::noSuchButton:
-      return streams_.writeOutput(front + " has no button " + std::to_string(number) + "\n");
+      return streams_.writeOutput(name + " has no button " + std::to_string(number) + "\n");
     case ConsolePress::disabled:
       return streams_.writeOutput("this button is at work\n");
   }

@@ -7,8 +7,8 @@
 #include "Platform/Posix/TerminationSignals.hpp"
 #include "Platform/Shell.hpp"
 #include "Platform/StandardStreams.hpp"
+#include "Shells/Console/ConsoleAgentWindow.hpp"
 #include "Shells/Console/ConsoleAlerts.hpp"
-#include "Shells/Console/ConsoleContainers.hpp"
 #include "Shells/Console/ConsoleOnboardingWindow.hpp"
 #include "Shells/Console/ConsoleScreens.hpp"
 #include "Shells/Console/ConsoleStatusItem.hpp"
@@ -24,15 +24,15 @@ class ConsoleShell final : public Shell {
  public:
   ConsoleShell(ConsoleInput input, const TerminationSignals& signals, PosixMainQueue& queue,
                StandardStreams& streams, ConsoleStatusItem& statusItem, ConsoleScreens& screens,
-               ConsoleContainers& containers, ConsoleOnboardingWindow& window, ConsoleAlerts& alerts)
+               ConsoleAgentWindow& agentWindow, ConsoleOnboardingWindow& onboarding, ConsoleAlerts& alerts)
       : inputKind_(input),
         signals_(signals),
         queue_(queue),
         streams_(streams),
         statusItem_(statusItem),
         screens_(screens),
-        containers_(containers),
-        window_(window),
+        agentWindow_(agentWindow),
+        onboarding_(onboarding),
         alerts_(alerts) {}
 
   void setActivationPolicy(ActivationPolicy) override {}
@@ -45,8 +45,11 @@ class ConsoleShell final : public Shell {
   bool readInput();
   void perform(std::string_view line);
   void showPanel();
+  void closeFront();
   void enterToken(std::string token);
   void press(std::size_t number);
+  ConsolePress pressFront(std::size_t number);
+  std::string front() const;
   void tellCommands();
 
   const ConsoleInput inputKind_;
@@ -55,8 +58,8 @@ class ConsoleShell final : public Shell {
   StandardStreams& streams_;
   ConsoleStatusItem& statusItem_;
   ConsoleScreens& screens_;
-  ConsoleContainers& containers_;
-  ConsoleOnboardingWindow& window_;
+  ConsoleAgentWindow& agentWindow_;
+  ConsoleOnboardingWindow& onboarding_;
   ConsoleAlerts& alerts_;
   std::string input_;  ///< the part of the current line that has been read
   std::atomic<bool> isTerminated_ = false;

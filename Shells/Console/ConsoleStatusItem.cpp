@@ -10,4 +10,8 @@ void ConsoleStatusItem::click() const {
   if (events_.clicked) events_.clicked();
 }
 
+void ConsoleStatusItem::press(const PanelButton& button) const {
+  if (events_.menuPressed) events_.menuPressed(button);
+}
+
 }  // namespace ostrel

@@ -21,6 +21,9 @@ class ConsoleStatusItem final : public StatusItem {
 
   void click() const;
 
+  /// Presses a button as an entry of the item's menu.
+  void press(const PanelButton& button) const;
+
  private:
   StandardStreams& streams_;
   Events events_;

@@ -186,6 +186,9 @@ TEST_F(Containers, ANotificationSettingOutlivesTheAgentAndShowsWhyNoneAppears) {
   auto first = menuBar("containers\nnotify rancher desktop on\nnotify Docker  on\nnotify Docker off\n");
   first.awaitOutput("Notify me when a container in Rancher Desktop is blocked: on\n");
   first.awaitOutput("Notify me when a container in Docker is blocked: off\n");
+  first.write("notify all off\nnotify rancher desktop on\n");
+  first.awaitOutput("blocked: off\n");
+  first.awaitOutput("Notify me when a container in Rancher Desktop is blocked: on\n");
   first.write("notify Dokcer on\nnotify Docker maybe\ncontainers \"Rancher Desktop\"\n");
   first.awaitOutput("there is no container runtime \"Dokcer\"; containers shows all\n");
   first.awaitOutput("commands: ");

@@ -198,12 +198,17 @@ TEST_F(OstrelAgent, ServesTheCommandsOfTheConsole) {
   auto process = menuBar("press 1\nx" + std::string(5120, ' ') + "quit\npanel\n");
   process.awaitOutput("open the panel first: panel\n");
   process.awaitOutput(
-      "commands: panel, press N, close, containers [NAME], copy WHAT, notify NAME on|off, quit\n");
-  process.awaitOutput("[4] Quit status icon\n");
-  process.write("press 5\npress -1\n");
-  process.awaitOutput("the panel has no button 5\n");
+      "commands: panel, window [PAGE], press N, close, containers [NAME], copy WHAT, notify NAME on|off, "
+      "quit\n");
+  process.awaitOutput("[6] Quit status icon\n");
+  process.write("press 7\npress -1\n");
+  process.awaitOutput("the panel has no button 7\n");
   process.awaitOutput("commands: ");
-  process.write(" press  4 \r\n");
+  process.write("press 2\npress 99\npanel\n");
+  process.awaitOutput(" Ecosystems]");
+  process.awaitOutput("the window has no button 99\n");
+  process.awaitOutput("[6] Quit status icon\n");
+  process.write(" press  6 \r\n");
   EXPECT_EQ(process.end(), 0);
   EXPECT_TRUE(process.output().starts_with("Ostrel Agent: status not reported\n"));
   EXPECT_EQ(process.error(), "");

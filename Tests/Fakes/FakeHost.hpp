@@ -1,11 +1,12 @@
 #pragma once
 
 #include "Platform/UserAccount.hpp"
+#include "Tests/Fakes/FakeAgentWindow.hpp"
 #include "Tests/Fakes/FakeAlerts.hpp"
 #include "Tests/Fakes/FakeBackgroundQueue.hpp"
 #include "Tests/Fakes/FakeBundle.hpp"
 #include "Tests/Fakes/FakeChildProcesses.hpp"
-#include "Tests/Fakes/FakeContainersScreen.hpp"
+#include "Tests/Fakes/FakeFileManager.hpp"
 #include "Tests/Fakes/FakeFiles.hpp"
 #include "Tests/Fakes/FakeLog.hpp"
 #include "Tests/Fakes/FakeMainQueue.hpp"
@@ -55,9 +56,10 @@ struct FakeHost {
   FakeShell shell;
   FakeStatusItem statusItem;
   FakeScreens screens;
-  FakeContainersScreen containersScreen;
+  FakeAgentWindow agentWindow;
   FakeAlerts alerts;
   FakePasteboard pasteboard;
+  FakeFileManager fileManager;
   FakeNetworkPath networkPath;
   FakeSystemWake systemWake;
   FakeSingleInstance menuBarInstance;

@@ -37,8 +37,7 @@ inline std::shared_ptr<MenuBarController> menuBarOn(FakeHost& host, StatusItem& 
       });
   const auto preferences = std::make_shared<ContainerTrustPreferences>(host.userDefaults);
   const auto containers = std::make_shared<ContainersPageController>(
-      ContainersPageController::Services{host.containersScreen, host.pasteboard, host.userNotifications,
-                                         host.log},
+      ContainersPageController::Services{host.pasteboard, host.userNotifications, host.mainQueue, host.log},
       ContainersPageController::Collaborators{
           .reader = std::make_shared<ContainerReader>(
               ContainerReader::Services{host.mainQueue, host.backgroundQueue},
@@ -66,6 +65,19 @@ inline std::shared_ptr<MenuBarController> menuBarOn(FakeHost& host, StatusItem& 
           .records = records,
           .containerTrust = preferences,
           .containers = containers,
+          .window = std::make_shared<AgentWindowController>(
+              AgentWindowController::Services{
+                  .mainQueue = host.mainQueue,
+                  .clock = clock,
+                  .userDefaults = host.userDefaults,
+                  .log = host.log,
+                  .workspace = host.workspace,
+                  .shell = host.shell,
+                  .window = host.agentWindow,
+                  .fileManager = host.fileManager,
+                  .notifications = host.userNotifications,
+              },
+              AgentWindowController::Collaborators{.presenter = presenter, .containers = containers}),
       });
   return {role, role->controller.get()};
 }

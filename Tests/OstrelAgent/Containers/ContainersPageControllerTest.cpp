@@ -30,7 +30,8 @@ struct InterruptedProcesses final : RunningProcesses {
 
 struct ContainersPageControllerTest : testing::Test {
   ContainersPageControllerTest() {
-    controller->start([this](Strings names) { running.push_back(std::move(names)); });
+    controller->start([this](Strings names) { running.push_back(std::move(names)); },
+                      [this] { shown = controller->page().content(); });
   }
 
   void settle() {
@@ -44,29 +45,26 @@ struct ContainersPageControllerTest : testing::Test {
   }
 
   void open() {
-    user.opened();
+    controller->setShown(true);
     settle();
   }
 
-  const ContainersPageContent& shown() const { return host.containersScreen.shown.back(); }
-
   const ContainersPageContent::Detail& selected(const std::string& name) const {
-    user.selected(name);
-    return *shown().detail;
+    controller->select(name);
+    return *shown->detail;
   }
 
   FakeHost host;
-  const ContainersScreenEvents& user = host.containersScreen.user;
   InterruptedProcesses processes;
   std::shared_ptr<ContainersPageController> controller = std::make_shared<ContainersPageController>(
-      ContainersPageController::Services{host.containersScreen, host.pasteboard, host.userNotifications,
-                                         host.log},
+      ContainersPageController::Services{host.pasteboard, host.userNotifications, host.mainQueue, host.log},
       ContainersPageController::Collaborators{
           .reader = std::make_shared<ContainerReader>(
               ContainerReader::Services{host.mainQueue, host.backgroundQueue},
               ContainerDetector::Services{host.workspace, processes, host.files, host.userAccount}),
           .preferences = std::make_shared<ContainerTrustPreferences>(host.userDefaults)});
   std::vector<Strings> running;
+  std::optional<ContainersPageContent> shown;  ///< at the latest change
 };
 
 TEST_F(ContainersPageControllerTest, ReportsTheRunningRuntimesWhenTheirNamesChange) {
@@ -78,16 +76,16 @@ TEST_F(ContainersPageControllerTest, ReportsTheRunningRuntimesWhenTheirNamesChan
   host.workspace.applications[0].launchDate = Date() + 1h;
   refresh();
   EXPECT_EQ(running, (std::vector<Strings>{{"Colima", "Lima"}, {"Colima", "Lima", "UTM"}}));
-  EXPECT_TRUE(host.containersScreen.shown.empty());
+  EXPECT_FALSE(shown) << "none of that is on the page";
   EXPECT_TRUE(host.files.reads.empty());
 }
 
 TEST_F(ContainersPageControllerTest, SaysThatItIsCheckingUntilTheFirstReading) {
-  user.opened();
+  controller->setShown(true);
   host.mainQueue.runAll();
-  EXPECT_EQ(shown().checking, "checking…");
+  EXPECT_EQ(shown->checking, "checking…");
   settle();
-  EXPECT_EQ(shown().checking, "");
+  EXPECT_EQ(shown->checking, "");
 }
 
 TEST_F(ContainersPageControllerTest, StartsNoReadingWhileOneHangs) {
@@ -99,10 +97,10 @@ TEST_F(ContainersPageControllerTest, StartsNoReadingWhileOneHangs) {
 }
 
 TEST_F(ContainersPageControllerTest, OpenedDuringAReadingOfRunningRuntimesGetsItsOwn) {
-  processes.interruption = [this] { user.opened(); };
+  processes.interruption = [this] { controller->setShown(true); };
   refresh();
-  ASSERT_FALSE(host.containersScreen.shown.empty());
-  EXPECT_EQ(shown().sections.size(), 3U);
+  ASSERT_TRUE(shown);
+  EXPECT_EQ(shown->sections.size(), 3U);
 }
 
 TEST_F(ContainersPageControllerTest, ReadsFilesAgainOnlyWhenTheyChanged) {
@@ -146,51 +144,117 @@ TEST_F(ContainersPageControllerTest, KeepsABlockOverReadingsAndIgnoresUnknownRun
   controller->publish(ContainerBlock{{"Kata", "Docker"}, std::nullopt});
   processes.processes = {"colima"};
   refresh();
-  EXPECT_EQ(shown().sections.at(0).rows.size(), 1U);
+  EXPECT_EQ(shown->sections.at(0).rows.size(), 1U);
   controller->publish(std::nullopt);
-  EXPECT_TRUE(shown().sections.at(0).rows.empty());
+  EXPECT_TRUE(shown->sections.at(0).rows.empty());
 }
 
-TEST_F(ContainersPageControllerTest, MarksTheButtonThatCopied) {
+TEST_F(ContainersPageControllerTest, MarksTheButtonThatCopiedForTwoSeconds) {
+  const auto isCopied = [this] { return shown->detail->copyPath.copied == "Copied"; };
+  open();
+  (void)selected("UTM");
+  EXPECT_TRUE(controller->copy(ContainersCopy::bundlePath));
+  EXPECT_EQ(host.pasteboard.content, bundle);
+  host.mainQueue.advance(1500ms);
+  EXPECT_TRUE(controller->copy(ContainersCopy::bundlePath));
+  host.mainQueue.advance(1999ms);
+  EXPECT_TRUE(isCopied()) << "the first copy's time has ended, the second's has not";
+  host.mainQueue.advance(1ms);
+  EXPECT_FALSE(isCopied());
+
+  EXPECT_TRUE(controller->copy(ContainersCopy::bundlePath));
+  (void)selected("UTM");
+  EXPECT_TRUE(isCopied()) << "it is selected already";
+  (void)selected("QEMU");
+  EXPECT_FALSE(isCopied());
+  EXPECT_TRUE(controller->copy(ContainersCopy::bundlePath));
+  controller->choose(ContainerSnippet::compose);
+  EXPECT_FALSE(isCopied());
+  EXPECT_TRUE(controller->copy(ContainersCopy::snippet));
+  EXPECT_EQ(host.pasteboard.content, textOf(ContainerSnippet::compose));
+  controller->select("");
+  EXPECT_FALSE(shown->detail);
+
+  EXPECT_TRUE(controller->copy(ContainersCopy::bundlePath));
+  host.pasteboard.refuses = true;
+  (void)selected("UTM");
+  EXPECT_FALSE(controller->copy(ContainersCopy::bundlePath));
+  EXPECT_FALSE(isCopied());
+  controller->copy(ContainersCopy::bundlePath);
+  controller.reset();
+  host.mainQueue.advance(2s);
+}
+
+TEST_F(ContainersPageControllerTest, CopiesTheGuestCommandOfTheLatestReading) {
   host.files.put(bundle, "MII");
   open();
-  EXPECT_FALSE(user.copyPressed(ContainersCopy::setupCommand));
-  EXPECT_EQ(host.pasteboard.content, std::nullopt);
+  EXPECT_FALSE(controller->copy(ContainersCopy::guestCommand)) << "none is selected";
   (void)selected("UTM");
-  EXPECT_TRUE(user.copyPressed(ContainersCopy::guestCommand));
+  host.files.readError = PlatformError{posixErrorDomain, EACCES, "Permission denied"};
+  EXPECT_TRUE(controller->copy(ContainersCopy::guestCommand)) << "as it is shown";
   EXPECT_EQ(host.pasteboard.content, ContainerRuntime::guestCommand("MII"));
-  EXPECT_EQ(shown().detail->guest->button.copied, "Copied");
-  EXPECT_EQ(selected("QEMU").guest->button.copied, "");
-  EXPECT_TRUE(user.copyPressed(ContainersCopy::bundlePath));
-  EXPECT_EQ(host.pasteboard.content, bundle);
-  user.snippetChosen(ContainerSnippet::compose);
-  EXPECT_TRUE(user.copyPressed(ContainersCopy::snippet));
-  EXPECT_EQ(host.pasteboard.content, textOf(ContainerSnippet::compose));
+  host.pasteboard.content.reset();
+  host.files.put(bundle, "MII 2");
+  refresh();
+  EXPECT_FALSE(controller->copy(ContainersCopy::guestCommand));
+  EXPECT_EQ(host.pasteboard.content, std::nullopt);
+}
+
+TEST_F(ContainersPageControllerTest, ASelectedRuntimeMayMoveToAnotherSection) {
+  open();
+  (void)selected("Colima");
+  controller->publish(ContainerBlock{{"Colima"}, std::nullopt});
+  EXPECT_TRUE(shown->sections.at(0).rows.at(0).isSelected);
+  EXPECT_FALSE(shown->detail->blocked.empty());
+  controller->publish(std::nullopt);
+  EXPECT_EQ(shown->detail->name, "Colima");
 }
 
 TEST_F(ContainersPageControllerTest, ShowsANotificationSwitchAsItIsStored) {
   open();
   EXPECT_FALSE(selected("Podman").isNotifyOn);
-  EXPECT_TRUE(user.notifySwitched("Podman", true));
-  EXPECT_TRUE(shown().detail->isNotifyOn);
+  EXPECT_TRUE(controller->setNotify("Podman", true));
+  EXPECT_TRUE(shown->detail->isNotifyOn);
   host.userDefaults.writeError = PlatformError{posixErrorDomain, ENOSPC, "No space left on device"};
-  EXPECT_FALSE(user.notifySwitched("Podman", false));
-  EXPECT_TRUE(shown().detail->isNotifyOn);
+  EXPECT_FALSE(controller->setNotify("Podman", false));
+  EXPECT_TRUE(shown->detail->isNotifyOn);
   EXPECT_EQ(host.log.lines,
             Strings{"ostrel: could not store the notification preference: No space left on device"});
 }
 
-TEST_F(ContainersPageControllerTest, SaysWhyNoNotificationAppears) {
+TEST_F(ContainersPageControllerTest, SwitchesTheNotificationsOfAllListedRuntimes) {
+  host.workspace.installed = {"com.docker.docker"};
+  processes.processes = {"colima"};
+  open();
+  (void)selected("Colima");
+  EXPECT_TRUE(controller->setNotify("Podman", true));
+  EXPECT_TRUE(controller->setAllNotify(true));
+  EXPECT_EQ(controller->page().notify, (std::set<std::string>{"Colima", "Docker", "Podman"}));
+  EXPECT_TRUE(shown->detail->isNotifyOn);
+  EXPECT_TRUE(controller->setAllNotify(false));
+  EXPECT_EQ(controller->page().notify, std::set<std::string>());
+  EXPECT_FALSE(shown->detail->isNotifyOn);
+}
+
+TEST_F(ContainersPageControllerTest, SaysWhyNoNotificationAppearsOnceThatIsKnown) {
   using enum NotificationAuthorization;
+  constexpr auto provisional = static_cast<NotificationAuthorization>(3);
+  const auto off = "Notifications for Ostrel Agent are off in macOS.";
   open();
   (void)selected("Podman");
   for (const auto& [answer, text] :
-       {std::pair(denied, "Notifications for Ostrel Agent are off in macOS."), std::pair(authorized, ""),
-        std::pair(notDetermined, "macOS has not asked you about notifications for Ostrel Agent yet.")}) {
+       {std::pair(denied, off), std::pair(authorized, ""),
+        std::pair(notDetermined, "macOS has not asked you about notifications for Ostrel Agent yet."),
+        std::pair(provisional, ""), std::pair(denied, off)}) {
     host.userNotifications.authorization = answer;
     refresh();
-    EXPECT_EQ(shown().authorization, text);
+    EXPECT_EQ(shown->authorization, text);
   }
+  controller->setShown(false);
+  controller->setShown(true);
+  EXPECT_EQ(shown->authorization, "") << "what was known may be outdated";
+  settle();
+  EXPECT_EQ(shown->authorization, off);
 }
 
 }  // namespace

@@ -37,6 +37,8 @@ struct MenuBarContainersTest : testing::Test {
     runBackground();
   }
 
+  void openContainers() { host.statusItem.press(PanelButton::opening(AgentPage::containers)); }
+
   const std::string& row() const { return host.screens.panels.back().protection->containers.state.text; }
 
   Texts posted() {
@@ -48,8 +50,7 @@ struct MenuBarContainersTest : testing::Test {
   /// The runtimes in the first section of the page.
   Texts blocked() const {
     Texts names;
-    for (const auto& each : host.containersScreen.shown.back().sections.at(0).rows)
-      names.push_back(each.name);
+    for (const auto& each : host.agentWindow.containers().sections.at(0).rows) names.push_back(each.name);
     return names;
   }
 
@@ -84,7 +85,7 @@ TEST_F(MenuBarContainersTest, AReadingThatHangsDelaysNoStatusAndIsTheOnlyOne) {
   runStatus();
   EXPECT_EQ(shown(), "Ostrel Agent: protected");
   controller->togglePanel();
-  host.containersScreen.user.opened();
+  openContainers();
   const auto waiting = host.backgroundQueue.countWaiting();
   report(blockedReportText("not_protected"));
   for (int tick = 0; tick < 12; ++tick) {
@@ -92,7 +93,7 @@ TEST_F(MenuBarContainersTest, AReadingThatHangsDelaysNoStatusAndIsTheOnlyOne) {
     runStatus();
   }
   EXPECT_EQ(shown(), "Ostrel Agent: not protected");
-  EXPECT_EQ(host.containersScreen.shown.back().checking, "checking…");
+  EXPECT_EQ(host.agentWindow.containers().checking, "checking…");
   EXPECT_LE(host.backgroundQueue.countWaiting(), waiting + 1) << "a record at most";
   runBackground();
   EXPECT_EQ(blocked(), Texts({"Colima", "Podman"}));
@@ -102,12 +103,12 @@ TEST_F(MenuBarContainersTest, BlockedRuntimesThatTheUserChoseAreReportedOnceADay
   const Texts both = {"A container in Podman was blocked", "A container in Colima was blocked"};
   const auto start = host.clock.now();
   controller->start();
-  host.containersScreen.user.opened();
+  openContainers();
   report(blockedReportText());
   refresh();
   EXPECT_EQ(posted(), Texts()) << "the user wants none";
   for (const auto* runtime : {"Colima", "Podman", "Docker"}) {
-    EXPECT_TRUE(host.containersScreen.user.notifySwitched(runtime, true));
+    EXPECT_TRUE(host.agentWindow.user.notifySwitched(runtime, true));
   }
   refresh();
   EXPECT_EQ(posted(), both);
@@ -120,7 +121,7 @@ TEST_F(MenuBarContainersTest, BlockedRuntimesThatTheUserChoseAreReportedOnceADay
   refresh();
   EXPECT_EQ(blocked(), Texts({"Colima", "Podman"}));
   EXPECT_EQ(posted(), Texts());
-  EXPECT_TRUE(host.containersScreen.user.notifySwitched("Podman", false));
+  EXPECT_TRUE(host.agentWindow.user.notifySwitched("Podman", false));
   host.clock.set(start + 24h + 1min);
   refresh();
   refresh();

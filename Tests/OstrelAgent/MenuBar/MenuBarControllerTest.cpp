@@ -110,9 +110,9 @@ TEST_F(MenuBarControllerTest, DrawsTheIconForTheAppearanceOfTheMenuBar) {
 
 TEST_F(MenuBarControllerTest, QuitsFromTheMenuAndFromThePanel) {
   controller->start();
-  ASSERT_EQ(host.statusItem.menu.size(), 2U) << "only actions with a callback are in the menu";
-  EXPECT_EQ(host.statusItem.menu[1].title, "Quit status icon");
-  host.statusItem.press(host.statusItem.menu[1]);
+  ASSERT_EQ(host.statusItem.menu.size(), 3U);
+  EXPECT_EQ(host.statusItem.menu[2].title, "Quit status icon");
+  host.statusItem.press(host.statusItem.menu[2]);
   EXPECT_EQ(host.shell.terminations, 1);
   controller->togglePanel();
   host.screens.press(panel().moreButtons.back());
