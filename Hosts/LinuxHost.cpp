@@ -140,13 +140,11 @@ class LinuxShell {
       .shell = desktop_ ? desktop_->shell() : consoleShell_,
       .statusItem = desktop_ ? desktop_->statusItem() : consoleStatusItem_,
       .screens = desktop_ ? desktop_->screens() : consoleScreens_,
-      // MERGE: desktop_ ? desktop_->agentWindow() : consoleAgentWindow_
-      .agentWindow = consoleAgentWindow_,
+      .agentWindow = desktop_ ? desktop_->agentWindow() : consoleAgentWindow_,
       .onboardingWindow = desktop_ ? desktop_->onboardingWindow() : consoleOnboardingWindow_,
       .alerts = desktop_ ? desktop_->alerts() : consoleAlerts_,
       .pasteboard = desktop_ ? desktop_->pasteboard() : consolePasteboard_,
-      // MERGE: desktop_ ? desktop_->fileManager() : consoleFileManager_
-      .fileManager = consoleFileManager_,
+      .fileManager = desktop_ ? desktop_->fileManager() : consoleFileManager_,
       .userNotifications = userNotifications_,
       .systemWake = systemWake_,
   };
