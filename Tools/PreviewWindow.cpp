@@ -32,7 +32,7 @@ static Json json(const Content::Notifications::Switch& toggle) {
 static Json json(const Content::SidebarItem& item) {
   return {{"page", nameOf(item.page)},
           {"title", item.title},
-          {"mark", jsonOrNull(item.mark, [](const auto& mark) { return Json(nameOf(mark)); })}};
+          {"state", jsonOrNull(item.state, [](const auto& state) { return json(state); })}};
 }
 
 static Json json(const Content::SidebarSection& section) {

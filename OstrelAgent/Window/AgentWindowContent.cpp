@@ -40,20 +40,20 @@ const PageRow& rowOf(AgentPage page) { return pages.at(static_cast<std::size_t>(
 
 bool isGeneral(AgentPage page) { return page == AgentPage::notifications || page == AgentPage::help; }
 
-/// The mark of a page of the device; the report is known.
-RowState::Case markOf(AgentPage page, const StatusPanelModel& model) {
+/// The state of what a page of the device shows; the report is known.
+RowState stateOf(AgentPage page, const StatusPanelModel& model) {
   const auto& snapshot = model.snap;
   switch (page) {
     case AgentPage::containers:
-      return containersState(snapshot, model.runningContainerRuntimes).kind;
+      return containersState(snapshot, model.runningContainerRuntimes);
     case AgentPage::egressLock:
-      return egressLockState(snapshot).kind;
+      return egressLockState(snapshot);
     case AgentPage::identity:
-      return credentialState(snapshot).kind;
+      return credentialState(snapshot);
     case AgentPage::health:
-      return healthRollup(components(snapshot)).kind;
+      return healthRollup(components(snapshot));
     default:
-      return guardRollup(snapshot).kind;
+      return guardRollup(snapshot);
   }
 }
 
@@ -68,7 +68,7 @@ AgentWindowContent::Sidebar sidebarOf(const StatusPanelModel& model, const Panel
                       {std::string(Copy::windowSectionGeneral.text()), {}}};
   for (const auto& row : pages) {
     AgentWindowContent::SidebarItem item{row.page, std::string(row.title.text()), std::nullopt};
-    if (hasReport && !isGeneral(row.page)) item.mark = markOf(row.page, model);
+    if (hasReport && !isGeneral(row.page)) item.state = stateOf(row.page, model);
     sidebar.sections[isGeneral(row.page) ? 1 : 0].items.push_back(std::move(item));
   }
   return sidebar;

@@ -17,7 +17,7 @@ struct AgentWindowContent {
   struct SidebarItem {
     AgentPage page = AgentPage::ecosystems;
     std::string title;
-    std::optional<RowState::Case> mark;  ///< nullopt on general pages and while no report is known
+    std::optional<RowState> state;  ///< nullopt on general pages and while no report is known
 
     bool operator==(const SidebarItem&) const = default;
   };

@@ -39,7 +39,7 @@ class WindowPrinter {
     std::vector<std::string> items;
     for (const auto& section : content_.sidebar.sections) {
       for (const auto& item : section.items) {
-        const auto mark = item.mark ? statePrefix(*item.mark) : std::string();
+        const auto mark = item.state ? statePrefix(item.state->kind) : std::string();
         items.push_back(item.page == content_.page ? "[" + mark + item.title + "]" : mark + item.title);
       }
     }

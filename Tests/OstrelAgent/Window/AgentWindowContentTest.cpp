@@ -58,7 +58,7 @@ std::string sidebar(const Content& content) {
   std::string text = content.sidebar.header.word + "/" + content.sidebar.enrolment + "/";
   for (const auto& section : content.sidebar.sections) {
     for (const auto& item : section.items) {
-      text += item.title + (item.mark ? " " + std::string(nameOf(*item.mark)) : "") + "|";
+      text += item.title + (item.state ? " " + std::string(nameOf(item.state->kind)) : "") + "|";
     }
   }
   return text;

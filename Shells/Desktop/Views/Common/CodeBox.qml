@@ -37,6 +37,7 @@ Rectangle {
         font.family: Theme.codeFamily
         font.pixelSize: Tokens.captionSize
         Accessible.role: Accessible.EditableText
+        Accessible.ignored: !visible
         Accessible.readOnly: true
         Accessible.multiLine: true
         Accessible.name: box.name

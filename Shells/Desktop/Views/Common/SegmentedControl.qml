@@ -36,6 +36,7 @@ Item {
     Keys.onLeftPressed: move(-1)
     Keys.onRightPressed: move(1)
     Accessible.role: Accessible.Grouping
+    Accessible.ignored: !visible
     Accessible.name: name
     Accessible.focusable: true
 
@@ -71,6 +72,7 @@ Item {
                 color: "transparent"
                 clip: true
                 Accessible.role: Accessible.RadioButton
+                Accessible.ignored: !visible
                 Accessible.name: title
                 Accessible.checkable: true
                 Accessible.checked: isChosen

@@ -28,6 +28,7 @@ Item {
     Keys.onReturnPressed: event => press(event)
     Keys.onEnterPressed: event => press(event)
     Accessible.role: Accessible.CheckBox
+    Accessible.ignored: !visible
     Accessible.name: name
     Accessible.focusable: enabled
     Accessible.checkable: true

@@ -15,8 +15,11 @@ SidebarItemValue valueOf(const Content::SidebarItem& item) {
   SidebarItemValue value;
   value.page = static_cast<int>(item.page);
   value.title = textOf(item.title);
-  value.hasMark = item.mark.has_value();
-  if (item.mark) value.kind = statekind::kindOf(*item.mark);
+  value.hasMark = item.state.has_value();
+  value.accessibleName = value.title;
+  if (!item.state) return value;
+  value.kind = statekind::kindOf(item.state->kind);
+  if (!item.state->text.empty()) value.accessibleName += QStringLiteral(", ") + textOf(item.state->text);
   return value;
 }
 

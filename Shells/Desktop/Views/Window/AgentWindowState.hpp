@@ -21,6 +21,7 @@ struct SidebarItemValue {
   Q_PROPERTY(QString title MEMBER title)
   Q_PROPERTY(bool hasMark MEMBER hasMark)
   Q_PROPERTY(int kind MEMBER kind)
+  Q_PROPERTY(QString accessibleName MEMBER accessibleName)
 
  public:
   int page = 0;     ///< an `AgentPage`
@@ -28,6 +29,7 @@ struct SidebarItemValue {
   QString title;
   bool hasMark = false;
   int kind = statekind::Info;
+  QString accessibleName;
 
   bool operator==(const SidebarItemValue&) const = default;
 };

@@ -6,13 +6,25 @@ Column {
     id: pane
 
     required property AgentWindowState agent
+    // Only the keyboard shows where the focus is.
+    property bool showsFocus: true
+
+    function move(by: int): void {
+        showsFocus = true;
+        agent.moveRuntime(by);
+    }
 
     topPadding: 8
     bottomPadding: 12
     activeFocusOnTab: true
-    Keys.onUpPressed: agent.moveRuntime(-1)
-    Keys.onDownPressed: agent.moveRuntime(1)
+    Keys.onUpPressed: move(-1)
+    Keys.onDownPressed: move(1)
+    onActiveFocusChanged: {
+        if (!activeFocus)
+            showsFocus = true;
+    }
     Accessible.role: Accessible.List
+    Accessible.ignored: !visible
     Accessible.name: agent.detail.name || agent.title
     Accessible.focusable: true
 
@@ -33,6 +45,7 @@ Column {
         Column {
             id: runtime
             required property runtimeValue entry
+            required property int index
             width: pane.width
 
             Label {
@@ -90,12 +103,14 @@ Column {
                 FocusRing {
                     anchors.margins: 1
                     radius: 5
-                    visible: pane.activeFocus && runtime.entry.isSelected
+                    // Without a selection at the first one, which the arrow keys select.
+                    visible: pane.activeFocus && pane.showsFocus && (runtime.entry.isSelected || (pane.agent.detail.name === "" && runtime.index === 0))
                 }
                 MouseArea {
                     anchors.fill: parent
                     onClicked: {
                         pane.forceActiveFocus();
+                        pane.showsFocus = false;
                         pane.agent.runtimeSelected(runtime.entry.name);
                     }
                 }

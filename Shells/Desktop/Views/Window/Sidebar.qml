@@ -7,9 +7,16 @@ Rectangle {
 
     required property AgentWindowState agent
     readonly property int count: items.count
+    // Only the keyboard shows where the focus is.
+    property bool showsFocus: false
 
     function takeFocus(): void {
         list.forceActiveFocus();
+        showsFocus = false;
+    }
+    function move(by: int): void {
+        showsFocus = true;
+        agent.movePage(by);
     }
     function choose(index: int): void {
         agent.choosePage(items.itemAt(index).entry.page);
@@ -71,8 +78,12 @@ Rectangle {
         anchors.bottom: parent.bottom
         contentHeight: column.height + 16
         activeFocusOnTab: true
-        Keys.onUpPressed: sidebar.agent.movePage(-1)
-        Keys.onDownPressed: sidebar.agent.movePage(1)
+        Keys.onUpPressed: sidebar.move(-1)
+        Keys.onDownPressed: sidebar.move(1)
+        onActiveFocusChanged: {
+            if (!activeFocus)
+                sidebar.showsFocus = true;
+        }
         // What is chosen is spoken when the list gets the focus, and when that changes.
         Accessible.role: Accessible.List
         Accessible.name: sidebar.agent.title
@@ -112,7 +123,7 @@ Rectangle {
                         radius: 6
                         color: item.isShown ? Tokens.selection : "transparent"
                         Accessible.role: Accessible.ListItem
-                        Accessible.name: item.entry.title
+                        Accessible.name: item.entry.accessibleName
                         Accessible.selectable: true
                         Accessible.selected: item.isShown
                         Accessible.onPressAction: sidebar.agent.choosePage(item.entry.page)
@@ -142,7 +153,7 @@ Rectangle {
                         FocusRing {
                             anchors.margins: 1
                             radius: 5
-                            visible: item.isShown && list.activeFocus
+                            visible: item.isShown && list.activeFocus && sidebar.showsFocus
                         }
                         MouseArea {
                             anchors.fill: parent

@@ -119,9 +119,7 @@ class AgentWindowTest : public ViewTest {
     if (!made) throw std::runtime_error(made.error());
     view = std::move(*made);
   }
-  ~AgentWindowTest() override {
-    EXPECT_EQ(window().isVisible() ? unspoken() : Strings(), Strings());
-  }
+  ~AgentWindowTest() override { EXPECT_EQ(window().isVisible() ? unspoken() : Strings(), Strings()); }
 
   void open(const Mac& mac, AgentPage page, WindowSize size = {780, 540}) {
     view->open(mac.content(page), size, theme);
@@ -201,8 +199,8 @@ TEST_F(AgentWindowTest, TheKeyboardReachesEveryPageAndControl) {
   press(Qt::Key_8, Qt::ControlModifier);
   EXPECT_EQ(chosen, (std::vector{AgentPage::notifications, AgentPage::identity, AgentPage::containers}));
   EXPECT_EQ(tabStops(), (Strings{"Health", "Capture, Network filter is off", "Turn on network filter",
-                                 "Credential, ost_…9f", "Runtime trust, covered",
-                                 "Capture set, in sync", "Device CA, not trusted", "Re-trust CA…"}));
+                                 "Credential, ost_…9f", "Runtime trust, covered", "Capture set, in sync",
+                                 "Device CA, not trusted", "Re-trust CA…"}));
   show(mac, AgentPage::containers);
   EXPECT_EQ(tabStops(),
             (Strings{"Containers", "Podman", "Podman", "Copy setup command", "Reveal bundle in Finder",
@@ -241,7 +239,7 @@ TEST_F(AgentWindowTest, EveryControlDoesWhatItSays) {
   click("Send to admin");
   EXPECT_EQ(did, (Strings{"Allow notifications…", "all on", "Docker on", "Check now", "Install…",
                           "Send to admin"}));
-  click("Ecosystems");
+  click("Ecosystems, not protecting");
   EXPECT_EQ(chosen, std::vector{AgentPage::ecosystems});
 }
 
