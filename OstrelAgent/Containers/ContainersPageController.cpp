@@ -92,8 +92,8 @@ bool ContainersPageController::setNotify(const std::string& runtime, bool isOn) 
 }
 
 bool ContainersPageController::setAllNotify(bool isOn) {
-  return report(
-      collaborators_.preferences->setAll(isOn ? page().listedForNotifications() : std::set<std::string>()));
+  const auto wanted = isOn ? page().listedForNotifications() : std::set<std::string>();
+  return (!isOn || !wanted.empty()) && report(collaborators_.preferences->setAll(wanted));
 }
 
 /// Shows a choice as it is stored.

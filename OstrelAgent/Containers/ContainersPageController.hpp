@@ -68,7 +68,7 @@ class ContainersPageController : public std::enable_shared_from_this<ContainersP
   /// False when nothing was copied.
   bool copy(ContainersCopy what);
 
-  // Both return false when the choice was not stored.
+  // Both return false when the choice was not stored. All cannot be switched on while none is listed.
   bool setNotify(const std::string& runtime, bool isOn);
   bool setAllNotify(bool isOn);
 

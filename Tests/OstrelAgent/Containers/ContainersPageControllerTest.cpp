@@ -223,6 +223,7 @@ TEST_F(ContainersPageControllerTest, ShowsANotificationSwitchAsItIsStored) {
 }
 
 TEST_F(ContainersPageControllerTest, SwitchesTheNotificationsOfAllListedRuntimes) {
+  EXPECT_FALSE(controller->setAllNotify(true)) << "none is listed";
   host.workspace.installed = {"com.docker.docker"};
   processes.processes = {"colima"};
   open();
