@@ -66,7 +66,7 @@ class ConsoleAgentWindow final : public AgentWindow {
   void print();
   void perform(const WindowButton& button);
   void switchAllNotifications(bool isOn);
-  void tellSwitch(bool isStored, const std::string& label, bool isOn);
+  void tellSwitch(bool isStored, const std::string& label, bool isOn, const char* failure);
   std::optional<std::string> runtimeNamed(std::string_view name);
 
   StandardStreams& streams_;

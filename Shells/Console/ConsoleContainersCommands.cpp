@@ -40,17 +40,18 @@ void ConsoleAgentWindow::switchNotification(std::string_view runtime, bool isOn)
   const auto name = runtimeNamed(runtime);
   if (!name) return;
   const Quiet quiet(isQuiet_);
-  tellSwitch(events_.notifySwitched(*name, isOn), Copy::containerTrustNotifyFor.with(*name), isOn);
+  tellSwitch(events_.notifySwitched(*name, isOn), Copy::containerTrustNotifyFor.with(*name), isOn,
+             "the setting could not be stored");
 }
 
 void ConsoleAgentWindow::switchAllNotifications(bool isOn) {
   const Quiet quiet(isQuiet_);
-  tellSwitch(events_.allNotifySwitched(isOn), std::string(Copy::notificationsMaster.text()), isOn);
+  tellSwitch(events_.allNotifySwitched(isOn), std::string(Copy::notificationsMaster.text()), isOn,
+             "the setting was not stored; window notifications shows the runtimes that can be switched");
 }
 
-void ConsoleAgentWindow::tellSwitch(bool isStored, const std::string& label, bool isOn) {
-  streams_.writeOutput(isStored ? label + (isOn ? ": on\n" : ": off\n")
-                                : "the setting could not be stored\n");
+void ConsoleAgentWindow::tellSwitch(bool isStored, const std::string& label, bool isOn, const char* failure) {
+  streams_.writeOutput((isStored ? label + (isOn ? ": on" : ": off") : failure) + "\n");
 }
 
 /// The table's name of a runtime in any case; prints a sentence and returns nullopt when there is none.

@@ -135,7 +135,7 @@ void ConsoleShell::press(std::size_t number) {
     case ConsolePress::noSuchButton:
       return streams_.writeOutput(name + " has no button " + std::to_string(number) + "\n");
     case ConsolePress::disabled:
-      return streams_.writeOutput("this button is at work\n");
+      return streams_.writeOutput("this button cannot be pressed now\n");
   }
 }
 

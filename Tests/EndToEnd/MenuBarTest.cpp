@@ -195,6 +195,7 @@ TEST_F(OstrelAgent, ChecksInOnceAfterAWakeIfTheNetworkIsUp) {
 }
 
 TEST_F(OstrelAgent, ServesTheCommandsOfTheConsole) {
+  control({"scenario", "protected"});
   auto process = menuBar("press 1\nx" + std::string(5120, ' ') + "quit\npanel\n");
   process.awaitOutput("open the panel first: panel\n");
   process.awaitOutput(
@@ -205,7 +206,7 @@ TEST_F(OstrelAgent, ServesTheCommandsOfTheConsole) {
   process.awaitOutput("the panel has no button 7\n");
   process.awaitOutput("commands: ");
   process.write("press 2\npress 99\npanel\n");
-  process.awaitOutput(" Ecosystems]");
+  process.awaitOutput("Ecosystems]");
   process.awaitOutput("the window has no button 99\n");
   process.awaitOutput("[6] Quit status icon\n");
   process.write(" press  6 \r\n");
