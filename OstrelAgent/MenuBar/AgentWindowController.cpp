@@ -63,23 +63,28 @@ AgentWindowEvents AgentWindowController::events() {
 }
 
 void AgentWindowController::open(std::optional<AgentPage> page) {
-  if (!model_) model_ = settings_.read();
-  turnTo(page.value_or(model_->page));
+  turnTo(page.value_or(model().page));
   collaborators_.presenter->close();
   services_.shell.setActivationPolicy(ActivationPolicy::regular);
   services_.shell.setMainMenu(mainMenuForEditing());
   services_.shell.activate();
   isOpen_ = true;
-  services_.window.open(content(), model_->size);
+  services_.window.open(content(), model().size);
 }
 
 void AgentWindowController::draw() {
   if (isOpen_) services_.window.update(content());
 }
 
-AgentWindowContent AgentWindowController::content() const {
+/// Read from the settings at the first use.
+AgentWindowModel& AgentWindowController::model() {
+  if (!model_) model_ = settings_.read();
+  return *model_;
+}
+
+AgentWindowContent AgentWindowController::content() {
   auto& presenter = *collaborators_.presenter;
-  return agentWindowContent(model_->page, {.model = presenter.model(),
+  return agentWindowContent(model().page, {.model = presenter.model(),
                                            .containers = collaborators_.containers->page(),
                                            .now = services_.clock.now(),
                                            .times = presenter.times(),
@@ -88,9 +93,9 @@ AgentWindowContent AgentWindowController::content() const {
 
 /// Makes a page the remembered one; one that was not shown is read anew.
 void AgentWindowController::turnTo(AgentPage page) {
-  const bool isOther = page != model_->page;
+  const bool isOther = page != model().page;
   if (isOpen_ && !isOther) return;
-  model_->page = page;
+  model().page = page;
   if (isOther) settings_.storePage(page);
   collaborators_.containers->setShown(showsContainers(page));
 }
@@ -137,13 +142,13 @@ void AgentWindowController::revealBundle() {
 }
 
 void AgentWindowController::activated() {
-  if (isOpen_ && showsContainers(model_->page)) collaborators_.containers->readAuthorization();
+  if (isOpen_ && showsContainers(model().page)) collaborators_.containers->readAuthorization();
 }
 
 void AgentWindowController::resized(const WindowSize& size) {
-  model_->size = atLeastSmallest(size);
+  model().size = atLeastSmallest(size);
   sizeToken_ = services_.mainQueue.after(sizeDelay, [weak = weak_from_this()] {
-    if (const auto self = weak.lock()) self->settings_.storeSize(self->model_->size);
+    if (const auto self = weak.lock()) self->settings_.storeSize(self->model().size);
   });
 }
 

@@ -61,7 +61,8 @@ class AgentWindowController : public std::enable_shared_from_this<AgentWindowCon
 
  private:
   AgentWindowEvents events();
-  AgentWindowContent content() const;
+  AgentWindowModel& model();
+  AgentWindowContent content();
   void turnTo(AgentPage page);
   void closed();
   void perform(PageAction action);
@@ -74,7 +75,7 @@ class AgentWindowController : public std::enable_shared_from_this<AgentWindowCon
   Collaborators collaborators_;
   AgentWindowSettings settings_;
   StatusPanelActions actions_;
-  std::optional<AgentWindowModel> model_;  ///< read when the window first opens
+  std::optional<AgentWindowModel> model_;  ///< nullopt until `model` is first asked for
   ScheduledWork sizeToken_;                ///< stores the size
   bool isOpen_ = false;
 };

@@ -146,28 +146,14 @@ TEST_F(ConsoleAgentWindowTest, PressesWhatTheTextNumbers) {
                    PageButton::of(PageAction::openNotificationSettings).title, "copy 3"}));
 }
 
-TEST_F(ConsoleAgentWindowTest, PrintsTheListOrTheDetailOfTheContainersAlone) {
+TEST_F(ConsoleAgentWindowTest, AfterTheContainersAloneAnotherPageIsPrintedAsUsual) {
   next = containersPage();
-  window.openContainers("");
-  const auto list = printed();
-  EXPECT_TRUE(list.starts_with("\nNot installed\n")) << list;
-  EXPECT_TRUE(list.contains("docker run"));
   window.openContainers("colima");
   EXPECT_EQ(done.back(), "select Colima");
   EXPECT_TRUE(printed().starts_with("\nColima\n"));
   EXPECT_EQ(window.press(1), ConsolePress::noSuchButton) << "words are typed instead";
-  window.openContainers("Colimo");
-  EXPECT_EQ(printed(), "there is no container runtime \"Colimo\"; containers shows all\n");
   window.update(helpPage());
-  EXPECT_TRUE(printed().contains("[2] Send to admin")) << "another page is printed as usual";
-}
-
-TEST_F(ConsoleAgentWindowTest, SwitchesARuntimeOrAllWithoutAnOpenWindow) {
-  window.switchNotification("docker", true);
-  EXPECT_EQ(printed(), "Notify me when a container in Docker is blocked: on\n");
-  window.switchNotification("all", false);
-  EXPECT_TRUE(printed().ends_with(": off\n"));
-  EXPECT_EQ(done, (Texts{"Docker on", "all off"}));
+  EXPECT_TRUE(printed().contains("[2] Send to admin"));
 }
 
 }  // namespace
