@@ -2,7 +2,9 @@
 
 #include <QCoreApplication>
 #include <QDBusMessage>
+#include <QDBusVariant>
 #include <QEventLoop>
+#include <QProcess>
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
@@ -14,6 +16,7 @@
 #include "Benchmarks/HostRootFolder.hpp"
 #include "Benchmarks/Process.hpp"
 #include "OstrelAgent/MenuBar/MenuBarController.hpp"
+#include "Shells/Desktop/Shell/StatusItemMenu.hpp"
 #include "Tests/Shells/Desktop/Shell/SignalRecorder.hpp"
 #include "Tests/Shells/Desktop/Shell/TrayWatcher.hpp"
 
@@ -63,6 +66,27 @@ class Tray {
     waitFor(std::chrono::milliseconds(100));
   }
 
+  /// As from the item's menu, whose second entry it is.
+  void openWindow() {
+    auto call =
+        QDBusMessage::createMethodCall(watcher_.items.last(), QLatin1String(StatusItemMenu::path),
+                                       QStringLiteral("com.canonical.dbusmenu"), QStringLiteral("Event"));
+    const QVariant nothing = QVariant::fromValue(QDBusVariant(0));
+    bus_.call(call << 2 << QStringLiteral("clicked") << nothing << 0U);
+    waitFor(std::chrono::milliseconds(150));
+  }
+
+  /// As the user does, by the Escape key.
+  static void closeWindow() {
+    const auto status = QProcess::execute(
+        QStringLiteral("xdotool"),
+        {QStringLiteral("search"), QStringLiteral("--sync"), QStringLiteral("--onlyvisible"),
+         QStringLiteral("--name"), QStringLiteral("^Ostrel Agent$"), QStringLiteral("key"),
+         QStringLiteral("--window"), QStringLiteral("%1"), QStringLiteral("Escape")});
+    if (status != 0) throw std::runtime_error("the agent window does not show");
+    waitFor(std::chrono::milliseconds(100));
+  }
+
   const Process& agent() const { return *agent_; }
   qsizetype signalCount() const { return signals_.signalsTaken.size(); }
 
@@ -73,6 +97,19 @@ class Tray {
                           QStringLiteral("org.kde.StatusNotifierItem")};
   std::optional<Process> agent_;
 };
+
+void measureWindow(Tray& tray, int openings, DesktopFigures& figures) {
+  std::uint64_t second = 0;
+  for (int i = 0; i < openings; ++i) {
+    tray.openWindow();
+    figures.windowResidentKiB = tray.agent().memoryKiB("Rss");
+    Tray::closeWindow();
+    if (i == 1) second = tray.agent().memoryKiB("Rss");
+  }
+  figures.closedResidentKiB = tray.agent().memoryKiB("Rss");
+  figures.windowGrowthKiB =
+      static_cast<std::int64_t>(figures.closedResidentKiB) - static_cast<std::int64_t>(second);
+}
 
 }  // namespace
 
@@ -107,6 +144,7 @@ DesktopFigures measureDesktop(int starts, int openings) {
   figures.openedResidentKiB = tray.agent().memoryKiB("Rss");
   figures.growthKiB =
       static_cast<std::int64_t>(figures.openedResidentKiB) - static_cast<std::int64_t>(second);
+  measureWindow(tray, openings, figures);
   return figures;
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "OstrelAgent/Panel/PanelContent.hpp"
+#include "OstrelAgent/Window/AgentWindowContent.hpp"
 
 namespace ostrel {
 
@@ -17,16 +18,21 @@ struct DesktopFigures {
   double signalsOfRefreshes = 0;        ///< D-Bus signals while nothing changes
   std::uint64_t openedResidentKiB = 0;  ///< after the panel has been opened and closed often
   std::int64_t growthKiB = 0;           ///< since it was closed for the second time
+  std::uint64_t windowResidentKiB = 0;  ///< with the agent window open
+  std::uint64_t closedResidentKiB = 0;  ///< after the agent window has been opened and closed often
+  std::int64_t windowGrowthKiB = 0;     ///< since it was closed for the second time
 };
 DesktopFigures measureDesktop(int starts, int openings);
 
 /// A process's first window, including loading the drawing libraries: milliseconds to the first frame,
 /// medians over that many processes. Call it before the toolkit is used.
 struct FirstOpeningFigures {
-  double panelMilliseconds = 0;       ///< from the click
+  double panelMilliseconds = 0;  ///< from the click
+  double agentWindowMilliseconds = 0;
   double bareWindowMilliseconds = 0;  ///< a window with one rectangle
 };
-FirstOpeningFigures measureFirstOpening(const PanelContent& content, int processes);
+FirstOpeningFigures measureFirstOpening(const PanelContent& content, const AgentWindowContent& window,
+                                        int processes);
 
 /// The same in this process, once the views are loaded.
 struct OpeningFigures {
@@ -34,5 +40,13 @@ struct OpeningFigures {
   int framesOfEqualUpdates = 0;  ///< of a hundred updates that change nothing
 };
 OpeningFigures measureOpening(const PanelContent& content, int openings);
+
+/// The same of the agent window with these pages, of which the first is opened.
+struct WindowFigures {
+  OpeningFigures opening;
+  double switchMilliseconds = 0;  ///< from one page to the frame of another, the median
+  double slowestSwitchMilliseconds = 0;
+};
+WindowFigures measureAgentWindow(const std::vector<AgentWindowContent>& pages, int openings);
 
 }  // namespace ostrel

@@ -40,11 +40,31 @@ class OwnDesktop {
     auto desktop = (*plugIn)->makeDesktop(std::move(services));
     if (!desktop) throw std::runtime_error(desktop.error());
     desktop_ = std::move(*desktop);
+    desktop_->agentWindow().onEvents({.pageChosen = {},
+                                      .pressed = {},
+                                      .pageActionPressed = {},
+                                      .runtimeSelected = {},
+                                      .snippetChosen = {},
+                                      .copyPressed = {},
+                                      .notifySwitched = {},
+                                      .allNotifySwitched = {},
+                                      .activated = [] {},
+                                      .resized = [](const WindowSize&) {},
+                                      .closed = [] {}});
   }
 
   /// Milliseconds until the panel's first frame.
   double open(const PanelContent& content) {
     return timeToFrame([&] { desktop_->screens().openPanel(content); });
+  }
+
+  double open(const AgentWindowContent& content) {
+    return timeToFrame([&] { desktop_->agentWindow().open(content, {780, 540}); });
+  }
+
+  /// Milliseconds until the frame of a change that is seen.
+  double update(const AgentWindowContent& content) {
+    return timeToFrame([&] { desktop_->agentWindow().update(content); });
   }
 
   /// Milliseconds until the first frame of a window with one rectangle.
@@ -56,16 +76,17 @@ class OwnDesktop {
     });
   }
 
-  int framesWhile(const std::function<void(Screens&)>& work) {
+  int framesWhile(const std::function<void(Desktop&)>& work) {
     settle();
     const int before = counter_.count();
-    work(desktop_->screens());
+    work(*desktop_);
     settle();
     return counter_.count() - before;
   }
 
   void close() {
     desktop_->screens().closePanel();
+    desktop_->agentWindow().close();
     settle();
   }
 
@@ -115,24 +136,13 @@ double measureElsewhere(const std::function<double(OwnDesktop&)>& open) {
   return milliseconds;
 }
 
-}  // namespace
-
-FirstOpeningFigures measureFirstOpening(const PanelContent& content, int processes) {
-  std::vector<double> panels;
-  std::vector<double> bareWindows;
-  for (int i = 0; i < processes; ++i) {
-    panels.push_back(measureElsewhere([&](OwnDesktop& desktop) { return desktop.open(content); }));
-    bareWindows.push_back(measureElsewhere([](OwnDesktop& desktop) { return desktop.openBareWindow(); }));
-  }
-  return {median(std::move(panels)), median(std::move(bareWindows))};
-}
-
-OpeningFigures measureOpening(const PanelContent& content, int openings) {
-  OwnDesktop desktop;
+template <class Content>
+OpeningFigures openingFigures(OwnDesktop& desktop, const Content& content, int openings,
+                              const std::function<void(Desktop&)>& update) {
   OpeningFigures figures;
   desktop.open(content);
-  figures.framesOfEqualUpdates = desktop.framesWhile([&](Screens& screens) {
-    for (int i = 0; i < 100; ++i) screens.updatePanel(content);
+  figures.framesOfEqualUpdates = desktop.framesWhile([&](Desktop& own) {
+    for (int i = 0; i < 100; ++i) update(own);
   });
   desktop.close();
   std::vector<double> times;
@@ -141,6 +151,46 @@ OpeningFigures measureOpening(const PanelContent& content, int openings) {
     desktop.close();
   }
   figures.milliseconds = median(std::move(times));
+  return figures;
+}
+
+}  // namespace
+
+FirstOpeningFigures measureFirstOpening(const PanelContent& content, const AgentWindowContent& window,
+                                        int processes) {
+  std::vector<double> panels;
+  std::vector<double> windows;
+  std::vector<double> bareWindows;
+  for (int i = 0; i < processes; ++i) {
+    panels.push_back(measureElsewhere([&](OwnDesktop& desktop) { return desktop.open(content); }));
+    windows.push_back(measureElsewhere([&](OwnDesktop& desktop) { return desktop.open(window); }));
+    bareWindows.push_back(measureElsewhere([](OwnDesktop& desktop) { return desktop.openBareWindow(); }));
+  }
+  return {median(std::move(panels)), median(std::move(windows)), median(std::move(bareWindows))};
+}
+
+OpeningFigures measureOpening(const PanelContent& content, int openings) {
+  OwnDesktop desktop;
+  return openingFigures(desktop, content, openings,
+                        [&](Desktop& own) { own.screens().updatePanel(content); });
+}
+
+WindowFigures measureAgentWindow(const std::vector<AgentWindowContent>& pages, int openings) {
+  OwnDesktop desktop;
+  WindowFigures figures;
+  figures.opening = openingFigures(desktop, pages.front(), openings,
+                                   [&](Desktop& own) { own.agentWindow().update(pages.front()); });
+  desktop.open(pages.front());
+  std::vector<double> times;
+  for (int round = 0; round < openings; ++round) {
+    for (const auto& page : pages) {
+      desktop.framesWhile([](Desktop&) {});
+      // The first round begins with the page that is shown already.
+      if (round + times.size() > 0 || &page != &pages.front()) times.push_back(desktop.update(page));
+    }
+  }
+  figures.slowestSwitchMilliseconds = *std::ranges::max_element(times);
+  figures.switchMilliseconds = median(std::move(times));
   return figures;
 }
 
