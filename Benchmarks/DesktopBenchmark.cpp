@@ -73,18 +73,20 @@ class Tray {
                                        QStringLiteral("com.canonical.dbusmenu"), QStringLiteral("Event"));
     const QVariant nothing = QVariant::fromValue(QDBusVariant(0));
     bus_.call(call << 2 << QStringLiteral("clicked") << nothing << 0U);
-    waitFor(std::chrono::milliseconds(150));
+    waitFor(std::chrono::milliseconds(200));
   }
 
-  /// As the user does, by the Escape key.
+  /// As the user does, by the Escape key. The window has gone before the key is let go.
   static void closeWindow() {
-    const auto status = QProcess::execute(
-        QStringLiteral("xdotool"),
-        {QStringLiteral("search"), QStringLiteral("--sync"), QStringLiteral("--onlyvisible"),
-         QStringLiteral("--name"), QStringLiteral("^Ostrel Agent$"), QStringLiteral("key"),
-         QStringLiteral("--window"), QStringLiteral("%1"), QStringLiteral("Escape")});
-    if (status != 0) throw std::runtime_error("the agent window does not show");
-    waitFor(std::chrono::milliseconds(100));
+    const auto xdotool = [](const char* arguments) {
+      const auto list = QString::fromLatin1(arguments).split(QLatin1Char(' '));
+      if (QProcess::execute(QStringLiteral("xdotool"), list) != 0)
+        throw std::runtime_error("the agent window does not show");
+    };
+    xdotool("search --onlyvisible --name ^Ostrel\\sAgent$ keydown --window %1 Escape");
+    waitFor(std::chrono::milliseconds(50));
+    xdotool("keyup Escape");
+    waitFor(std::chrono::milliseconds(50));
   }
 
   const Process& agent() const { return *agent_; }

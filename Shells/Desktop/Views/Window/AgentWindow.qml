@@ -6,6 +6,7 @@ FocusScope {
     id: root
 
     required property AgentWindowState agent
+    readonly property ContainersPage containers: containersLoader.item as ContainersPage
 
     width: agent.size.width
     height: agent.size.height
@@ -22,7 +23,7 @@ FocusScope {
             agent.dismissed();
             event.accepted = true;
         } else {
-            event.accepted = (agent.isContainersPage ? containers.scroller : lines).scrollByKey(event.key);
+            event.accepted = (containers?.scroller ?? lines).scrollByKey(event.key);
         }
     }
 
@@ -39,11 +40,7 @@ FocusScope {
     Connections {
         target: root.Window.window
         function onActiveFocusItemChanged() {
-            const item = root.Window.window.activeFocusItem;
-            if (root.agent.isContainersPage)
-                containers.reveal(item);
-            else
-                lines.reveal(item);
+            (root.containers ?? lines).reveal(root.Window.window.activeFocusItem);
         }
     }
     Rectangle {
@@ -69,11 +66,13 @@ FocusScope {
             anchors.fill: parent
             agent: root.agent
         }
-        ContainersPage {
-            id: containers
-            visible: root.agent.isContainersPage
+        Loader {
+            id: containersLoader
+            active: root.agent.isContainersPage
             anchors.fill: parent
-            agent: root.agent
+            sourceComponent: ContainersPage {
+                agent: root.agent
+            }
         }
         ScrollIndicator {
             visible: lines.visible && lines.interactive
