@@ -122,6 +122,8 @@ void printAgentWindow() {
 int main() {
   try {
     ostrel::printFirstOpening();
+    if (getenv("FIRST")) return 0;
+    if (getenv("WINDOW")) {ostrel::printAgentWindow();return 0;}
     ostrel::printDesktop();
     ostrel::printOpening();
     ostrel::printAgentWindow();

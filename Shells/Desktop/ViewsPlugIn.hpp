@@ -114,10 +114,10 @@ struct ViewsPlugIn {
   std::expected<std::string, std::string> (*drawAlert)(const Alert& alert, const DesktopTheme& theme,
                                                        Log& log);
 
-  /// A window that is not open yet; a sentence when the views cannot be loaded. Its `closed` comes once for
-  /// each time that it was open.
+  /// A window that is not open yet, made for the content that it will open with; a sentence when the views
+  /// cannot be loaded. Its `closed` comes once for each time that it was open.
   std::expected<std::unique_ptr<AgentWindowView>, std::string> (*makeAgentWindowView)(
-      Log& log, AgentWindowEvents events);
+      Log& log, AgentWindowEvents events, const AgentWindowContent& content, const DesktopTheme& theme);
 
   /// What the window holds as a PNG file, in that size.
   std::expected<std::string, std::string> (*drawAgentWindow)(const AgentWindowContent& content,

@@ -3,7 +3,7 @@
 namespace ostrel {
 
 void DesktopAgentWindow::open(const AgentWindowContent& content, const WindowSize& size) {
-  if (auto* window = view()) return window->open(content, size, theme_);
+  if (auto* window = view(content)) return window->open(content, size, theme_);
   QMetaObject::invokeMethod(
       &later_, [this] { events_.closed(); }, Qt::QueuedConnection);
 }
@@ -22,11 +22,11 @@ void DesktopAgentWindow::setTheme(const DesktopTheme& theme) {
 }
 
 /// Null where the views cannot be loaded, which is logged once.
-AgentWindowView* DesktopAgentWindow::view() {
+AgentWindowView* DesktopAgentWindow::view(const AgentWindowContent& content) {
   if (view_ || hasFailed_) return view_.get();
   const auto plugIn = loadViews_();
   auto made =
-      plugIn ? (*plugIn)->makeAgentWindowView(log_, events_)
+      plugIn ? (*plugIn)->makeAgentWindowView(log_, events_, content, theme_)
              : std::expected<std::unique_ptr<AgentWindowView>, std::string>(std::unexpected(plugIn.error()));
   if (!made) {
     hasFailed_ = true;

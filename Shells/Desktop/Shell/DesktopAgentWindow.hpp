@@ -24,7 +24,7 @@ class DesktopAgentWindow final : public AgentWindow {
   void setTheme(const DesktopTheme& theme);
 
  private:
-  AgentWindowView* view();
+  AgentWindowView* view(const AgentWindowContent& content);
 
   LoadViews loadViews_;
   Log& log_;

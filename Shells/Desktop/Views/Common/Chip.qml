@@ -18,7 +18,9 @@ Rectangle {
     Label {
         id: label
         anchors.centerIn: parent
-        width: lineWidth()
+        width: Math.min(lineWidth(), chip.width - 14)
+        wrapMode: Text.NoWrap
+        elide: Text.ElideRight
         text: chip.text
         font.pixelSize: Tokens.captionSize
         font.weight: Font.Medium

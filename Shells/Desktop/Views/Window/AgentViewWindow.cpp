@@ -13,10 +13,13 @@ constexpr auto title = "Ostrel Agent";
 
 }  // namespace
 
-std::expected<std::unique_ptr<AgentWindowView>, std::string> AgentViewWindow::make(Log& log,
-                                                                                   AgentWindowEvents events) {
+std::expected<std::unique_ptr<AgentWindowView>, std::string> AgentViewWindow::make(
+    Log& log, AgentWindowEvents events, const AgentWindowContent& content, const DesktopTheme& theme) {
   Scene::chooseRenderer();
   std::unique_ptr<AgentViewWindow> made(new AgentViewWindow(log, std::move(events)));
+  // With the content, so that items are not made for an empty one first.
+  made->state_.show(content);
+  made->scene_.setTheme(theme);
   auto filled =
       made->scene_.fill(made->window_, AgentWindowState::screen, AgentWindowState::property, made->state_);
   if (!filled) return std::unexpected(filled.error());
@@ -70,6 +73,11 @@ void AgentViewWindow::open(const AgentWindowContent& content, const WindowSize& 
   }
   window_.show();
   window_.requestActivate();
+  static bool c = false;
+  if (!c) {
+    c = true;
+    QObject::connect(&window_, &QQuickWindow::frameSwapped, [] {});
+  }
 }
 
 void AgentViewWindow::update(const AgentWindowContent& content) {

@@ -12,7 +12,7 @@ namespace ostrel {
 class AgentViewWindow final : public AgentWindowView {
  public:
   [[nodiscard]] static std::expected<std::unique_ptr<AgentWindowView>, std::string> make(
-      Log& log, AgentWindowEvents events);
+      Log& log, AgentWindowEvents events, const AgentWindowContent& content, const DesktopTheme& theme);
 
   void open(const AgentWindowContent& content, const WindowSize& size, const DesktopTheme& theme) override;
   void update(const AgentWindowContent& content) override;

@@ -6,7 +6,7 @@ FocusScope {
     id: root
 
     required property AgentWindowState agent
-    readonly property ContainersPage containers: containersLoader.item as ContainersPage
+    readonly property var containers: containersLoader.item
 
     width: agent.size.width
     height: agent.size.height
@@ -68,11 +68,12 @@ FocusScope {
         }
         Loader {
             id: containersLoader
-            active: root.agent.isContainersPage
+            // By its file's name, so that the file is not read before.
+            readonly property bool isWanted: root.agent.isContainersPage
             anchors.fill: parent
-            sourceComponent: ContainersPage {
+            onIsWantedChanged: setSource(isWanted ? "ContainersPage.qml" : "", {
                 agent: root.agent
-            }
+            })
         }
         ScrollIndicator {
             visible: lines.visible && lines.interactive

@@ -102,6 +102,11 @@ void AgentWindowState::fold(const QString& id) {
   lines_.show(pageLines(content_, toggled_));
 }
 
+void AgentWindowState::pressLine(const PageLineValue& line) {
+  if (line.pageAction) return emit pageActionPressed(*line.pageAction);
+  emit pressed(line.button.button);
+}
+
 void AgentWindowState::toggleRuntime(const QString& name) {
   emit runtimeSelected(detail_.name == name ? QString() : name);
 }

@@ -78,6 +78,8 @@ class AgentWindowState : public WindowState {
   Q_INVOKABLE void fold(const QString& id);
 
   Q_INVOKABLE void press(const ostrel::ButtonValue& button) { emit pressed(button.button); }
+  /// Presses the button of a line.
+  Q_INVOKABLE void pressLine(const ostrel::PageLineValue& line);
   Q_INVOKABLE void pressPageButton(const ostrel::PageButtonValue& button) {
     emit pageActionPressed(button.action);
   }

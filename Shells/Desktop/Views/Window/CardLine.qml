@@ -5,26 +5,24 @@ import Ostrel.Views
 Item {
     id: card
 
-    required property pageLineValue value
+    required property PageLine line
+    readonly property pageLineValue value: line.value
     readonly property real textLeft: 12 + Tokens.markSize + 8
     readonly property real room: width - textLeft - 12
     readonly property bool isPlain: value.kind !== StateKind.Warn && value.kind !== StateKind.Bad
-    readonly property bool hasArrow: value.isFoldable && !button.visible
+    readonly property bool hasArrow: value.isFoldable && !button.active
     readonly property real arrowRoom: hasArrow ? Tokens.arrowSize + 8 : 0
-    readonly property bool isButtonBelow: button.visible && heading.lineWidth() + 16 + button.implicitWidth + arrowRoom > room
-    readonly property real endRoom: arrowRoom + (button.visible && !isButtonBelow ? button.width + 16 : 0)
+    readonly property bool isButtonBelow: button.active && heading.lineWidth() + 16 + button.implicitWidth + arrowRoom > room
+    readonly property real endRoom: arrowRoom + (button.active && !isButtonBelow ? button.width + 16 : 0)
     // A grey or green state stands at the end of a row that folds, and beside the title of one that does not.
-    readonly property bool isStateAtEnd: value.isFoldable && isPlain && !button.visible
+    readonly property bool isStateAtEnd: value.isFoldable && isPlain && !button.active
     readonly property real stateRoom: room - endRoom
     readonly property bool isStateBelow: heading.lineWidth() + 8 + state.lineWidth() > stateRoom
-    readonly property real rowTop: button.visible && !isButtonBelow ? 7 + Math.round((button.height - heading.height / heading.lineCount) / 2) : Math.round((Tokens.rowHeight - heading.height / heading.lineCount) / 2)
-
-    signal pressed
-    signal folded
+    readonly property real rowTop: button.active && !isButtonBelow ? 7 + Math.round((button.height - heading.height / heading.lineCount) / 2) : Math.round((Tokens.rowHeight - heading.height / heading.lineCount) / 2)
 
     function fold(event: var): void {
         if (value.isFoldable && (!event || !event.isAutoRepeat))
-            folded();
+            line.agent.fold(value.id);
     }
 
     implicitHeight: Math.max(value.isOpen ? 0 : Tokens.rowHeight, Math.ceil(head.height) + (body.visible ? Math.ceil(body.height) + 12 : 0))
@@ -33,7 +31,7 @@ Item {
         id: head
         readonly property real textBottom: card.isStateBelow && state.text !== "" ? state.y + state.height : heading.y + heading.height
         width: parent.width
-        height: Math.max(Tokens.rowHeight, textBottom + 7, button.visible && !card.isButtonBelow ? button.height + 14 : 0) - (body.visible ? 3 : 0)
+        height: Math.max(Tokens.rowHeight, textBottom + 7, button.active && !card.isButtonBelow ? button.height + 14 : 0) - (body.visible ? 3 : 0)
         activeFocusOnTab: card.value.isFoldable
         Keys.onSpacePressed: event => card.fold(event)
         Keys.onReturnPressed: event => card.fold(event)
@@ -78,12 +76,14 @@ Item {
             font.weight: card.isStateAtEnd || card.isPlain ? Font.Normal : Font.Medium
             color: Tokens.stateInk(card.value.kind)
         }
-        Arrow {
-            visible: card.hasArrow
+        Loader {
+            active: card.hasArrow
             anchors.right: parent.right
             anchors.rightMargin: 12
             y: Math.round(heading.y + (heading.height / heading.lineCount - height) / 2)
-            isOpen: card.value.isOpen
+            sourceComponent: Arrow {
+                isOpen: card.value.isOpen
+            }
         }
         FocusRing {
             anchors.margins: 1
@@ -95,19 +95,21 @@ Item {
             onClicked: card.fold(null)
         }
     }
-    PushButton {
+    Loader {
         id: button
-        visible: card.value.button.title !== ""
+        active: card.value.button.title !== ""
         anchors.left: card.isButtonBelow ? parent.left : undefined
         anchors.leftMargin: card.textLeft
         anchors.right: card.isButtonBelow ? undefined : parent.right
         anchors.rightMargin: 12 + card.arrowRoom
-        y: card.isButtonBelow ? card.height - height - 11 : 7
+        y: card.isButtonBelow ? body.y + room.y + 4 : 7
         width: Math.min(implicitWidth, card.room)
-        title: card.value.button.title
-        enabled: card.value.button.isEnabled
-        isPrimary: card.value.isPrimary
-        onPressed: card.pressed()
+        sourceComponent: PushButton {
+            title: card.value.button.title
+            enabled: card.value.button.isEnabled
+            isPrimary: card.value.isPrimary
+            onPressed: card.line.agent.pressLine(card.value)
+        }
     }
     Column {
         id: body
@@ -181,6 +183,7 @@ Item {
             }
         }
         Item {
+            id: room
             visible: card.isButtonBelow
             width: 1
             height: button.height + 4

@@ -3,80 +3,68 @@ import Ostrel.Views
 
 /// A label with its value and, at the end, a button. The value is below where it does not fit beside the label.
 Item {
-    id: line
+    id: root
 
-    required property pageLineValue value
-    readonly property real buttonRoom: button.visible ? button.width + 16 : pageButton.visible ? pageButton.width + 16 : 0
+    required property PageLine line
+    readonly property pageLineValue value: line.value
+    readonly property real buttonRoom: button.active ? button.width + 16 : 0
     readonly property real room: width - 24 - buttonRoom
     readonly property bool isStacked: value.text !== "" && label.lineWidth() + 16 + text.needed > room
 
-    signal pressed
-    signal pagePressed
-
-    implicitHeight: Math.max(Tokens.rowHeight, Math.ceil(texts.height + 16), button.visible ? button.height + 14 : 0, pageButton.visible ? pageButton.height + 14 : 0)
+    implicitHeight: Math.max(Tokens.rowHeight, Math.ceil(texts.height + 16), button.active ? button.height + 14 : 0)
 
     Item {
         id: texts
         anchors.left: parent.left
         anchors.leftMargin: 12
         anchors.verticalCenter: parent.verticalCenter
-        width: line.room
-        height: line.isStacked ? text.y + text.height : Math.max(label.height, text.height)
+        width: root.room
+        height: root.isStacked ? text.y + text.height : Math.max(label.height, text.height)
         Accessible.role: Accessible.StaticText
-        Accessible.name: line.value.accessibleName
+        Accessible.name: root.value.accessibleName
 
         Label {
             id: label
             anchors.left: parent.left
-            width: line.isStacked || line.value.text === "" ? line.room : lineWidth()
-            text: line.value.label
+            width: root.isStacked || root.value.text === "" ? root.room : lineWidth()
+            text: root.value.label
         }
-        Row {
+        Flow {
             id: text
             readonly property real needed: state.lineWidth() + (addition.visible ? addition.lineWidth() : 0)
             anchors.right: parent.right
-            y: line.isStacked ? label.height + 2 : 0
-            width: line.isStacked ? line.room : needed
-            layoutDirection: LayoutMirroring.enabled ? Qt.RightToLeft : Qt.LeftToRight
+            y: root.isStacked ? label.height + 2 : 0
+            width: root.isStacked ? root.room : needed
 
             Label {
                 id: state
-                width: Math.min(lineWidth(), line.room - (addition.visible ? addition.width : 0))
-                text: line.value.text
-                font.family: line.value.isCode ? Theme.codeFamily : Qt.application.font.family
-                font.pixelSize: line.value.isCode ? Tokens.chipSize : Tokens.bodySize
-                color: Tokens.stateInk(line.value.kind)
+                width: Math.min(lineWidth(), root.room)
+                text: root.value.text
+                font.family: root.value.isCode ? Theme.codeFamily : Qt.application.font.family
+                font.pixelSize: root.value.isCode ? Tokens.chipSize : Tokens.bodySize
+                color: Tokens.stateInk(root.value.kind)
             }
             Label {
                 id: addition
                 visible: text !== ""
-                width: lineWidth()
-                text: line.value.addition
+                width: Math.min(lineWidth(), root.room)
+                text: root.value.addition
                 color: Tokens.dim
             }
         }
     }
-    PushButton {
+    Loader {
         id: button
-        visible: title !== ""
+        active: root.value.button.title !== ""
         anchors.right: parent.right
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
-        width: Math.min(implicitWidth, line.width / 2)
-        title: line.value.button.title
-        enabled: line.value.button.isEnabled
-        isPrimary: line.value.isPrimary
-        onPressed: line.pressed()
-    }
-    PushButton {
-        id: pageButton
-        visible: title !== ""
-        anchors.right: parent.right
-        anchors.rightMargin: 12
-        anchors.verticalCenter: parent.verticalCenter
-        width: Math.min(implicitWidth, line.width / 2)
-        title: line.value.pageButton.title
-        isPrimary: line.value.pageButton.isPrimary
-        onPressed: line.pagePressed()
+        width: Math.min(item?.implicitWidth ?? 0, root.width / 2)
+        sourceComponent: PushButton {
+            title: root.value.button.title
+            enabled: root.value.button.isEnabled
+            isPrimary: root.value.isPrimary
+            onPressed: root.line.agent.pressLine(root.value)
+        }
     }
 }

@@ -35,6 +35,7 @@ Column {
         name: inside.value.choices[inside.value.chosen] ?? ""
     }
     CopyButton {
+        width: Math.min(implicitWidth, parent.width)
         value: inside.value.snippet.button
         onPressed: inside.agent.copy(inside.value.snippet.button)
     }

@@ -67,9 +67,11 @@ class LineWriter {
       auto& line = listed(linetype::Fact, QStringLiteral("authorization"));
       line.label = textOf(page.authorization);
       line.accessibleName = line.label;
-      line.pageButton =
-          valueOf(page.authorizationButton, page.authorizationButton && page.authorizationButton->action ==
-                                                                            PageAction::allowNotifications);
+      if (const auto& button = page.authorizationButton) {
+        line.button.title = textOf(button->title);
+        line.pageAction = button->action;
+        line.isPrimary = button->action == PageAction::allowNotifications;
+      }
     }
     endList();
     toggle(QStringLiteral("master"), {}, page.master);

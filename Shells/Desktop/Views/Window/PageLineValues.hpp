@@ -74,7 +74,6 @@ struct PageLineValue {
   Q_PROPERTY(bool isEnabled MEMBER isEnabled)
   Q_PROPERTY(ostrel::ButtonValue button MEMBER button)
   Q_PROPERTY(bool isPrimary MEMBER isPrimary)
-  Q_PROPERTY(ostrel::PageButtonValue pageButton MEMBER pageButton)
   Q_PROPERTY(QVariantList buttons MEMBER buttons)
   Q_PROPERTY(QString accessibleName MEMBER accessibleName)
 
@@ -99,9 +98,9 @@ struct PageLineValue {
   bool isOn = false;
   bool isEnabled = true;  ///< of a switch
   ButtonValue button;
-  bool isPrimary = false;  ///< of the button
-  PageButtonValue pageButton;
-  QVariantList buttons;  ///< of `ButtonValue`
+  bool isPrimary = false;                ///< of the button
+  std::optional<PageAction> pageAction;  ///< what the button does in place of its own action
+  QVariantList buttons;                  ///< of `ButtonValue`
   QString accessibleName;
 
   bool operator==(const PageLineValue&) const = default;

@@ -81,7 +81,7 @@ Item {
                         Item {
                             id: row
                             width: parent.width
-                            height: Math.max(Tokens.rowHeight, chips.height + 12)
+                            height: Math.max(Tokens.rowHeight, chips.height + 12, name.height + 12)
                             activeFocusOnTab: true
                             Keys.onSpacePressed: event => toggle(event)
                             Keys.onReturnPressed: event => toggle(event)
@@ -138,6 +138,7 @@ Item {
                                     model: runtime.entry.chips.length
 
                                     Chip {
+                                        width: Math.min(implicitWidth, chips.width)
                                         required property int index
                                         readonly property var chip: runtime.entry.chips[index]
                                         text: chip?.text ?? ""

@@ -91,6 +91,7 @@ Column {
                 name: root.value.name
             }
             CopyButton {
+                width: Math.min(implicitWidth, parent.width)
                 value: command.value.button
                 isPrimary: root.value.blocked !== ""
                 onPressed: root.agent.copy(command.value.button)

@@ -69,6 +69,10 @@ Column {
                 height: Math.max(Math.round(28 * Tokens.textScale), name.height + 8)
                 radius: 6
                 color: runtime.entry.isSelected ? Tokens.selection : "transparent"
+                // Without a selection at the first one, which the arrow keys select.
+                readonly property bool isCurrent: runtime.entry.isSelected || (pane.agent.detail.name === "" && runtime.index === 0)
+                border.color: Tokens.accent
+                border.width: pane.activeFocus && pane.showsFocus && isCurrent ? 2 : 0
                 Accessible.role: Accessible.ListItem
                 Accessible.name: runtime.entry.accessibleName
                 Accessible.selectable: true
@@ -95,16 +99,10 @@ Column {
                     anchors.right: parent.right
                     anchors.rightMargin: 8
                     anchors.verticalCenter: parent.verticalCenter
-                    width: visible ? implicitWidth : 0
+                    width: visible ? Math.min(implicitWidth, parent.width / 2) : 0
                     text: first?.text ?? ""
                     isWarning: first?.isWarning ?? false
                     isOnSelection: runtime.entry.isSelected
-                }
-                FocusRing {
-                    anchors.margins: 1
-                    radius: 5
-                    // Without a selection at the first one, which the arrow keys select.
-                    visible: pane.activeFocus && pane.showsFocus && (runtime.entry.isSelected || (pane.agent.detail.name === "" && runtime.index === 0))
                 }
                 MouseArea {
                     anchors.fill: parent

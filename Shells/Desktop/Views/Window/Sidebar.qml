@@ -122,6 +122,8 @@ Rectangle {
                         height: Math.max(Math.round(28 * Tokens.textScale), title.height + 8)
                         radius: 6
                         color: item.isShown ? Tokens.selection : "transparent"
+                        border.color: Tokens.accent
+                        border.width: item.isShown && list.activeFocus && sidebar.showsFocus ? 2 : 0
                         Accessible.role: Accessible.ListItem
                         Accessible.name: item.entry.accessibleName
                         Accessible.selectable: true
@@ -149,11 +151,6 @@ Rectangle {
                             kind: item.entry.kind
                             color: Tokens.stateColor(item.entry.kind)
                             ground: item.isShown ? Tokens.selection : Tokens.sidebar
-                        }
-                        FocusRing {
-                            anchors.margins: 1
-                            radius: 5
-                            visible: item.isShown && list.activeFocus && sidebar.showsFocus
                         }
                         MouseArea {
                             anchors.fill: parent

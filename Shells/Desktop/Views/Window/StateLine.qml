@@ -3,9 +3,10 @@ import Ostrel.Views
 
 /// A mark with what it is the state of and, where there is room beside that, what the state is.
 Item {
-    id: line
+    id: root
 
-    required property pageLineValue value
+    required property PageLine line
+    readonly property pageLineValue value: line.value
     readonly property real textLeft: 12 + Tokens.markSize + 8
     readonly property real room: width - textLeft - 12
     readonly property bool isStacked: state.text !== "" && label.lineWidth() + 16 + state.lineWidth() > room
@@ -18,31 +19,31 @@ Item {
     StateMark {
         anchors.left: parent.left
         anchors.leftMargin: 12
-        y: Math.round(label.y + (line.lineHeight - height) / 2)
+        y: Math.round(label.y + (root.lineHeight - height) / 2)
         width: Tokens.markSize
         height: Tokens.markSize
-        kind: line.value.kind
-        color: Tokens.stateColor(line.value.kind)
+        kind: root.value.kind
+        color: Tokens.stateColor(root.value.kind)
         ground: Tokens.card
     }
     Label {
         id: label
         anchors.left: parent.left
-        anchors.leftMargin: line.textLeft
-        y: Math.round((Tokens.rowHeight - line.lineHeight) / 2)
-        width: line.isStacked ? line.room : lineWidth()
-        text: line.value.label
-        font.weight: line.value.isDim ? Font.Normal : Font.Medium
-        color: line.value.isDim ? Tokens.dim : Tokens.ink
+        anchors.leftMargin: root.textLeft
+        y: Math.round((Tokens.rowHeight - root.lineHeight) / 2)
+        width: root.isStacked ? root.room : lineWidth()
+        text: root.value.label
+        font.weight: root.value.isDim ? Font.Normal : Font.Medium
+        color: root.value.isDim ? Tokens.dim : Tokens.ink
     }
     Label {
         id: state
         anchors.right: parent.right
         anchors.rightMargin: 12
-        y: line.isStacked ? label.y + label.height + 2 : label.y
-        width: line.isStacked ? line.room : lineWidth()
-        horizontalAlignment: line.isStacked ? Text.AlignLeft : Text.AlignRight
-        text: line.value.text
-        color: Tokens.stateInk(line.value.kind)
+        y: root.isStacked ? label.y + label.height + 2 : label.y
+        width: root.isStacked ? root.room : lineWidth()
+        horizontalAlignment: root.isStacked ? Text.AlignLeft : Text.AlignRight
+        text: root.value.text
+        color: Tokens.stateInk(root.value.kind)
     }
 }

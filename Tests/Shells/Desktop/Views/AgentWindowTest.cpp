@@ -115,7 +115,8 @@ class AgentWindowTest : public ViewTest {
              },
          .activated = [this] { ++activations; },
          .resized = [this](const WindowSize& size) { sizes.push_back(size); },
-         .closed = [this] { ++closings; }});
+         .closed = [this] { ++closings; }},
+        Mac().content(AgentPage::ecosystems), theme);
     if (!made) throw std::runtime_error(made.error());
     view = std::move(*made);
   }
