@@ -102,7 +102,7 @@ Item {
         anchors.leftMargin: card.textLeft
         anchors.right: card.isButtonBelow ? undefined : parent.right
         anchors.rightMargin: 12 + card.arrowRoom
-        y: card.isButtonBelow ? body.y + room.y + 4 : 7
+        y: card.isButtonBelow ? body.y + spacer.y + 4 : 7
         width: Math.min(implicitWidth, card.room)
         sourceComponent: PushButton {
             title: card.value.button.title
@@ -183,7 +183,7 @@ Item {
             }
         }
         Item {
-            id: room
+            id: spacer
             visible: card.isButtonBelow
             width: 1
             height: button.height + 4
