@@ -44,8 +44,7 @@ OpeningFigures measureOpening(const PanelContent& content, int openings);
 /// The same of the agent window with these pages, of which the first is opened.
 struct WindowFigures {
   OpeningFigures opening;
-  double switchMilliseconds = 0;  ///< from one page to the frame of another, the median
-  double slowestSwitchMilliseconds = 0;
+  std::vector<double> switchMilliseconds;  ///< to the frame of each page, from the page before; medians
 };
 WindowFigures measureAgentWindow(const std::vector<AgentWindowContent>& pages, int openings);
 

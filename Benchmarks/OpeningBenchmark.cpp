@@ -162,11 +162,10 @@ FirstOpeningFigures measureFirstOpening(const PanelContent& content, const Agent
   std::vector<double> windows;
   std::vector<double> bareWindows;
   for (int i = 0; i < processes; ++i) {
-    if (!getenv("ONLYW")) panels.push_back(measureElsewhere([&](OwnDesktop& desktop) { return desktop.open(content); }));
+    panels.push_back(measureElsewhere([&](OwnDesktop& desktop) { return desktop.open(content); }));
     windows.push_back(measureElsewhere([&](OwnDesktop& desktop) { return desktop.open(window); }));
-    if (!getenv("ONLYW")) bareWindows.push_back(measureElsewhere([](OwnDesktop& desktop) { return desktop.openBareWindow(); }));
+    bareWindows.push_back(measureElsewhere([](OwnDesktop& desktop) { return desktop.openBareWindow(); }));
   }
-  if (getenv("ONLYW")) { panels = {1}; bareWindows = {1}; }
   return {median(std::move(panels)), median(std::move(windows)), median(std::move(bareWindows))};
 }
 
@@ -182,16 +181,15 @@ WindowFigures measureAgentWindow(const std::vector<AgentWindowContent>& pages, i
   figures.opening = openingFigures(desktop, pages.front(), openings,
                                    [&](Desktop& own) { own.agentWindow().update(pages.front()); });
   desktop.open(pages.front());
-  std::vector<double> times;
+  std::vector<std::vector<double>> times(pages.size());
   for (int round = 0; round < openings; ++round) {
-    for (const auto& page : pages) {
+    for (std::size_t shown = 0; shown < pages.size(); ++shown) {
+      const auto next = (shown + 1) % pages.size();
       desktop.framesWhile([](Desktop&) {});
-      // The first round begins with the page that is shown already.
-      if (round + times.size() > 0 || &page != &pages.front()) times.push_back(desktop.update(page));
+      times[next].push_back(desktop.update(pages[next]));
     }
   }
-  figures.slowestSwitchMilliseconds = *std::ranges::max_element(times);
-  figures.switchMilliseconds = median(std::move(times));
+  for (auto& page : times) figures.switchMilliseconds.push_back(median(std::move(page)));
   return figures;
 }
 

@@ -69,7 +69,8 @@ struct BodyWriter {
     return {{"device", jsonList(page.device)},
             {"checkin", jsonList(page.checkin)},
             {"notice", page.notice},
-            {"version", jsonList(page.version)}};
+            {"version", jsonList(page.version)},
+            {"installing", page.installing}};
   }
   Json operator()(const Content::Health& page) const {
     return {{"facts", jsonList(page.facts)}, {"components", jsonList(page.components)}};

@@ -204,10 +204,9 @@ std::optional<PageButton> ContainersPage::authorizationButton() const {
 }
 
 std::set<std::string> ContainersPage::listedForNotifications() const {
-  std::set<std::string> names;
+  auto names = notify;
   for (const auto& row : reading.rows) {
-    const std::string name(row.runtime.name);
-    if (row.installed || row.running || row.blocked || notify.contains(name)) names.insert(name);
+    if (row.installed || row.running || row.blocked) names.emplace(row.runtime.name);
   }
   return names;
 }

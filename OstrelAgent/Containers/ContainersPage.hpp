@@ -133,7 +133,8 @@ struct ContainersPage {
   /// What the user can do so that they appear.
   std::optional<PageButton> authorizationButton() const;
 
-  /// The runtimes that the user can choose for notifications: those of this Mac and the chosen ones.
+  /// The runtimes that the user can choose for notifications: those of this Mac and the chosen
+  /// ones, unknown ones included.
   std::set<std::string> listedForNotifications() const;
 
   ContainersPageContent content() const;

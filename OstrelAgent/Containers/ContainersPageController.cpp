@@ -72,6 +72,7 @@ void ContainersPageController::choose(ContainerSnippet snippet) {
 bool ContainersPageController::copy(ContainersCopy what) {
   const auto text = page_.textToCopy(what);
   const bool isCopied = text && services_.pasteboard.setText(*text);
+  if (text && !isCopied) services_.log.line("ostrel: could not copy to the pasteboard");
   showCopied(isCopied ? std::optional(what) : std::nullopt);
   return isCopied;
 }

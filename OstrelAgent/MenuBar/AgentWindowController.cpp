@@ -78,7 +78,7 @@ void AgentWindowController::draw() {
 
 /// Read from the settings at the first use.
 AgentWindowModel& AgentWindowController::model() {
-  if (!model_) model_ = settings_.read();
+  if (!model_) model_ = stored_ = settings_.read();
   return *model_;
 }
 
@@ -96,12 +96,13 @@ void AgentWindowController::turnTo(AgentPage page) {
   const bool isOther = page != model().page;
   if (isOpen_ && !isOther) return;
   model().page = page;
-  if (isOther) settings_.storePage(page);
+  if (isOther) saveLater();
   collaborators_.containers->setShown(showsContainers(page));
 }
 
 void AgentWindowController::closed() {
   if (!std::exchange(isOpen_, false)) return;
+  save();
   services_.shell.setActivationPolicy(ActivationPolicy::accessory);
   services_.shell.setMainMenu({});
   collaborators_.containers->setShown(false);
@@ -133,12 +134,11 @@ void AgentWindowController::openNotificationSettings() {
 
 /// Where no file manager shows the bundle, its path is copied instead.
 void AgentWindowController::revealBundle() {
-  services_.fileManager.reveal(std::string(trustbundle::file),
-                               [weak = std::weak_ptr(collaborators_.containers)](bool isShown) {
-                                 const auto containers = weak.lock();
-                                 if (containers && !isShown)
-                                   (void)containers->copy(ContainersCopy::bundlePath);
-                               });
+  services_.fileManager.reveal(std::string(trustbundle::file), [weak = weak_from_this()](bool isShown) {
+    const auto self = weak.lock();
+    const bool isAwaited = self && self->isOpen_ && self->model_->page == AgentPage::containers;
+    if (isAwaited && !isShown) (void)self->collaborators_.containers->copy(ContainersCopy::bundlePath);
+  });
 }
 
 void AgentWindowController::activated() {
@@ -147,9 +147,21 @@ void AgentWindowController::activated() {
 
 void AgentWindowController::resized(const WindowSize& size) {
   model().size = atLeastSmallest(size);
-  sizeToken_ = services_.mainQueue.after(sizeDelay, [weak = weak_from_this()] {
-    if (const auto self = weak.lock()) self->settings_.storeSize(self->model().size);
+  saveLater();
+}
+
+/// A user who passes through pages or sizes does not wait for the disk at each.
+void AgentWindowController::saveLater() {
+  saving_ = services_.mainQueue.after(saveDelay, [weak = weak_from_this()] {
+    if (const auto self = weak.lock()) self->save();
   });
+}
+
+void AgentWindowController::save() {
+  saving_.reset();
+  const auto [page, size] = std::exchange(stored_, model());
+  if (page != stored_.page) settings_.storePage(stored_.page);
+  if (size != stored_.size) settings_.storeSize(stored_.size);
 }
 
 }  // namespace ostrel

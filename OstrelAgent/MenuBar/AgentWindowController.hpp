@@ -24,8 +24,8 @@ namespace ostrel {
 /// program is a regular application. Main thread; callbacks hold it weakly.
 class AgentWindowController : public std::enable_shared_from_this<AgentWindowController> {
  public:
-  /// How long after the last change of the size it is stored.
-  static constexpr std::chrono::milliseconds sizeDelay{1000};
+  /// How long after the last change of page and size they are stored.
+  static constexpr std::chrono::milliseconds saveDelay{1000};
 
   struct Services {
     MainQueue& mainQueue;
@@ -70,13 +70,16 @@ class AgentWindowController : public std::enable_shared_from_this<AgentWindowCon
   void revealBundle();
   void activated();
   void resized(const WindowSize& size);
+  void saveLater();
+  void save();
 
   Services services_;
   Collaborators collaborators_;
   AgentWindowSettings settings_;
   StatusPanelActions actions_;
   std::optional<AgentWindowModel> model_;  ///< nullopt until `model` is first asked for
-  ScheduledWork sizeToken_;                ///< stores the size
+  AgentWindowModel stored_;                ///< what the settings hold
+  ScheduledWork saving_;
   bool isOpen_ = false;
 };
 

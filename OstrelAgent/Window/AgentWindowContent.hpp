@@ -73,6 +73,7 @@ struct AgentWindowContent {
     Facts checkin;
     std::string notice;  ///< of the latest check-in; empty when there is none
     Facts version;
+    std::string installing;  ///< while an update is installed, else empty
 
     bool operator==(const Identity&) const = default;
   };

@@ -167,6 +167,7 @@ Content::Identity identity(const AgentWindowInputs& inputs, const PanelContent& 
   version.add(Copy::rowVersion, snapshot.version);
   addUpdate(version, inputs, panel);
   page.version = version.take();
+  if (panel.update) page.installing = panel.update->installing;
   return page;
 }
 

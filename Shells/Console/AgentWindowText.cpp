@@ -98,6 +98,7 @@ class WindowPrinter {
     facts(page.checkin);
     lines_.paragraph(2, page.notice);
     facts(page.version);
+    lines_.paragraph(2, page.installing);
   }
 
   void show(const Content::Health& page) {

@@ -106,6 +106,8 @@ TEST_F(AgentWindowControllerTest, RemembersPageAndSizeOverARestart) {
   EXPECT_EQ(window.shown().page, AgentPage::ecosystems);
   window.user.pageChosen(AgentPage::help);
   EXPECT_EQ(window.shown().page, AgentPage::help);
+  EXPECT_EQ(host.userDefaults.get<std::string>("AgentWindowPage"), std::nullopt);
+  host.mainQueue.advance(1s);
   EXPECT_EQ(host.userDefaults.get<std::string>("AgentWindowPage"), "help");
   const auto stored = [this] { return host.userDefaults.get<std::vector<double>>("AgentWindowSize"); };
   for (const double width : {800, 810, 820}) {
@@ -114,7 +116,6 @@ TEST_F(AgentWindowControllerTest, RemembersPageAndSizeOverARestart) {
     EXPECT_EQ(stored(), std::nullopt);
   }
   window.close();
-  host.mainQueue.advance(1ms);
   EXPECT_EQ(stored(), (std::vector<double>{820, 360}));
   controller = menuBarOn(host, host.statusItem);
   controller->start();

@@ -166,7 +166,7 @@ TEST(AgentWindowContent, IdentityJoinsDeviceCheckInAndVersion) {
   snapshot.update->state = "eol";
   snapshot.update->latestVersion = "4.13.0";
   snapshot.update->minimumSupportedVersion = "4.6.0";
-  window.model.checkinInFlight = true;
+  window.model.checkinInFlight = window.model.updateInFlight = true;
   window.model.checkinNotice = "Skipped";
   const auto page = window.identity();
   EXPECT_EQ(page.checkin[0].kind, RowState::Case::warn);
@@ -174,7 +174,10 @@ TEST(AgentWindowContent, IdentityJoinsDeviceCheckInAndVersion) {
   EXPECT_EQ(page.checkin[1].value, "the service refused");
   EXPECT_EQ(page.notice, "Skipped");
   EXPECT_EQ(describe(page.version),
-            "Version: 2.4.0|Update: Update required · 4.13.0 [Install…]|Minimum supported version: 4.6.0|");
+            "Version: 2.4.0|Update: Update required · 4.13.0|Minimum supported version: 4.6.0|");
+  EXPECT_EQ(page.installing, Copy::updateInstalling.text());
+  window.model.updateInFlight = false;
+  EXPECT_TRUE(window.identity().version[1].button);
   snapshot.update->state = "current";
   EXPECT_EQ(describe(window.identity().version), "Version: 2.4.0|Minimum supported version: 4.6.0|");
   window.available = {};
@@ -211,11 +214,13 @@ TEST(AgentWindowContent, NotificationsListTheRuntimesOfThisMacAndTheWanted) {
   EXPECT_EQ(window.notifications().authorization, "");
   EXPECT_EQ(window.notifications().caption, "");
 
+  window.containers.notify = {"minikube", "Kata"};
+  EXPECT_EQ(window.notifications().runtimes.size(), 1U)
+      << "what is wanted is listed before the first reading";
   ContainerTrustReading::Detected detected;
   detected.running = {"UTM"};
   detected.installed = {"Docker"};
   window.containers.reading = {ContainerBlock{{"Colima"}, std::nullopt}, detected};
-  window.containers.notify = {"minikube", "Kata"};
   window.containers.notificationAuthorization = NotificationAuthorization::denied;
   const auto page = window.notifications();
   std::string runtimes;

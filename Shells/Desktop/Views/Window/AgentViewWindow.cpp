@@ -71,7 +71,9 @@ void AgentViewWindow::open(const AgentWindowContent& content, const WindowSize& 
     scene_.layOut();
     isOpen_ = true;
   }
-  window_.show();
+  // The toolkit's show would make a large window small again.
+  if (!window_.isVisible()) window_.show();
+  window_.setWindowStates(window_.windowStates() & ~Qt::WindowMinimized);
   window_.requestActivate();
   static bool c = false;
   if (!c) {
@@ -86,7 +88,8 @@ void AgentViewWindow::update(const AgentWindowContent& content) {
 
 void AgentViewWindow::sizeChanged() {
   state_.setSize(window_.size());
-  if (isOpen_) events_.resized({static_cast<double>(window_.width()), static_cast<double>(window_.height())});
+  const bool isUsers = isOpen_ && window_.windowStates() == Qt::WindowNoState;
+  if (isUsers) events_.resized({static_cast<double>(window_.width()), static_cast<double>(window_.height())});
 }
 
 void AgentViewWindow::visibilityChanged() {

@@ -31,7 +31,7 @@ FocusScope {
         target: root.agent
         function onOpened() {
             sidebar.takeFocus();
-            lines.contentY = 0;
+            (root.containers?.scroller ?? lines).contentY = 0;
         }
         function onPageChanged() {
             lines.contentY = 0;

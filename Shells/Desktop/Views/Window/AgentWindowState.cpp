@@ -73,7 +73,7 @@ bool AgentWindowState::show(const Content& content) {
   change(*this, title_, textOf(content.title), &AgentWindowState::titleChanged);
   change(*this, status_, ostrel::valueOf(content.statusError), &AgentWindowState::statusChanged);
   sidebar_.show(sidebarItems(content.sidebar.sections));
-  lines_.show(pageLines(content, toggled_));
+  lines_.show(pageLines(content, isOpened_));
   showContainers(std::get_if<ContainersPageContent>(&content.body));
   change(*this, page_, static_cast<int>(content.page), &AgentWindowState::pageChanged);
   return true;
@@ -97,9 +97,9 @@ void AgentWindowState::movePage(int by) {
   if (const auto* page = neighbourOf(pages, content_.page, by)) emit pageChosen(*page);
 }
 
-void AgentWindowState::fold(const QString& id) {
-  if (!toggled_.remove(id)) toggled_.insert(id);
-  lines_.show(pageLines(content_, toggled_));
+void AgentWindowState::fold(const PageLineValue& card) {
+  isOpened_[card.id] = !card.isOpen;
+  lines_.show(pageLines(content_, isOpened_));
 }
 
 void AgentWindowState::pressLine(const PageLineValue& line) {

@@ -2,7 +2,6 @@
 
 #include <QtQml/qqmlregistration.h>
 #include <QObject>
-#include <QSet>
 
 #include "OstrelAgent/Window/AgentWindowContent.hpp"
 #include "Shells/Desktop/Views/Common/ValueList.hpp"
@@ -75,7 +74,7 @@ class AgentWindowState : public WindowState {
   Q_INVOKABLE void movePage(int by);
 
   /// Opens or closes a card.
-  Q_INVOKABLE void fold(const QString& id);
+  Q_INVOKABLE void fold(const ostrel::PageLineValue& card);
 
   Q_INVOKABLE void press(const ostrel::ButtonValue& button) { emit pressed(button.button); }
   /// Presses the button of a line.
@@ -119,7 +118,7 @@ class AgentWindowState : public WindowState {
   void showContainers(const ContainersPageContent* page);
 
   AgentWindowContent content_;
-  QSet<QString> toggled_;
+  FoldedCards isOpened_;
   bool isRightToLeft_ = false;
   QSizeF size_;
   HeaderValue header_;

@@ -22,7 +22,7 @@ Item {
 
     function fold(event: var): void {
         if (value.isFoldable && (!event || !event.isAutoRepeat))
-            line.agent.fold(value.id);
+            line.agent.fold(value);
     }
 
     implicitHeight: Math.max(value.isOpen ? 0 : Tokens.rowHeight, Math.ceil(head.height) + (body.visible ? Math.ceil(body.height) + 12 : 0))

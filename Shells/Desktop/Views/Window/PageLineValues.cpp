@@ -22,8 +22,8 @@ QString joined(QStringList texts, const QString& separator = QStringLiteral(", "
 /// Writes the lines of one page from top to bottom.
 class LineWriter {
  public:
-  LineWriter(AgentPage page, const QSet<QString>& toggled)
-      : prefix_(QString::number(static_cast<int>(page)) + QLatin1Char('/')), toggled_(toggled) {}
+  LineWriter(AgentPage page, const FoldedCards& isOpened)
+      : prefix_(QString::number(static_cast<int>(page)) + QLatin1Char('/')), isOpened_(isOpened) {}
 
   std::vector<ValueList::Entry> take() {
     endList();
@@ -57,6 +57,7 @@ class LineWriter {
     facts(page.checkin);
     note(page.notice);
     facts(page.version);
+    note(page.installing);
   }
   void operator()(const Content::Health& page) {
     facts(page.facts);
@@ -166,7 +167,10 @@ class LineWriter {
   void component(const Content::Health::Component& component) {
     auto& line = card(component.card);
     line.isFoldable = true;
-    line.isOpen = component.startsOpen != toggled_.contains(line.id);
+    line.isOpen = isOpened_.value(line.id, component.startsOpen);
+    // The detail of a closed card is not seen.
+    const auto& state = component.card.state.text;
+    if (!line.isOpen && state != component.card.title) line.text = textOf(state);
     for (const auto& fact : component.facts) {
       line.facts.append(QVariant::fromValue(FactValue{textOf(fact.label), textOf(fact.value), fact.isCode}));
     }
@@ -186,7 +190,7 @@ class LineWriter {
   }
 
   QString prefix_;
-  const QSet<QString>& toggled_;
+  const FoldedCards& isOpened_;
   std::vector<std::pair<QString, PageLineValue>> lines_;
   bool hasList_ = false;
   bool hasPrimary_ = false;
@@ -201,8 +205,8 @@ PageButtonValue valueOf(const std::optional<PageButton>& button, bool isPrimary)
   return {textOf(button->title), isPrimary, button->action};
 }
 
-std::vector<ValueList::Entry> pageLines(const AgentWindowContent& content, const QSet<QString>& toggled) {
-  LineWriter writer(content.page, toggled);
+std::vector<ValueList::Entry> pageLines(const AgentWindowContent& content, const FoldedCards& isOpened) {
+  LineWriter writer(content.page, isOpened);
   std::visit(writer, content.body);
   return writer.take();
 }

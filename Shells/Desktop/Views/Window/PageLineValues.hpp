@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
-#include <QSet>
+#include <QHash>
 #include <QString>
 #include <QVariant>
 
@@ -124,8 +124,10 @@ struct FactValue {
 
 PageButtonValue valueOf(const std::optional<PageButton>& button, bool isPrimary);
 
-/// The lines of the shown page; none for the containers page. `toggled` holds the ids of cards that the user
-/// has opened, or closed where they start open.
-std::vector<ValueList::Entry> pageLines(const AgentWindowContent& content, const QSet<QString>& toggled);
+/// Whether the user has opened or closed a card, by its id.
+using FoldedCards = QHash<QString, bool>;
+
+/// The lines of the shown page; none for the containers page.
+std::vector<ValueList::Entry> pageLines(const AgentWindowContent& content, const FoldedCards& isOpened);
 
 }  // namespace ostrel

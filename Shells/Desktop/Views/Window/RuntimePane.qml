@@ -14,6 +14,9 @@ Column {
         agent.moveRuntime(by);
     }
 
+    /// A runtime has been selected.
+    signal selected(row: Item)
+
     topPadding: 8
     bottomPadding: 12
     activeFocusOnTab: true
@@ -71,6 +74,11 @@ Column {
                 color: runtime.entry.isSelected ? Tokens.selection : "transparent"
                 // Without a selection at the first one, which the arrow keys select.
                 readonly property bool isCurrent: runtime.entry.isSelected || (pane.agent.detail.name === "" && runtime.index === 0)
+                readonly property bool isSelected: runtime.entry.isSelected
+                onIsSelectedChanged: {
+                    if (isSelected)
+                        pane.selected(this);
+                }
                 border.color: Tokens.accent
                 border.width: pane.activeFocus && pane.showsFocus && isCurrent ? 2 : 0
                 Accessible.role: Accessible.ListItem

@@ -9,7 +9,6 @@ Item {
     readonly property Scroller scroller: detail
 
     function reveal(item: Item): void {
-        list.reveal(item);
         detail.reveal(item);
     }
 
@@ -24,6 +23,7 @@ Item {
             id: pane
             width: parent.width
             agent: root.agent
+            onSelected: row => list.reveal(row)
         }
     }
     Separator {
@@ -38,6 +38,10 @@ Item {
         anchors.right: parent.right
         height: parent.height
         contentHeight: Math.ceil(texts.height)
+
+        // Another runtime is read from its top.
+        readonly property string name: root.agent.detail.name
+        onNameChanged: contentY = 0
 
         Column {
             id: texts

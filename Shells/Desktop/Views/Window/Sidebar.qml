@@ -123,6 +123,11 @@ Rectangle {
                         radius: 6
                         color: item.isShown ? Tokens.selection : "transparent"
                         border.color: Tokens.accent
+                        readonly property bool isShown: item.isShown
+                        onIsShownChanged: {
+                            if (isShown)
+                                list.reveal(this);
+                        }
                         border.width: item.isShown && list.activeFocus && sidebar.showsFocus ? 2 : 0
                         Accessible.role: Accessible.ListItem
                         Accessible.name: item.entry.accessibleName

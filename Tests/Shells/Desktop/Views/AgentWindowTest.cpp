@@ -298,6 +298,15 @@ TEST_F(AgentWindowTest, HealthKeepsWhatTheUserOpenedOrClosed) {
   EXPECT_FALSE(isOpen("Capture, Network filter is off"));
   EXPECT_FALSE(isSpoken("Code, SYSEXT_PROXY_DISABLED"));
   EXPECT_TRUE(isOpen("Capture set, in sync"));
+  mac.model.snap.captureSet = health("broken", "yellow");
+  mac.model.snap.sysext = health("ok");
+  show(mac, AgentPage::health);
+  const auto names = spokenOf("button");
+  const auto captureSet =
+      std::ranges::find_if(names, [](const auto& name) { return name.starts_with("Capture set"); });
+  ASSERT_NE(captureSet, names.end());
+  EXPECT_TRUE(isOpen(captureSet->c_str())) << "the user opened it";
+  EXPECT_FALSE(isOpen("Capture, active")) << "the user closed it";
 }
 
 TEST_F(AgentWindowTest, ACopyButtonKeepsItsWidthWhileItSaysCopied) {
