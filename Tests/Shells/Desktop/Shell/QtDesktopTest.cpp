@@ -38,6 +38,12 @@ constexpr const char* screens = R"({"screens": [
 constexpr DesktopRect first{0, 0, 1280, 800};
 constexpr DesktopRect second{1280, -100, 960, 540};
 
+std::expected<std::unique_ptr<AgentWindowView>, std::string> noAgentWindow(Log&, AgentWindowEvents,
+                                                                           const AgentWindowContent&,
+                                                                           const DesktopTheme&) {
+  return std::unexpected("no window");
+}
+
 constexpr ViewsPlugIn fakeViews{.build = "",
                                 .makePanelView = FakePanelView::make,
                                 .drawPanel = nullptr,
@@ -45,7 +51,7 @@ constexpr ViewsPlugIn fakeViews{.build = "",
                                 .drawOnboarding = nullptr,
                                 .makeAlertView = FakeAlertView::make,
                                 .drawAlert = nullptr,
-                                .makeAgentWindowView = nullptr,
+                                .makeAgentWindowView = noAgentWindow,
                                 .drawAgentWindow = nullptr};
 
 std::ptrdiff_t countEntries(const char* folder) {
@@ -245,6 +251,22 @@ TEST_F(QtDesktopTest, PassesContentThemeAndPressesOfTheOnboardingWindow) {
   EXPECT_EQ(onboarding.themes[1].appearance, Appearance::dark);
   window.close();
   EXPECT_EQ(closings, 1);
+}
+
+TEST_F(QtDesktopTest, CountsAnAgentWindowThatCannotBeShownAsClosed) {
+  make();
+  int closings = 0;
+  AgentWindowEvents events;
+  events.closed = [&] {
+    if (++closings == 2) desktop->shell().terminate();
+  };
+  desktop->agentWindow().onEvents(std::move(events));
+  for (int i = 0; i < 2; ++i) desktop->agentWindow().open({}, {780, 540});
+  EXPECT_EQ(closings, 0) << "not within the call";
+  desktop->agentWindow().update({});
+  desktop->agentWindow().close();
+  EXPECT_EQ(desktop->shell().run(), 0);
+  EXPECT_EQ(std::ranges::count(log.lines, "ostrel: the agent window cannot be shown: no window"), 1);
 }
 
 TEST_F(QtDesktopTest, CountsAnOnboardingWindowThatCannotBeShownAsClosed) {
