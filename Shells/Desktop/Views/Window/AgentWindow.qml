@@ -6,7 +6,7 @@ FocusScope {
     id: root
 
     required property AgentWindowState agent
-    readonly property var containers: containersLoader.item
+    readonly property var containers: agent.isContainersPage ? containersLoader.item : null
 
     width: agent.size.width
     height: agent.size.height
@@ -35,6 +35,9 @@ FocusScope {
         }
         function onPageChanged() {
             lines.contentY = 0;
+            // What had the focus has gone with its page.
+            if (!sidebar.hasFocus)
+                sidebar.takeFocus();
         }
     }
     Connections {
@@ -68,12 +71,16 @@ FocusScope {
         }
         Loader {
             id: containersLoader
-            // By its file's name, so that the file is not read before.
+            // By its file's name, so that the file is not read before. It is kept, since making it takes long.
             readonly property bool isWanted: root.agent.isContainersPage
             anchors.fill: parent
-            onIsWantedChanged: setSource(isWanted ? "ContainersPage.qml" : "", {
-                agent: root.agent
-            })
+            visible: isWanted
+            onIsWantedChanged: {
+                if (isWanted && !item)
+                    setSource("ContainersPage.qml", {
+                        agent: root.agent
+                    });
+            }
         }
         ScrollIndicator {
             visible: lines.visible && lines.interactive

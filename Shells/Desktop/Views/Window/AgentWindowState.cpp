@@ -74,15 +74,15 @@ bool AgentWindowState::show(const Content& content) {
   change(*this, status_, ostrel::valueOf(content.statusError), &AgentWindowState::statusChanged);
   sidebar_.show(sidebarItems(content.sidebar.sections));
   lines_.show(pageLines(content, isOpened_));
-  showContainers(std::get_if<ContainersPageContent>(&content.body));
+  const auto* containers = std::get_if<ContainersPageContent>(&content.body);
+  // The hidden page stays as it was last seen.
+  if (containers != nullptr) showContainers(*containers);
+  change(*this, isContainersPage_, containers != nullptr, &AgentWindowState::isContainersPageChanged);
   change(*this, page_, static_cast<int>(content.page), &AgentWindowState::pageChanged);
   return true;
 }
 
-void AgentWindowState::showContainers(const ContainersPageContent* page) {
-  change(*this, isContainersPage_, page != nullptr, &AgentWindowState::isContainersPageChanged);
-  const ContainersPageContent none;
-  const auto& shown = page == nullptr ? none : *page;
+void AgentWindowState::showContainers(const ContainersPageContent& shown) {
   change(*this, checking_, textOf(shown.checking), &AgentWindowState::checkingChanged);
   change(*this, noSelection_, textOf(shown.noSelection), &AgentWindowState::noSelectionChanged);
   change(*this, detail_, detailOf(shown), &AgentWindowState::detailChanged);

@@ -115,7 +115,7 @@ class AgentWindowState : public WindowState {
   void notifySwitched(const QString& name, bool isOn);  ///< without a name: all
 
  private:
-  void showContainers(const ContainersPageContent* page);
+  void showContainers(const ContainersPageContent& shown);
 
   AgentWindowContent content_;
   FoldedCards isOpened_;

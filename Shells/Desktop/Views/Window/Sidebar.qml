@@ -7,6 +7,7 @@ Rectangle {
 
     required property AgentWindowState agent
     readonly property int count: items.count
+    readonly property bool hasFocus: list.activeFocus
     // Only the keyboard shows where the focus is.
     property bool showsFocus: false
 

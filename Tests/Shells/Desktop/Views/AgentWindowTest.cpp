@@ -207,7 +207,9 @@ TEST_F(AgentWindowTest, TheKeyboardReachesEveryPageAndControl) {
             (Strings{"Containers", "Podman", "Podman", "Copy setup command", "Reveal bundle in Finder",
                      "Copy bundle path", "Notify me when a container in Podman is blocked",
                      "Turn on in System Settings…", "Inside containers", "docker run", "Copy"}));
+  press(Qt::Key_Tab);
   show(mac, AgentPage::help);
+  EXPECT_EQ(focused(), "Help") << "the sidebar";
   press(Qt::Key_Escape);
   EXPECT_TRUE(becomes([&] { return closings == 1; }));
   open(mac, AgentPage::help);
