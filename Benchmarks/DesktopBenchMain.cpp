@@ -74,9 +74,9 @@ void printDesktop() {
            mebibytes(static_cast<double>(desktop.openedResidentKiB)), "", "", "48 MiB");
   printRow("growth since the second time", mebibytes(static_cast<double>(desktop.growthKiB)), "", "",
            "0.5 MiB");
-  printRow("resident memory with the agent window open, after 50 openings",
+  printRow("resident memory with the agent window open, panel never opened",
            mebibytes(static_cast<double>(desktop.windowResidentKiB)), "", "", "60 MiB");
-  printRow("resident memory after opening and closing it 50 times",
+  printRow("the same after opening and closing the window 50 times",
            mebibytes(static_cast<double>(desktop.closedResidentKiB)), "", "", "50 MiB");
   printRow("growth since the second time", mebibytes(static_cast<double>(desktop.windowGrowthKiB)), "", "",
            "0.5 MiB");

@@ -100,7 +100,10 @@ class Tray {
   std::optional<Process> agent_;
 };
 
+/// Of an agent whose panel has not been opened.
 void measureWindow(Tray& tray, int openings, DesktopFigures& figures) {
+  tray.start({OSTREL_AGENT, "menubar"});
+  waitFor(std::chrono::milliseconds(500));
   std::uint64_t second = 0;
   for (int i = 0; i < openings; ++i) {
     tray.openWindow();
