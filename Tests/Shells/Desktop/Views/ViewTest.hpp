@@ -14,7 +14,8 @@ namespace ostrel {
 
 /// What an assistive tool reads of one item.
 struct SpokenItem {
-  std::string role;  ///< "button", "text", "heading", "group", "alert", "field", "list", "item", "switch", "choice" or "other"
+  std::string role;  ///< "button", "text", "heading", "group", "alert", "field", "list", "item", "switch",
+                     ///< "choice" or "other"
   std::string name;
   std::string description;
   bool isChecked = false;
