@@ -62,7 +62,7 @@ TEST_F(PreviewPictures, ShowOtherWindowsInBothThemes) {
     unsigned width;
   };
   for (const auto& [option, name, width] :
-       {Row{"--onboarding", "repair", 460}, Row{"--alert", "install", 420}}) {
+       {Row{"--onboarding", "repair", 460}, Row{"--alert", "install", 420}, Row{"--window", "health", 780}}) {
     const auto file = folder / "window.png";
     EXPECT_EQ(preview({option, name, "--png", file}).status, 0);
     const auto light = folder.read("window.png");
@@ -72,6 +72,12 @@ TEST_F(PreviewPictures, ShowOtherWindowsInBothThemes) {
     EXPECT_EQ(sizeOf(light), sizeOf(dark)) << name;
     EXPECT_NE(light, dark) << name;
   }
+}
+
+TEST_F(PreviewPictures, ThePicturesOfTheAgentWindowHaveTheWantedSize) {
+  const auto file = folder / "window.png";
+  EXPECT_EQ(preview({"--window", "help", "--png", file, "--size", "620x360", "--text-scale", "2"}).status, 0);
+  EXPECT_EQ(sizeOf(folder.read("window.png")), (Size{620, 360}));
 }
 
 TEST_F(PreviewPictures, ShowOneReportAndReportAnUnwritablePath) {

@@ -1,14 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
 
 #include "OstrelAgent/Text/StringsTable.hpp"
 #include "Tests/EndToEnd/Process.hpp"
-#include "Tests/Fakes/TemporaryFolder.hpp"
 #include "Tests/OstrelAgent/ReportText.hpp"
 #include "Tools/OnboardingStages.hpp"
 
@@ -102,11 +100,7 @@ TEST(PreviewProgram, ShowsEveryPageOfTheAgentWindow) {
     EXPECT_NE(text.output.find("\n" + shown["title"].get<std::string>() + "\n"), std::string::npos);
   }
   EXPECT_EQ(preview({"--window", "panel"}).status, 2);
-  const TemporaryFolder folder;
-  const auto picture = folder.path() + "/help.png";
-  EXPECT_EQ(preview({"--window", "help", "--png", picture, "--size", "620x360"}, reportText()).status, 0);
-  EXPECT_TRUE(std::filesystem::exists(picture));
-  EXPECT_EQ(preview({"--window", "help", "--png", picture, "--size", "620"}).status, 2);
+  EXPECT_EQ(preview({"--window", "help", "--png", "x", "--size", "620"}).status, 2);
   EXPECT_EQ(preview({"--window", "help", "--size", "620x360"}).status, 2);
 }
 
