@@ -23,7 +23,7 @@ constexpr int timedOpenings = 21;
 
 std::string mebibytes(double kibibytes) { return formatted("%.1f MiB", kibibytes / 1024); }
 
-/// What the report tells, at a fixed time.
+/// The contents that panel and window have for the report, at a fixed time.
 struct Reported {
   Reported() {
     model.hasReading = true;

@@ -17,6 +17,7 @@
 #include "Benchmarks/DesktopBenchmark.hpp"
 #include "Benchmarks/FrameCounter.hpp"
 #include "Hosts/DesktopPlugIns.hpp"
+#include "OstrelAgent/Window/AgentWindowModel.hpp"
 #include "Platform/Linux/LinuxBundle.hpp"
 #include "Platform/Posix/PosixFiles.hpp"
 #include "Platform/Posix/PosixLog.hpp"
@@ -59,7 +60,7 @@ class OwnDesktop {
   }
 
   double open(const AgentWindowContent& content) {
-    return timeToFrame([&] { desktop_->agentWindow().open(content, {780, 540}); });
+    return timeToFrame([&] { desktop_->agentWindow().open(content, AgentWindowModel::firstSize); });
   }
 
   /// Milliseconds until the frame of a change that is seen.

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "Hosts/DesktopPlugIns.hpp"
+#include "OstrelAgent/Window/AgentWindowModel.hpp"
 
 namespace ostrel {
 
@@ -69,7 +70,7 @@ std::expected<void, std::string> writeAgentWindowPicture(const PreviewOptions& o
   const auto plugIn = loadShellPlugIn(bundle);
   if (!plugIn) return std::unexpected(plugIn.error());
   const auto pictures = (*plugIn)->makePictures(desktopServices(bundle, log), options.scale);
-  const auto size = options.size.value_or(WindowSize{780, 540});
+  const auto size = options.size.value_or(AgentWindowModel::firstSize);
   return writeFile(options.png.value_or(""), pictures->agentWindow(content, size, themeOf(options)));
 }
 

@@ -91,7 +91,7 @@ AgentWindowContent AgentWindowController::content() {
                                            .available = actions_.available()});
 }
 
-/// Makes a page the remembered one; one that was not shown is read anew.
+/// Shows and remembers a page. The container runtimes are read again for the pages that list them.
 void AgentWindowController::turnTo(AgentPage page) {
   const bool isOther = page != model().page;
   if (isOpen_ && !isOther) return;

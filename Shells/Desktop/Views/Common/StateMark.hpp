@@ -7,8 +7,8 @@
 
 namespace ostrel {
 
-/// The mark of a state, whose shape tells it without the colour: a dot, a square with an exclamation mark, an
-/// octagon with a cross, a ring.
+/// The mark of a state. Each state has a shape of its own, so that colour is not needed: a dot, a square with
+/// an exclamation mark, an octagon with a cross, a ring.
 class StateMark : public QQuickPaintedItem {
   Q_OBJECT
   QML_ELEMENT

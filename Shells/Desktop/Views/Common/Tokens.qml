@@ -55,7 +55,7 @@ QtObject {
     readonly property int markSize: Math.round(16 * textScale)
     readonly property int arrowSize: Math.round(8 * textScale)
 
-    /// Of a text that tells a state.
+    /// The colour of a state's text.
     function stateInk(kind: int): color {
         switch (kind) {
         case StateKind.Warn:

@@ -2,13 +2,15 @@
 
 #include <utility>
 
+#include "OstrelAgent/Window/AgentWindowModel.hpp"
 #include "Shells/Desktop/Views/Common/WindowPlace.hpp"
 
 namespace ostrel {
 
 namespace {
 
-constexpr QSize leastSize(620, 360);
+constexpr QSize leastSize(static_cast<int>(AgentWindowModel::smallestSize.width),
+                          static_cast<int>(AgentWindowModel::smallestSize.height));
 constexpr auto title = "Ostrel Agent";
 
 }  // namespace
@@ -75,11 +77,6 @@ void AgentViewWindow::open(const AgentWindowContent& content, const WindowSize& 
   if (!window_.isVisible()) window_.show();
   window_.setWindowStates(window_.windowStates() & ~Qt::WindowMinimized);
   window_.requestActivate();
-  static bool c = false;
-  if (!c) {
-    c = true;
-    QObject::connect(&window_, &QQuickWindow::frameSwapped, [] {});
-  }
 }
 
 void AgentViewWindow::update(const AgentWindowContent& content) {

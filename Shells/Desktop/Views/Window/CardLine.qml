@@ -1,7 +1,7 @@
 import QtQuick
 import Ostrel.Views
 
-/// A card as a line of a list: its title, with a button or an arrow at the end, and below it what is to be told.
+/// A card as a line of a list: its title, with a button or an arrow at the end, and below it detail, action and facts.
 Item {
     id: card
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Ostrel.Views
 
-/// What is to be told about the selected runtime, and what can be copied for it.
+/// The selected runtime: its state, the commands to copy, and its notification switch.
 Column {
     id: root
 
